@@ -1,0 +1,15 @@
+# Libraries that the build needs. All but Qt stay behind the library's interface.
+
+if(KESTAN_QT6)
+  find_package(Qt6 REQUIRED COMPONENTS Core Core5Compat)
+  set(KESTAN_QT_TARGETS Qt6::Core Qt6::Core5Compat)
+else()
+  find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
+  set(KESTAN_QT_TARGETS Qt5::Core)
+endif()
+find_package(Boost 1.74 REQUIRED)
+find_package(EXPAT 2.5 REQUIRED)
+find_package(ZLIB REQUIRED)
+find_package(Threads REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(minizip REQUIRED IMPORTED_TARGET minizip)

@@ -1,0 +1,1 @@
+// Anchors the library of test helpers and its precompiled header.
