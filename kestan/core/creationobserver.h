@@ -1,0 +1,51 @@
+#pragma once
+
+#include "kestan/host/export.h"
+#include "kestan/host/spinlock.h"
+
+namespace vorrel::kestan {
+
+class Schema;
+class SchemaObject;
+
+/// Watches a class: hears of each new object of it and of the classes derived from it.
+class KESTAN_EXPORT CreationObserver {
+public:
+  enum ThreadSafety {
+    kMainThreadOnly = 0,
+    kAnyThread = 1, ///< May run on the thread that made the object.
+  };
+
+  struct Event {
+    SchemaObject* object;
+  };
+
+  explicit CreationObserver(const Schema& schema, ThreadSafety safety = kMainThreadOnly);
+  CreationObserver(const CreationObserver&) = delete;
+  CreationObserver& operator=(const CreationObserver&) = delete;
+  virtual ~CreationObserver();
+
+  virtual void OnPostCreate(const Event& event) = 0;
+
+  bool IsEnabled() const { return enabled_; }
+  void SetEnabled(bool enabled) { enabled_ = enabled; }
+
+  static void NotifyPostCreate(SchemaObject& object);
+  /// Gives the notices that the current thread's context has deferred.
+  static void NotifyDeferred();
+  static void EndNotificationDeferrer();
+  static void NotifyPreDelete(SchemaObject& object);
+
+private:
+  friend class Schema;
+
+  static bool DoNotifyPostCreate(SchemaObject& object, bool onMain);
+
+  const Schema* schema_;
+  ThreadSafety threadSafety_;
+  bool enabled_ = true;
+
+  static SpinLock s_lock_;
+};
+
+} // namespace vorrel::kestan

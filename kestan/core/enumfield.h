@@ -1,0 +1,28 @@
+#pragma once
+
+#include "kestan/core/simplefield.h"
+
+namespace vorrel::kestan {
+
+class Enum;
+
+/// An integer member that reads and writes as a name. Always has a default.
+class KESTAN_EXPORT EnumField : public SimpleField<int> {
+public:
+  EnumField(Schema& schema, const QString& name, Enum& values, int defaultValue, unsigned offset,
+            Field::Type type, unsigned flags = 0);
+
+  const Enum& GetEnum() const { return *values_; }
+
+  /// Answers `kUnknownEnumeration`, and stores nothing, for a name that isn't in the table.
+  FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
+                              const NamespaceList* namespaces, const QString& text, int index,
+                              Update* update) const override;
+  QString toString(const SchemaObject& object, int index) const override;
+  void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+
+private:
+  Enum* values_;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "kestan/core/simplelistfield.h"
+
+namespace vorrel::kestan {
+
+/// The `coordinates` of a geometry: tuples of longitude, latitude and altitude, stored
+/// normalised. Written even when empty.
+class KESTAN_EXPORT NormLLAListField final : public SimpleListField<Vec3<double>> {
+public:
+  using SimpleListField::SimpleListField;
+
+  bool KeepsText() const override { return false; }
+  /// With the attribute "type" of value "polyline" the items are pairs, latitude first.
+  FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
+                              const NamespaceList* namespaces, const QString& text, int index,
+                              Update* update) const override;
+  QString toString(const SchemaObject& object, int index) const override;
+  void WriteKml(const SchemaObject& object, WriteState& state) const override;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "kestan/core/schemaobject.h"
+#include "kestan/host/observer.h"
+
+#include <atomic>
+
+namespace vorrel::kestan {
+
+/// The object that changed, and its field.
+struct FieldChangedEvent {
+  SchemaObject& object;
+  const Field& field;
+};
+
+/// A change below the observed object.
+struct KESTAN_EXPORT SubFieldChangedEvent {
+  SchemaObject& observed; ///< The object that the observer watches.
+  SchemaObject& child;    ///< Its direct child on the way up.
+  SchemaObject& changed;  ///< The object that really changed.
+  const Field& field;     ///< The field that changed in `changed`.
+  mutable const Field* observedSubField = nullptr;
+
+  /// The field of the observed object that holds the child; searched for once.
+  const Field* GetObservedSubField() const;
+};
+
+/// The object is about to be deleted, and still whole.
+struct PreDeleteEvent {
+  SchemaObject& object;
+};
+
+class KESTAN_EXPORT ISchemaObjectObserver {
+public:
+  virtual ~ISchemaObjectObserver();
+  virtual void OnFieldChanged(const FieldChangedEvent& event) = 0;
+  virtual void OnSubFieldChanged(const SubFieldChangedEvent& event) = 0;
+  virtual void OnPreDelete(const PreDeleteEvent& event) = 0;
+};
+
+/// Watches one object. The latest observer is told first. An observer may remove itself, remove or
+/// add others, or destroy the object while it's being told.
+/// Thread: that of the object.
+class KESTAN_EXPORT ObjectObserver : public Observer, public ISchemaObjectObserver {
+public:
+  explicit ObjectObserver(SchemaObject& object);
+  /// Null leaves the observer without an object.
+  explicit ObjectObserver(SchemaObject* object);
+  ~ObjectObserver() override;
+
+  /// Moves the observer to another object, or to none.
+  void SetObserved(const SchemaObject* object);
+
+  void OnSubFieldChanged(const SubFieldChangedEvent& event) override;
+
+  static void NotifyFieldChanged(SchemaObject& object, const Field& field);
+  static void NotifySubFieldChanged(SchemaObject& observed, SchemaObject& child,
+                                    SchemaObject& changed, const Field& field,
+                                    VisitedObjects& visited);
+  static void NotifyPreDelete(SchemaObject& object);
+
+  /// Counts the changes of all objects of the process.
+  static std::atomic<std::uint32_t> s_revision_counter_;
+};
+
+} // namespace vorrel::kestan

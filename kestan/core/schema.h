@@ -1,0 +1,143 @@
+#pragma once
+
+#include "kestan/core/field.h"
+#include "kestan/core/namespace.h"
+#include "kestan/host/export.h"
+#include "kestan/host/hashmap.h"
+#include "kestan/host/memory.h"
+#include "kestan/host/refptr.h"
+#include "kestan/host/spinlock.h"
+
+#include <QHash>
+#include <QString>
+
+#include <atomic>
+
+namespace vorrel::kestan {
+
+class CreationObserver;
+class KestanCreationParams;
+class SchemaObject;
+struct KmlId;
+
+/// The run-time description of one KML class: its name, namespace, base and fields.
+///
+/// One singleton a class. Inheritance is by copying: each schema owns flat lists, so that looking
+/// a field up needs no walk of the bases. A native schema doesn't change after start-up, so that
+/// all threads read it without a lock.
+class KESTAN_EXPORT Schema : public MemoryObject, public HashMapEntry<QString, Schema> {
+public:
+  /// Enters the schema under its name, unless it's `experimental` and experimental KML is off.
+  /// A null `base` means `SchemaObject`'s schema. `size` is that of an instance, in bytes.
+  Schema(const QString& name, unsigned size, const Schema* base, Namespace ns, bool experimental);
+  /// For schemas that stay out of the registry.
+  Schema();
+  Schema(unsigned size, const Schema* base);
+  Schema(const Schema&) = delete;
+  Schema& operator=(const Schema&) = delete;
+  virtual ~Schema();
+
+  /// Creates and deletes all schema singletons; the library's start and stop.
+  static void Initialize(const KestanCreationParams& params);
+  static void Shutdown();
+  /// Fixed while the library is initialised.
+  static bool GetEnableExperimentalFields() { return s_enable_experimental_fields_; }
+
+  /// The schema of an element name; null when there's none.
+  static const Schema* FindNamedSchema(const QString& name, Namespace ns);
+
+  virtual const QString& GetName() const { return name_; }
+  /// The object of this class with this id, else a new one. The caller gets a reference.
+  virtual RefPtr<SchemaObject> FindCreateInstance(const KmlId& id, const QString& baseUrl,
+                                                  MemoryManager* manager) const;
+  /// Null for an abstract class.
+  virtual RefPtr<SchemaObject> CreateInstance(const KmlId& id, const QString& baseUrl,
+                                              MemoryManager* manager) const = 0;
+  /// An instance of this class with room for the fields of `schema`, which derives from it at run
+  /// time. Null unless the class is derivable.
+  virtual RefPtr<SchemaObject> CreateInstanceDerived(const Schema& schema, const KmlId& id,
+                                                     const QString& baseUrl,
+                                                     MemoryManager* manager) const;
+  virtual void ConstructCustomFields(SchemaObject& object) const;
+  virtual void DestructCustomFields(SchemaObject& object) const;
+  virtual void ref() const {}
+  virtual void unref() const {}
+  virtual bool IsCustom() const { return false; }
+  virtual bool IsAbstract() const { return true; }
+  virtual bool IsDerivable() const { return false; }
+
+  const Schema* GetBase() const { return base_; }
+  Namespace GetNamespace() const { return ns_; }
+  const QString& GetKey() const { return key_; }
+  unsigned GetSize() const { return size_; }
+  bool IsExperimental() const { return experimental_; }
+
+  /// The fields that this schema itself declared, hidden ones excepted.
+  const mmvector<Field*>& GetFields() const { return fields_; }
+  /// Element and object fields, inherited ones first: the order of writing.
+  const mmvector<Field*>& GetSerializedFields() const { return serializedFields_; }
+  const mmvector<Field*>& GetObjectFields() const { return objectFields_; }
+  const mmvector<Field*>& GetAttributes() const { return attributes_; }
+  const mmvector<Field*>& GetUnnamedFields() const { return unnamedFields_; }
+  const mmvector<Schema*>& GetDerived() const { return derived_; }
+
+  /// The field that an element or attribute of this name belongs to, or null. For a child that is
+  /// named by its own class, `childSchema` (may be null) receives that class, field or no field.
+  const Field* FindField(const QString& name, Namespace ns, const Schema** childSchema) const;
+
+  /// True when `other` is this schema or one of its bases.
+  bool SubstitutesFor(const Schema& other) const;
+
+  /// Rebuilds this schema on a new base.
+  void SetBase(const Schema* newBase);
+  /// A derived schema drops an inherited field that it replaces.
+  void RemoveSerializedField(const Field& field);
+
+  /// Callers hold the lock of `CreationObserver`. Both reach all derived schemas too.
+  void AddCreationObserver(CreationObserver& observer) const;
+  void RemCreationObserver(CreationObserver& observer) const;
+  const mmvector<CreationObserver*>& GetCreationObservers() const { return creationObservers_; }
+
+  static void NotifyPostCreate(SchemaObject& object);
+
+  /// Registry key of a name: bare in the KML namespace, else behind the namespace's number.
+  static QString MakeKey(const QString& name, Namespace ns);
+
+private:
+  friend class Field;
+  friend class CustomSchema;
+
+  void construct(const Schema* base);
+  void AddField(Field& field, const Schema* objSchema);
+
+  const Schema* base_ = nullptr;
+  mmvector<Field*> fields_;
+  mmvector<Field*> serializedFields_;
+  mmvector<Field*> objectFields_;
+  mmvector<Field*> attributes_;
+  mmvector<Field*> unnamedFields_;
+  QHash<QString, const Field*> fieldsByKey_;
+  unsigned size_ = 0;
+  QString name_;
+  QString key_;
+  Namespace ns_ = Namespace::kKml;
+  unsigned fieldCount_ = 0;
+  mutable mmvector<Schema*> derived_;
+  mutable mmvector<CreationObserver*> creationObservers_;
+  bool experimental_ = false;
+
+  static SpinLock s_lock_;
+  static bool s_enable_experimental_fields_;
+};
+
+} // namespace vorrel::kestan
+
+namespace vorrel {
+
+template <> struct HashMapTraits<QString, kestan::Schema> {
+  static bool Equals(const kestan::Schema& schema, const QString& key) {
+    return schema.GetKey() == key;
+  }
+};
+
+} // namespace vorrel

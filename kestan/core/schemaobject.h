@@ -1,0 +1,254 @@
+#pragma once
+
+#include "kestan/core/field.h"
+#include "kestan/core/kmlid.h"
+#include "kestan/core/objectbits.h"
+#include "kestan/host/export.h"
+#include "kestan/host/hashmap.h"
+#include "kestan/host/inlinedvector.h"
+#include "kestan/host/memory.h"
+#include "kestan/host/observer.h"
+#include "kestan/host/referent.h"
+#include "kestan/host/refptr.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+namespace vorrel::kestan {
+
+class Document;
+class ObjectObserver;
+class Schema;
+class SchemaObject;
+class SchemaObjectSchema;
+class StrField;
+class WriteState;
+
+/// Kind of an event that a client attaches a handler to. Type 1 is sent before an object dies; the
+/// others are the client's.
+using HandlerType = int;
+inline constexpr HandlerType kHandlerPreDelete = 1;
+
+/// What a handler receives. The library fills these members; the rest is the client's.
+struct HandlerEvent {
+  SchemaObject* sender = nullptr;
+  SchemaObject* target = nullptr;
+  HandlerType type = 0;
+  void* data = nullptr; ///< The client's.
+};
+
+using HandlerFunc = bool (*)(HandlerEvent&);
+
+/// Objects on the way up of a field change; guards against cycles of owners.
+using VisitedObjects = InlinedVector<SchemaObject*, 16>;
+
+/// Flags of `WriteKmlFile` and `WriteKmlString`.
+enum WriteFlag : unsigned {
+  kWriteNoHint = 1,  ///< Leave the `hint` attribute of the root out.
+  kWriteNoHoist = 2, ///< Don't wrap the object in a `Document` with its styles and schemas.
+};
+
+/// Base of every KML object: identity, ownership, state bits, preserved unknown content.
+///
+/// Objects are reference counted and made only through their `Schema`. An object has one owner,
+/// whose field holds the counted reference; the pointer to the owner is plain. It belongs to the
+/// thread whose `ThreadContext` holds it until that context is merged; only the reference count is
+/// safe across threads.
+class KESTAN_EXPORT SchemaObject : public MemoryObject,
+                                   public AtomicReferent,
+                                   public HashMapEntry<KmlId, SchemaObject> {
+public:
+  using ClassSchema = SchemaObjectSchema;
+  static const Schema& GetClassSchema();
+
+  SchemaObject(const SchemaObject&) = delete;
+  SchemaObject& operator=(const SchemaObject&) = delete;
+  ~SchemaObject() override;
+
+  /// The object with this id in the calling thread's hash, or null. Takes no reference.
+  static SchemaObject* find(const KmlId& id);
+  static SchemaObject* find(const QString& url, const QString& id);
+
+  /// The id of `given` with a fresh "runtime://clone" URL that no object holds.
+  static KmlId GetUniqueRuntimeId(const KmlId& given);
+  /// `url` against `base` by the rules of `GGetUrlType`.
+  static QString MakeAbsoluteUrl(const QString& base, const QString& url);
+  static KmlId MakeAbsoluteId(const QString& base, const QString& id);
+  /// "root://" in front becomes "runtime://"; any other text comes back unchanged.
+  static QString MakeRuntimeUrl(const QString& url);
+  /// Gives an object without an id one that is made from `stem` and free in its document.
+  void AssignPermanentUniqueId(const QString& stem);
+
+  KmlId GetKmlId() const { return KmlId(id_, url_); }
+  const QString& GetId() const { return id_; }
+  const QString& GetUrl() const { return url_; }
+  /// URL against which relative references of this object resolve.
+  const QString& GetBaseUrl() const { return baseUrl_; }
+
+  const Schema& GetSchema() const { return *schema_; }
+  /// Name of the class.
+  const QString& getType() const;
+  bool isOfType(const Schema& schema) const;
+  bool isOfType(const QString& name) const;
+  Namespace GetNamespace() const;
+  /// The element's name, with the extension prefix for a class outside the KML namespace.
+  QString GetPrefixedName() const;
+  const Field* FindField(const QString& name, Namespace ns, const Schema** childSchema) const;
+
+  bool GetBit(BitID bit) const { return ((bits_[bit / 32] >> (bit % 32)) & 1U) != 0; }
+  void SetBit(BitID bit, bool value) {
+    const std::uint32_t mask = 1U << (bit % 32);
+    bits_[bit / 32] = value ? bits_[bit / 32] | mask : bits_[bit / 32] & ~mask;
+  }
+
+  /// Value of the change counter at the last change in this object or below it.
+  std::uint32_t GetRevision() const { return revision_; }
+  unsigned GetAccess() const { return access_; }
+  void SetAccess(unsigned access) { access_ = static_cast<std::uint16_t>(access); }
+  /// Index of the hint target, 0xFFFF for none.
+  unsigned GetHintTarget() const { return hintTarget_; }
+  void SetHintTarget(unsigned target) { hintTarget_ = static_cast<std::uint16_t>(target); }
+  /// Position in the owner's array field, or -1.
+  int GetArrayIndex() const { return arrayIndex_; }
+  void SetArrayIndex(int index) { arrayIndex_ = index; }
+
+  // Handlers of the client.
+  void SetHandlerFunc(HandlerType type, HandlerFunc function);
+  HandlerFunc GetHandlerFunc(HandlerType type) const;
+  bool HasHandler(HandlerType type) const { return GetHandlerFunc(type) != nullptr; }
+  void ClearHandlerMap();
+  /// The handler's answer; true without a handler.
+  bool OnHandler(HandlerType type, HandlerEvent& event);
+  bool OnHandler(SchemaObject* sender, HandlerType type, HandlerEvent& event);
+
+  // Preserved content that no schema understands.
+  bool HasUnknownData() const { return unknownData_ != nullptr; }
+  const UnknownData* GetUnknownData() const { return unknownData_.get(); }
+  /// Creates the block on demand.
+  UnknownData& unknownData();
+  void SetUnknownAttrs(const QString& text, const NamespaceList* namespaces);
+  void SetUnknownAttrs(const AttributeList& list, const NamespaceList* namespaces);
+  void SetUnknownFields(const QString& text, const NamespaceList* namespaces);
+  void SetUnknownFieldAttrs(const Field& field, const AttributeList& list,
+                            const NamespaceList* namespaces);
+  /// The stored text; null when there's none.
+  QString GetUnknownFieldAttrs(const Field& field) const;
+
+  /// Writes the object to a KML or KMZ file, `flags` from `WriteFlag`. Answers the failure text,
+  /// empty when all went well. The caller keeps the tree still meanwhile.
+  QString WriteKmlFile(const QString& path, unsigned flags = 0) const;
+  /// The same into `bytes`, as KML.
+  QString WriteKmlString(QByteArray& bytes, unsigned flags = 0) const;
+
+  /// Appends each object of the class, this one included, depth first, parents before children.
+  void FindBySchema(const Schema& schema, mmvector<SchemaObject*>& out) const;
+  bool UpdateInheritedVisibility();
+  void UpdateInheritedShouldNotifySubFieldChanged();
+  void SetInheritedShouldNotifySubFieldChanged(bool value);
+
+  // Operations that classes replace, in the order of their slots.
+  void orphaned() const override;
+  /// An object without an owner no longer counts as visible.
+  virtual void RequireParentInheritedVisibility(bool update);
+  /// A new object of the same class with a fresh run-time id; null for a class without instances.
+  /// `excluded` fields, which may be null, keep their defaults.
+  virtual RefPtr<SchemaObject> clone(const KmlId& id, bool deep,
+                                     const mmvector<const Field*>* excluded) const;
+  virtual RefPtr<SchemaObject> clone(bool deep, const mmvector<const Field*>* excluded) const;
+  virtual void copy(const SchemaObject& src, bool deep, const mmvector<const Field*>* excluded);
+  /// Each field takes `b`'s value where `b` marks it as specified, else `a`'s.
+  virtual void merge(const SchemaObject& a, const SchemaObject& b);
+  /// One bit a field that was given explicitly; 0 for classes without such a mask.
+  virtual unsigned GetFieldsSpecified() const { return 0; }
+  virtual void* GetProxyStorage() const { return nullptr; }
+  virtual QString toString() const { return QString(); }
+  virtual void WriteKml(WriteState& state) const;
+  virtual void SetEditActive(bool active) { SetBit(kBitEditActive, active); }
+  virtual bool GetEditActive() const { return GetBit(kBitEditActive); }
+  /// The target of a URL field has arrived; null when it can't be had.
+  virtual void OnUrlLoad(const StrField& field, SchemaObject* loaded);
+  virtual void AddOwner(SchemaObject& newOwner);
+  virtual void AddArrayOwner(SchemaObject& newOwner, int index);
+  virtual void RemOwner(SchemaObject& former);
+  virtual void RemArrayOwner(SchemaObject& former, int index);
+  virtual bool HasOwner(const SchemaObject& object) const { return owner_ == &object; }
+  virtual int GetOwnerCount() const { return owner_ ? 1 : 0; }
+  virtual SchemaObject* GetOwner(int index) const;
+  virtual Document* GetOwnerDocument() const;
+  /// Another owner has taken `child`: empties its slot here.
+  virtual void stolen(SchemaObject& child);
+  /// Takes the text of the object's own element.
+  virtual FromStringResult fromString(const QString& text);
+  /// The field that holds `child`, or null; `index`, when given, receives the place.
+  virtual const Field* FindObject(const SchemaObject& child, int* index) const;
+  /// Every change of a field ends here.
+  virtual void NotifyFieldChanged(const Field& field);
+  virtual void NotifySubFieldChanged(SchemaObject& changed, const Field& field,
+                                     VisitedObjects& visited);
+  virtual void NotifyInheritedVisibilityChanged() {}
+  virtual void NotifyInheritedShouldNotifySubFieldChanged() {}
+  virtual void NotifyOwnerChanged();
+  virtual void NotifyPostCreate();
+  /// Copies what a class holds outside its fields.
+  virtual void CopyNonFieldStuff(const SchemaObject& src);
+  virtual QString ComposeHintString() const;
+  virtual void WriteKmlStartTag(WriteState& state, bool inlineText) const;
+  virtual void WriteKmlEndTag(WriteState& state, bool inlineText) const;
+  virtual void WriteKmlFields(WriteState& state) const;
+  virtual void WriteKmlFieldsSpecified(WriteState& state, unsigned mask) const;
+  virtual void WriteStylesAndSchemas(WriteState& state, const QString& path) const;
+  virtual double GetInterpolant(int i, int a, int b) const;
+
+  void WriteUnknownAttrs(WriteState& state) const;
+  void WriteUnknownFieldAttrs(WriteState& state, const Field& field) const;
+  void WriteUnknownFields(WriteState& state) const;
+
+protected:
+  SchemaObject(const Schema& schema, const KmlId& id, const QString& baseUrl);
+
+  /// First half of the destruction: the destructor of each concrete class calls it before its
+  /// members go. A second call does nothing.
+  void NotifyPreDelete();
+
+private:
+  friend class SchemaObjectSchema;
+  friend class ObjectObserver;
+  friend class CreationObserver;
+
+  using HandlerMap = std::map<HandlerType, HandlerFunc>;
+
+  void init(const KmlId& id, const QString& baseUrl);
+  void AddToObjectHash();
+  void CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
+                  bool fresh) const;
+
+  SchemaObject* owner_ = nullptr;
+  const Schema* schema_;
+  ObserverList observers_;
+  std::uint32_t revision_ = 0;
+  QString id_;
+  QString url_;
+  QString baseUrl_;
+  std::unique_ptr<HandlerMap> handlers_;
+  std::uint32_t bits_[2];
+  std::uint16_t access_ = 2;
+  std::uint16_t hintTarget_ = 0xFFFF;
+  std::unique_ptr<UnknownData> unknownData_;
+  int arrayIndex_ = -1;
+};
+
+} // namespace vorrel::kestan
+
+namespace vorrel {
+
+template <> struct HashMapTraits<kestan::KmlId, kestan::SchemaObject> {
+  static bool Equals(const kestan::SchemaObject& object, const kestan::KmlId& id) {
+    return object.GetUrl() == id.url && object.GetId() == id.id;
+  }
+};
+
+} // namespace vorrel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "kestan/core/simplefield.h"
+
+namespace vorrel::kestan {
+
+/// A string that is written escaped, and not at all when it's empty.
+class KESTAN_EXPORT StrField : public SimpleField<QString> {
+public:
+  using SimpleField::SimpleField;
+
+  bool IsUndefined(const SchemaObject& object) const override;
+  void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+};
+
+/// The `id` attribute. Writes the id that the object carries in the present output.
+class KESTAN_EXPORT IdField final : public StrField {
+public:
+  using StrField::StrField;
+
+  void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+};
+
+/// A reference whose text is kept as it was read, in its escaped form, beside the value.
+class KESTAN_EXPORT HrefStrField final : public StrField {
+public:
+  HrefStrField(Schema& schema, const QString& name, unsigned offset, Field::Type type,
+               unsigned flags, unsigned rawOffset);
+
+  bool IsUndefined(const SchemaObject& object) const override;
+  void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+
+private:
+  unsigned rawOffset_;
+};
+
+} // namespace vorrel::kestan

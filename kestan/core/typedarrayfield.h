@@ -1,0 +1,32 @@
+#pragma once
+
+#include "kestan/core/field.h"
+#include "kestan/host/memory.h"
+
+namespace vorrel::kestan {
+
+/// A member with many plain values, an `mmvector<E>`.
+template <class E> class KESTAN_EXPORT TypedArrayField : public Field {
+public:
+  unsigned getSize() const override;
+  unsigned GetAlign() const override;
+  void construct(SchemaObject& object) const override;
+  void destruct(SchemaObject& object) const override;
+  bool IsArray() const override { return true; }
+  int getCount(const SchemaObject& object) const override;
+  void setCount(SchemaObject& object, unsigned count) const override;
+  void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
+  void clone(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
+  void merge(SchemaObject& dst, const SchemaObject& a, const SchemaObject& b,
+             bool useB) const override;
+  QString toString(const SchemaObject& object, int index) const override;
+
+protected:
+  using Field::Field;
+  TypedArrayField(Schema& schema, const QString& name, unsigned offset, Type type,
+                  unsigned flags);
+
+  mmvector<E>& Array(const SchemaObject& object) const { return Member<mmvector<E>>(object); }
+};
+
+} // namespace vorrel::kestan
