@@ -1,0 +1,221 @@
+#include "kestan/host/parse.h"
+
+#include "kestan/host/decimal.h"
+
+#include <QChar>
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+namespace vorrel::math {
+
+namespace {
+
+bool IsSpace(ushort unit) {
+  return unit == ' ' || (unit >= '\t' && unit <= '\r') || (unit >= 0x80 && QChar(unit).isSpace());
+}
+
+bool IsDigit(ushort unit) { return static_cast<ushort>(unit - '0') < 10; }
+
+bool EndsComponent(const ushort* at, const ushort* end) {
+  return at == end || *at == ',' || IsSpace(*at);
+}
+
+const ushort* SkipSpace(const ushort* at, const ushort* end) {
+  while (at != end && IsSpace(*at))
+    ++at;
+  return at;
+}
+
+/// What a scan found out about a number: its first digits as an integer, and the power of ten to
+/// multiply them with. `digitCount` counts from the first digit that isn't 0.
+struct Scan {
+  const ushort* digits = nullptr;
+  const ushort* digitsEnd = nullptr;
+  std::uint64_t mantissa = 0;
+  std::ptrdiff_t digitCount = 0;
+  std::ptrdiff_t exponent = 0;
+  bool negative = false;
+};
+
+constexpr int kMantissaDigits = 19;
+// No text has as many digits as would bring the number back from here.
+constexpr std::ptrdiff_t kExponentLimit = std::ptrdiff_t(1) << 48;
+
+/// Reads the exponent behind an "e". False when there is none.
+bool ScanExponent(const ushort*& at, const ushort* end, std::ptrdiff_t& exponent) {
+  bool negative = false;
+  if (at != end && (*at == '+' || *at == '-'))
+    negative = *at++ == '-';
+  if (at == end || !IsDigit(*at))
+    return false;
+  std::ptrdiff_t size = 0;
+  for (; at != end && IsDigit(*at); ++at)
+    size = size < kExponentLimit ? size * 10 + (*at - '0') : size;
+  exponent = negative ? -size : size;
+  return true;
+}
+
+/// Takes the number at `at` and moves `at` behind it. False when no number begins here.
+bool ScanNumber(const ushort*& at, const ushort* end, Scan& scan) {
+  const ushort* p = at;
+  if (p != end && (*p == '+' || *p == '-'))
+    scan.negative = *p++ == '-';
+  scan.digits = p;
+  const ushort* point = nullptr;
+  std::uint64_t mantissa = 0;
+  while (p != end && IsDigit(*p))
+    mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
+  if (p != end && *p == '.') {
+    point = p++;
+    while (p != end && IsDigit(*p))
+      mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
+  }
+  scan.digitsEnd = p;
+  const std::ptrdiff_t written = (p - scan.digits) - (point ? 1 : 0);
+  if (written == 0)
+    return false;
+  std::ptrdiff_t exponent = point ? point + 1 - p : 0;
+  if (p != end && (*p == 'e' || *p == 'E')) {
+    std::ptrdiff_t given = 0;
+    if (!ScanExponent(++p, end, given))
+      return false;
+    exponent += given;
+  }
+  at = p;
+
+  scan.digitCount = written;
+  if (written > kMantissaDigits) {
+    // The sum may have run over; zeros in front don't count.
+    const ushort* first = scan.digits;
+    while (first != scan.digitsEnd && (*first == '0' || *first == '.')) {
+      scan.digitCount -= *first == '0' ? 1 : 0;
+      ++first;
+    }
+    scan.digits = first;
+  }
+  scan.mantissa = mantissa;
+  scan.exponent = exponent;
+  return true;
+}
+
+/// Converts a number of many digits or of unusual size. False when it is too large.
+bool ConvertSlowly(const Scan& scan, double& value) {
+  // More digits than this never change the rounding, except by not all being 0.
+  constexpr int kEnoughDigits = 800;
+  char text[kEnoughDigits + 24];
+  char* out = text;
+  std::ptrdiff_t dropped = 0;
+  bool rest = false;
+  for (const ushort* p = scan.digits; p != scan.digitsEnd; ++p) {
+    if (*p == '.' || (out == text && *p == '0'))
+      continue;
+    if (out - text < kEnoughDigits) {
+      *out++ = static_cast<char>(*p);
+    } else {
+      ++dropped;
+      rest = rest || *p != '0';
+    }
+  }
+  value = 0.0;
+  if (out == text)
+    return true;
+  const std::ptrdiff_t firstExponent = scan.exponent + dropped + (out - text) - 1;
+  if (rest) {
+    *out++ = '1';
+    --dropped;
+  }
+  constexpr int kLargest = std::numeric_limits<double>::max_exponent10;
+  if (firstExponent > kLargest)
+    return false;
+  if (firstExponent < -400)
+    return true;
+  *out++ = 'e';
+  out = std::to_chars(out, text + sizeof text, scan.exponent + dropped).ptr;
+  const auto result = std::from_chars(text, out, value);
+  if (result.ec == std::errc::result_out_of_range)
+    value = firstExponent > 0 ? std::numeric_limits<double>::max() : 0.0;
+  return true;
+}
+
+/// False when the number is too large.
+bool Convert(const Scan& scan, double& value) {
+  constexpr int kPower = decimal::kMaxExactPower;
+  if (scan.digitCount <= kMantissaDigits && scan.exponent >= -kPower && scan.exponent <= kPower)
+    value = decimal::ToDouble(scan.mantissa, static_cast<int>(scan.exponent));
+  else if (!ConvertSlowly(scan, value))
+    return false;
+  if (scan.negative)
+    value = -value;
+  return true;
+}
+
+/// Reads one component and moves `at` to what ended it. False when it is no number.
+bool ParseComponent(const ushort*& at, const ushort* end, double& value) {
+  Scan scan;
+  if (ScanNumber(at, end, scan) && EndsComponent(at, end))
+    return Convert(scan, value);
+  while (!EndsComponent(at, end))
+    ++at;
+  return false;
+}
+
+} // namespace
+
+bool ParseDouble(const ushort* begin, const ushort* end, double& value) {
+  begin = SkipSpace(begin, end);
+  while (end != begin && IsSpace(end[-1]))
+    --end;
+  Scan scan;
+  double parsed = 0.0;
+  if (!ScanNumber(begin, end, scan) || begin != end || !Convert(scan, parsed))
+    return false;
+  value = parsed;
+  return true;
+}
+
+bool ParseFloat(const QString& text, float& value) {
+  double wide = 0.0;
+  if (!ParseDouble(text, wide))
+    return false;
+  const auto narrow = static_cast<float>(wide);
+  if (!std::isfinite(narrow))
+    return false;
+  value = narrow;
+  return true;
+}
+
+const ushort* ParseUtf16ToVec3(const ushort* text, const ushort* end, Vec3<double>& out,
+                               int components, int optional) {
+  out = Vec3<double>();
+  const ushort* at = text;
+  for (;;) {
+    at = SkipSpace(at, end);
+    if (at == end)
+      return nullptr;
+    if (ParseComponent(at, end, out.x))
+      break;
+    while (at != end && !IsSpace(*at))
+      ++at;
+  }
+  for (int i = 1; i < components; ++i) {
+    at = SkipSpace(at, end);
+    if (at == end)
+      return at;
+    if (*at == ',')
+      at = SkipSpace(at + 1, end);
+    else if (i >= components - optional)
+      return at;
+    double value = 0.0;
+    if (ParseComponent(at, end, value))
+      out[i] = value;
+  }
+  // Further components of the tuple have no meaning.
+  while (at != end && !IsSpace(*at))
+    ++at;
+  return SkipSpace(at, end);
+}
+
+} // namespace vorrel::math
