@@ -161,6 +161,8 @@ protected:
   /// `<name>` with indentation and unknown attributes, and `</name>`, by the element's full name.
   void WriteElementStart(const SchemaObject& object, WriteState& state) const;
   void WriteElementEnd(WriteState& state) const;
+  /// `<name/>` on a line of its own.
+  void WriteEmptyElement(WriteState& state) const;
 
 private:
   friend class Schema;

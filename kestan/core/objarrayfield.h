@@ -74,6 +74,11 @@ protected:
   void Store(SchemaObject& owner, int index, SchemaObject* child) const override;
   void Append(SchemaObject& owner, SchemaObject* child) const override;
   void Move(SchemaObject& owner, int from, int to) const override;
+
+private:
+  mmvector<RefPtr<T>>& Array(const SchemaObject& object) const {
+    return Member<mmvector<RefPtr<T>>>(object);
+  }
 };
 
 } // namespace vorrel::kestan

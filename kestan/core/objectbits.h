@@ -39,6 +39,7 @@ enum BitID {
   kBitUnique = 32,               ///< The id is unique on the home service; for clients.
   kBitHiddenByLod = 33,          ///< Hidden by the level of detail.
   kBitInheritedNotifySubField = 34, ///< An owner wants reports of field changes below it.
+  kBitOrphaned = 35,             ///< The last reference is gone; the object is on its way out.
 };
 
 } // namespace vorrel::kestan

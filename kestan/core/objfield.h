@@ -5,9 +5,11 @@
 
 namespace vorrel::kestan {
 
-/// A deep clone of `child` with an id of its own, or null; made while notices are deferred.
-KESTAN_EXPORT RefPtr<SchemaObject> CloneObject(SchemaObject& child, bool deep,
-                                               mmvector<const Field*>* excluded);
+/// A clone of `child`; its creation notices wait until it's whole.
+RefPtr<SchemaObject> CloneObject(const SchemaObject& child, bool deep,
+                                 const mmvector<const Field*>* excluded);
+/// A deep clone of `child` for the document of `dst`.
+RefPtr<SchemaObject> CloneInto(const SchemaObject& dst, const SchemaObject& child);
 
 /// What holds for a member with one child object, whatever its class.
 ///

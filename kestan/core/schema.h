@@ -14,6 +14,20 @@
 #include <atomic>
 
 namespace vorrel::kestan {
+class Schema;
+}
+
+namespace vorrel {
+
+template <> struct HashMapTraits<QString, kestan::Schema> {
+  static bool Equals(const kestan::Schema& schema, const QString& key);
+  static bool Equals(const kestan::Schema& a, const kestan::Schema& b);
+  static std::uint32_t Hash(const kestan::Schema& schema);
+};
+
+} // namespace vorrel
+
+namespace vorrel::kestan {
 
 class CreationObserver;
 class KestanCreationParams;
@@ -131,13 +145,3 @@ private:
 };
 
 } // namespace vorrel::kestan
-
-namespace vorrel {
-
-template <> struct HashMapTraits<QString, kestan::Schema> {
-  static bool Equals(const kestan::Schema& schema, const QString& key) {
-    return schema.GetKey() == key;
-  }
-};
-
-} // namespace vorrel

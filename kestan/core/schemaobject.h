@@ -19,11 +19,24 @@
 #include <memory>
 
 namespace vorrel::kestan {
+class SchemaObject;
+}
+
+namespace vorrel {
+
+template <> struct HashMapTraits<kestan::KmlId, kestan::SchemaObject> {
+  static bool Equals(const kestan::SchemaObject& object, const kestan::KmlId& id);
+  static bool Equals(const kestan::SchemaObject& a, const kestan::SchemaObject& b);
+  static std::uint32_t Hash(const kestan::SchemaObject& object);
+};
+
+} // namespace vorrel
+
+namespace vorrel::kestan {
 
 class Document;
 class ObjectObserver;
 class Schema;
-class SchemaObject;
 class SchemaObjectSchema;
 class StrField;
 class WriteState;
@@ -151,7 +164,7 @@ public:
   void SetInheritedShouldNotifySubFieldChanged(bool value);
 
   // Operations that classes replace, in the order of their slots.
-  void orphaned() const override;
+  void orphaned() override;
   /// An object without an owner no longer counts as visible.
   virtual void RequireParentInheritedVisibility(bool update);
   /// A new object of the same class with a fresh run-time id; null for a class without instances.
@@ -245,10 +258,19 @@ private:
 
 namespace vorrel {
 
-template <> struct HashMapTraits<kestan::KmlId, kestan::SchemaObject> {
-  static bool Equals(const kestan::SchemaObject& object, const kestan::KmlId& id) {
-    return object.GetUrl() == id.url && object.GetId() == id.id;
-  }
-};
+inline bool HashMapTraits<kestan::KmlId, kestan::SchemaObject>::Equals(
+    const kestan::SchemaObject& object, const kestan::KmlId& id) {
+  return object.GetUrl() == id.url && object.GetId() == id.id;
+}
+
+inline bool HashMapTraits<kestan::KmlId, kestan::SchemaObject>::Equals(
+    const kestan::SchemaObject& a, const kestan::SchemaObject& b) {
+  return a.GetUrl() == b.GetUrl() && a.GetId() == b.GetId();
+}
+
+inline std::uint32_t
+HashMapTraits<kestan::KmlId, kestan::SchemaObject>::Hash(const kestan::SchemaObject& object) {
+  return hash<kestan::KmlId>()(object.GetKmlId());
+}
 
 } // namespace vorrel

@@ -52,10 +52,10 @@ public:
   void ForgetList() { head_ = nullptr; }
 
   /// Calls `handler(Observer&)` for each enabled observer on the list. Observers that are added
-  /// meanwhile aren't called.
-  template <class Handler> void Dispatch(Handler&& handler) {
+  /// meanwhile aren't called. False when the list has gone meanwhile.
+  template <class Handler> bool Dispatch(Handler&& handler) {
     if (depth_ == kMaxDepth || !head_)
-      return;
+      return head_ != nullptr;
     const RefPtr<StackForwarder> keepsThis(this);
     const int level = depth_++;
     for (Observer* observer = *head_; observer; observer = next_[level]) {
@@ -67,6 +67,7 @@ public:
     }
     next_[level] = nullptr;
     --depth_;
+    return head_ != nullptr;
   }
 
 private:
@@ -97,13 +98,14 @@ public:
 
   /// Tells the observers: `handler(Observer&)` is called for each enabled one, latest first. It may
   /// take off any observer, add new ones, which aren't called this time, dispatch again, up to
-  /// `StackForwarder::kMaxDepth` levels deep, and destroy the list.
-  template <class Handler> void Dispatch(Handler&& handler) {
+  /// `StackForwarder::kMaxDepth` levels deep, and destroy the list. False when it did the last:
+  /// the subject is gone then.
+  template <class Handler> bool Dispatch(Handler&& handler) {
     if (!head_)
-      return;
+      return true;
     if (!forwarder_)
       forwarder_ = StackForwarder::Create(&head_);
-    forwarder_->Dispatch(handler);
+    return forwarder_->Dispatch(handler);
   }
 
 private:

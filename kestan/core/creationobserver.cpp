@@ -1,0 +1,99 @@
+#include "kestan/core/creationobserver.h"
+
+#include "kestan/core/schema.h"
+#include "kestan/core/schemaobject.h"
+#include "kestan/core/threadcontext.h"
+
+#include <mutex>
+
+namespace vorrel::kestan {
+
+SpinLock CreationObserver::s_lock_;
+
+CreationObserver::CreationObserver(const Schema& schema, ThreadSafety safety)
+    : schema_(&schema), threadSafety_(safety) {
+  const std::lock_guard<SpinLock> guard(s_lock_);
+  schema.AddCreationObserver(*this);
+}
+
+CreationObserver::~CreationObserver() {
+  const std::lock_guard<SpinLock> guard(s_lock_);
+  if (schema_)
+    schema_->RemCreationObserver(*this);
+}
+
+void CreationObserver::NotifyPostCreate(SchemaObject& object) {
+  ThreadContext* context = ThreadContext::GetCurrent();
+  if (context->disableCount != 0)
+    return;
+  object.SetBit(kBitPostCreated, true);
+  if (object.GetSchema().GetCreationObservers().empty())
+    return;
+  if (context->deferCount != 0) {
+    context->deferred.emplace_back(&object);
+    object.SetBit(kBitDeferredCreate, true);
+    return;
+  }
+  DoNotifyPostCreate(object, System::IsMainThread());
+}
+
+bool CreationObserver::DoNotifyPostCreate(SchemaObject& object, bool onMain) {
+  const mmvector<CreationObserver*>& observers = object.GetSchema().GetCreationObservers();
+  const bool seenBySafe = object.GetBit(kBitPostCreateSafeDone);
+  bool reachedAll = true;
+  for (std::size_t i = 0;; ++i) {
+    CreationObserver* observer = nullptr;
+    {
+      // The list may change while the lock is open for a call.
+      const std::lock_guard<SpinLock> guard(s_lock_);
+      if (i >= observers.size())
+        break;
+      observer = observers[i];
+    }
+    if (observer->threadSafety_ == kAnyThread) {
+      if (seenBySafe)
+        continue;
+      object.SetBit(kBitPostCreateSafeDone, true);
+    } else if (!onMain) {
+      reachedAll = false;
+      continue;
+    }
+    // The object may still be in its constructor, without any reference: letting go of this one
+    // must not delete it.
+    object.ref();
+    if (observer->enabled_)
+      observer->OnPostCreate(Event{&object});
+    if (onMain)
+      object.SetBit(kBitPostCreateDone, true);
+    object.UnrefWithoutDelete();
+  }
+  return reachedAll;
+}
+
+void CreationObserver::NotifyDeferred() {
+  ThreadContext* context = ThreadContext::GetCurrent();
+  const bool onMain = System::IsMainThread();
+  mmvector<RefPtr<SchemaObject>> waiting;
+  // Objects that are deferred during the walk are served too.
+  for (std::size_t i = 0; i < context->deferred.size(); ++i) {
+    const RefPtr<SchemaObject> object = std::move(context->deferred[i]);
+    object->SetBit(kBitDeferredCreate, false);
+    const bool heldElsewhere = object->GetRefCount() > 1;
+    if (heldElsewhere && !DoNotifyPostCreate(*object, onMain)) {
+      object->SetBit(kBitDeferredCreate, true);
+      waiting.push_back(object);
+    }
+  }
+  context->deferred = std::move(waiting);
+}
+
+void CreationObserver::EndNotificationDeferrer() {
+  ThreadContext* context = ThreadContext::GetCurrent();
+  if (context->deferCount == 1)
+    NotifyDeferred();
+  --context->deferCount;
+}
+
+void CreationObserver::NotifyPreDelete(SchemaObject&) {}
+
+} // namespace vorrel::kestan

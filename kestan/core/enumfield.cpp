@@ -1,0 +1,26 @@
+#include "kestan/core/enumfield.h"
+
+#include "kestan/core/enum.h"
+
+namespace vorrel::kestan {
+
+EnumField::EnumField(Schema& schema, const QString& name, Enum& values, int defaultValue,
+                     unsigned offset, Field::Type type, unsigned flags)
+    : SimpleField(schema, name, offset, type, flags), values_(&values) {
+  SetDefault(defaultValue);
+}
+
+FromStringResult EnumField::fromString(SchemaObject& object, const AttributeList* attrs,
+                                       const NamespaceList* namespaces, const QString& text, int,
+                                       Update* update) const {
+  int value = 0;
+  if (!values_->GetEnum(text, value))
+    return FromStringResult::kUnknownEnumeration;
+  return Store(object, value, attrs, namespaces, update);
+}
+
+QString EnumField::toString(const SchemaObject& object, int) const {
+  return values_->getString(get(object));
+}
+
+} // namespace vorrel::kestan

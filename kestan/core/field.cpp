@@ -1,0 +1,101 @@
+#include "kestan/core/field.h"
+
+#include "kestan/core/schema.h"
+#include "kestan/core/schemaobject.h"
+
+namespace vorrel::kestan {
+
+namespace {
+
+// Marks of GetNamespaceFlags for child classes outside the KML and extension namespaces.
+constexpr unsigned kWmsNamespace = 0x200;
+constexpr unsigned kAtomNamespace = 0x400;
+constexpr unsigned kNamespaceFlags =
+    Field::kKmlNamespace | Field::kExtNamespace | kWmsNamespace | kAtomNamespace;
+
+Namespace NamespaceFromFlags(unsigned flags, const Schema& schema) {
+  if (flags & Field::kKmlNamespace)
+    return Namespace::kKml;
+  if (flags & Field::kExtNamespace)
+    return Namespace::kExt;
+  return schema.GetNamespace();
+}
+
+} // namespace
+
+Field::Field(Schema& schema, const QString& name, unsigned offset, Type type, unsigned flags,
+             unsigned size, unsigned align, const Schema* objSchema)
+    : schema_(&schema), name_(name), ns_(NamespaceFromFlags(flags, schema)), offset_(offset),
+      flags_(flags), type_(type) {
+  key_ = Schema::MakeKey(name_, ns_);
+  init(size, align, objSchema);
+}
+
+Field::~Field() = default;
+
+void Field::init(unsigned size, unsigned align, const Schema* objSchema) {
+  if (!HasFlag(kProxy)) {
+    if (type_ != kHidden && offset_ == 0)
+      offset_ = (schema_->size_ + align - 1) / align * align;
+    if (offset_ + size > schema_->size_)
+      schema_->size_ = offset_ + size;
+  }
+  schema_->AddField(*this, objSchema);
+}
+
+unsigned Field::GetNamespaceFlags(const Schema& childSchema, unsigned flags) {
+  flags &= ~kNamespaceFlags;
+  switch (childSchema.GetNamespace()) {
+  case Namespace::kExt:
+    return flags | kExtNamespace;
+  case Namespace::kWms:
+    return flags | kWmsNamespace;
+  case Namespace::kAtom:
+    return flags | kAtomNamespace;
+  default:
+    return flags | kKmlNamespace;
+  }
+}
+
+void Field::merge(SchemaObject&, const SchemaObject&, const SchemaObject&, bool) const {}
+
+bool Field::equals(const SchemaObject&, const SchemaObject&) const { return false; }
+
+int Field::compare(const SchemaObject&, const SchemaObject&) const { return -1; }
+
+FromStringResult Field::fromString(SchemaObject&, const AttributeList*, const NamespaceList*,
+                                   const QString&, int, Update*) const {
+  return FromStringResult::kUnsupportedData;
+}
+
+QString Field::toString(const SchemaObject&, int) const { return QString(); }
+
+bool Field::set(SchemaObject&, SchemaObject*, int) const { return false; }
+
+bool Field::insert(SchemaObject&, SchemaObject*, int) const { return false; }
+
+int Field::getCount(const SchemaObject&) const { return 0; }
+
+void Field::setCount(SchemaObject&, unsigned) const {}
+
+SchemaObject* Field::GetObject(const SchemaObject&, int) const { return nullptr; }
+
+int Field::FindObject(const SchemaObject&, const SchemaObject&) const { return -1; }
+
+bool Field::IsUndefined(const SchemaObject&) const { return false; }
+
+void Field::NotifyFieldChanged(SchemaObject& object) const { object.NotifyFieldChanged(*this); }
+
+void Field::SetFlagBit(unsigned flag, bool value) {
+  flags_ = value ? flags_ | flag : flags_ & ~flag;
+}
+
+char* Field::GetObjectBase(const SchemaObject& object) const {
+  if (HasFlag(kProxy))
+    return static_cast<char*>(object.GetProxyStorage());
+  // SchemaObject is the first base of every class, so that its address is that of the whole
+  // object. Members are reached for reading and writing alike.
+  return reinterpret_cast<char*>(const_cast<SchemaObject*>(&object));
+}
+
+} // namespace vorrel::kestan

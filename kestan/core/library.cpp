@@ -1,0 +1,53 @@
+#include "kestan/core/library.h"
+
+#include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/schema.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/host/resources.h"
+#include "kestan/host/system.h"
+#include "kestan/read/deprecationmanager.h" // ends with the library
+#include "kestan/read/expathandler.h"       // starts and ends with the library
+
+#include <memory>
+
+namespace vorrel::kestan {
+
+namespace {
+
+bool s_initialized = false;
+std::unique_ptr<ResourceManager> s_resource_manager;
+
+} // namespace
+
+void GInitialize() { GInitialize(KestanCreationParams()); }
+
+void GInitialize(const KestanCreationParams& params) {
+  if (s_initialized)
+    return;
+  s_initialized = true;
+  System::SetMainThread();
+  ExpatHandler::Startup();
+  s_resource_manager = std::make_unique<ResourceManager>();
+  s_resource_manager->AddLoader(std::make_unique<QtResourceLoader>());
+  s_resource_manager->AddLoader(std::make_unique<FileResourceLoader>());
+  ThreadContext::Initialize();
+  const NotificationDeferrer deferrer;
+  Schema::Initialize(params);
+}
+
+void GShutdown() {
+  if (!s_initialized)
+    return;
+  DeprecationManager::DeleteSingleton();
+  Schema::Shutdown();
+  ThreadContext::Shutdown();
+  s_resource_manager.reset();
+  ExpatHandler::Shutdown();
+  s_initialized = false;
+}
+
+bool GIsInitialized() { return s_initialized; }
+
+ResourceManager* GetResourceManager() { return s_resource_manager.get(); }
+
+} // namespace vorrel::kestan

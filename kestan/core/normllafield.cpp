@@ -1,0 +1,26 @@
+#include "kestan/core/normllafield.h"
+
+#include "kestan/core/convertfromstring.h"
+#include "kestan/host/convert.h"
+#include "kestan/host/numberformat.h"
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+FromStringResult NormLLAField::fromString(SchemaObject& object, const AttributeList* attrs,
+                                          const NamespaceList* namespaces, const QString& text, int,
+                                          Update* update) const {
+  Vec3<double> position = convert::LLAToNorm(ValueFromString<Vec3<double>>(text));
+  position.x = std::clamp(position.x, -180.0, 180.0);
+  position.y = std::clamp(position.y, -180.0, 180.0);
+  return Store(object, position, attrs, namespaces, update);
+}
+
+QString NormLLAField::toString(const SchemaObject& object, int) const {
+  char buffer[kMaxNormLLALength];
+  const int size = FormatNormLLA(get(object), ',', buffer);
+  return QString::fromLatin1(buffer, size);
+}
+
+} // namespace vorrel::kestan

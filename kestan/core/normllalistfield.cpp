@@ -1,0 +1,76 @@
+#include "kestan/core/normllalistfield.h"
+
+#include "kestan/core/schemaobject.h"
+#include "kestan/host/convert.h"
+#include "kestan/host/numberformat.h"
+#include "kestan/host/parse.h"
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+namespace {
+
+/// The last number of a tuple, the altitude, may be missing.
+constexpr int kOptionalAltitude = 1;
+/// Scratch space beyond this many positions isn't kept for the next text.
+constexpr std::size_t kKeptScratch = 1U << 16;
+
+bool IsPolyline(const AttributeList* attrs) {
+  return attrs && std::any_of(attrs->begin(), attrs->end(), [](const auto& attr) {
+           return attr.first == QLatin1String("type") && attr.second == QLatin1String("polyline");
+         });
+}
+
+template <class Visit>
+void ForEachPosition(const QString& text, bool polyline, Visit visit) {
+  const ushort* at = text.utf16();
+  const ushort* const end = at + text.size();
+  while (at && at < end) {
+    Vec3<double> position{0.0, 0.0, 0.0};
+    if (polyline) {
+      at = math::ParseUtf16ToVec3(at, end, position, 2, 0);
+      std::swap(position.x, position.y);
+    } else {
+      at = math::ParseUtf16ToVec3(at, end, position, 3, kOptionalAltitude);
+    }
+    if (at)
+      visit(convert::LLAToNorm(position));
+  }
+}
+
+} // namespace
+
+FromStringResult NormLLAListField::fromString(SchemaObject& object, const AttributeList* attrs,
+                                              const NamespaceList* namespaces, const QString& text,
+                                              int, Update* update) const {
+  if (update)
+    return FromStringResult::kSecurityViolation; // nobody records edits yet
+
+  // How many positions a text holds is known only afterwards. A scratch that lives on gives the
+  // member its exact size at the cost of one copy.
+  static thread_local mmvector<Vec3<double>> scratch;
+  scratch.clear();
+  ForEachPosition(text, IsPolyline(attrs),
+                  [](const Vec3<double>& position) { scratch.push_back(position); });
+  Array(object).assign(scratch.begin(), scratch.end());
+  if (scratch.capacity() > kKeptScratch)
+    mmvector<Vec3<double>>().swap(scratch);
+
+  if (attrs && !attrs->empty())
+    object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
+  NotifyFieldChanged(object);
+  return FromStringResult::kOk;
+}
+
+QString NormLLAListField::toString(const SchemaObject& object, int index) const {
+  const mmvector<Vec3<double>>& array = Array(object);
+  const bool inRange = index >= 0 && static_cast<std::size_t>(index) < array.size();
+  char buffer[kMaxNormLLALength];
+  const int size =
+      FormatNormLLA(inRange ? array[static_cast<std::size_t>(index)] : Vec3<double>{0.0, 0.0, 0.0},
+                    ',', buffer);
+  return QString::fromLatin1(buffer, size);
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "kestan/core/objarrayfield.h"
+#include "kestan/core/schemaobject.h"
+
+#include <algorithm>
+#include <new>
+
+namespace vorrel::kestan {
+
+template <class T>
+ObjArrayField<T>::ObjArrayField(Schema& schema, const QString& name, const Schema& objSchema,
+                                unsigned offset, unsigned flags)
+    : ObjArrayFieldBase(schema, name, objSchema, offset, flags, sizeof(mmvector<RefPtr<T>>),
+                        alignof(mmvector<RefPtr<T>>)) {}
+
+template <class T> unsigned ObjArrayField<T>::getSize() const {
+  return sizeof(mmvector<RefPtr<T>>);
+}
+
+template <class T> unsigned ObjArrayField<T>::GetAlign() const {
+  return alignof(mmvector<RefPtr<T>>);
+}
+
+template <class T> void ObjArrayField<T>::construct(SchemaObject& object) const {
+  new (&Array(object)) mmvector<RefPtr<T>>();
+}
+
+template <class T> void ObjArrayField<T>::destruct(SchemaObject& object) const {
+  using Vector = mmvector<RefPtr<T>>;
+  Array(object).~Vector();
+}
+
+template <class T> int ObjArrayField<T>::getCount(const SchemaObject& object) const {
+  return static_cast<int>(Array(object).size());
+}
+
+template <class T> void ObjArrayField<T>::setCount(SchemaObject& object, unsigned count) const {
+  Array(object).resize(count);
+}
+
+template <class T>
+SchemaObject* ObjArrayField<T>::GetObject(const SchemaObject& object, int index) const {
+  const mmvector<RefPtr<T>>& array = Array(object);
+  const auto place = static_cast<std::size_t>(index);
+  return index >= 0 && place < array.size() ? array[place].get() : nullptr;
+}
+
+template <class T>
+void ObjArrayField<T>::Store(SchemaObject& owner, int index, SchemaObject* child) const {
+  Array(owner)[static_cast<std::size_t>(index)] = RefPtr<T>(static_cast<T*>(child));
+}
+
+template <class T> void ObjArrayField<T>::Append(SchemaObject& owner, SchemaObject* child) const {
+  Array(owner).emplace_back(static_cast<T*>(child));
+}
+
+template <class T> void ObjArrayField<T>::Move(SchemaObject& owner, int from, int to) const {
+  const auto begin = Array(owner).begin();
+  if (from < to)
+    std::rotate(begin + from, begin + from + 1, begin + to + 1);
+  else
+    std::rotate(begin + to, begin + from, begin + from + 1);
+}
+
+} // namespace vorrel::kestan

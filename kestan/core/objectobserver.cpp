@@ -1,0 +1,64 @@
+#include "kestan/core/objectobserver.h"
+
+namespace vorrel::kestan {
+
+std::atomic<std::uint32_t> ObjectObserver::s_revision_counter_{0};
+
+const Field* SubFieldChangedEvent::GetObservedSubField() const {
+  if (!observedSubField)
+    observedSubField = observed.FindObject(child, nullptr);
+  return observedSubField;
+}
+
+ISchemaObjectObserver::~ISchemaObjectObserver() = default;
+
+ObjectObserver::ObjectObserver(SchemaObject& object) { SetObserved(&object); }
+
+ObjectObserver::ObjectObserver(SchemaObject* object) { SetObserved(object); }
+
+ObjectObserver::~ObjectObserver() = default;
+
+void ObjectObserver::SetObserved(const SchemaObject* object) {
+  Detach();
+  if (object)
+    const_cast<SchemaObject*>(object)->observers_.Add(*this);
+}
+
+void ObjectObserver::OnSubFieldChanged(const SubFieldChangedEvent&) {}
+
+void ObjectObserver::NotifyFieldChanged(SchemaObject& object, const Field& field) {
+  object.revision_ = s_revision_counter_.fetch_add(1, std::memory_order_relaxed) + 1;
+  if (object.observers_.IsEmpty() && object.GetOwnerCount() == 0)
+    return;
+  if (object.GetBit(kBitNoFieldNotify))
+    return;
+  const FieldChangedEvent event{object, field};
+  const bool alive = object.observers_.Dispatch(
+      [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnFieldChanged(event); });
+  if (!alive)
+    return;
+  if (object.GetBit(kBitNotifySubField) || object.GetBit(kBitInheritedNotifySubField)) {
+    VisitedObjects visited;
+    object.NotifySubFieldChanged(object, field, visited);
+  }
+}
+
+void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject& child,
+                                           SchemaObject& changed, const Field& field,
+                                           VisitedObjects& visited) {
+  observed.revision_ = s_revision_counter_.load(std::memory_order_relaxed);
+  const SubFieldChangedEvent event{observed, child, changed, field};
+  const bool alive = observed.observers_.Dispatch([&](Observer& observer) {
+    static_cast<ObjectObserver&>(observer).OnSubFieldChanged(event);
+  });
+  if (alive && (observed.GetBit(kBitNotifySubField) || observed.GetBit(kBitInheritedNotifySubField)))
+    observed.NotifySubFieldChanged(changed, field, visited);
+}
+
+void ObjectObserver::NotifyPreDelete(SchemaObject& object) {
+  const PreDeleteEvent event{object};
+  object.observers_.Dispatch(
+      [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnPreDelete(event); });
+}
+
+} // namespace vorrel::kestan

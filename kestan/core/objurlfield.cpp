@@ -1,0 +1,12 @@
+#include "kestan/core/objurlfield.h"
+
+#include "kestan/core/schemaobject.h"
+
+namespace vorrel::kestan {
+
+void ObjUrlFieldBase::clone(SchemaObject& dst, const SchemaObject& src, bool) const {
+  const KmlId id = SchemaObject::MakeAbsoluteId(src.GetBaseUrl(), get(src));
+  SetTypedObject(dst, id.id.isEmpty() ? id.url : id.url + QLatin1Char('#') + id.id);
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "kestan/core/objurlfield.h"
+#include "kestan/core/schemaobject.h"
+
+namespace vorrel::kestan {
+
+template <class T>
+ObjUrlField<T>::ObjUrlField(Schema& schema, const QString& name, unsigned offset, Field::Type type,
+                            unsigned flags, unsigned targetOffset)
+    : ObjUrlFieldBase(schema, name, offset, type, flags), targetOffset_(targetOffset) {}
+
+template <class T> SchemaObject* ObjUrlField<T>::GetTarget(const SchemaObject& object) const {
+  return this->template Member<RefPtr<T>>(object, targetOffset_).get();
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,99 @@
+#include "kestan/core/simplearrayfield.h"
+
+#include "kestan/core/typedarrayfield_impl.h"
+#include "kestan/host/convert.h"
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+template <class T>
+SimpleArrayField<T>::SimpleArrayField(Schema& schema, const QString& name, unsigned offset,
+                                      Field::Type type, unsigned flags)
+    : TypedArrayField<T>(schema, name, offset, type, flags) {}
+
+template <class T>
+SimpleArrayField<T>& SimpleArrayField<T>::SetUndefinedOffset(unsigned offset) {
+  undefinedOffset_ = offset;
+  return *this;
+}
+
+template <class T> T SimpleArrayField<T>::Parse(const QString& text) const {
+  return ValueFromString<T>(text);
+}
+
+template <class T>
+FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const AttributeList*,
+                                                 const NamespaceList*, const QString& text,
+                                                 int index, Update*) const {
+  mmvector<T>& array = this->Array(object);
+  const std::size_t place = index < 0 ? array.size() : static_cast<std::size_t>(index);
+  T value{};
+  if (!text.isEmpty()) {
+    value = Parse(text);
+  } else if (undefinedOffset_ != 0) {
+    auto& undefined = this->template Member<mmvector<bool>>(object, undefinedOffset_);
+    undefined.resize(std::max(undefined.size(), place + 1));
+    undefined[place] = true;
+  }
+  if (place >= array.size())
+    array.resize(place + 1);
+  array[place] = std::move(value);
+  this->NotifyFieldChanged(object);
+  return FromStringResult::kOk;
+}
+
+template <class T>
+void SimpleArrayField<T>::WriteEntry(const T& value, WriteState& state) const {
+  WriteValueText(state.stream(), value);
+}
+
+template <class T>
+void SimpleArrayField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
+  if (this->HasFlag(Field::kNoWrite))
+    return;
+  const mmvector<bool>* undefined =
+      undefinedOffset_ ? &this->template Member<mmvector<bool>>(object, undefinedOffset_) : nullptr;
+  const mmvector<T>& array = this->Array(object);
+  for (std::size_t i = 0; i < array.size(); ++i) {
+    if (undefined && i < undefined->size() && (*undefined)[i]) {
+      this->WriteEmptyElement(state);
+      continue;
+    }
+    this->WriteElementStart(object, state);
+    WriteEntry(array[i], state);
+    this->WriteElementEnd(state);
+  }
+}
+
+Vec3<double> NormLLAArrayField::Parse(const QString& text) const {
+  return convert::LLAToNorm(ValueFromString<Vec3<double>>(text));
+}
+
+Vec3<float> Vec3fArrayField::Parse(const QString& text) const {
+  return ValueFromString<Vec3<float>>(text);
+}
+
+template class TypedArrayField<int>;
+template class TypedArrayField<unsigned int>;
+template class TypedArrayField<unsigned short>;
+template class TypedArrayField<float>;
+template class TypedArrayField<double>;
+template class TypedArrayField<QString>;
+template class TypedArrayField<DateTime>;
+template class TypedArrayField<Color32>;
+template class TypedArrayField<Vec3<double>>;
+template class TypedArrayField<Vec3<float>>;
+
+template class SimpleArrayField<int>;
+template class SimpleArrayField<unsigned int>;
+template class SimpleArrayField<unsigned short>;
+template class SimpleArrayField<float>;
+template class SimpleArrayField<double>;
+template class SimpleArrayField<QString>;
+template class SimpleArrayField<DateTime>;
+template class SimpleArrayField<Color32>;
+template class SimpleArrayField<Vec3<double>>;
+template class SimpleArrayField<Vec3<float>>;
+
+} // namespace vorrel::kestan
