@@ -32,5 +32,7 @@ if(KESTAN_QT6)
 else()
   set(kestan_pc_requires "Qt5Core >= 5.15")
 endif()
+# Relative to the file itself, so that the installed tree can be moved.
+file(RELATIVE_PATH kestan_pc_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/kestan.pc.in" "${PROJECT_BINARY_DIR}/kestan.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/kestan.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -1,4 +1,4 @@
-#include "kestan/core/kestan.h"
+#include "kestan/core/library.h"
 
 int main() {
   vorrel::kestan::GInitialize();

@@ -1,0 +1,116 @@
+// Google Benchmark over generated documents: parse, write, clone, and the two references.
+
+#include "bench/documents.h"
+#include "bench/plainwriter.h"
+#include "bench/subject.h"
+#include "bench/wideexpat.h"
+
+#include <benchmark/benchmark.h>
+
+#include <optional>
+
+namespace bench {
+
+namespace {
+
+constexpr std::size_t kBytes = 16U << 20U;
+
+void SetCounters(benchmark::State& state, std::size_t bytes, std::size_t objects) {
+  state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * state.iterations());
+  state.counters["objects"] =
+      benchmark::Counter(static_cast<double>(objects), benchmark::Counter::kIsIterationInvariantRate);
+}
+
+void Read(benchmark::State& state, Kind kind) {
+  const Subject subject;
+  const Document document = MakeDocument(kind, kBytes);
+  for (auto _ : state) {
+    std::optional<Subject::Tree> tree = subject.Read(document.text);
+    state.PauseTiming();
+    tree.reset();
+    state.ResumeTiming();
+  }
+  SetCounters(state, document.text.size(), document.objects);
+}
+
+void ReadReference(benchmark::State& state, Kind kind) {
+  const WideExpat expat;
+  const Document document = MakeDocument(kind, kBytes);
+  for (auto _ : state) {
+    expat.Parse(document.text);
+  }
+  SetCounters(state, document.text.size(), document.objects);
+}
+
+void Write(benchmark::State& state, Kind kind) {
+  const Subject subject;
+  const Document document = MakeDocument(kind, kBytes);
+  const Subject::Tree tree = subject.Read(document.text);
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    bytes = static_cast<std::size_t>(subject.Write(tree).size());
+  }
+  SetCounters(state, bytes, document.objects);
+}
+
+void WriteReference(benchmark::State& state, Kind kind) {
+  const Subject subject;
+  const Document document = MakeDocument(kind, kBytes);
+  const PlainWriter plain(subject.Write(subject.Read(document.text)).toStdString());
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    bytes = plain.Write();
+  }
+  SetCounters(state, bytes, document.objects);
+}
+
+void Clone(benchmark::State& state, Kind kind) {
+  const Subject subject;
+  const Document document = MakeDocument(kind, kBytes);
+  const Subject::Tree tree = subject.Read(document.text);
+  for (auto _ : state) {
+    std::optional<Subject::Tree> copy = subject.Clone(tree);
+    state.PauseTiming();
+    copy.reset();
+    state.ResumeTiming();
+  }
+  SetCounters(state, document.text.size(), document.objects);
+}
+
+void Destroy(benchmark::State& state, Kind kind) {
+  const Subject subject;
+  const Document document = MakeDocument(kind, kBytes);
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::optional<Subject::Tree> tree = subject.Read(document.text);
+    state.ResumeTiming();
+    tree.reset();
+  }
+  SetCounters(state, document.text.size(), document.objects);
+}
+
+void Register(const char* name, void (*benchmark)(benchmark::State&, Kind)) {
+  for (const Kind kind : {Kind::kPlacemarks, Kind::kCoordinates, Kind::kMix}) {
+    const std::string full = std::string(name) + "/" + Name(kind);
+    benchmark::RegisterBenchmark(full.c_str(), benchmark, kind)->Unit(benchmark::kMillisecond);
+  }
+}
+
+} // namespace
+
+} // namespace bench
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+    return 2;
+  }
+  bench::Register("read", bench::Read);
+  bench::Register("read-reference", bench::ReadReference);
+  bench::Register("write", bench::Write);
+  bench::Register("write-reference", bench::WriteReference);
+  bench::Register("clone", bench::Clone);
+  bench::Register("destroy", bench::Destroy);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

@@ -1,0 +1,159 @@
+#include "kestan/core/creationobserver.h"
+#include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/objectobserver.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/core/watcher.h"
+#include "tests/core/probeschema.h"
+#include "tests/support/kmltest.h"
+
+#include <functional>
+
+namespace vorrel::kestan {
+
+using ObserverTest = KmlTest;
+
+namespace {
+
+const ProbeSchema& Fields() { return ProbeSchema::GetSingleton(); }
+
+void Change(Probe& probe) { Fields().count.SetTypedObject(probe, 1); }
+
+/// Writes its name into a log, and does what a test wants then.
+class Listener final : public ObjectObserver {
+public:
+  Listener(SchemaObject* object, QString name, QString& log)
+      : ObjectObserver(object), name_(std::move(name)), log_(log) {}
+
+  std::function<void()> onChange;
+
+  void OnFieldChanged(const FieldChangedEvent&) override {
+    log_ += name_;
+    if (onChange)
+      onChange();
+  }
+  void OnSubFieldChanged(const SubFieldChangedEvent& event) override {
+    log_ += name_ + ">" + event.GetObservedSubField()->GetName() + ">" + event.field.GetName();
+  }
+  void OnPreDelete(const PreDeleteEvent&) override { log_ += "~" + name_; }
+
+private:
+  QString name_;
+  QString& log_;
+};
+
+class Counter final : public CreationObserver {
+public:
+  using CreationObserver::CreationObserver;
+  int seen = 0;
+  void OnPostCreate(const Event&) override { ++seen; }
+};
+
+} // namespace
+
+TEST_F(ObserverTest, TheLatestObserverHearsFirstAndADisabledOneNothing) {
+  QString log;
+  const auto probe = Probe::Make();
+  Listener a(probe.get(), "a", log);
+  Listener b(probe.get(), "b", log);
+  Listener c(probe.get(), "c", log);
+  b.SetEnabled(false);
+  Change(*probe);
+  EXPECT_EQ("ca", log);
+}
+
+TEST_F(ObserverTest, ObserversComeAndGoWhileTheyAreTold) {
+  QString log;
+  const auto probe = Probe::Make();
+  Listener a(probe.get(), "a", log);
+  auto b = std::make_unique<Listener>(probe.get(), "b", log);
+  Listener c(probe.get(), "c", log);
+  std::unique_ptr<Listener> late;
+  c.onChange = [&] {
+    b.reset();
+    late = std::make_unique<Listener>(probe.get(), "d", log);
+    c.SetObserved(nullptr);
+  };
+  Change(*probe);
+  EXPECT_EQ("ca", log);
+  Change(*probe);
+  EXPECT_EQ("cada", log);
+}
+
+TEST_F(ObserverTest, ADeletedSubjectEndsTheDispatch) {
+  QString log;
+  auto probe = Probe::Make();
+  Listener a(probe.get(), "a", log);
+  Listener b(probe.get(), "b", log);
+  b.onChange = [&] { probe.reset(); };
+  Change(*probe);
+  EXPECT_EQ("b~b~a", log);
+  EXPECT_FALSE(a.IsAttached());
+}
+
+TEST_F(ObserverTest, AFifthNestedDispatchIsDropped) {
+  QString log;
+  const auto probe = Probe::Make();
+  Listener a(probe.get(), "a", log);
+  a.onChange = [&] {
+    if (log.size() < 100)
+      Change(*probe);
+  };
+  Change(*probe);
+  EXPECT_EQ("aaaa", log);
+}
+
+TEST_F(ObserverTest, AChangeClimbsToTheOwners) {
+  QString log;
+  const auto root = Probe::Make();
+  const auto middle = Probe::Make();
+  const auto leaf = Probe::Make();
+  Fields().child.set(*root, middle.get(), 0);
+  Fields().child.set(*middle, leaf.get(), 0);
+  Listener a(root.get(), "a", log);
+  Listener b(leaf.get(), "b", log);
+  Change(*leaf);
+  EXPECT_EQ("ba>child>count", log);
+  EXPECT_EQ(leaf->GetRevision(), root->GetRevision());
+
+  const auto revision = leaf->GetRevision();
+  ThreadContext::GetCurrent()->notifyEnabled = false;
+  Change(*leaf);
+  ThreadContext::GetCurrent()->notifyEnabled = true;
+  EXPECT_EQ(revision, leaf->GetRevision());
+}
+
+TEST_F(ObserverTest, AWatcherTurnsNullWithItsObject) {
+  auto probe = Probe::Make();
+  const Watcher<Probe> watcher(probe.get());
+  EXPECT_EQ(probe.get(), watcher.get());
+  probe.reset();
+  EXPECT_EQ(nullptr, watcher.get());
+}
+
+TEST_F(ObserverTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
+  Counter probes(Probe::GetClassSchema());
+  Counter all(SchemaObject::GetClassSchema());
+  const auto first = Probe::Make();
+  EXPECT_EQ(1, probes.seen);
+  EXPECT_EQ(1, all.seen);
+  RefPtr<Probe> kept;
+  {
+    const NotificationDeferrer outer;
+    {
+      const NotificationDeferrer inner;
+      kept = Probe::Make();
+      Probe::Make(); // nobody holds it: it dies unannounced
+    }
+    EXPECT_EQ(1, probes.seen);
+  }
+  EXPECT_EQ(2, probes.seen);
+  EXPECT_EQ(2, Probe::s_alive);
+  {
+    const NotificationDisabler disabler;
+    const auto silent = Probe::Make();
+    EXPECT_FALSE(silent->GetBit(kBitPostCreated));
+  }
+  EXPECT_EQ(2, probes.seen);
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,105 @@
+#include "kestan/core/library.h"
+#include "kestan/core/schema.h"
+#include "tests/core/probeschema.h"
+#include "tests/support/kmltest.h"
+
+#include <functional>
+#include <set>
+
+namespace vorrel::kestan {
+
+using SchemaTest = KmlTest;
+
+namespace {
+
+void ForEachSchema(const Schema& schema, const std::function<void(const Schema&)>& visit) {
+  visit(schema);
+  for (const Schema* derived : schema.GetDerived())
+    ForEachSchema(*derived, visit);
+}
+
+} // namespace
+
+TEST_F(SchemaTest, EveryMemberLiesInsideItsObjectAndHasAnIndexOfItsOwn) {
+  int schemas = 0;
+  ForEachSchema(SchemaObject::GetClassSchema(), [&](const Schema& schema) {
+    SCOPED_TRACE(schema.GetName().toStdString());
+    ++schemas;
+    std::set<unsigned> indices;
+    for (const auto* list : {&schema.GetSerializedFields(), &schema.GetAttributes()}) {
+      for (const Field* field : *list) {
+        SCOPED_TRACE(field->GetName().toStdString());
+        EXPECT_TRUE(indices.insert(field->GetIndex()).second);
+        if (field->HasFlag(Field::kProxy))
+          continue;
+        EXPECT_EQ(0U, field->GetOffset() % field->GetAlign());
+        EXPECT_LE(field->GetOffset() + field->getSize(), schema.GetSize());
+      }
+    }
+  });
+  EXPECT_GT(schemas, 30);
+}
+
+TEST_F(SchemaTest, EveryClassWritesReadsAndClonesItsDefaultsAlike) {
+  int classes = 0;
+  ForEachSchema(SchemaObject::GetClassSchema(), [&](const Schema& schema) {
+    SCOPED_TRACE(schema.GetName().toStdString());
+    const auto object = schema.CreateInstance(KmlId("x", GetDocumentUrl()), "", nullptr);
+    EXPECT_EQ(schema.IsAbstract(), !object);
+    if (!object)
+      return;
+    ++classes;
+    const QString text = Write(*object, kWriteNoHint);
+    EXPECT_EQ(text, Write(*object->clone(true, nullptr), kWriteNoHint));
+    if (Element(text, object->GetPrefixedName()).isEmpty())
+      return; // a class without a form of its own
+    const auto again = ReadObject(text);
+    ASSERT_TRUE(again) << error().toStdString();
+    EXPECT_EQ(text, Write(*again, kWriteNoHint));
+  });
+  EXPECT_GT(classes, 8);
+}
+
+TEST_F(SchemaTest, NamesLeadToFieldsThenToTheClassesThatFieldsAccept) {
+  const Schema& schema = Probe::GetClassSchema();
+  const ProbeSchema& fields = ProbeSchema::GetSingleton();
+  const Schema* child = nullptr;
+  EXPECT_EQ(&fields.count, schema.FindField("count", Namespace::kKml, &child));
+  EXPECT_EQ(nullptr, child);
+  EXPECT_EQ(&fields.kids, schema.FindField("Probe", Namespace::kKml, &child));
+  EXPECT_EQ(&schema, child);
+  EXPECT_EQ(nullptr, schema.FindField("Point", Namespace::kKml, &child));
+  EXPECT_NE(nullptr, child) << "a class that no field accepts";
+  for (const Namespace ns : {Namespace::kNone, Namespace::kUnknown, Namespace::kExt})
+    EXPECT_EQ(nullptr, schema.FindField("count", ns, nullptr));
+  EXPECT_EQ(nullptr, Schema::FindNamedSchema("count", Namespace::kKml));
+}
+
+TEST(LibraryTest, StartsAndStopsAnyNumberOfTimes) {
+  GShutdown();
+  for (int i = 0; i < 3; ++i) {
+    GInitialize();
+    GInitialize();
+    EXPECT_TRUE(GIsInitialized());
+    EXPECT_NE(nullptr, GetResourceManager());
+    EXPECT_NE(nullptr, Schema::FindNamedSchema("Probe", Namespace::kKml));
+    GShutdown();
+    EXPECT_FALSE(GIsInitialized());
+    EXPECT_EQ(nullptr, Schema::FindNamedSchema("Probe", Namespace::kKml));
+  }
+}
+
+TEST(LibraryTest, ExperimentalKmlCanBeSwitchedOff) {
+  for (const bool enabled : {false, true}) {
+    KestanCreationParams params;
+    params.set_enable_experimental_kml(enabled);
+    GInitialize(params);
+    const Schema* line = Schema::FindNamedSchema("LineString", Namespace::kKml);
+    ASSERT_NE(nullptr, line);
+    EXPECT_EQ(enabled, line->FindField("endCap", Namespace::kExt, nullptr) != nullptr);
+    EXPECT_NE(nullptr, line->FindField("altitudeOffset", Namespace::kExt, nullptr));
+    GShutdown();
+  }
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,84 @@
+#include "tests/support/kmltest.h"
+
+#include "kestan/core/kestanoptions.h"
+#include "kestan/core/library.h"
+#include "kestan/read/kmlhandler.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+namespace vorrel::kestan {
+
+/// Collects the recoverable errors of a parse.
+class KmlTest::Listener final : public IErrorHandler {
+public:
+  explicit Listener(QStringList& messages) : messages_(messages) {}
+
+  void OnParseError(ErrorReport& report) override {
+    // The full text starts with the file and the place, on a line of their own.
+    messages_ += report.message.section(QStringLiteral("\n\n"), 1).trimmed();
+  }
+
+private:
+  QStringList& messages_;
+};
+
+KmlTest::KmlTest() {
+  GInitialize();
+  KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(1);
+}
+
+KmlTest::~KmlTest() {
+  KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(0);
+  GShutdown();
+}
+
+RefPtr<SchemaObject> KmlTest::ReadObject(const QByteArray& text) {
+  messages_.clear();
+  const RefPtr<Listener> listener(new Listener(messages_));
+  KmlHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, listener.get());
+  RefPtr<SchemaObject> object =
+      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                            static_cast<unsigned>(text.size()));
+  error_ = handler.GetErrorText();
+  return object;
+}
+
+QString KmlTest::Write(const SchemaObject& object, unsigned flags) const {
+  QByteArray bytes;
+  const QString failure = object.WriteKmlString(bytes, flags);
+  EXPECT_EQ(QString(), failure);
+  return QString::fromUtf8(bytes);
+}
+
+QByteArray KmlTest::ReadData(const QString& name) {
+  QFile file(QStringLiteral(KESTAN_TEST_DATA "/") + name);
+  if (!file.open(QIODevice::ReadOnly)) {
+    ADD_FAILURE() << "no test data " << name.toStdString();
+  }
+  return file.readAll();
+}
+
+QString Element(const QString& xml, const QString& name) {
+  const QRegularExpression tag(
+      QStringLiteral("<(/?)%1(?:\\s[^>]*?)?(/?)>").arg(QRegularExpression::escape(name)));
+  int start = -1;
+  int depth = 0;
+  for (auto matches = tag.globalMatch(xml); matches.hasNext();) {
+    const QRegularExpressionMatch match = matches.next();
+    if (start < 0) {
+      start = match.capturedStart();
+    }
+    if (match.capturedLength(1) > 0) {
+      --depth;
+    } else if (match.capturedLength(2) == 0) {
+      ++depth;
+    }
+    if (depth == 0) {
+      return xml.mid(start, match.capturedEnd() - start);
+    }
+  }
+  return QString();
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "kestan/core/schemaobject.h"
+#include "kestan/host/refptr.h"
+#include "kestan/read/errorhandler.h"
+#include "tests/support/printers.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+namespace vorrel::kestan {
+
+/// Starts and stops the library around each test, and turns KML into objects and back.
+class KmlTest : public testing::Test {
+protected:
+  KmlTest();
+  ~KmlTest() override;
+
+  /// Reads a document, or a single element without its `kml` root, as a KML file under
+  /// `GetDocumentUrl()`. Null when it's refused (see `error()`).
+  RefPtr<SchemaObject> ReadObject(const QByteArray& text);
+  RefPtr<SchemaObject> ReadObject(const QString& text) { return ReadObject(text.toUtf8()); }
+
+  /// The same for a document of which the class is known: another class fails the test.
+  template <class T> RefPtr<T> Read(const QByteArray& text) {
+    const RefPtr<SchemaObject> object = ReadObject(text);
+    if (!object || !object->isOfType(T::GetClassSchema())) {
+      ADD_FAILURE() << "not an object of the class: " << error().toStdString();
+      return RefPtr<T>();
+    }
+    return RefPtr<T>(static_cast<T*>(object.get()));
+  }
+  template <class T> RefPtr<T> Read(const QString& text) { return Read<T>(text.toUtf8()); }
+  template <class T> RefPtr<T> Read(const char* text) { return Read<T>(QByteArray(text)); }
+
+  /// The object as a KML document; a failure fails the test.
+  QString Write(const SchemaObject& object, unsigned flags = 0) const;
+
+  /// What the reader reported on the last document, one text an error, without the place.
+  const QStringList& messages() const { return messages_; }
+  /// Why the last document was refused; empty when it wasn't.
+  const QString& error() const { return error_; }
+
+  static QString GetDocumentUrl() { return QStringLiteral("http://example.com/dir/doc.kml"); }
+  /// Contents of a file in `tests/data`.
+  static QByteArray ReadData(const QString& name);
+
+private:
+  class Listener;
+
+  QStringList messages_;
+  QString error_;
+};
+
+/// The first element of this name in `xml`, tags included; empty when there's none.
+QString Element(const QString& xml, const QString& name);
+
+} // namespace vorrel::kestan

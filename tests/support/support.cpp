@@ -1,1 +1,0 @@
-// Anchors the library of test helpers and its precompiled header.

@@ -1,0 +1,129 @@
+#include "tests/support/treecompare.h"
+
+#include "kestan/core/field.h"
+#include "kestan/core/schema.h"
+#include "kestan/core/unknowndata.h"
+#include "tests/support/xml.h"
+
+#include <QMap>
+
+namespace vorrel::kestan {
+
+namespace {
+
+QString Describe(const QString& what, const QString& a, const QString& b) {
+  return QStringLiteral("%1: \"%2\" against \"%3\"").arg(what, a.left(500), b.left(500));
+}
+
+QString CompareText(const QString& what, const QString& a, const QString& b) {
+  return a == b ? QString() : Describe(what, a, b);
+}
+
+/// Preserved attributes and elements as a document of their own, in which what they mean doesn't
+/// depend on where the declarations stood.
+QString CanonicalUnknown(const UnknownData& data) {
+  QMap<QString, QString> uris{
+      {QString(), QStringLiteral("kml")},
+      {QStringLiteral("kml"), QStringLiteral("kml")},
+      {QStringLiteral("gx"), QStringLiteral("gx")},
+      {QStringLiteral("atom"), QStringLiteral("http://www.w3.org/2005/Atom")}};
+  for (const RefPtr<UnknownNamespace>& declared : data.namespaces) {
+    uris.insert(declared->prefix, declared->uri);
+  }
+  QString document = QStringLiteral("<r");
+  for (auto uri = uris.constBegin(); uri != uris.constEnd(); ++uri) {
+    document += QStringLiteral(" xmlns%1%2=\"%3\"")
+                    .arg(uri.key().isEmpty() ? QString() : QStringLiteral(":"), uri.key(),
+                         uri.value().toHtmlEscaped());
+  }
+  document += data.attrs + QLatin1Char('>') + data.fields;
+  for (const auto& [field, attributes] : data.fieldAttrs) {
+    document += QStringLiteral("<%1%2/>").arg(field->GetName(), attributes);
+  }
+  return Canonical((document + QStringLiteral("</r>")).toUtf8());
+}
+
+QString CompareUnknown(const SchemaObject& a, const SchemaObject& b) {
+  static const UnknownData none;
+  const UnknownData& left = a.GetUnknownData() ? *a.GetUnknownData() : none;
+  const UnknownData& right = b.GetUnknownData() ? *b.GetUnknownData() : none;
+  if (left.attrs == right.attrs && left.fields == right.fields &&
+      left.fieldAttrs == right.fieldAttrs) {
+    return QString();
+  }
+  const QString leftMeaning = CanonicalUnknown(left);
+  if (!leftMeaning.isNull() && leftMeaning == CanonicalUnknown(right)) {
+    return QString();
+  }
+  return Describe(QStringLiteral("unknown content"), left.attrs + left.fields,
+                  right.attrs + right.fields);
+}
+
+QString CompareValues(const Field& field, const SchemaObject& a, const SchemaObject& b) {
+  if (!field.IsArray()) {
+    return CompareText(field.GetName(), field.toString(a, -1), field.toString(b, -1));
+  }
+  const int count = field.getCount(a);
+  QString difference = CompareText(field.GetName() + QStringLiteral(" count"),
+                                   QString::number(count), QString::number(field.getCount(b)));
+  for (int i = 0; i < count && difference.isNull(); ++i) {
+    difference = CompareText(field.GetName(), field.toString(a, i), field.toString(b, i));
+  }
+  return difference;
+}
+
+QString CompareChildren(const Field& field, const SchemaObject& a, const SchemaObject& b) {
+  const int count = field.IsArray() ? field.getCount(a) : 1;
+  if (field.IsArray() && count != field.getCount(b)) {
+    return Describe(QStringLiteral("child count"), QString::number(count),
+                    QString::number(field.getCount(b)));
+  }
+  for (int i = 0; i < count; ++i) {
+    const SchemaObject* left = field.GetObject(a, i);
+    const SchemaObject* right = field.GetObject(b, i);
+    if (!left && !right) {
+      continue;
+    }
+    const QString difference =
+        left && right ? FindDifference(*left, *right)
+                      : Describe(QStringLiteral("child"), left ? left->getType() : QString(),
+                                 right ? right->getType() : QString());
+    if (!difference.isNull()) {
+      return QStringLiteral("[%1] ").arg(i) + difference;
+    }
+  }
+  return QString();
+}
+
+QString CompareFields(const SchemaObject& a, const SchemaObject& b) {
+  const Schema& schema = a.GetSchema();
+  for (const mmvector<Field*>* fields : {&schema.GetAttributes(), &schema.GetSerializedFields()}) {
+    for (const Field* field : *fields) {
+      const QString difference =
+          field->GetObjSchema() ? CompareChildren(*field, a, b) : CompareValues(*field, a, b);
+      if (!difference.isNull()) {
+        return difference;
+      }
+    }
+  }
+  return QString();
+}
+
+} // namespace
+
+QString FindDifference(const SchemaObject& a, const SchemaObject& b) {
+  QString difference = CompareText(QStringLiteral("class"), a.getType(), b.getType());
+  if (difference.isNull()) {
+    difference = CompareText(QStringLiteral("id"), a.GetId(), b.GetId());
+  }
+  if (difference.isNull()) {
+    difference = CompareUnknown(a, b);
+  }
+  if (difference.isNull()) {
+    difference = CompareFields(a, b);
+  }
+  return difference.isNull() ? QString()
+                             : QStringLiteral("%1#%2 ").arg(a.getType(), a.GetId()) + difference;
+}
+
+} // namespace vorrel::kestan

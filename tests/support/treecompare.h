@@ -1,0 +1,13 @@
+#pragma once
+
+#include "kestan/core/schemaobject.h"
+
+#include <QString>
+
+namespace vorrel::kestan {
+
+/// Compares two trees by class, id, fields, preserved unknown content and children. Answers where
+/// they differ first, as a path from the root with both values; empty when they are equal.
+QString FindDifference(const SchemaObject& a, const SchemaObject& b);
+
+} // namespace vorrel::kestan

@@ -1,0 +1,185 @@
+// The command-line tool, run as a user runs it.
+
+#include "tests/support/kmltest.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace vorrel::kestan {
+
+namespace {
+
+struct Result {
+  int status = -1;
+  QString out;
+  QString err;
+};
+
+class KestanToolTest : public KmlTest {
+protected:
+  KestanToolTest() { environment_ = QProcessEnvironment::systemEnvironment(); }
+
+  Result Run(const QStringList& words, const QString& standardOutput = QString()) const {
+    QProcess process;
+    process.setProcessEnvironment(environment_);
+    if (!standardOutput.isNull()) {
+      process.setStandardOutputFile(standardOutput);
+    }
+    process.start(QStringLiteral(KESTAN_TOOL), words);
+    EXPECT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(QProcess::NormalExit, process.exitStatus());
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+  }
+
+  QString MakeFile(const QString& name, const QByteArray& bytes) const {
+    QFile file(Path(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    return file.fileName();
+  }
+  QString Path(const QString& name) const { return folder_.filePath(name); }
+  QByteArray Contents(const QString& name) const {
+    QFile file(Path(name));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+    return file.readAll();
+  }
+
+  QProcessEnvironment environment_;
+
+private:
+  QTemporaryDir folder_;
+};
+
+const char kTwoFindings[] = "<kml xmlns=\"http://www.opengis.net/kml/2.2\">\n"
+                            "<Placemark odd=\"1\">\n"
+                            "  <unheard-of/>\n"
+                            "</Placemark></kml>\n";
+
+TEST_F(KestanToolTest, CatWritesWhatTheLibraryWrites) {
+  const QString file = QStringLiteral(KESTAN_TEST_DATA "/sample.kml");
+  const auto tree = ReadObject(ReadData(QStringLiteral("sample.kml")));
+  ASSERT_TRUE(tree);
+  struct Case {
+    QStringList options;
+    unsigned flags;
+  };
+  const Case cases[] = {{{}, 0},
+                        {{QStringLiteral("--no-hint")}, kWriteNoHint},
+                        {{QStringLiteral("--no-hoist")}, kWriteNoHoist}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.options.join(' ').toStdString());
+    const Result result = Run(QStringList(QStringLiteral("cat")) + c.options + QStringList(file));
+    EXPECT_EQ(0, result.status);
+    EXPECT_EQ(Write(*tree, c.flags), result.out);
+    EXPECT_EQ("", result.err);
+  }
+
+  const Result toFile =
+      Run({QStringLiteral("cat"), QStringLiteral("-o"), Path(QStringLiteral("out.kml")), file});
+  EXPECT_EQ(0, toFile.status);
+  EXPECT_EQ("", toFile.out);
+  EXPECT_EQ(Write(*tree).toUtf8(), Contents(QStringLiteral("out.kml")));
+}
+
+TEST_F(KestanToolTest, TreeShowsOneObjectALine) {
+  const QString file = MakeFile(
+      QStringLiteral("a.kml"),
+      "<kml xmlns=\"http://www.opengis.net/kml/2.2\"><Folder id=\"f\"><name>Two\nlines</name>"
+      "<Placemark><LineString><coordinates>1,2 3,4 5,6</coordinates></LineString></Placemark>"
+      "<Placemark id=\"p\"><name>\xC3\xA9</name></Placemark></Folder></kml>");
+  const Result result = Run({QStringLiteral("tree"), file});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("Folder #f \"Two lines\", children: 2\n"
+            "  Placemark, children: 1\n"
+            "    LineString, coordinates: 3\n"
+            "  Placemark #p \"\xC3\xA9\"\n",
+            result.out);
+}
+
+TEST_F(KestanToolTest, CheckReportsPlaceAndMessageAndASummaryForEachFile) {
+  const QString good = MakeFile(QStringLiteral("good.kml"), "<kml><Placemark/></kml>");
+  const QString odd = MakeFile(QStringLiteral("odd.kml"), kTwoFindings);
+  const QString bad = MakeFile(QStringLiteral("bad.kml"), "<kml>\n<Placemark>\n</kml>");
+  const QString none = Path(QStringLiteral("none.kml"));
+
+  const Result fine = Run({QStringLiteral("check"), good});
+  EXPECT_EQ(0, fine.status);
+  EXPECT_EQ(good + QStringLiteral(": fine\n"), fine.out);
+  EXPECT_EQ("", fine.err);
+
+  const Result result = Run({QStringLiteral("check"), good, odd, bad, none});
+  EXPECT_EQ(1, result.status);
+  const QStringList errors = result.err.split('\n', Qt::SkipEmptyParts);
+  ASSERT_EQ(4, errors.size()) << result.err.toStdString();
+  EXPECT_TRUE(errors[0].startsWith(odd + QStringLiteral(":2:"))) << errors[0].toStdString();
+  EXPECT_TRUE(errors[0].endsWith(QStringLiteral(": Unknown attribute odd=\"1\"")))
+      << errors[0].toStdString();
+  EXPECT_TRUE(errors[1].startsWith(odd + QStringLiteral(":3:"))) << errors[1].toStdString();
+  EXPECT_TRUE(errors[1].contains(QStringLiteral("Unknown element <unheard-of>")))
+      << errors[1].toStdString();
+  EXPECT_TRUE(errors[2].startsWith(bad + QStringLiteral(":3:"))) << errors[2].toStdString();
+  EXPECT_TRUE(errors[3].startsWith(none + QStringLiteral(": "))) << errors[3].toStdString();
+  EXPECT_EQ(4, result.out.count('\n'));
+  EXPECT_TRUE(result.out.contains(odd + QStringLiteral(": recoverable errors: 2\n")));
+}
+
+TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
+  const QString good = MakeFile(QStringLiteral("good.kml"), "<kml><Placemark/></kml>");
+  struct Case {
+    QStringList words;
+    int status;
+  };
+  const Case cases[] = {
+      {{}, 2},
+      {{"fly", good}, 2},
+      {{"cat"}, 2},
+      {{"tree", good, good}, 2},
+      {{"tree", "--no-hint", good}, 2},
+      {{"cat", "--loud", good}, 2},
+      {{"cat", good, "-o"}, 2},
+      {{"cat", "--namespace", "atom=x", good}, 2},
+      {{"tree", Path("none.kml")}, 1},
+      {{"cat", Path("none.kml")}, 1},
+      {{"cat", "-o", Path("no/such/folder/out.kml"), good}, 3},
+      {{"cat", "-o", Path("out.KMZ"), good}, 3},
+      {{"cat", "-o", "/dev/full", good}, 3},
+      {{"--help"}, 0},
+      {{"cat", "--help"}, 0},
+      {{"--version"}, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.words.join(' ').toStdString());
+    const Result result = Run(c.words);
+    EXPECT_EQ(c.status, result.status);
+    EXPECT_EQ(c.status == 0, result.err.isEmpty()) << result.err.toStdString();
+    EXPECT_EQ(c.status == 0, !result.out.isEmpty());
+  }
+  EXPECT_FALSE(QFile::exists(Path("out.KMZ")));
+  EXPECT_EQ(3, Run({"cat", good}, "/dev/full").status);
+}
+
+TEST_F(KestanToolTest, OtherNamespaceBasesAreReadTypedAndWrittenBuiltIn) {
+  const QString file = MakeFile(
+      QStringLiteral("other.kml"),
+      "<kml xmlns=\"http://example.org/maps/kml/2.2\" xmlns:gx=\"http://example.org/maps/ext/2.2\">"
+      "<Placemark id=\"p\"><name>N</name><gx:balloonVisibility>1</gx:balloonVisibility></Placemark>"
+      "</kml>");
+  const QString kml = QStringLiteral("kml=http://example.org/maps/kml/");
+  const QString gx = QStringLiteral("gx=http://example.org/maps/ext/");
+  EXPECT_EQ(1, Run({"check", file}).status);
+
+  const Result byOption = Run({"cat", "--namespace", kml, "--namespace=" + gx, file});
+  EXPECT_EQ(0, byOption.status);
+  EXPECT_TRUE(byOption.out.contains("<gx:balloonVisibility>1</gx:balloonVisibility>"));
+  EXPECT_FALSE(byOption.out.contains("example.org")) << byOption.out.toStdString();
+
+  environment_.insert("KESTAN_NAMESPACES", "  " + kml + " " + gx);
+  EXPECT_EQ(0, Run({"check", file}).status);
+  EXPECT_EQ(byOption.out, Run({"cat", file}).out);
+}
+
+} // namespace
+
+} // namespace vorrel::kestan
