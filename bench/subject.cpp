@@ -33,7 +33,7 @@ Subject::Tree Subject::Read(const std::string& text) const {
   KmlHandler handler(QStringLiteral("bench.kml"), 2, nullptr, nullptr, nullptr);
   const Tree tree =
       ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.data()),
-                            static_cast<unsigned>(text.size()));
+                            text.size());
   if (!tree) {
     Die(handler.GetErrorText());
   }

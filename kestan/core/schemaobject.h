@@ -118,8 +118,12 @@ public:
     bits_[bit / 32] = value ? bits_[bit / 32] | mask : bits_[bit / 32] & ~mask;
   }
 
+  /// Offset of the word with the bits below 32, for the `BitField`s of derived classes.
+  static unsigned GetBitsOffset() { return OffsetOf(&SchemaObject::bits_); }
+
   /// Value of the change counter at the last change in this object or below it.
   std::uint32_t GetRevision() const { return revision_; }
+  void SetRevision(std::uint32_t revision) { revision_ = revision; }
   unsigned GetAccess() const { return access_; }
   void SetAccess(unsigned access) { access_ = static_cast<std::uint16_t>(access); }
   /// Index of the hint target, 0xFFFF for none.

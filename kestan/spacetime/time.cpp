@@ -69,7 +69,7 @@ void Time::SetTimeFolder(AbstractFolder* folder) {
 }
 
 bool Time::isVisible(const AbstractFeature& feature) {
-  const TimePrimitive* time = feature.GetTimePrimitive();
+  const TimePrimitive* time = feature.GetInheritedTime();
   if (!time)
     return true;
   const AbstractFolder* folder = GetTimeFolder();

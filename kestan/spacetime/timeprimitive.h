@@ -16,6 +16,7 @@ class KESTAN_EXPORT TimePrimitive : public SchemaObject {
 public:
   using ClassSchema = TimePrimitiveSchema;
   static const Schema& GetClassSchema();
+  ~TimePrimitive() override;
 
   /// True when the two ends are given and differ, or when one of them is open.
   virtual bool IsSpan() const;
@@ -30,7 +31,6 @@ public:
 
 protected:
   TimePrimitive(const Schema& schema, const KmlId& id, const QString& baseUrl);
-  ~TimePrimitive() override;
 
   /// The start tag up to its ">", for the older classes, which are written under newer names.
   void WriteStartTagAs(WriteState& state, const char* name) const;

@@ -1,0 +1,21 @@
+#include "kestan/link/tarrowlink.h"
+
+#include "kestan/core/objfield_impl.h"
+#include "kestan/core/schemat_impl.h"
+#include "kestan/link/tarrowlinkschema.h"
+
+namespace vorrel::kestan {
+
+template class SchemaT<TarrowLink, NoInstancePolicy, NoDerivedPolicy>;
+template class ObjField<TarrowLink>;
+
+TarrowLinkSchema::TarrowLinkSchema() : SchemaT("TarrowLink", nullptr, Namespace::kKml) {}
+
+const Schema& TarrowLink::GetClassSchema() { return TarrowLinkSchema::GetSingleton(); }
+
+TarrowLink::TarrowLink(const Schema& schema, const KmlId& id, const QString& baseUrl)
+    : SchemaObject(schema, id, baseUrl) {}
+
+TarrowLink::~TarrowLink() = default;
+
+} // namespace vorrel::kestan

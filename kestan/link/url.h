@@ -1,0 +1,29 @@
+#pragma once
+
+#include "kestan/host/export.h"
+
+#include <QString>
+
+namespace vorrel::kestan {
+
+/// What a URL text is, by its form.
+enum UrlType {
+  kUrlRelative = 0, ///< A relative path.
+  kUrlFragment = 1, ///< A fragment of the same document.
+  kUrlNetwork = 2,  ///< Fetched from a server.
+  kUrlLocal = 3,    ///< A local path, or an absolute form of any other scheme.
+  kUrlRuntime = 4,  ///< An id that was made at run time.
+  kUrlFlatfile = 5, ///< A resource of the client's flat-file store.
+  kUrlRoot = 6,     ///< A built-in resource; also the empty text.
+};
+
+KESTAN_EXPORT UrlType GGetUrlType(const QString& url);
+
+/// False for a relative path, a fragment and the empty text.
+KESTAN_EXPORT bool GIsUrlAbsolute(const QString& url);
+
+/// The type of a URL that stands in a document at `base`: a path that begins with one slash is
+/// relative to a base that isn't local.
+KESTAN_EXPORT UrlType GetRelativeUrlType(const QString& url, const QString& base);
+
+} // namespace vorrel::kestan

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "kestan/core/objectobserver.h"
+#include "kestan/geometry/geometry.h"
+#include "kestan/host/convert.h"
+#include "kestan/host/memory.h"
+#include "tests/support/kmltest.h"
+
+namespace vorrel::kestan {
+
+/// Position from degrees and metres.
+inline Vec3<double> At(double longitude, double latitude, double altitude = 0.0) {
+  return convert::LLAToNorm({longitude, latitude, altitude});
+}
+
+/// The positions as "longitude,latitude,altitude" in degrees and metres, joined by blanks.
+inline QString Coords(const Geometry& geometry) {
+  int count = 0;
+  const Vec3<double>* const coords = geometry.GetCoords(count);
+  QStringList texts;
+  for (int i = 0; i < count; ++i) {
+    const Vec3<double> lla = convert::NormToLLA(coords[i]);
+    texts += QString("%1,%2,%3").arg(lla.x).arg(lla.y).arg(lla.z);
+  }
+  return texts.join(' ');
+}
+
+/// The box as "west south low east north high", in degrees and metres.
+inline QString Box(const BoundingBox<double>& box) {
+  if (box.IsEmpty())
+    return "empty";
+  const Vec3<double> low = convert::NormToLLA(box.low);
+  const Vec3<double> high = convert::NormToLLA(box.high);
+  return QString("%1 %2 %3 %4 %5 %6")
+      .arg(low.x)
+      .arg(low.y)
+      .arg(low.z)
+      .arg(high.x)
+      .arg(high.y)
+      .arg(high.z);
+}
+
+inline mmvector<double> Altitudes(const Geometry& geometry) {
+  mmvector<double> altitudes;
+  geometry.GetAltitudes(altitudes);
+  return altitudes;
+}
+
+/// Notes the fields of which an object reports a change.
+class FieldLog final : public ObjectObserver {
+public:
+  explicit FieldLog(SchemaObject* object) : ObjectObserver(object) {}
+
+  void OnFieldChanged(const FieldChangedEvent& event) override { names_ += event.field.GetName(); }
+  void OnPreDelete(const PreDeleteEvent&) override { SetObserved(nullptr); }
+
+  /// What was noted since the last call, joined by blanks.
+  QString Take() {
+    const QString text = names_.join(' ');
+    names_.clear();
+    return text;
+  }
+
+private:
+  QStringList names_;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,164 @@
+#include "kestan/geometry/linearring.h"
+
+#include "kestan/geometry/polygon.h"
+#include "tests/geometry/geometrytest.h"
+
+namespace vorrel::kestan {
+
+class LinearRingTest : public KmlTest {
+protected:
+  RefPtr<LinearRing> Ring(const QString& coordinates, const QString& others = QString()) {
+    return Read<LinearRing>(QString("<LinearRing>%2<coordinates>%1</coordinates></LinearRing>")
+                                .arg(coordinates, others));
+  }
+};
+
+namespace {
+
+/// One character an edge, "-" for a hidden one; empty while all are visible.
+QString Edges(const LinearRing& ring) {
+  QString text;
+  if (const mmvector<bool>* flags = ring.GetEdgeFlags()) {
+    for (const bool hidden : *flags)
+      text += hidden ? '-' : '+';
+  }
+  return text;
+}
+
+} // namespace
+
+TEST_F(LinearRingTest, EditingKeepsTheRingClosed) {
+  const RefPtr<LinearRing> ring(new LinearRing(KmlId(), ""));
+  EXPECT_EQ(0, ring->AddCoord(-1, At(0, 0)));
+  EXPECT_EQ("0,0,0 0,0,0", Coords(*ring));
+  ring->AddCoord(0, At(1, 0));
+  ring->AddCoord(1, At(1, 1));
+  EXPECT_EQ("0,0,0 1,0,0 1,1,0 0,0,0", Coords(*ring));
+  ring->AddCoord(-1, At(5, 5));
+  EXPECT_EQ("5,5,0 0,0,0 1,0,0 1,1,0 5,5,0", Coords(*ring));
+  ring->SetCoord(0, At(6, 6, 6));
+  EXPECT_EQ("6,6,6 0,0,0 1,0,0 1,1,0 6,6,6", Coords(*ring));
+  ring->SetCoordLonLat(0, At(7, 7).x, At(7, 7).y);
+  ring->SetCoordAlt(0, 0.0);
+  ring->SetCoord(1, At(2, 2));
+  EXPECT_EQ("7,7,0 2,2,0 1,0,0 1,1,0 7,7,0", Coords(*ring));
+  ring->ReverseCoordOrder();
+  EXPECT_EQ("1,1,0 1,0,0 2,2,0 7,7,0 1,1,0", Coords(*ring));
+  ring->DelCoord(0);
+  EXPECT_EQ("1,0,0 2,2,0 7,7,0 1,0,0", Coords(*ring));
+  ring->DelCoord(3); // the closing position
+  ring->DelCoord(1);
+  ring->DelCoord(1);
+  EXPECT_EQ("1,0,0 1,0,0", Coords(*ring));
+  ring->DelCoord(0);
+  EXPECT_EQ("", Coords(*ring));
+}
+
+TEST_F(LinearRingTest, AnOpenListStaysAsReadUntilItIsEdited) {
+  const auto ring = Ring("0,0 1,0 1,1");
+  ASSERT_TRUE(ring);
+  EXPECT_EQ("0,0,0 1,0,0 1,1,0", Coords(*ring));
+  ring->AddCoord(2, At(0, 1));
+  EXPECT_EQ("0,0,0 1,0,0 1,1,0 0,1,0 0,0,0", Coords(*ring));
+
+  const auto front = Ring("0,0 1,0 1,1");
+  ASSERT_TRUE(front);
+  front->AddCoord(-1, At(0, 1));
+  EXPECT_EQ("0,1,0 0,0,0 1,0,0 1,1,0 0,1,0", Coords(*front));
+}
+
+TEST_F(LinearRingTest, TheSelectionNeverReachesTheClosingPosition) {
+  const auto ring = Ring("0,0 1,0 1,1 0,0");
+  ASSERT_TRUE(ring);
+  ring->SetSelectedCoord(3);
+  EXPECT_EQ(-1, ring->GetSelectedCoord());
+  ring->SetSelectedCoord(2);
+  ring->DelCoord(0);
+  EXPECT_EQ(1, ring->GetSelectedCoord()) << "still the same position";
+  ring->DelCoord(1);
+  EXPECT_EQ(0, ring->GetSelectedCoord());
+  ring->DelCoord(0);
+  EXPECT_EQ(-1, ring->GetSelectedCoord());
+
+  const auto first = Ring("0,0 1,0 1,1 0,0");
+  first->SetSelectedCoord(0);
+  first->DelCoord(0);
+  EXPECT_EQ(1, first->GetSelectedCoord()) << "the last before the closing one";
+}
+
+TEST_F(LinearRingTest, HiddenEdgesMayBeListedBeforeOrBehindTheCoordinates) {
+  const QString list = "<gx:hiddenEdgeList>0 2 9</gx:hiddenEdgeList>";
+  const QString coords = "<coordinates>0,0 1,0 1,1 0,0</coordinates>";
+  for (const QString& body : {list + coords, coords + list}) {
+    SCOPED_TRACE(body.toStdString());
+    const auto ring = Read<LinearRing>("<LinearRing>" + body + "</LinearRing>");
+    ASSERT_TRUE(ring);
+    EXPECT_EQ("-+-", Edges(*ring));
+    EXPECT_EQ(3U, ring->GetHiddenEdgeList().size());
+    const auto again = Read<LinearRing>(Write(*ring));
+    ASSERT_TRUE(again);
+    EXPECT_EQ("-+-", Edges(*again));
+    ring->AddCoord(2, At(0, 1));
+    EXPECT_EQ("-+-+", Edges(*ring));
+  }
+  EXPECT_EQ("", Edges(*Ring("0,0 1,0 0,0")));
+}
+
+TEST_F(LinearRingTest, EdgeFlagsHoldWhilePositionsMove) {
+  const auto ring = Ring("0,0 1,0 1,1 0,0");
+  ASSERT_TRUE(ring);
+  const unsigned char flags[] = {0, 7, 0};
+  ring->SetEdgeFlags(flags, 3);
+  EXPECT_EQ("+-+", Edges(*ring));
+  ring->SetCoord(1, At(2, 0));
+  EXPECT_EQ("+-+", Edges(*ring));
+  const unsigned char none[] = {0, 0, 0};
+  ring->SetEdgeFlags(none, 3);
+  EXPECT_EQ("", Edges(*ring));
+}
+
+TEST_F(LinearRingTest, OrientationFollowsTheCoordinates) {
+  struct Case {
+    const char* coords;
+    bool counterClockwise;
+  };
+  const Case cases[] = {
+      {"", true},
+      {"0,0 1,0 0,0", true},
+      {"0,0 1,0 1,1 0,0", true},
+      {"0,0 1,1 1,0 0,0", false},
+      {"0,0 1,1 2,2 0,0", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.coords);
+    const auto ring = Ring(c.coords);
+    ASSERT_TRUE(ring);
+    EXPECT_EQ(c.counterClockwise, ring->IsCounterClockwise());
+  }
+  const auto ring = Ring("0,0 1,0 1,1 0,0");
+  EXPECT_TRUE(ring->IsCounterClockwise());
+  ring->ReverseCoordOrder();
+  EXPECT_FALSE(ring->IsCounterClockwise());
+}
+
+TEST_F(LinearRingTest, TheRoleAndTheBoxDependOnThePolygon) {
+  const RefPtr<LinearRing> ring(new LinearRing(KmlId(), ""));
+  const Vec3<double> coords[] = {At(170, 0), At(-170, 0), At(-170, 5), At(170, 0)};
+  ring->SetCoords(coords, 4);
+  EXPECT_EQ("170 0 0 190 5 0", Box(ring->GetBBox()));
+  EXPECT_FALSE(ring->IsInner() || ring->IsOuter());
+
+  const RefPtr<Polygon> first(new Polygon(KmlId(), ""));
+  const RefPtr<Polygon> second(new Polygon(KmlId(), ""));
+  first->SetOuterBoundary(ring.get());
+  EXPECT_TRUE(ring->IsOuter());
+  EXPECT_EQ("-170 0 0 170 5 0", Box(ring->GetBBox()));
+  second->AddInnerBoundary(ring.get());
+  EXPECT_EQ(nullptr, first->GetOuterBoundary());
+  EXPECT_TRUE(ring->IsInner() && !ring->IsOuter());
+  second->RemInnerBoundary(ring.get());
+  EXPECT_FALSE(ring->IsInner() || ring->IsOuter());
+  EXPECT_EQ("170 0 0 190 5 0", Box(ring->GetBBox()));
+}
+
+} // namespace vorrel::kestan

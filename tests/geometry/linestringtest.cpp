@@ -1,0 +1,149 @@
+#include "kestan/geometry/linestring.h"
+
+#include "tests/geometry/geometrytest.h"
+
+namespace vorrel::kestan {
+
+class LineStringTest : public KmlTest {
+protected:
+  RefPtr<LineString> Line(const QString& coordinates) {
+    return Read<LineString>(
+        QString("<LineString><coordinates>%1</coordinates></LineString>").arg(coordinates));
+  }
+};
+
+TEST_F(LineStringTest, ListsOfCoordinatesComeBack) {
+  struct Case {
+    const char* text;
+    const char* coords;
+  };
+  const Case cases[] = {
+      {"", ""},
+      {" \n\t ", ""},
+      {"1,2,3", "1,2,3"},
+      {"1,2,3 4,5,6\n\t7,8,9\n", "1,2,3 4,5,6 7,8,9"},
+      {"1,2 3,4", "1,2,0 3,4,0"},
+      {"1,2,3 4,5 6,7,8", "1,2,3 4,5,0 6,7,8"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    const auto line = Line(c.text);
+    ASSERT_TRUE(line);
+    EXPECT_EQ(c.coords, Coords(*line));
+    const QString first = Write(*line);
+    EXPECT_NE("", Element(first, "coordinates")) << "an empty list is written too";
+    const auto again = Read<LineString>(first);
+    ASSERT_TRUE(again);
+    EXPECT_EQ(c.coords, Coords(*again));
+    EXPECT_EQ(first, Write(*again));
+  }
+}
+
+TEST_F(LineStringTest, APolylineHasPairsWithTheLatitudeFirst) {
+  const auto line = Read<LineString>(
+      "<LineString><coordinates type=\"polyline\">47,8 48,9</coordinates></LineString>");
+  ASSERT_TRUE(line);
+  EXPECT_EQ("8,47,0 9,48,0", Coords(*line));
+  const auto again = Read<LineString>(Write(*line));
+  ASSERT_TRUE(again);
+  EXPECT_EQ("8,47,0 9,48,0", Coords(*again));
+}
+
+TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
+  const auto line = Read<LineString>(
+      "<LineString><gx:altitudeOffset>2.5</gx:altitudeOffset><gx:extrudeWidth>4</gx:extrudeWidth>"
+      "<gx:endCap>1</gx:endCap><gx:beginCap>1</gx:beginCap><gx:name>path</gx:name></LineString>");
+  ASSERT_TRUE(line);
+  EXPECT_EQ(2.5, line->GetAltitudeOffset());
+  EXPECT_EQ(4.0F, line->GetExtrudeWidth());
+  EXPECT_TRUE(line->GetBeginCap() && line->GetEndCap());
+  EXPECT_EQ("path", line->GetName());
+  const QString text = Write(*line);
+  for (const char* const name :
+       {"gx:name", "gx:altitudeOffset", "gx:extrudeWidth", "gx:endCap", "gx:beginCap"})
+    EXPECT_NE("", Element(text, name)) << name;
+  EXPECT_EQ("", Element(Write(*Line("")), "gx:altitudeOffset")) << "a default";
+}
+
+TEST_F(LineStringTest, EditingKeepsTheListAndTheSelection) {
+  const auto line = Line("0,0 1,1 2,2 3,3");
+  ASSERT_TRUE(line);
+  FieldLog log(line.get());
+  line->SetSelectedCoord(4);
+  line->SetSelectedCoord(-2);
+  EXPECT_EQ("", log.Take());
+  line->SetSelectedCoord(2);
+  EXPECT_EQ("selection", log.Take());
+
+  EXPECT_EQ(0, line->AddCoord(-1, At(9, 9)));
+  EXPECT_EQ(3, line->AddCoord(2, At(8, 8)));
+  EXPECT_EQ("9,9,0 0,0,0 1,1,0 8,8,0 2,2,0 3,3,0", Coords(*line));
+  line->DelCoord(0);
+  EXPECT_EQ(1, line->GetSelectedCoord()) << "it moves down with its position";
+  line->DelCoord(1);
+  EXPECT_EQ(0, line->GetSelectedCoord()) << "the neighbour takes over";
+  line->DelCoord(0);
+  EXPECT_EQ(0, line->GetSelectedCoord());
+  EXPECT_EQ("8,8,0 2,2,0 3,3,0", Coords(*line));
+  EXPECT_EQ("coordinates coordinates coordinates coordinates coordinates", log.Take());
+  line->DelCoord(3);
+  line->DelCoord(-1);
+  EXPECT_EQ("", log.Take());
+  line->SetCoordCount(1);
+  line->DelCoord(0);
+  EXPECT_EQ(-1, line->GetSelectedCoord());
+  EXPECT_EQ(0, line->GetCoordCount());
+
+  const Vec3<double> coords[] = {At(1, 1, 5), At(2, 2, 6)};
+  line->SetCoords(coords, 2);
+  line->SetCoordLonLat(0, At(7, 7).x, At(7, 7).y);
+  line->ReverseCoordOrder();
+  EXPECT_EQ("2,2,6 7,7,5", Coords(*line));
+  line->SetCoordCount(3);
+  EXPECT_EQ("2,2,6 7,7,5 0,0,0", Coords(*line));
+}
+
+TEST_F(LineStringTest, AltitudesAreSetOneByOneOrTogether) {
+  const auto line = Line("0,0,1 1,1,2 2,2,3");
+  ASSERT_TRUE(line);
+  FieldLog log(line.get());
+  const double values[] = {0.5, 0.25, 0.125, 7.0};
+  line->SetAltitudes(values, 2);
+  EXPECT_EQ(0.25, line->GetAltitude(1));
+  EXPECT_NE(0.125, line->GetAltitude(2));
+  line->SetAltitudes(values, 4);
+  EXPECT_EQ((mmvector<double>{0.5, 0.25, 0.125}), Altitudes(*line));
+  line->SetAltitude(1, 2.0);
+  line->SetAltitude(3.0);
+  EXPECT_EQ((mmvector<double>{3.0, 3.0, 3.0}), Altitudes(*line));
+  EXPECT_EQ("altBound altBound altBound altBound", log.Take());
+}
+
+TEST_F(LineStringTest, TheBoxFollowsTheListAcrossTheDateLine) {
+  struct Case {
+    const char* coords;
+    const char* box;
+  };
+  const Case cases[] = {
+      {"", "empty"},
+      {"10,20,30", "10 20 30 10 20 30"},
+      {"-10,20,30 10,-20,3 0,0,0", "-10 -20 0 10 20 30"},
+      {"170,10,1 -170,20,2", "170 10 1 190 20 2"},
+      {"-170,10,1 170,20,2", "-190 10 1 -170 20 2"},
+      {"170,10,1 -170,20,2 175,0,0 -175,0,0", "170 0 0 190 20 2"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.coords);
+    const auto line = Line(c.coords);
+    ASSERT_TRUE(line);
+    EXPECT_EQ(c.box, Box(line->GetBBox()));
+  }
+  const auto line = Line("0,0,0 1,1,1");
+  EXPECT_EQ("0 0 0 1 1 1", Box(line->GetBBox()));
+  line->SetCoord(1, At(2, 2, 2));
+  EXPECT_EQ("0 0 0 2 2 2", Box(line->GetBBox()));
+  line->SetAltitude(1, 0.0);
+  EXPECT_EQ("0 0 0 2 2 0", Box(line->GetBBox()));
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,198 @@
+#include "kestan/geometry/multigeometry.h"
+
+#include "kestan/core/schema.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/geometry/linestring.h"
+#include "kestan/geometry/multilinestring.h"
+#include "kestan/geometry/multipoint.h"
+#include "kestan/geometry/point.h"
+#include "tests/geometry/geometrytest.h"
+
+namespace vorrel::kestan {
+
+namespace {
+
+RefPtr<Point> NewPoint(double longitude, double latitude) {
+  return RefPtr<Point>(new Point(At(longitude, latitude), nullptr, KmlId(), ""));
+}
+
+Geometry* Child(const Geometry* geometry, int index) {
+  return static_cast<const MultiGeometry*>(geometry)->GetGeometry(index);
+}
+
+} // namespace
+
+using MultiGeometryTest = KmlTest;
+
+TEST_F(MultiGeometryTest, MembersOfAllKindsComeBackInOrder) {
+  const auto multi = Read<MultiGeometry>(
+      "<MultiGeometry><Point><coordinates>1,2,3</coordinates></Point>"
+      "<MultiGeometry><LineString><coordinates>1,2,3 4,5,6</coordinates></LineString>"
+      "</MultiGeometry><Polygon></Polygon><Point></Point></MultiGeometry>");
+  ASSERT_TRUE(multi);
+  ASSERT_EQ(4, multi->GetGeometryCount());
+  const char* const types[] = {"Point", "MultiGeometry", "Polygon", "Point"};
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(types[i], multi->GetGeometry(i)->getType());
+    EXPECT_EQ(i, multi->GetGeometry(i)->GetArrayIndex());
+  }
+  EXPECT_EQ(4, multi->GetCoordCount());
+  const QString text = Write(*multi);
+  const auto again = Read<MultiGeometry>(text);
+  ASSERT_TRUE(again);
+  EXPECT_EQ(text, Write(*again));
+}
+
+TEST_F(MultiGeometryTest, TheOldNameOfACollectionIsRead) {
+  const auto placemark = Read<Placemark>(
+      "<Placemark><GeometryCollection><Point></Point></GeometryCollection></Placemark>");
+  ASSERT_TRUE(placemark && placemark->GetGeometry());
+  EXPECT_EQ("MultiGeometry", placemark->GetGeometry()->getType());
+  const QString text = Write(*placemark);
+  EXPECT_EQ(1, text.count("<MultiGeometry>"));
+  EXPECT_EQ(0, text.count("GeometryCollection"));
+}
+
+TEST_F(MultiGeometryTest, ANarrowCollectionWritesEachMemberOnceAndKeepsStrangers) {
+  const auto multi = Read<MultiPoint>("<MultiPoint><Point></Point><LineString id=\"stranger\">"
+                                      "</LineString><Point></Point></MultiPoint>");
+  ASSERT_TRUE(multi);
+  EXPECT_EQ(2, multi->GetGeometryCount());
+  const QString text = Write(*multi);
+  EXPECT_EQ(2, text.count("<Point>"));
+  EXPECT_EQ(1, text.count("stranger"));
+
+  FieldLog log(multi.get());
+  const auto point = NewPoint(1, 1);
+  EXPECT_TRUE(multi->AddGeometry(*point));
+  EXPECT_TRUE(multi->RemGeometry(0));
+  EXPECT_EQ(1, multi->FindGeometry(*point));
+  const Schema* schema = nullptr;
+  const Field* const field = multi->FindField("Point", Namespace::kKml, &schema);
+  EXPECT_EQ(nullptr, multi->FindField("LineString", Namespace::kKml, &schema));
+  ASSERT_TRUE(field);
+  EXPECT_EQ(&MultiPoint::GetClassSchema(), &field->GetSchema());
+}
+
+TEST_F(MultiGeometryTest, ALineCollectionInsertsOnlyLines) {
+  const RefPtr<MultiLineString> multi(new MultiLineString(KmlId(), ""));
+  const RefPtr<LineString> line(new LineString(KmlId(), ""));
+  EXPECT_TRUE(multi->InsertGeometry(0, *line));
+  EXPECT_FALSE(multi->InsertGeometry(0, *NewPoint(0, 0)));
+  EXPECT_FALSE(multi->SetGeometry(0, *NewPoint(0, 0)));
+  ASSERT_EQ(1, multi->GetGeometryCount());
+  EXPECT_EQ(line.get(), multi->GetLineString(0));
+}
+
+TEST_F(MultiGeometryTest, TheFeatureReachesEveryLevel) {
+  const auto placemark = Read<Placemark>(
+      "<Placemark><name>P</name><MultiGeometry><MultiGeometry><Point></Point></MultiGeometry>"
+      "</MultiGeometry></Placemark>");
+  ASSERT_TRUE(placemark && placemark->GetGeometry());
+  const RefPtr<Geometry> top(placemark->GetGeometry());
+  Geometry* const inner = Child(top.get(), 0);
+  Geometry* const point = Child(inner, 0);
+  EXPECT_EQ(placemark.get(), point->GetFeature());
+  EXPECT_TRUE(point->GetBit(kBitInheritedVisibility));
+
+  FieldLog log(point);
+  const auto other = Placemark::CreatePlacemark();
+  other->SetGeometry(top.get());
+  EXPECT_EQ(other.get(), point->GetFeature());
+  EXPECT_TRUE(log.Take().contains("feature"));
+  other->SetVisibility(false);
+  EXPECT_FALSE(point->GetBit(kBitInheritedVisibility));
+  static_cast<MultiGeometry*>(top.get())->RemGeometry(*inner);
+  EXPECT_EQ(nullptr, point->GetFeature());
+}
+
+TEST_F(MultiGeometryTest, ANameIsInheritedFromTheNearestThatHasOne) {
+  const auto placemark = Read<Placemark>(
+      "<Placemark><name>P</name><MultiGeometry><MultiGeometry><gx:name>M</gx:name><Point></Point>"
+      "<Point><gx:name>own</gx:name></Point></MultiGeometry><Point></Point></MultiGeometry>"
+      "</Placemark>");
+  ASSERT_TRUE(placemark && placemark->GetGeometry());
+  Geometry* const top = placemark->GetGeometry();
+  EXPECT_EQ("M", Child(Child(top, 0), 0)->GetInheritedName());
+  EXPECT_EQ("own", Child(Child(top, 0), 1)->GetInheritedName());
+  EXPECT_EQ("P", Child(top, 1)->GetInheritedName());
+  EXPECT_TRUE(NewPoint(0, 0)->GetInheritedName().isNull());
+}
+
+TEST_F(MultiGeometryTest, AltitudesAreSharedOutInOrder) {
+  const auto multi = Read<MultiGeometry>(
+      "<MultiGeometry><MultiGeometry><LineString><coordinates>0,0 1,1</coordinates></LineString>"
+      "<Point></Point></MultiGeometry><Point></Point><Point></Point></MultiGeometry>");
+  ASSERT_TRUE(multi);
+  const double values[] = {1, 2, 3, 4};
+  multi->SetAltitudes(values, 4);
+  EXPECT_EQ((mmvector<double>{1, 2, 3, 4, 0}), Altitudes(*multi));
+  multi->SetAltitudes(values, 0);
+  multi->SetAltitude(5);
+  EXPECT_EQ(mmvector<double>(5, 5.0), Altitudes(*multi));
+}
+
+TEST_F(MultiGeometryTest, FlagsAndModesReachEveryMember) {
+  const auto multi = Read<MultiGeometry>("<MultiGeometry><MultiGeometry><Point></Point>"
+                                         "</MultiGeometry></MultiGeometry>");
+  ASSERT_TRUE(multi);
+  FieldLog log(multi.get());
+  multi->SetTessellate(true);
+  multi->SetExtrude(true);
+  multi->SetAltitudeMode(kAbsolute);
+  const Geometry* const point = Child(Child(multi.get(), 0), 0);
+  EXPECT_TRUE(point->GetTessellate() && point->GetExtrude());
+  EXPECT_EQ(kAbsolute, point->GetAltitudeMode());
+  EXPECT_EQ("bound tessellate bound extrude bound altitudeMode", log.Take());
+}
+
+TEST_F(MultiGeometryTest, TheBoxFollowsItsMembers) {
+  const RefPtr<MultiGeometry> outer(new MultiGeometry(KmlId(), ""));
+  const RefPtr<MultiGeometry> inner(new MultiGeometry(KmlId(), ""));
+  EXPECT_EQ("empty", Box(outer->GetBBox()));
+  outer->AddGeometry(*inner);
+  inner->AddGeometry(*NewPoint(170, 0));
+  EXPECT_EQ("170 0 0 170 0 0", Box(outer->GetBBox()));
+  const auto point = NewPoint(-170, 10);
+  inner->AddGeometry(*point);
+  EXPECT_EQ("170 0 0 190 10 0", Box(outer->GetBBox()));
+  point->SetCoord(At(175, 5));
+  EXPECT_EQ("170 0 0 175 5 0", Box(outer->GetBBox()));
+}
+
+TEST_F(MultiGeometryTest, ReversingTheOrderTellsOnce) {
+  const RefPtr<MultiGeometry> multi(new MultiGeometry(KmlId(), ""));
+  FieldLog log(multi.get());
+  multi->ReverseGeometryOrder();
+  EXPECT_EQ("", log.Take().trimmed());
+  const auto a = NewPoint(1, 1), b = NewPoint(2, 2);
+  multi->AddGeometry(*a);
+  multi->AddGeometry(*b);
+  multi->ReverseGeometryOrder();
+  EXPECT_EQ(0, multi->FindGeometry(*b));
+  EXPECT_EQ(1, multi->FindGeometry(*a));
+  EXPECT_EQ(a.get(), multi->GetGeometry(1));
+}
+
+TEST_F(MultiGeometryTest, DeepNestsAreHandledInAllWalks) {
+  constexpr int kDepth = 900;
+  const QString text = QString("<Placemark>") + QString("<MultiGeometry>").repeated(kDepth) +
+                       "<Point><coordinates>1,2,3</coordinates></Point>" +
+                       QString("</MultiGeometry>").repeated(kDepth) + "</Placemark>";
+  auto placemark = Read<Placemark>(text);
+  ASSERT_TRUE(placemark && placemark->GetGeometry());
+  Geometry* leaf = placemark->GetGeometry();
+  while (leaf->isOfType(MultiGeometry::GetClassSchema()))
+    leaf = Child(leaf, 0);
+  EXPECT_EQ(placemark.get(), leaf->GetFeature());
+  EXPECT_EQ("1 2 3 1 2 3", Box(placemark->GetGeometry()->GetBBox()));
+  static_cast<Point*>(leaf)->SetCoord(At(4, 5, 6));
+  EXPECT_EQ("4 5 6 4 5 6", Box(placemark->GetGeometry()->GetBBox()));
+  const QString written = Write(*placemark);
+  EXPECT_EQ(kDepth, written.count("<MultiGeometry>"));
+  const auto clone = placemark->clone(true, nullptr);
+  ASSERT_TRUE(clone);
+  EXPECT_EQ(written, Write(*clone));
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,128 @@
+#include "kestan/geometry/point.h"
+
+#include "kestan/feature/placemark.h"
+#include "tests/geometry/geometrytest.h"
+
+namespace vorrel::kestan {
+
+using PointTest = KmlTest;
+
+TEST_F(PointTest, CoordinatesComeBackAsTheyWereWritten) {
+  struct Case {
+    const char* text;
+    const char* written;
+  };
+  const Case cases[] = {
+      {"8.5,47.25,400", "8.5,47.25,400"},
+      {" -122.082203542568 , 37.422289901402 , 12.5 ", nullptr}, // numbers with their commas apart
+      {"-122.082203542568,37.422289901402,0.123456789",
+       "-122.082203542568,37.422289901402,0.123456789"},
+      {"180,-90,-11000", "180,-90,-11000"},
+      {"1,2", "1,2,0"},
+      {"0,0,0", "0,0,0"},
+      {"", "0,0,0"},
+      {"here", "0,0,0"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    const auto point =
+        Read<Point>(QString("<Point><coordinates>%1</coordinates></Point>").arg(c.text));
+    ASSERT_TRUE(point);
+    const QString first = Write(*point);
+    if (c.written)
+      EXPECT_EQ(QString("<coordinates>%1</coordinates>").arg(c.written),
+                Element(first, "coordinates"));
+    const auto again = Read<Point>(first);
+    ASSERT_TRUE(again);
+    EXPECT_EQ(point->GetCoord(), again->GetCoord());
+    EXPECT_EQ(first, Write(*again));
+  }
+}
+
+TEST_F(PointTest, TheExtendedAltitudeModeWinsInEitherOrder) {
+  const char* const modes[] = {
+      "<gx:altitudeMode>clampToSeaFloor</gx:altitudeMode><altitudeMode>absolute</altitudeMode>",
+      "<altitudeMode>absolute</altitudeMode><gx:altitudeMode>clampToSeaFloor</gx:altitudeMode>"};
+  for (const char* const mode : modes) {
+    SCOPED_TRACE(mode);
+    const auto placemark =
+        Read<Placemark>(QString("<Placemark><Point>%1</Point></Placemark>").arg(mode));
+    ASSERT_TRUE(placemark && placemark->GetGeometry());
+    EXPECT_EQ(kClampToSeaFloor, placemark->GetGeometry()->GetAltitudeMode());
+    const QString text = Write(*placemark);
+    EXPECT_EQ("", Element(text, "altitudeMode"));
+    EXPECT_EQ("<gx:altitudeMode>clampToSeaFloor</gx:altitudeMode>",
+              Element(text, "gx:altitudeMode"));
+  }
+}
+
+TEST_F(PointTest, AltitudeModeAboveGroundStandsInBothForms) {
+  const auto point = Read<Point>("<Point><extrude>1</extrude><tessellate>1</tessellate>"
+                                 "<gx:altitudeMode>absoluteAboveGround</gx:altitudeMode>"
+                                 "<gx:drawOrder>3</gx:drawOrder></Point>");
+  ASSERT_TRUE(point);
+  EXPECT_TRUE(point->GetExtrude() && point->GetTessellate());
+  EXPECT_EQ(3, point->GetDrawOrder());
+  EXPECT_TRUE(point->IsDrawOrderSet());
+  const QString text = Write(*point);
+  EXPECT_EQ("<altitudeMode>absolute</altitudeMode>", Element(text, "altitudeMode"));
+  EXPECT_EQ("<gx:altitudeMode>absoluteAboveGround</gx:altitudeMode>",
+            Element(text, "gx:altitudeMode"));
+  EXPECT_EQ("<extrude>1</extrude>", Element(text, "extrude"));
+  EXPECT_EQ("<gx:drawOrder>3</gx:drawOrder>", Element(text, "gx:drawOrder"));
+}
+
+TEST_F(PointTest, SettersNotifyOnceAndOnlyOfAChange) {
+  const RefPtr<Point> point(new Point(KmlId(), ""));
+  FieldLog log(point.get());
+  point->SetCoord(At(1, 2, 3));
+  EXPECT_EQ("coordinates", log.Take());
+  EXPECT_EQ("1,2,3", Coords(*point));
+
+  const double altitude = point->GetAltitude();
+  point->SetCoord(point->GetCoord());
+  point->SetAltitudes(&altitude, 1);
+  point->SetAltitudes(nullptr, 1);
+  const double other = altitude * 2;
+  point->SetAltitudes(&other, 0);
+  point->SetCoords(nullptr, 0);
+  point->SetAltitudeMode(kClampToGround);
+  EXPECT_EQ("", log.Take());
+
+  point->SetLongitude(0.5);
+  point->SetLatitudes(&altitude, 1);
+  point->SetAltitudes(&other, 1);
+  EXPECT_EQ("coordinates coordinates coordinates", log.Take());
+  EXPECT_EQ(Vec3<double>(0.5, altitude, other), point->GetCoord());
+  point->SetExtrude(true);
+  point->SetAltitudeMode(kAbsolute);
+  EXPECT_EQ("extrude altitudeMode", log.Take());
+  EXPECT_EQ(mmvector<double>{other}, Altitudes(*point));
+}
+
+TEST_F(PointTest, KnowsItsFeatureWhileItHasOne) {
+  const auto placemark = Placemark::CreatePlacemark();
+  const RefPtr<Point> point(new Point(At(1, 2), placemark.get(), KmlId("p", ""), ""));
+  EXPECT_EQ(placemark.get(), point->GetFeature());
+  placemark->SetGeometry(point.get());
+  EXPECT_TRUE(point->GetBit(kBitInheritedVisibility));
+
+  FieldLog log(point.get());
+  const auto other = Placemark::CreatePlacemark();
+  other->SetGeometry(point.get());
+  EXPECT_EQ(other.get(), point->GetFeature());
+  EXPECT_EQ(nullptr, placemark->GetGeometry());
+  log.Take();
+  other->SetVisibility(false);
+  EXPECT_EQ("visibility", log.Take());
+  EXPECT_FALSE(point->GetBit(kBitInheritedVisibility));
+  other->SetGeometry(nullptr);
+  EXPECT_EQ(nullptr, point->GetFeature());
+}
+
+TEST_F(PointTest, APlacemarkWithItsPointIsSmall) {
+  // The two objects; their texts and the blocks of the allocator come on top.
+  EXPECT_LE(sizeof(Placemark) + sizeof(Point), 560U);
+}
+
+} // namespace vorrel::kestan

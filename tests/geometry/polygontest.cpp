@@ -1,0 +1,130 @@
+#include "kestan/geometry/polygon.h"
+
+#include "kestan/feature/placemark.h"
+#include "tests/geometry/geometrytest.h"
+
+namespace vorrel::kestan {
+
+namespace {
+
+QString Boundary(const QString& role, const QString& coordinates) {
+  return QString("<%1BoundaryIs><LinearRing><coordinates>%2</coordinates></LinearRing>"
+                 "</%1BoundaryIs>")
+      .arg(role, coordinates);
+}
+
+const QString kWithHoles = "<Polygon>" + Boundary("outer", "0,0,1 0,9,2 9,9,3 0,0,1") +
+                           Boundary("inner", "1,1,4 1,2,5 2,2,6 1,1,4") +
+                           Boundary("inner", "3,3,7 4,3,8 4,4,9 3,3,7") + "</Polygon>";
+
+RefPtr<LinearRing> Ring() { return RefPtr<LinearRing>(new LinearRing(KmlId(), "")); }
+
+} // namespace
+
+using PolygonTest = KmlTest;
+
+TEST_F(PolygonTest, BoundariesComeBack) {
+  const auto polygon = Read<Polygon>(kWithHoles);
+  ASSERT_TRUE(polygon);
+  ASSERT_TRUE(polygon->GetOuterBoundary());
+  ASSERT_EQ(2U, polygon->GetInnerBoundaries().size());
+  EXPECT_TRUE(polygon->GetOuterBoundary()->IsOuter());
+  EXPECT_TRUE(polygon->GetInnerBoundaries()[1]->IsInner());
+  const QString text = Write(*polygon);
+  EXPECT_EQ(1, text.count("<innerBoundaryIs>")) << "all holes share one element";
+  const auto again = Read<Polygon>(text);
+  ASSERT_TRUE(again);
+  EXPECT_EQ(Coords(*polygon->GetInnerBoundaries()[1]), Coords(*again->GetInnerBoundaries()[1]));
+  EXPECT_EQ(text, Write(*again));
+}
+
+TEST_F(PolygonTest, TheCoordinateInterfaceReachesAllRings) {
+  const auto polygon = Read<Polygon>(kWithHoles);
+  ASSERT_TRUE(polygon);
+  int count = -1;
+  EXPECT_EQ(nullptr, polygon->GetCoords(count));
+  EXPECT_EQ(0, count);
+  EXPECT_EQ(12, polygon->GetCoordCount());
+  EXPECT_EQ("0 0 1 9 9 3", Box(polygon->GetBBox())) << "holes don't count";
+
+  const double altitudes[] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+  const double kept = Altitudes(*polygon)[9];
+  polygon->SetAltitudes(altitudes, 9);
+  EXPECT_EQ(4.0, Altitudes(*polygon)[3]);
+  EXPECT_EQ(9.0, Altitudes(*polygon)[8]);
+  EXPECT_EQ(kept, Altitudes(*polygon)[9]) << "the values ran out";
+  polygon->SetAltitude(2.0);
+  EXPECT_EQ(mmvector<double>(12, 2.0), Altitudes(*polygon));
+
+  const RefPtr<Polygon> empty(new Polygon(KmlId(), ""));
+  EXPECT_EQ("empty", Box(empty->GetBBox()));
+  EXPECT_EQ(0, empty->GetCoordCount());
+}
+
+TEST_F(PolygonTest, RingsTurnTheirWay) {
+  const auto polygon = Read<Polygon>(kWithHoles); // outer and first hole clockwise
+  ASSERT_TRUE(polygon);
+  polygon->MakeCounterClockwise();
+  EXPECT_TRUE(polygon->GetOuterBoundary()->IsCounterClockwise());
+  EXPECT_FALSE(polygon->GetInnerBoundaries()[0]->IsCounterClockwise());
+  EXPECT_FALSE(polygon->GetInnerBoundaries()[1]->IsCounterClockwise());
+  EXPECT_EQ("1,1,4 1,2,5 2,2,6 1,1,4", Coords(*polygon->GetInnerBoundaries()[0])) << "left alone";
+}
+
+TEST_F(PolygonTest, InnerBoundariesKeepTheirPlaces) {
+  const RefPtr<Polygon> polygon(new Polygon(KmlId(), ""));
+  const RefPtr<LinearRing> a = Ring(), b = Ring(), c = Ring();
+  EXPECT_TRUE(polygon->AddInnerBoundary(a.get()));
+  EXPECT_FALSE(polygon->AddInnerBoundary(a.get()));
+  EXPECT_TRUE(polygon->AddInnerBoundary(-1, b.get()));
+  EXPECT_TRUE(polygon->InsertInnerBoundary(0, c.get()));
+  FieldLog log(polygon.get());
+  polygon->ReverseInnerBoundaryOrder();
+  EXPECT_EQ("innerBoundaryIs", log.Take());
+  EXPECT_EQ(0, polygon->FindInnerBoundary(b.get()));
+  EXPECT_EQ(1, polygon->FindInnerBoundary(a.get()));
+  EXPECT_EQ(2, polygon->FindInnerBoundary(c.get()));
+  EXPECT_TRUE(polygon->RemInnerBoundary(b.get()));
+  EXPECT_TRUE(polygon->DelInnerBoundary(1));
+  EXPECT_EQ(-1, polygon->FindInnerBoundary(c.get()));
+  EXPECT_TRUE(polygon->SetInnerBoundary(0, c.get()));
+  ASSERT_EQ(1U, polygon->GetInnerBoundaries().size());
+  EXPECT_EQ(c, polygon->GetInnerBoundaries()[0]);
+}
+
+TEST_F(PolygonTest, TheOuterBoundaryMayChangeInSilence) {
+  const RefPtr<Polygon> polygon(new Polygon(KmlId(), ""));
+  const RefPtr<LinearRing> a = Ring(), b = Ring();
+  FieldLog log(polygon.get());
+  EXPECT_TRUE(polygon->SetOuterBoundaryNoNotification(a.get()));
+  EXPECT_FALSE(polygon->SetOuterBoundaryNoNotification(a.get()));
+  EXPECT_TRUE(polygon->SetOuterBoundaryNoNotification(b.get()));
+  EXPECT_FALSE(a->HasOwner(*polygon));
+  EXPECT_TRUE(b->IsOuter());
+  EXPECT_EQ("", log.Take());
+  polygon->SetOuterBoundary(nullptr);
+  EXPECT_EQ("outerBoundaryIs", log.Take());
+}
+
+TEST_F(PolygonTest, IsMadeFromPositionsForAFeature) {
+  const auto placemark = Placemark::CreatePlacemark();
+  const mmvector<Vec3<double>> outer = {At(0, 0), At(1, 0), At(1, 1), At(0, 0)};
+  const unsigned char flags[] = {0, 0, 1};
+  const RefPtr<Polygon> polygon(new Polygon(placemark.get(), outer, flags, KmlId("p", "u"), ""));
+  EXPECT_EQ(placemark.get(), polygon->GetFeature());
+  EXPECT_EQ("0,0,0 1,0,0 1,1,0 0,0,0", Coords(*polygon->GetOuterBoundary()));
+  ASSERT_TRUE(polygon->GetOuterBoundary()->GetEdgeFlags());
+  EXPECT_EQ((mmvector<bool>{false, false, true}), *polygon->GetOuterBoundary()->GetEdgeFlags());
+}
+
+TEST_F(PolygonTest, AChangedRingChangesTheBox) {
+  const auto polygon = Read<Polygon>(kWithHoles);
+  ASSERT_TRUE(polygon);
+  polygon->GetBBox();
+  FieldLog log(polygon.get());
+  polygon->GetOuterBoundary()->SetCoord(1, At(0, 20));
+  EXPECT_EQ("bound", log.Take());
+  EXPECT_EQ("0 0 0 9 20 3", Box(polygon->GetBBox()));
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,192 @@
+#include "kestan/link/url.h"
+
+#include "kestan/geometry/point.h"
+#include "kestan/host/system.h"
+#include "kestan/host/versioninfo.h"
+#include "tests/support/kmltest.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace vorrel::kestan {
+
+using UrlTest = KmlTest;
+
+TEST_F(UrlTest, TypesFollowFromTheForm) {
+  struct Case {
+    const char* url;
+    UrlType type;
+    bool absolute;
+  };
+  const Case cases[] = {
+      {"", kUrlRoot, false},
+      {"#id", kUrlFragment, false},
+      {"http://h/p", kUrlNetwork, true},
+      {"HTTPS://h/p", kUrlNetwork, true},
+      {"http://h/flatfile?x", kUrlFlatfile, true},
+      {"http://h/FLATFILE?x", kUrlNetwork, true},
+      {"c:/dir", kUrlLocal, true},
+      {"c:\\dir", kUrlLocal, true},
+      {"/dir/flatfile?x", kUrlLocal, true},
+      {"\\\\server\\share", kUrlLocal, true},
+      {"\\dir", kUrlRelative, false},
+      {":/resource", kUrlLocal, true},
+      {":resource", kUrlRelative, false},
+      {"Root://styles", kUrlRoot, true},
+      {"RUNTIME://clone1", kUrlRuntime, true},
+      {"flatfile://x", kUrlFlatfile, true},
+      {"dir/flatfile?x", kUrlFlatfile, true},
+      {"/flatfile?x", kUrlLocal, true},
+      {"ftp://h/p", kUrlLocal, true},
+      {"a:word", kUrlLocal, true},
+      {" \t mailto:x", kUrlLocal, true},
+      {"x+y-z.1:p", kUrlLocal, true},
+      {"1:word", kUrlRelative, false},
+      {"two words:x", kUrlRelative, false},
+      {"word", kUrlRelative, false},
+      {"  ", kUrlRelative, false},
+      {"a", kUrlRelative, false},
+      {"a:", kUrlLocal, true},
+      {"\xC3\xA4:word", kUrlRelative, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.url);
+    EXPECT_EQ(c.type, GGetUrlType(QString::fromUtf8(c.url)));
+    EXPECT_EQ(c.absolute, GIsUrlAbsolute(QString::fromUtf8(c.url)));
+  }
+}
+
+TEST_F(UrlTest, ARootedPathIsLocalOnlyUnderALocalBase) {
+  EXPECT_EQ(kUrlRelative, GetRelativeUrlType("/p", "http://h/doc.kml"));
+  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/p", "/dir/doc.kml"));
+  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/p", "file:///dir/doc.kml"));
+  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/p", ""));
+  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("//server/p", "http://h/doc.kml"));
+  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/", "http://h/doc.kml"));
+  EXPECT_EQ(kUrlFragment, GetRelativeUrlType("#p", "/dir/doc.kml"));
+}
+
+TEST_F(UrlTest, UrlsAreMadeAbsolute) {
+  struct Case {
+    const char* base;
+    const char* url;
+    const char* absolute;
+  };
+  const Case cases[] = {
+      {"http://h/a/doc.kml", "b.png", "http://h/a/b.png"},
+      {"http://h/a/DOC.KML", "b.png", "http://h/a/b.png"},
+      {"http://h/a/doc.kml", "../b.png", "http://h/b.png"},
+      {"http://h/a/doc.kml", "#id", "http://h/a/doc.kml#id"},
+      {"http://h/a/doc.kml", "http://other/b.png", "http://other/b.png"},
+      {"http://h/a/doc.kml", "data:image/png;base64,//8=", "data:image/png;base64,//8="},
+      {"http://h/a/q.php?x=1/2", "b.png", "http://h/a/b.png"},
+      {"http://h/a/b.kmz", "files/c.png", "http://h/a/b.kmz/files/c.png"},
+      {"http://h/a/b.kmz/doc.kml", "files/c.png", "http://h/a/b.kmz/files/c.png"},
+      {"http://h/a/b.kmz", "../c.png", "http://h/a/c.png"},
+      {"http://h/a/b.kmz", "#id", "http://h/a/b.kmz#id"},
+      {"/dir/doc.kml", "/etc/b.png", "/etc/b.png"},
+      {"C:\\dir\\doc.kml", "b.png", "C:/dir/b.png"},
+      {"doc.kml", "b.png", "b.png"},
+      {"http://h/a/doc.kml", "", ""},
+      {"", "", ""},
+  };
+  // Twice, since the last answer is kept.
+  for (int round = 0; round < 2; ++round) {
+    for (const Case& c : cases) {
+      SCOPED_TRACE(std::string(c.base) + " + " + c.url);
+      QString absolute = SchemaObject::MakeAbsoluteUrl(c.base, c.url);
+      if (absolute.startsWith("./"))
+        absolute.remove(0, 2);
+      EXPECT_EQ(c.absolute, absolute);
+      EXPECT_EQ(SchemaObject::MakeAbsoluteUrl(c.base, c.url),
+                SchemaObject::MakeAbsoluteUrl(c.base, c.url));
+    }
+  }
+  EXPECT_TRUE(SchemaObject::MakeAbsoluteUrl("", "b.png").isNull());
+}
+
+TEST_F(UrlTest, ALocalArchiveCountsAsADirectoryWhenItExists) {
+  const QTemporaryDir dir;
+  const QString kmz = dir.filePath("b.kmz");
+  EXPECT_EQ(dir.filePath("c.png"), SchemaObject::MakeAbsoluteUrl(kmz, "c.png"));
+  QFile file(kmz);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  EXPECT_EQ(kmz + "/d.png", SchemaObject::MakeAbsoluteUrl(kmz, "d.png"));
+}
+
+TEST_F(UrlTest, AClientCanKeepDocumentsInItsOwnFolders) {
+  VersionInfo::Options options;
+  options.allowLocalFilesOutsideInstallation = false;
+  VersionInfo::SetOptions(options);
+  const QString installed = System::GetInstallPath();
+  System::SetInstallPath("/opt/Client");
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("/home/doc.kml", "a.png"));
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("/opt/client/doc.kml", "../../etc/b.png"));
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("/opt/client2/doc.kml", "c.png"));
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("http://h/doc.kml", "file:///etc/d.png"));
+  EXPECT_EQ("/opt/client/e.png", SchemaObject::MakeAbsoluteUrl("/opt/client/doc.kml", "e.png"));
+  EXPECT_EQ("http://h/f.png", SchemaObject::MakeAbsoluteUrl("http://h/doc.kml", "f.png"));
+  System::SetInstallPath(installed);
+  VersionInfo::SetOptions(VersionInfo::Options());
+}
+
+TEST_F(UrlTest, IdsAreSplitAndMadeAbsolute) {
+  struct Case {
+    const char* base;
+    const char* id;
+    const char* url;
+    const char* name;
+  };
+  const Case cases[] = {
+      {"http://h/a.kml", "#x", "http://h/a.kml", "x"},
+      {"http://h/a.kml", "x", "http://h/a.kml", "x"},
+      {"http://h/a.kml", "b.kml#x", "http://h/b.kml", "x"},
+      {"http://h/a.kml", "http://other/c.kml#x", "http://other/c.kml", "x"},
+      {"http://h/a.kml", "root://styles#x", "root://styles", "x"},
+      {"http://h/a.kml", "http://other/c.kml", "http://other/c.kml", ""},
+      {"", "#x", "", "x"},
+      {"", "b.kml#x#y", "b.kml", "x#y"},
+      {"", "", "", ""},
+  };
+  for (int round = 0; round < 2; ++round) {
+    for (const Case& c : cases) {
+      SCOPED_TRACE(std::string(c.base) + " + " + c.id);
+      const KmlId id = SchemaObject::MakeAbsoluteId(c.base, c.id);
+      EXPECT_EQ(c.url, id.url);
+      EXPECT_EQ(c.name, id.id);
+    }
+  }
+}
+
+TEST_F(UrlTest, RuntimeUrlsTakeThePlaceOfBuiltInOnes) {
+  EXPECT_EQ("runtime://a/b", SchemaObject::MakeRuntimeUrl("ROOT://a/b"));
+  EXPECT_EQ("http://root://", SchemaObject::MakeRuntimeUrl("http://root://"));
+  EXPECT_EQ("", SchemaObject::MakeRuntimeUrl(""));
+}
+
+TEST_F(UrlTest, PermanentIdsAreUniqueInTheirDocument) {
+  const auto assign = [](const char* stem, const QString& url) {
+    RefPtr<Point> point(new Point(KmlId(QString(), url), ""));
+    point->AssignPermanentUniqueId(QString::fromUtf8(stem));
+    EXPECT_EQ(point.get(), SchemaObject::find(point->GetKmlId()));
+    return point;
+  };
+  const auto a = assign("my stem!", "http://h/a.kml");
+  const auto b = assign("mystem", "http://h/a.kml");
+  const auto c = assign("my-stem", "http://h/a.kml");
+  const auto other = assign("mystem", "http://h/b.kml");
+  const auto none = assign("- !", "http://h/a.kml");
+  const auto foreign = assign("\xC3\xA9t\xC3\xA9 1", "http://h/a.kml");
+  EXPECT_EQ("mystem", a->GetId());
+  EXPECT_EQ("mystem_0", b->GetId());
+  EXPECT_EQ("mystem_1", c->GetId());
+  EXPECT_EQ("mystem", other->GetId());
+  EXPECT_EQ("_0", none->GetId());
+  EXPECT_EQ(QString::fromUtf8("\xC3\xA9t\xC3\xA9"
+                              "1"),
+            foreign->GetId());
+  a->AssignPermanentUniqueId("other");
+  EXPECT_EQ("mystem", a->GetId());
+}
+
+} // namespace vorrel::kestan
