@@ -81,8 +81,10 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
   const AbstractFolderSchema& folderFields = AbstractFolderSchema::GetSingleton();
   folderFields.icon.WriteKml(*this, state);
   WriteUnknownFields(state);
-  state.WriteSchemas();
-  state.WriteStyles();
+  state.WriteObjs(state.GetSchemas());
+  state.SetStyleDefaultsEnabled(false); // a shared style needs no default values
+  state.WriteObjs(state.GetStyles());
+  state.SetStyleDefaultsEnabled(true);
   if (feature)
     feature->WriteKml(state);
   else
