@@ -9,6 +9,8 @@ class NetworkLinkSchema;
 /// A folder whose children come from a URL.
 class KESTAN_EXPORT NetworkLink : public AbstractFolder {
 public:
+  class Url;
+
   using ClassSchema = NetworkLinkSchema;
   static const Schema& GetClassSchema();
   ~NetworkLink() override;

@@ -6,16 +6,19 @@
 
 namespace vorrel::kestan {
 
-template class SchemaT<TarrowLink, NoInstancePolicy, NoDerivedPolicy>;
+template class SchemaT<TarrowLink, NewInstancePolicy, NoDerivedPolicy>;
 template class ObjField<TarrowLink>;
 
 TarrowLinkSchema::TarrowLinkSchema() : SchemaT("TarrowLink", nullptr, Namespace::kKml) {}
 
 const Schema& TarrowLink::GetClassSchema() { return TarrowLinkSchema::GetSingleton(); }
 
-TarrowLink::TarrowLink(const Schema& schema, const KmlId& id, const QString& baseUrl)
-    : SchemaObject(schema, id, baseUrl) {}
+TarrowLink::TarrowLink(const KmlId& id, const QString& baseUrl, bool notify)
+    : SchemaObject(GetClassSchema(), id, baseUrl) {
+  if (notify)
+    NotifyPostCreate();
+}
 
-TarrowLink::~TarrowLink() = default;
+TarrowLink::~TarrowLink() { NotifyPreDelete(); }
 
 } // namespace vorrel::kestan

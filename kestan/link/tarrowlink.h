@@ -7,14 +7,19 @@ namespace vorrel::kestan {
 class TarrowLinkSchema;
 
 /// A link of the root element.
-class KESTAN_EXPORT TarrowLink : public SchemaObject {
+class KESTAN_EXPORT TarrowLink final : public SchemaObject {
 public:
   using ClassSchema = TarrowLinkSchema;
   static const Schema& GetClassSchema();
+  TarrowLink(const KmlId& id, const QString& baseUrl, bool notify = true);
   ~TarrowLink() override;
 
-protected:
-  TarrowLink(const Schema& schema, const KmlId& id, const QString& baseUrl);
+  const QString& GetHref() const { return href_; }
+
+private:
+  friend class TarrowLinkSchema;
+
+  QString href_;
 };
 
 } // namespace vorrel::kestan
