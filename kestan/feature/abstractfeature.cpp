@@ -18,6 +18,7 @@
 #include "kestan/spacetime/time.h" // visibility depends on the chosen time
 #include "kestan/spacetime/timeprimitive.h"
 #include "kestan/style/styleselector.h"
+#include "kestan/write/writestate.h"
 
 #include <QFileInfo>
 
@@ -248,9 +249,7 @@ void AbstractFeature::UpdateInheritedTime() {
 
 void AbstractFeature::UpdateInheritedRegion() {
   const AbstractFolder* parent = GetParent();
-  Region* const region = region_  ? region_.get()
-                         : parent ? parent->GetInheritedRegion()
-                                  : nullptr;
+  Region* const region = region_ ? region_.get() : parent ? parent->GetInheritedRegion() : nullptr;
   if (region == inheritedRegion_)
     return;
   inheritedRegion_ = region;
@@ -477,8 +476,8 @@ const Field* AbstractFeature::FindObject(const SchemaObject& child, int* index) 
 
 void AbstractFeature::NotifyFieldChanged(const Field& field) {
   const AbstractFeatureSchema& fields = Fields();
-  const auto reaction = &field.GetSchema() == &fields ? fields.reactions_[field.GetIndex()]
-                                                      : nullptr;
+  const auto reaction =
+      &field.GetSchema() == &fields ? fields.reactions_[field.GetIndex()] : nullptr;
   if (!reaction) {
     SchemaObject::NotifyFieldChanged(field);
     return;

@@ -18,10 +18,16 @@ public:
   AbstractFeatureSchema();
 
   StrField name{*this, "name", OffsetOf(&AbstractFeature::name_), Field::kElement};
-  BitField visibility{*this, "visibility", kBitVisibility, true, SchemaObject::GetBitsOffset(),
-                      Field::kElement, Field::kUpdateAnywhere};
-  BitField open{*this, "open", kBitOpen, false, SchemaObject::GetBitsOffset(),
-                Field::kElement, Field::kUpdateAnywhere};
+  BitField visibility{
+      *this,           "visibility",          kBitVisibility, true, SchemaObject::GetBitsOffset(),
+      Field::kElement, Field::kUpdateAnywhere};
+  BitField open{*this,
+                "open",
+                kBitOpen,
+                false,
+                SchemaObject::GetBitsOffset(),
+                Field::kElement,
+                Field::kUpdateAnywhere};
   StrField address{*this, "address", OffsetOf(&AbstractFeature::address_), Field::kElement};
   StrField phoneNumber{*this, "phoneNumber", OffsetOf(&AbstractFeature::phoneNumber_),
                        Field::kElement};
@@ -32,12 +38,9 @@ public:
                          Field::kElement};
   ObjField<AbstractView> abstractView;
   ObjField<TimePrimitive> timePrimitive;
-  ObjUrlField<StyleSelector> styleUrl{*this,
-                                      "styleUrl",
-                                      OffsetOf(&AbstractFeature::styleUrl_),
-                                      Field::kElement,
-                                      0,
-                                      OffsetOf(&AbstractFeature::referencedStyleSelector_)};
+  ObjUrlField<StyleSelector> styleUrl{
+      *this,           "styleUrl", OffsetOf(&AbstractFeature::styleUrl_),
+      Field::kElement, 0,          OffsetOf(&AbstractFeature::referencedStyleSelector_)};
   ObjField<StyleSelector> inlineStyleSelector;
   ObjField<Region> region;
   ObjField<ExtendedData> extendedData;

@@ -109,8 +109,7 @@ void AbstractFolder::SetSyncProgress(std::uint32_t done, std::uint32_t total) {
   NotifyFieldChanged(Fields().syncProgress);
 }
 
-void AbstractFolder::GetElementsBySchema(const QString& name,
-                                         mmvector<SchemaObject*>& out) const {
+void AbstractFolder::GetElementsBySchema(const QString& name, mmvector<SchemaObject*>& out) const {
   const Schema* schema = Schema::FindNamedSchema(name, Namespace::kKml);
   if (!schema)
     schema = Schema::FindNamedSchema(name, Namespace::kExt);
@@ -199,8 +198,7 @@ void AbstractFolder::Accept(GeometryVisitor* visitor) {
   ForEachChild([visitor](AbstractFeature& child) { child.Accept(visitor); });
 }
 
-bool AbstractFolder::GetTimeRange(DateTime& begin, DateTime& end, int* instants,
-                                  int* spans) const {
+bool AbstractFolder::GetTimeRange(DateTime& begin, DateTime& end, int* instants, int* spans) const {
   bool any = AbstractFeature::GetTimeRange(begin, end, instants, spans);
   ForEachChild([&](const AbstractFeature& child) {
     if (child.GetTimeRange(begin, end, instants, spans))

@@ -7,8 +7,7 @@ namespace vorrel::kestan {
 
 template class SchemaT<Globe, NewInstancePolicy, NoDerivedPolicy>;
 
-GlobeSchema::GlobeSchema()
-    : SchemaT("Globe", &AbstractFolder::GetClassSchema(), Namespace::kKml) {}
+GlobeSchema::GlobeSchema() : SchemaT("Globe", &AbstractFolder::GetClassSchema(), Namespace::kKml) {}
 
 const Schema& Globe::GetClassSchema() { return GlobeSchema::GetSingleton(); }
 

@@ -5,8 +5,7 @@
 
 namespace vorrel::kestan {
 
-class KESTAN_EXPORT GlobeSchema final
-    : public SchemaT<Globe, NewInstancePolicy, NoDerivedPolicy> {
+class KESTAN_EXPORT GlobeSchema final : public SchemaT<Globe, NewInstancePolicy, NoDerivedPolicy> {
 public:
   GlobeSchema();
 };

@@ -5,8 +5,7 @@
 
 namespace vorrel::kestan {
 
-class KESTAN_EXPORT PlanetSchema final
-    : public SchemaT<Planet, NoInstancePolicy, NoDerivedPolicy> {
+class KESTAN_EXPORT PlanetSchema final : public SchemaT<Planet, NoInstancePolicy, NoDerivedPolicy> {
 public:
   PlanetSchema();
 

@@ -15,8 +15,7 @@ SnippetSchema::SnippetSchema() : SchemaT("Snippet", nullptr, Namespace::kKml) {
 
 const Schema& Snippet::GetClassSchema() { return SnippetSchema::GetSingleton(); }
 
-Snippet::Snippet(const KmlId& id, const QString& baseUrl)
-    : Snippet(GetClassSchema(), id, baseUrl) {
+Snippet::Snippet(const KmlId& id, const QString& baseUrl) : Snippet(GetClassSchema(), id, baseUrl) {
   NotifyPostCreate();
 }
 

@@ -12,8 +12,7 @@ WindowSchema::WindowSchema()
 
 const Schema& Window::GetClassSchema() { return WindowSchema::GetSingleton(); }
 
-Window::Window(const KmlId& id, const QString& baseUrl)
-    : Window(GetClassSchema(), id, baseUrl) {}
+Window::Window(const KmlId& id, const QString& baseUrl) : Window(GetClassSchema(), id, baseUrl) {}
 
 Window::Window(const Schema& schema, const KmlId& id, const QString& baseUrl)
     : AbstractFeature(schema, id, baseUrl) {

@@ -9,11 +9,20 @@ namespace {
 
 constexpr double kGlobe = 2.0;
 
-/// The same meridian as `x`, counted so that it is the first one at or east of `edge`.
-double EastOf(double edge, double x) { return x + kGlobe * std::ceil((edge - x) / kGlobe); }
+/// The same meridian as `x`, counted so that it is the first one at or east of `edge`. An edge that
+/// was made from this meridian is met exactly, though the division rounds.
+double EastOf(double edge, double x) {
+  const double turns = std::ceil((edge - x) / kGlobe);
+  const double before = x + kGlobe * (turns - 1.0);
+  return before >= edge ? before : x + kGlobe * turns;
+}
 
 /// The same for the first one at or west of `edge`.
-double WestOf(double edge, double x) { return x + kGlobe * std::floor((edge - x) / kGlobe); }
+double WestOf(double edge, double x) {
+  const double turns = std::floor((edge - x) / kGlobe);
+  const double behind = x + kGlobe * (turns + 1.0);
+  return behind <= edge ? behind : x + kGlobe * turns;
+}
 
 } // namespace
 

@@ -14,10 +14,7 @@ class KmlTest::Listener final : public IErrorHandler {
 public:
   explicit Listener(QStringList& messages) : messages_(messages) {}
 
-  void OnParseError(ErrorReport& report) override {
-    // The full text starts with the file and the place, on a line of their own.
-    messages_ += report.message.section(QStringLiteral("\n\n"), 1).trimmed();
-  }
+  void OnParseError(ErrorReport& report) override { messages_ += report.text; }
 
 private:
   QStringList& messages_;
@@ -29,7 +26,7 @@ KmlTest::KmlTest() {
 }
 
 KmlTest::~KmlTest() {
-  KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(0);
+  KestanOptionsContext::kestanOptions.kmlErrorHandling.Reset();
   GShutdown();
 }
 
@@ -39,7 +36,7 @@ RefPtr<SchemaObject> KmlTest::ReadObject(const QByteArray& text) {
   KmlHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, listener.get());
   RefPtr<SchemaObject> object =
       ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
-                            static_cast<unsigned>(text.size()));
+                            static_cast<std::size_t>(text.size()));
   error_ = handler.GetErrorText();
   return object;
 }

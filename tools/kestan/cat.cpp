@@ -17,7 +17,7 @@ int Cat(const Arguments& arguments) {
 
   const Document document = ReadDocument(arguments.files.first());
   if (!document.root) {
-    Complain(FormatError(arguments.files.first(), document.error));
+    Complain(document.error);
     return kFindings;
   }
 

@@ -10,15 +10,15 @@ namespace tool {
 
 namespace {
 
+void PrintError(const QString& line) { std::fprintf(stderr, "%s\n", line.toUtf8().constData()); }
+
 /// Prints each error as it comes, and lets the parse go on.
 class Reporter final : public IErrorHandler {
 public:
   explicit Reporter(const QString& file) : file_(file) {}
 
-  void OnParseError(ErrorReport& report) override { Report(report.message); }
-
-  void Report(const QString& error) {
-    std::fprintf(stderr, "%s\n", FormatError(file_, error).toUtf8().constData());
+  void OnParseError(ErrorReport& report) override {
+    PrintError(FormatError(file_, report.line, report.column, report.text));
     ++count_;
   }
   int GetCount() const { return count_; }
@@ -35,7 +35,7 @@ bool CheckFile(const QString& file, bool& printed) {
   const int recoverable = reporter->GetCount();
   QString summary = QStringLiteral("fine");
   if (!document.root) {
-    reporter->Report(document.error);
+    PrintError(document.error);
     summary = QStringLiteral("can't be read");
   }
   if (recoverable > 0) {

@@ -3,8 +3,6 @@
 #include "kestan/read/kmlhandler.h"
 #include "tools/kestan/progress.h"
 
-#include <QRegularExpression>
-
 using namespace vorrel;
 using namespace vorrel::kestan;
 
@@ -21,21 +19,19 @@ Document ReadDocument(const QString& file, IErrorHandler* errorHandler) {
   KmlHandler handler(file, kAccess, nullptr, nullptr, errorHandler);
   Document document;
   document.root = ExpatHandler::LoadXml(handler, nullptr, 0);
-  document.error = handler.GetErrorText();
+  if (!document.root) {
+    // A root with neither a feature nor a theme is no failure of the reader.
+    document.error = FormatError(file, handler.GetErrorLine(), handler.GetErrorColumn(),
+                                 handler.GetErrorText().isEmpty()
+                                     ? QStringLiteral("the document holds no feature")
+                                     : handler.GetBareErrorText());
+  }
   return document;
 }
 
-QString FormatError(const QString& file, const QString& error) {
-  // The text starts with the place, which is taken out of it, and has line breaks.
-  static const QRegularExpression place(
-      QStringLiteral("at line ([0-9]+), column ([0-9]+):(.*)$"),
-      QRegularExpression::DotMatchesEverythingOption);
-  const QRegularExpressionMatch match = place.match(error);
-  if (!match.hasMatch()) {
-    return QStringLiteral("%1: %2").arg(file, error.simplified());
-  }
-  return QStringLiteral("%1:%2:%3: %4")
-      .arg(file, match.captured(1), match.captured(2), match.captured(3).simplified());
+QString FormatError(const QString& file, qint64 line, qint64 column, const QString& message) {
+  const QString place = line > 0 ? QStringLiteral(":%1:%2").arg(line).arg(column) : QString();
+  return file + place + QStringLiteral(": ") + message.simplified();
 }
 
 } // namespace tool

@@ -10,15 +10,14 @@ namespace tool {
 
 /// A document that was read from a file.
 struct Document {
-  vorrel::RefPtr<vorrel::kestan::SchemaObject> root; ///< Null when the document was refused.
-  QString error;                                     ///< Why it was refused, as the library says it.
+  vorrel::RefPtr<vorrel::kestan::SchemaObject> root; ///< Null when there's an error.
+  QString error; ///< Why there's nothing to show, as `FormatError` puts it.
 };
 
 /// Reads a KML or KMZ file. `handler`, which may be null, hears of recoverable errors.
 Document ReadDocument(const QString& file, vorrel::kestan::IErrorHandler* handler = nullptr);
 
-/// An error of the reader as one line: "file:line:column: message", or without the place when the
-/// reader gives none.
-QString FormatError(const QString& file, const QString& error);
+/// An error as one line, "file:line:column: message"; without the place when `line` is 0.
+QString FormatError(const QString& file, qint64 line, qint64 column, const QString& message);
 
 } // namespace tool

@@ -16,7 +16,7 @@ namespace {
 
 int Run(const Arguments& arguments) {
   for (const auto& [ns, base] : arguments.namespaces) {
-    vorrel::kestan::AddNamespaceBase(ns, base);
+    vorrel::kestan::RegisterNamespaceBase(ns, base);
   }
   vorrel::kestan::GInitialize();
   int status = kFine;

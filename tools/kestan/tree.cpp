@@ -71,7 +71,7 @@ QString Describe(const SchemaObject& object, std::size_t children) {
 int Tree(const Arguments& arguments) {
   const Document document = ReadDocument(arguments.files.first());
   if (!document.root) {
-    Complain(FormatError(arguments.files.first(), document.error));
+    Complain(document.error);
     return kFindings;
   }
 

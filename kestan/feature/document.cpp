@@ -1,0 +1,117 @@
+#include "kestan/feature/document.h"
+
+#include "kestan/core/schemat_impl.h"
+#include "kestan/custom/customschema.h" // child class, for the field table
+#include "kestan/feature/abstractfeatureschema.h"
+#include "kestan/feature/abstractfolderschema.h"
+#include "kestan/feature/documentschema.h"
+#include "kestan/feature/featurevisitor.h"
+#include "kestan/style/styleselector.h" // child class, for the field table
+#include "kestan/write/writestate.h"
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+template class SchemaT<Document, NewInstancePolicy, NoDerivedPolicy>;
+
+namespace {
+
+const DocumentSchema& Fields() { return DocumentSchema::GetSingleton(); }
+
+} // namespace
+
+DocumentSchema::DocumentSchema()
+    : SchemaT("Document", &AbstractFolder::GetClassSchema(), Namespace::kKml),
+      styleSelectors(*this, QString(), StyleSelector::GetClassSchema(),
+                     OffsetOf(&Document::styleSelectors_)),
+      schemas(*this, QString(), CustomSchema::GetClassSchema(), OffsetOf(&Document::schemas_)) {}
+
+const Schema& Document::GetClassSchema() { return DocumentSchema::GetSingleton(); }
+
+Document::Document(const KmlId& id, const QString& baseUrl)
+    : AbstractFolder(GetClassSchema(), id, baseUrl) {
+  NotifyPostCreate();
+}
+
+Document::~Document() { NotifyPreDelete(); }
+
+bool Document::AddStyleSelector(StyleSelector& selector) {
+  return Fields().styleSelectors.add(*this, &selector);
+}
+
+bool Document::InsertStyleSelector(int index, StyleSelector& selector) {
+  const bool inRange = index >= 0 && index < GetStyleSelectorCount();
+  return Fields().styleSelectors.insert(*this, &selector, inRange ? index : -1);
+}
+
+bool Document::RemStyleSelector(StyleSelector& selector) {
+  return Fields().styleSelectors.remove(*this, &selector);
+}
+
+int Document::FindStyleSelector(const StyleSelector& selector) const {
+  return Fields().styleSelectors.FindObject(*this, selector);
+}
+
+StyleSelector* Document::GetStyleSelector(int index) const {
+  Q_ASSERT(index >= 0 && index < GetStyleSelectorCount());
+  return styleSelectors_[static_cast<std::size_t>(index)].get();
+}
+
+void Document::AddSchema(CustomSchema& schema) {
+  if (!schema.GetName().isEmpty())
+    Fields().schemas.add(*this, &schema);
+}
+
+void Document::SetClientData(std::unique_ptr<ClientData> data) { clientData_ = std::move(data); }
+
+void Document::CollectStylesAndSchemas(WriteState&) const {}
+
+void Document::WriteKml(WriteState& state) const {
+  state.PushStylesAndSchemas();
+  AbstractFolder::CollectStylesAndSchemas(state);
+  WriteKmlStylesSchemas(state, nullptr);
+  state.PopStylesAndSchemas();
+}
+
+void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* feature) const {
+  WriteKmlStartTag(state, false);
+  for (const Field* field : AbstractFeature::GetClassSchema().GetSerializedFields())
+    field->WriteKml(*this, state);
+  const AbstractFolderSchema& folderFields = AbstractFolderSchema::GetSingleton();
+  folderFields.icon.WriteKml(*this, state);
+  WriteUnknownFields(state);
+  state.WriteObjs(state.GetSchemas());
+  state.SetStyleDefaultsEnabled(false); // a shared style needs no default values
+  state.WriteObjs(state.GetStyles());
+  state.SetStyleDefaultsEnabled(true);
+  if (feature)
+    feature->WriteKml(state);
+  else
+    folderFields.children.WriteKml(*this, state);
+  WriteKmlEndTag(state, false);
+}
+
+void Document::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
+
+void FeatureVisitor::visit(Document& document) {
+  if (ShouldVisitBaseClass(document))
+    visit(static_cast<AbstractFolder&>(document));
+}
+
+void Document::NotifyFieldChanged(const Field& field) {
+  if (&field == &Fields().styleSelectors) {
+    const auto anonymous =
+        std::find_if(styleSelectors_.begin(), styleSelectors_.end(),
+                     [](const RefPtr<StyleSelector>& s) { return s && s->GetId().isEmpty(); });
+    if (anonymous != styleSelectors_.end()) {
+      const RefPtr<StyleSelector> selector = *anonymous;
+      const int index = static_cast<int>(anonymous - styleSelectors_.begin());
+      Fields().styleSelectors.EraseMultiple(this, {&index, 1});
+      SetInlineStyleSelector(selector.get());
+    }
+  }
+  AbstractFolder::NotifyFieldChanged(field);
+}
+
+} // namespace vorrel::kestan

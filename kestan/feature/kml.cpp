@@ -1,0 +1,120 @@
+#include "kestan/feature/kml.h"
+
+#include "kestan/core/kestanoptions.h"
+#include "kestan/core/schemat_impl.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/feature/abstractfeature.h"
+#include "kestan/feature/kmlschema.h"
+#include "kestan/host/tr.h"
+#include "kestan/link/networklinkcontrol.h" // child classes, for the field table
+#include "kestan/link/tarrowlink.h"
+#include "kestan/theme/theme.h"
+
+#include <algorithm>
+#include <mutex>
+
+namespace vorrel::kestan {
+
+template class SchemaT<Kml, NewInstancePolicy, NoDerivedPolicy>;
+
+namespace {
+
+const QLatin1String kTarget("target=");
+
+/// An object has 16 bits for the index of its target, and all of them set mean none.
+constexpr std::size_t kMaxHintTargets = 0xFFFF;
+
+/// True when "target=" with `target` stands anywhere in `hint`.
+bool NamesTarget(const QString& hint, const QString& target) {
+  for (int at = hint.indexOf(kTarget); at >= 0; at = hint.indexOf(kTarget, at + 1)) {
+    if (hint.midRef(at + kTarget.size()).startsWith(target))
+      return true;
+  }
+  return false;
+}
+
+} // namespace
+
+KmlSchema::KmlSchema()
+    : SchemaT("kml", nullptr, Namespace::kKml),
+      link(*this, QString(), TarrowLink::GetClassSchema(), OffsetOf(&Kml::link_)),
+      control(*this, QString(), NetworkLinkControl::GetClassSchema(), OffsetOf(&Kml::control_)),
+      feature(*this, QString(), AbstractFeature::GetClassSchema(), OffsetOf(&Kml::feature_)),
+      theme(*this, QString(), Theme::GetClassSchema(), OffsetOf(&Kml::theme_)) {}
+
+void KmlSchema::AddHintTargets(const mmvector<QString>& targets) const {
+  const std::lock_guard<SpinLock> guard(lock_);
+  for (const QString& target : targets)
+    AddHintTarget(target);
+}
+
+/// Needs the lock.
+int KmlSchema::AddHintTarget(const QString& target) const {
+  const auto known = std::find(hintTargets_.begin(), hintTargets_.end(), target);
+  if (known == hintTargets_.end()) {
+    if (target.isEmpty() || hintTargets_.size() == kMaxHintTargets)
+      return -1;
+    hintTargets_.push_back(target);
+    return static_cast<int>(hintTargets_.size()) - 1;
+  }
+  return static_cast<int>(known - hintTargets_.begin());
+}
+
+int KmlSchema::GetHintTargetId(const QString& text) const {
+  const int at = text.indexOf(kTarget);
+  if (at < 0)
+    return -1;
+  const std::lock_guard<SpinLock> guard(lock_);
+  for (std::size_t i = 0; i < hintTargets_.size(); ++i) {
+    if (NamesTarget(text, hintTargets_[i]))
+      return static_cast<int>(i);
+  }
+  const int start = at + kTarget.size();
+  const int comma = text.indexOf(QLatin1Char(','));
+  return AddHintTarget(text.mid(start, comma < start ? -1 : comma - start));
+}
+
+QString KmlSchema::GetHintTargetString(int id) const {
+  const std::lock_guard<SpinLock> guard(lock_);
+  return id >= 0 && static_cast<std::size_t>(id) < hintTargets_.size()
+             ? hintTargets_[static_cast<std::size_t>(id)]
+             : QString();
+}
+
+QString KmlSchema::ComposeHintString(int id) const {
+  QString target = GetHintTargetString(id);
+  if (target.isEmpty())
+    target = KestanOptionsContext::kestanOptions.hintTarget.Get();
+  return target.isEmpty() ? QString() : kTarget + target;
+}
+
+const Schema& Kml::GetClassSchema() { return KmlSchema::GetSingleton(); }
+
+Kml::Kml(const KmlId& id, const QString& baseUrl) : SchemaObject(GetClassSchema(), id, baseUrl) {
+  SetBit(kBitInheritedNotifySubField, false);
+  NotifyPostCreate();
+}
+
+Kml::~Kml() { NotifyPreDelete(); }
+
+void Kml::NotifyFieldChanged(const Field& field) {
+  const KmlSchema& fields = KmlSchema::GetSingleton();
+  QString error;
+  if (&field == &fields.feature) {
+    if (seenFeature_ && feature_)
+      error = tr("Only a single root feature allowed within <kml> tag");
+    seenFeature_ = feature_ != nullptr;
+  } else if (&field == &fields.theme) {
+    if (seenTheme_ && theme_)
+      error = tr("Only a single root theme allowed within <kml> tag");
+    seenTheme_ = theme_ != nullptr;
+  } else if (&field == &fields.hint) {
+    SetHintTarget(static_cast<unsigned>(fields.GetHintTargetId(hint_)));
+  }
+  if (error.isEmpty())
+    SchemaObject::NotifyFieldChanged(field);
+  else
+    ThreadContext::GetCurrent()->fatalText = error;
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,256 @@
+#include "kestan/read/expatparser.h"
+
+#include "kestan/read/expathandler.h"
+#include "kestan/read/xmlsource.h"
+
+#include <QTextCodec>
+
+#include <expat.h>
+
+#include <cstring>
+
+namespace vorrel::kestan {
+
+namespace {
+
+/// Appends one character to `out`; `text` is at a byte above 0x7F. expat hands over well-formed
+/// UTF-8 only; the bounds are watched all the same.
+const char* DecodeCharacter(const char* text, const char* end, ushort*& out) {
+  const auto byte = [](char c) { return static_cast<uint>(static_cast<unsigned char>(c)); };
+  const uint lead = byte(*text++);
+  const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+  if (end - text < more) {
+    *out++ = QChar::ReplacementCharacter;
+    return end;
+  }
+  uint code = lead & (0x3FU >> more);
+  for (int i = 0; i < more; ++i)
+    code = code << 6 | (byte(*text++) & 0x3F);
+  if (code < 0x10000) {
+    *out++ = static_cast<ushort>(code);
+  } else {
+    *out++ = QChar::highSurrogate(code);
+    *out++ = QChar::lowSurrogate(code);
+  }
+  return text;
+}
+
+/// Converts UTF-8 into 16-bit text, for which there's room for one unit a byte. Answers the end of
+/// the text.
+ushort* Widen(const char* text, std::size_t length, ushort* out) {
+  constexpr std::size_t kBlock = 16;
+  const char* const end = text + length;
+  while (text != end) {
+    while (static_cast<std::size_t>(end - text) >= kBlock) {
+      std::uint64_t halves[2];
+      std::memcpy(halves, text, kBlock);
+      if ((halves[0] | halves[1]) & 0x8080808080808080U)
+        break;
+      for (std::size_t i = 0; i < kBlock; ++i) // A constant count, so that it becomes vector code.
+        out[i] = static_cast<unsigned char>(text[i]);
+      text += kBlock;
+      out += kBlock;
+    }
+    // On to the end of the block that isn't plain ASCII, or of the text.
+    const char* const blockEnd = end - text < 16 ? end : text + kBlock;
+    while (text < blockEnd) {
+      if (static_cast<signed char>(*text) >= 0)
+        *out++ = static_cast<unsigned char>(*text++);
+      else
+        text = DecodeCharacter(text, end, out);
+    }
+  }
+  return out;
+}
+
+bool IsAsciiCompatible(QTextCodec& codec) {
+  const QByteArray ascii("<?xml version=\"1.0\" encoding='A-z_09'?>\r\n\t&#[]%;/!");
+  return codec.toUnicode(ascii) == QLatin1String(ascii);
+}
+
+/// Fills expat's table with the characters of a codec that has one byte for each of them. False
+/// for another codec.
+bool FillTable(QTextCodec& codec, int* map) {
+  for (int i = 0; i < 256; ++i) {
+    const char byte = static_cast<char>(i);
+    QTextCodec::ConverterState state;
+    const QString text = codec.toUnicode(&byte, 1, &state);
+    if (text.size() != 1 || state.remainingChars != 0)
+      return false;
+    // A byte without a meaning becomes what it would be in Latin-1, rather than the end of the
+    // parse.
+    const ushort unit = text[0].unicode();
+    map[i] = unit == QChar::ReplacementCharacter || (i > 0 && unit == 0) ? i : unit;
+  }
+  return true;
+}
+
+bool IsUtf8(const QTextCodec& codec) { return codec.mibEnum() == 106; }
+
+} // namespace
+
+/// expat's callbacks. Nothing may leave them but by returning.
+struct ExpatParser::Callbacks {
+  static void Start(void* self, const XML_Char* name, const XML_Char** attributes) noexcept {
+    static_cast<ExpatParser*>(self)->StartElement(name, attributes);
+  }
+  static void End(void* self, const XML_Char* name) noexcept {
+    static_cast<ExpatParser*>(self)->EndElement(name);
+  }
+  static void Characters(void* self, const XML_Char* text, int length) noexcept {
+    static_cast<ExpatParser*>(self)->Characters(text, length);
+  }
+  static void StartCdata(void* self) noexcept {
+    ExpatParser& parser = *static_cast<ExpatParser*>(self);
+    if (!parser.stopped_)
+      parser.handler_.StartCdata();
+  }
+  static void EndCdata(void* self) noexcept {
+    ExpatParser& parser = *static_cast<ExpatParser*>(self);
+    if (!parser.stopped_)
+      parser.handler_.EndCdata();
+  }
+  static int UnknownEncoding(void* self, const XML_Char* name, XML_Encoding* info) noexcept {
+    info->data = nullptr;
+    info->convert = nullptr;
+    info->release = nullptr;
+    const bool known =
+        static_cast<ExpatParser*>(self)->ProvideEncoding(QString::fromUtf8(name), info->map);
+    return known ? XML_STATUS_OK : XML_STATUS_ERROR;
+  }
+};
+
+ExpatParser::ExpatParser(ExpatHandler& handler, const char* encoding, QTextCodec* codec)
+    : handler_(handler), parser_(XML_ParserCreate(codec ? "UTF-8" : encoding)), codec_(codec) {
+  if (!parser_)
+    return;
+  if (codec_ && IsUtf8(*codec_))
+    codec_ = nullptr; // expat itself is stricter.
+  XML_SetUserData(parser_, this);
+  XML_SetElementHandler(parser_, Callbacks::Start, Callbacks::End);
+  XML_SetCharacterDataHandler(parser_, Callbacks::Characters);
+  XML_SetCdataSectionHandler(parser_, Callbacks::StartCdata, Callbacks::EndCdata);
+  XML_SetUnknownEncodingHandler(parser_, Callbacks::UnknownEncoding, this);
+}
+
+ExpatParser::~ExpatParser() {
+  if (parser_)
+    XML_ParserFree(parser_);
+}
+
+ExpatParser::Result ExpatParser::Parse(XmlSource& source) {
+  if (!parser_)
+    return kFailed;
+  const std::unique_ptr<QTextDecoder> decoder(codec_ ? codec_->makeDecoder() : nullptr);
+  QByteArray piece(decoder ? kPieceSize : 0, Qt::Uninitialized);
+  for (bool done = false; !done;) {
+    void* const buffer = decoder ? piece.data() : XML_GetBuffer(parser_, kPieceSize);
+    if (!buffer)
+      return kFailed;
+    const int size = source.Read(static_cast<char*>(buffer), kPieceSize);
+    if (size < 0)
+      return kReadFailed;
+    byteCount_ += size;
+    done = size == 0;
+    XML_Status status;
+    if (decoder) {
+      const QByteArray utf8 = decoder->toUnicode(piece.constData(), size).toUtf8();
+      decodingFailed_ = decodingFailed_ || decoder->hasFailure();
+      status = decodingFailed_ ? XML_STATUS_ERROR
+                               : XML_Parse(parser_, utf8.constData(), utf8.size(), done);
+    } else {
+      status = XML_ParseBuffer(parser_, size, done);
+    }
+    if (status != XML_STATUS_OK)
+      return foundCodec_ && GetErrorCode() == XML_ERROR_UNKNOWN_ENCODING ? kOtherCodec : kFailed;
+  }
+  return kParsed;
+}
+
+void ExpatParser::Stop() {
+  if (!stopped_)
+    XML_StopParser(parser_, XML_FALSE);
+  stopped_ = true;
+}
+
+int ExpatParser::GetErrorCode() const {
+  if (!parser_)
+    return XML_ERROR_NO_MEMORY;
+  return decodingFailed_ ? XML_ERROR_INVALID_TOKEN : XML_GetErrorCode(parser_);
+}
+
+QString ExpatParser::GetErrorString() const {
+  return QString::fromLatin1(XML_ErrorString(static_cast<XML_Error>(GetErrorCode())));
+}
+
+qint64 ExpatParser::GetLine() const {
+  return parser_ ? static_cast<qint64>(XML_GetCurrentLineNumber(parser_)) : 0;
+}
+
+qint64 ExpatParser::GetColumn() const {
+  return parser_ ? static_cast<qint64>(XML_GetCurrentColumnNumber(parser_)) : 0;
+}
+
+bool ExpatParser::ProvideEncoding(const QString& name, int* map) {
+  QTextCodec* const codec = QTextCodec::codecForName(name.toLatin1());
+  if (!codec || !IsAsciiCompatible(*codec))
+    return false;
+  if (!IsUtf8(*codec) && FillTable(*codec, map))
+    return true;
+  foundCodec_ = codec;
+  return false;
+}
+
+ushort* ExpatParser::GetBuffer(std::size_t size) {
+  if (buffer_.size() < size)
+    buffer_.resize(std::max(size, buffer_.size() * 2));
+  return buffer_.data();
+}
+
+void ExpatParser::StartElement(const char* name, const char** attributes) {
+  if (stopped_)
+    return;
+  lengths_.clear();
+  lengths_.push_back(std::strlen(name));
+  std::size_t total = lengths_.back();
+  for (const char** attribute = attributes; *attribute; ++attribute) {
+    lengths_.push_back(std::strlen(*attribute));
+    total += lengths_.back();
+  }
+  if (total > kMaxAttributeBytes) {
+    handler_.RefuseAttributes();
+    return;
+  }
+
+  ushort* out = GetBuffer(total + lengths_.size());
+  const ushort* const wideName = out;
+  out = Widen(name, lengths_[0], out);
+  *out++ = 0;
+  attributes_.clear();
+  for (std::size_t i = 1; i < lengths_.size(); ++i) {
+    attributes_.push_back(out);
+    out = Widen(attributes[i - 1], lengths_[i], out);
+    *out++ = 0;
+  }
+  attributes_.push_back(nullptr);
+  handler_.StartElement(wideName, attributes_.data());
+}
+
+void ExpatParser::EndElement(const char* name) {
+  if (stopped_)
+    return;
+  const std::size_t length = std::strlen(name);
+  ushort* const buffer = GetBuffer(length + 1);
+  *Widen(name, length, buffer) = 0;
+  handler_.EndElement(buffer);
+}
+
+void ExpatParser::Characters(const char* text, int length) {
+  if (stopped_)
+    return;
+  ushort* const buffer = GetBuffer(static_cast<std::size_t>(length));
+  const ushort* const end = Widen(text, static_cast<std::size_t>(length), buffer);
+  handler_.characters(buffer, static_cast<int>(end - buffer));
+}
+
+} // namespace vorrel::kestan

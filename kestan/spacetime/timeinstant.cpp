@@ -1,0 +1,74 @@
+#include "kestan/spacetime/timeinstant.h"
+
+#include "kestan/core/objfield_impl.h"
+#include "kestan/core/schemat_impl.h"
+#include "kestan/spacetime/time.h"
+#include "kestan/spacetime/timeinstantschema.h"
+#include "kestan/spacetime/timeprimitiveschema.h"
+#include "kestan/write/valuetext.h"
+#include "kestan/write/writestate.h"
+
+namespace vorrel::kestan {
+
+template class SchemaT<TimeInstant, NewInstancePolicy, NoDerivedPolicy>;
+template class ObjField<TimeInstant>;
+
+TimeInstantSchema::TimeInstantSchema()
+    : SchemaT("TimeInstant", &TimePrimitive::GetClassSchema(), Namespace::kKml) {}
+
+const Schema& TimeInstant::GetClassSchema() { return TimeInstantSchema::GetSingleton(); }
+
+TimeInstant::TimeInstant(const KmlId& id, const QString& baseUrl, bool notify)
+    : TimePrimitive(GetClassSchema(), id, baseUrl) {
+  if (notify)
+    NotifyPostCreate();
+}
+
+TimeInstant::~TimeInstant() { NotifyPreDelete(); }
+
+void TimeInstant::SetTimePosition(const DateTime& time) {
+  TimeInstantSchema::GetSingleton().timePosition.SetTypedObject(*this, time);
+}
+
+bool TimeInstant::isVisible() const { return Time::IsInRange(GetBegin(), GetEnd()); }
+
+const DateTime* TimeInstant::GetBegin() const { return specified_ ? &timePosition_ : nullptr; }
+
+const DateTime* TimeInstant::GetEnd() const { return GetBegin(); }
+
+void TimeInstant::NotifyFieldChanged(const Field& field) {
+  specified_ = true;
+  TimePrimitive::NotifyFieldChanged(field);
+}
+
+void TimeInstant::CopyNonFieldStuff(const SchemaObject& src) {
+  if (src.isOfType(GetClassSchema()))
+    specified_ = static_cast<const TimeInstant&>(src).specified_;
+  TimePrimitive::CopyNonFieldStuff(src);
+}
+
+void TimeInstant::WriteTimeAs(WriteState& state, const char* element) const {
+  const Field& field = TimeInstantSchema::GetSingleton().timePosition;
+  if (timePosition_.isUndefined() && GetUnknownFieldAttrs(field).isNull())
+    return;
+  state.WriteTagStart(Namespace::kKml, QLatin1String(element));
+  WriteUnknownFieldAttrs(state, field);
+  state.out(">");
+  WriteValueText(state.stream(), timePosition_);
+  state.WriteTagEnd(Namespace::kKml, QLatin1String(element));
+}
+
+void TimeInstant::WriteKml(WriteState& state) const {
+  if (!specified_ && !HasUnknownData())
+    return;
+  const int depth = state.indent();
+  WriteStartTagAs(state, "TimeStamp");
+  state.out(">");
+  state.SetIndent(0);
+  WriteTimeAs(state, "when");
+  WriteUnknownFields(state);
+  state.WriteTagEnd(Namespace::kKml, QStringLiteral("TimeStamp"));
+  state.SetIndent(depth);
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,68 @@
+#include "kestan/spacetime/timespan.h"
+
+#include "kestan/core/schemat_impl.h"
+#include "kestan/spacetime/time.h"
+#include "kestan/spacetime/timeprimitiveschema.h"
+#include "kestan/spacetime/timespanschema.h"
+
+namespace vorrel::kestan {
+
+template class SchemaT<TimeSpan, NewInstancePolicy, NoDerivedPolicy>;
+template class SchemaT<GxTimeSpan, NewInstancePolicy, NoDerivedPolicy>;
+
+namespace {
+
+const TimeSpanSchema& Fields() { return TimeSpanSchema::GetSingleton(); }
+
+/// "2007" and "2007-01-01" are the same instant, yet a change from one to the other counts.
+void SetTime(TimeSpan& span, const DateTimeField& field, const DateTime* time) {
+  const DateTime value = time ? *time : DateTime();
+  if (!value.isEqualByComponent(field.get(span)))
+    field.SetTypedObject(span, value);
+}
+
+} // namespace
+
+TimeSpanSchema::TimeSpanSchema()
+    : SchemaT("TimeSpan", &TimePrimitive::GetClassSchema(), Namespace::kKml) {}
+
+GxTimeSpanSchema::GxTimeSpanSchema()
+    : SchemaT("TimeSpan", &TimeSpan::GetClassSchema(), Namespace::kExt) {}
+
+const Schema& TimeSpan::GetClassSchema() { return TimeSpanSchema::GetSingleton(); }
+
+TimeSpan::TimeSpan(const KmlId& id, const QString& baseUrl, bool notify)
+    : TimePrimitive(GetClassSchema(), id, baseUrl) {
+  if (notify)
+    NotifyPostCreate();
+}
+
+TimeSpan::TimeSpan(const GxTimeSpanSchema& schema, const KmlId& id, const QString& baseUrl)
+    : TimePrimitive(schema, id, baseUrl) {}
+
+TimeSpan::~TimeSpan() { NotifyPreDelete(); }
+
+void TimeSpan::SetBegin(const DateTime* begin) { SetTime(*this, Fields().begin, begin); }
+
+void TimeSpan::SetEnd(const DateTime* end) { SetTime(*this, Fields().end, end); }
+
+// The undefined time equals itself only, so that one open end makes a span, and two don't.
+bool TimeSpan::IsSpan() const { return begin_ != end_; }
+
+bool TimeSpan::isVisible() const { return Time::IsInRange(&begin_, &end_); }
+
+const DateTime* TimeSpan::GetBegin() const { return begin_.isUndefined() ? nullptr : &begin_; }
+
+const DateTime* TimeSpan::GetEnd() const { return end_.isUndefined() ? nullptr : &end_; }
+
+const Schema& GxTimeSpan::GetClassSchema() { return GxTimeSpanSchema::GetSingleton(); }
+
+GxTimeSpan::GxTimeSpan(const KmlId& id, const QString& baseUrl, bool notify)
+    : TimeSpan(GxTimeSpanSchema::GetSingleton(), id, baseUrl) {
+  if (notify)
+    NotifyPostCreate();
+}
+
+GxTimeSpan::~GxTimeSpan() { NotifyPreDelete(); }
+
+} // namespace vorrel::kestan

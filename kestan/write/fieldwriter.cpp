@@ -1,0 +1,264 @@
+// The writing half of the field classes that aren't templates.
+
+#include "kestan/core/altitudemodeenumfield.h"
+#include "kestan/core/cdatafield.h"
+#include "kestan/core/enum.h"
+#include "kestan/core/enumfield.h"
+#include "kestan/core/field.h"
+#include "kestan/core/normllafield.h"
+#include "kestan/core/normllalistfield.h"
+#include "kestan/core/objarrayfield.h"
+#include "kestan/core/objfield.h"
+#include "kestan/core/objurlfield.h"
+#include "kestan/core/schemaobject.h"
+#include "kestan/core/screenvecfield.h"
+#include "kestan/core/simplearrayfield.h"
+#include "kestan/core/strfield.h"
+#include "kestan/host/convert.h"
+#include "kestan/write/markuptext.h"
+#include "kestan/write/valuetext.h"
+#include "kestan/write/writestate.h"
+#include "kestan/write/xmltext.h"
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+namespace {
+
+/// Text that goes out here stands between the quotes of an attribute.
+class AttributeScope {
+public:
+  explicit AttributeScope(Utf8OStream& stream) : stream_(stream) { stream_.SetInAttribute(true); }
+  AttributeScope(const AttributeScope&) = delete;
+  AttributeScope& operator=(const AttributeScope&) = delete;
+  ~AttributeScope() { stream_.SetInAttribute(false); }
+
+private:
+  Utf8OStream& stream_;
+};
+
+bool HasUnknownAttrs(const SchemaObject& object, const Field& field) {
+  return object.GetBit(kBitUnknownFieldAttrs) && !object.GetUnknownFieldAttrs(field).isNull();
+}
+
+/// " name=" and the opening quote.
+void WriteAttributeStart(const Field& field, const SchemaObject& object, WriteState& state) {
+  const bool needsPrefix = field.GetNamespace() != object.GetNamespace();
+  const bool isKml = field.GetNamespace() == Namespace::kKml;
+  state.out(!needsPrefix ? " " : isKml ? " kml:" : " gx:");
+  state.stream() << field.GetName() << "=\"";
+}
+
+} // namespace
+
+void Field::WriteKmlString(const SchemaObject&, WriteState&) const {}
+
+QString Field::GetPrefixedElem() const {
+  return ns_ == Namespace::kKml ? name_ : QLatin1String(kExtPrefixColon) + name_;
+}
+
+QString Field::GetPrefixedAttr(const SchemaObject& object) const {
+  if (ns_ == object.GetNamespace())
+    return name_;
+  return QLatin1String(ns_ == Namespace::kKml ? kKmlPrefixColon : kExtPrefixColon) + name_;
+}
+
+void Field::WriteUnknownFieldAttrs(WriteState& state, const SchemaObject& object) const {
+  object.WriteUnknownFieldAttrs(state, *this);
+}
+
+void Field::WriteElementStart(const SchemaObject& object, WriteState& state) const {
+  state.WriteTagStart(ns_, name_);
+  WriteUnknownFieldAttrs(state, object);
+  state.out(">");
+}
+
+void Field::WriteElementEnd(WriteState& state) const { state.WriteTagEnd(ns_, name_); }
+
+void Field::WriteEmptyElement(WriteState& state) const {
+  state.WriteTagStart(ns_, name_);
+  state.out("/>\n");
+}
+
+void Field::WriteValue(const SchemaObject& object, WriteState& state, bool differs) const {
+  const bool isGiven = (differs || !HasFlag(kHasDefault) || state.writeDefaults()) &&
+                       !HasFlag(kNoWrite) && !IsUndefined(object);
+  if (type_ == kElement) {
+    // An element that carried attributes stays, so that they do.
+    if (!isGiven && !HasUnknownAttrs(object, *this))
+      return;
+    if (name_.isEmpty()) {
+      WriteKmlString(object, state);
+    } else {
+      WriteElementStart(object, state);
+      WriteKmlString(object, state);
+      WriteElementEnd(state);
+    }
+  } else if (type_ == kAttribute && isGiven) {
+    WriteAttributeStart(*this, object, state);
+    const AttributeScope scope(state.stream());
+    WriteKmlString(object, state);
+    state.out("\"");
+  }
+}
+
+void EnumField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  state.xml() << values_->getString(get(object));
+}
+
+void AltitudeModeEnumField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  const int mode = get(object);
+  const bool isOwn = isExtension_
+                         ? mode >= kAbsoluteAboveGround && mode <= kRelativeToSeaFloor
+                         : mode >= kClampToGround && mode <= kAbsoluteAboveGround;
+  if (isOwn || HasUnknownAttrs(object, *this))
+    EnumField::WriteKml(object, state);
+}
+
+void AltitudeModeEnumField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  int mode = get(object);
+  if (!isExtension_) {
+    // The modes that only the extension has show as the nearest plain ones.
+    if (mode == kAbsoluteAboveGround)
+      mode = kAbsolute;
+    else if (mode == kClampToSeaFloor)
+      mode = kClampToGround;
+    else if (mode == kRelativeToSeaFloor)
+      mode = kRelativeToGround;
+  }
+  state.xml() << GetEnum().getString(mode);
+}
+
+void StrField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  state.xml() << Member<QString>(object);
+}
+
+void IdField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  state.xml() << state.GetObjectId(object);
+}
+
+void HrefStrField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  const QString& raw = Member<QString>(object, rawOffset_);
+  if (raw.isNull())
+    StrField::WriteKmlString(object, state);
+  else
+    WriteEscapedText(state.stream(), raw);
+}
+
+void CdataField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  WriteMarkupText(Member<QString>(object), object, state);
+}
+
+void NormLLAField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  Utf8OStream& stream = state.stream();
+  char* const out = stream.Reserve(kMaxNormLLALength);
+  stream.Commit(out + FormatNormLLA(Member<Vec3<double>>(object), ',', out));
+}
+
+void ScreenVecField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  const LegacyScreenVec& value = Member<LegacyScreenVec>(object);
+  state.WriteTagStart(GetNamespace(), GetName());
+  state.out(" x=\"");
+  WriteValueText(state.stream(), value.x);
+  state.out("\" y=\"");
+  WriteValueText(state.stream(), value.y);
+  state.stream() << "\" xunits=\"" << LegacyScreenVec::UnitsToString(value.xunits);
+  state.stream() << "\" yunits=\"" << LegacyScreenVec::UnitsToString(value.yunits) << "\"";
+  WriteUnknownFieldAttrs(state, object);
+  state.out("/>\n");
+}
+
+void NormLLAListField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  WriteElementStart(object, state);
+  state.out("\n");
+  const mmvector<Vec3<double>>& positions = Array(object);
+  if (!positions.empty()) {
+    state.SetIndent(state.indent() + 1);
+    state.WriteIndent();
+    state.SetIndent(state.indent() - 1);
+    Utf8OStream& stream = state.stream();
+    for (const Vec3<double>& position : positions) {
+      char* out = stream.Reserve(kMaxNormLLALength + 1);
+      out += FormatNormLLA(position, ',', out);
+      *out++ = ' ';
+      stream.Commit(out);
+    }
+    state.out("\n");
+  }
+  state.WriteIndent();
+  WriteElementEnd(state);
+}
+
+void NormLLAArrayField::WriteEntry(const Vec3<double>& value, WriteState& state) const {
+  Utf8OStream& stream = state.stream();
+  char* const out = stream.Reserve(kMaxNormLLALength);
+  stream.Commit(out + FormatNormLLA(value, ' ', out));
+}
+
+void Vec3fArrayField::WriteEntry(const Vec3<float>& value, WriteState& state) const {
+  WriteValueText(state.stream(), static_cast<double>(value.x));
+  state.out(" ");
+  WriteValueText(state.stream(), static_cast<double>(value.y));
+  state.out(" ");
+  WriteValueText(state.stream(), static_cast<double>(value.z));
+}
+
+void ObjFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
+  const SchemaObject* const child = HasFlag(kNoWrite) ? nullptr : GetObject(object, -1);
+  if (GetName().isEmpty()) {
+    if (child)
+      child->WriteKml(state);
+    return;
+  }
+  if (!child && !HasUnknownAttrs(object, *this))
+    return;
+  WriteElementStart(object, state);
+  state.out("\n");
+  state.SetIndent(state.indent() + 1);
+  if (child)
+    child->WriteKml(state);
+  state.SetIndent(state.indent() - 1);
+  state.WriteIndent();
+  WriteElementEnd(state);
+}
+
+void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
+  const int count = HasFlag(kNoWrite) ? 0 : getCount(object);
+  const bool hasElement = !GetName().isEmpty();
+  if (count == 0 && !(hasElement && HasUnknownAttrs(object, *this)))
+    return;
+  if (hasElement) {
+    WriteElementStart(object, state);
+    state.out("\n");
+    state.SetIndent(state.indent() + 1);
+  }
+  for (int i = 0; i < count; ++i) {
+    const SchemaObject* const child = GetObject(object, i);
+    if (child)
+      child->WriteKml(state);
+    if (!state.error().isEmpty())
+      return; // the output is thrown away
+  }
+  if (hasElement) {
+    state.SetIndent(state.indent() - 1);
+    state.WriteIndent();
+    WriteElementEnd(state);
+  }
+}
+
+void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
+  const QString& url = Member<QString>(object);
+  if (GetType() == kAttribute && !url.isEmpty()) {
+    WriteAttributeStart(*this, object, state);
+    const AttributeScope scope(state.stream());
+    state.WriteObjUrl(GetTarget(object), url);
+    state.out("\"");
+  } else if (GetType() == kElement && (!url.isEmpty() || HasUnknownAttrs(object, *this))) {
+    WriteElementStart(object, state);
+    state.WriteObjUrl(url.isEmpty() ? nullptr : GetTarget(object), url);
+    WriteElementEnd(state);
+  }
+}
+
+} // namespace vorrel::kestan

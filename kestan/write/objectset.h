@@ -1,0 +1,30 @@
+#pragma once
+
+#include "kestan/host/memory.h"
+
+#include <QSet>
+
+namespace vorrel::kestan {
+
+class SchemaObject;
+
+/// Objects in the order in which they came, each once. So an output doesn't depend on addresses.
+class ObjectSet {
+public:
+  void insert(const SchemaObject& object) {
+    if (contains(object))
+      return;
+    members_.insert(&object);
+    objects_.push_back(&object);
+  }
+  bool contains(const SchemaObject& object) const { return members_.contains(&object); }
+  bool empty() const { return objects_.empty(); }
+  mmvector<const SchemaObject*>::const_iterator begin() const { return objects_.begin(); }
+  mmvector<const SchemaObject*>::const_iterator end() const { return objects_.end(); }
+
+private:
+  mmvector<const SchemaObject*> objects_;
+  QSet<const SchemaObject*> members_;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,105 @@
+// The writing half of SchemaObject: every object goes out by its field table.
+
+#include "kestan/core/schema.h"
+#include "kestan/core/schemaobject.h"
+#include "kestan/write/writestate.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+namespace {
+
+/// The attribute that was declared last stands first.
+void WriteAttributes(const SchemaObject& object, WriteState& state) {
+  const mmvector<Field*>& attributes = object.GetSchema().GetAttributes();
+  std::for_each(attributes.rbegin(), attributes.rend(),
+                [&](const Field* field) { field->WriteKml(object, state); });
+  object.WriteUnknownAttrs(state);
+}
+
+} // namespace
+
+QString SchemaObject::WriteKmlFile(const QString& path, unsigned flags) const {
+  const QString hint = flags & kWriteNoHint ? QString() : ComposeHintString();
+  // Written back to where it came from, the object's relative references hold as they are.
+  const bool keepRelativeUrls = QDir(path) == QDir(baseUrl_);
+  return WriteState::WriteFile(*this, path, hint, !(flags & kWriteNoHoist), keepRelativeUrls);
+}
+
+QString SchemaObject::WriteKmlString(QByteArray& bytes, unsigned flags) const {
+  const QString hint = flags & kWriteNoHint ? QString() : ComposeHintString();
+  return WriteState::WriteString(*this, bytes, hint, !(flags & kWriteNoHoist));
+}
+
+void SchemaObject::WriteStylesAndSchemas(WriteState& state, const QString&) const {
+  WriteKml(state);
+}
+
+void SchemaObject::WriteKml(WriteState& state) const {
+  const mmvector<Field*>& fields = schema_->GetSerializedFields();
+  const bool inlineText =
+      fields.empty() || (fields.size() == 1 && !fields.front()->IsArray());
+  const int depth = state.indent();
+  WriteKmlStartTag(state, inlineText);
+  if (inlineText)
+    state.SetIndent(0);
+  WriteKmlFields(state);
+  WriteKmlEndTag(state, inlineText);
+  state.SetIndent(depth);
+}
+
+void SchemaObject::WriteKmlStartTag(WriteState& state, bool inlineText) const {
+  state.WriteTagStart(GetNamespace(), schema_->GetName());
+  WriteAttributes(*this, state);
+  state.out(inlineText ? ">" : ">\n");
+  state.SetIndent(state.indent() + 1);
+}
+
+void SchemaObject::WriteKmlEndTag(WriteState& state, bool inlineText) const {
+  state.SetIndent(state.indent() - 1);
+  if (!inlineText)
+    state.WriteIndent();
+  state.WriteTagEnd(GetNamespace(), schema_->GetName());
+}
+
+void SchemaObject::WriteKmlFields(WriteState& state) const {
+  for (const Field* field : schema_->GetSerializedFields())
+    field->WriteKml(*this, state);
+  WriteUnknownFields(state);
+}
+
+void SchemaObject::WriteKmlFieldsSpecified(WriteState& state, unsigned mask) const {
+  WriteKmlStartTag(state, false);
+  for (const Field* field : schema_->GetSerializedFields()) {
+    if ((field->GetMaskBit() & mask) || !GetUnknownFieldAttrs(*field).isNull())
+      field->WriteKml(*this, state);
+  }
+  WriteUnknownFields(state);
+  WriteKmlEndTag(state, false);
+}
+
+void SchemaObject::WriteUnknownAttrs(WriteState& state) const {
+  if (unknownData_)
+    state.WriteUnknownAttrs(unknownData_->attrs, unknownData_->namespaces);
+}
+
+void SchemaObject::WriteUnknownFieldAttrs(WriteState& state, const Field& field) const {
+  if (!GetBit(kBitUnknownFieldAttrs))
+    return;
+  const QString attrs = GetUnknownFieldAttrs(field);
+  if (!attrs.isNull())
+    state.WriteUnknownAttrs(attrs, unknownData_->namespaces);
+}
+
+void SchemaObject::WriteUnknownFields(WriteState& state) const {
+  if (!unknownData_ || unknownData_->fields.isEmpty())
+    return;
+  state.WriteIndent();
+  state.WriteUnknownElements(unknownData_->fields, unknownData_->namespaces);
+  state.out("\n");
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,236 @@
+#include "kestan/write/utf8ostream.h"
+
+#include "kestan/host/hexencode.h"
+#include "kestan/host/memory.h"
+
+#include <algorithm>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace vorrel::kestan {
+
+namespace {
+
+constexpr std::size_t kFirstCapacity = 1024;
+constexpr unsigned kReplacement = 0xFFFD;
+
+/// Characters that are encoded between two checks of the buffer's room.
+constexpr std::ptrdiff_t kBlock = 1024;
+/// The longest text that one 16-bit unit becomes: "&quot;".
+constexpr std::size_t kMaxBytesPerUnit = 6;
+/// The vector path stores this many bytes, of which it may keep fewer.
+constexpr std::size_t kStride = 16;
+
+enum class Context { kPlain, kElement, kAttribute };
+
+/// One code point as UTF-8.
+char* Encode(unsigned c, char* out) {
+  const auto put = [&out](unsigned byte) { *out++ = static_cast<char>(byte); };
+  if (c < 0x80) {
+    put(c);
+  } else if (c < 0x800) {
+    put(0xC0 | c >> 6);
+    put(0x80 | (c & 0x3F));
+  } else if (c < 0x10000) {
+    put(0xE0 | c >> 12);
+    put(0x80 | (c >> 6 & 0x3F));
+    put(0x80 | (c & 0x3F));
+  } else {
+    put(0xF0 | c >> 18);
+    put(0x80 | (c >> 12 & 0x3F));
+    put(0x80 | (c >> 6 & 0x3F));
+    put(0x80 | (c & 0x3F));
+  }
+  return out;
+}
+
+template <std::size_t N> char* Put(char* out, const char (&text)[N]) {
+  std::memcpy(out, text, N - 1);
+  return out + (N - 1);
+}
+
+template <Context context> char* EncodeAscii(unsigned c, char* out) {
+  if constexpr (context != Context::kPlain) {
+    switch (c) {
+    case '"':
+      return Put(out, "&quot;");
+    case '&':
+      return Put(out, "&amp;");
+    case '\'':
+      return Put(out, "&apos;");
+    case '<':
+      return Put(out, "&lt;");
+    case '>':
+      return Put(out, "&gt;");
+    case '\r':
+      return Put(out, "&#13;");
+    default:
+      break;
+    }
+  }
+  if constexpr (context == Context::kAttribute) {
+    if (c == '\t')
+      return Put(out, "&#9;");
+    if (c == '\n')
+      return Put(out, "&#10;");
+  }
+  const bool allowed = c >= 0x20 || c == '\t' || c == '\n' || c == '\r';
+  return Encode(allowed ? c : kReplacement, out);
+}
+
+/// The code point at `at`, with what no document may hold replaced. Moves `at` behind it.
+unsigned DecodeUtf16(const QChar*& at, const QChar* end) {
+  const unsigned c = (at++)->unicode();
+  if (c < 0xD800)
+    return c;
+  if (c < 0xDC00 && at != end && at->isLowSurrogate())
+    return QChar::surrogateToUcs4(static_cast<ushort>(c), (at++)->unicode());
+  return c < 0xE000 || c >= 0xFFFE ? kReplacement : c;
+}
+
+#if defined(__SSE2__)
+
+/// Copies the characters up to the first one that needs more than its own byte, as far as whole
+/// strides go.
+template <Context context> void CopyAscii(const QChar*& at, const QChar* end, char*& out) {
+  const __m128i lowest = _mm_set1_epi8(0x1F);
+  const auto equals = [](__m128i bytes, char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+  while (end - at >= static_cast<std::ptrdiff_t>(kStride)) {
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 8));
+    // Units beyond ASCII saturate to 0x80 and more, or to 0 where their sign bit is set: as signed
+    // bytes none of them is above `lowest`.
+    const __m128i bytes = _mm_packus_epi16(low, high);
+    __m128i good = _mm_cmpgt_epi8(bytes, lowest);
+    if constexpr (context != Context::kAttribute)
+      good = _mm_or_si128(good, _mm_or_si128(equals(bytes, '\t'), equals(bytes, '\n')));
+    if constexpr (context != Context::kPlain) {
+      __m128i special = _mm_or_si128(equals(bytes, '"'), equals(bytes, '&'));
+      special = _mm_or_si128(special, equals(bytes, '\''));
+      special = _mm_or_si128(special, _mm_or_si128(equals(bytes, '<'), equals(bytes, '>')));
+      good = _mm_andnot_si128(special, good);
+    }
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+    const unsigned bad = ~static_cast<unsigned>(_mm_movemask_epi8(good)) & 0xFFFFU;
+    const int count = bad ? __builtin_ctz(bad) : static_cast<int>(kStride);
+    at += count;
+    out += count;
+    if (bad)
+      return;
+  }
+}
+
+#else
+
+template <Context context> void CopyAscii(const QChar*&, const QChar*, char*&) {}
+
+#endif
+
+template <Context context>
+void Append(Utf8OStream& stream, const QChar* at, const QChar* const end) {
+  while (at != end) {
+    const QChar* const blockEnd = at + std::min(kBlock, end - at);
+    const std::size_t units = static_cast<std::size_t>(blockEnd - at);
+    char* out = stream.Reserve(units * kMaxBytesPerUnit + kStride);
+    while (at < blockEnd) {
+      CopyAscii<context>(at, blockEnd, out);
+      // What the vector path leaves: the end of a block, or a character that isn't copied and
+      // those beyond ASCII behind it.
+      const bool isTail = blockEnd - at < static_cast<std::ptrdiff_t>(kStride);
+      while (at < blockEnd) {
+        const unsigned c = DecodeUtf16(at, end);
+        out = c < 0x80 ? EncodeAscii<context>(c, out) : Encode(c, out);
+        if (!isTail && c < 0x80)
+          break;
+      }
+    }
+    stream.Commit(out);
+  }
+}
+
+constexpr char kTabs[] = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
+static_assert(sizeof(kTabs) == kMaxIndent + 1);
+
+} // namespace
+
+const char* GIndent(int depth) { return kTabs + kMaxIndent - std::clamp(depth, 0, kMaxIndent); }
+
+Utf8OStream::Utf8OStream()
+    : data_(static_cast<char*>(doNew(kFirstCapacity, HeapManager::GetTransientHeap()))),
+      capacity_(kFirstCapacity) {}
+
+Utf8OStream::~Utf8OStream() { doDelete(data_); }
+
+void Utf8OStream::Grow(std::size_t count) {
+  std::size_t capacity = capacity_;
+  while (count > capacity - size_)
+    capacity *= 2;
+  data_ = static_cast<char*>(Realloc(data_, size_, capacity, HeapManager::GetTransientHeap()));
+  capacity_ = capacity;
+}
+
+Utf8OStream& Utf8OStream::operator<<(const char* text) {
+  if (text)
+    WriteRawBytes(text, std::strlen(text));
+  return *this;
+}
+
+Utf8OStream& Utf8OStream::operator<<(const QString& text) {
+  Write(text.constData(), text.constData() + text.size());
+  return *this;
+}
+
+void Utf8OStream::Write(const QChar* begin, const QChar* end) {
+  Append<Context::kPlain>(*this, begin, end);
+}
+
+void Utf8OStream::WriteRawBytes(const char* bytes, std::size_t count) {
+  if (count == 0)
+    return;
+  char* out = Reserve(count);
+  std::memcpy(out, bytes, count);
+  Commit(out + count);
+}
+
+void Utf8OStream::Insert(std::size_t position, const char* bytes, std::size_t count) {
+  Reserve(count);
+  std::memmove(data_ + position + count, data_ + position, size_ - position);
+  std::memcpy(data_ + position, bytes, count);
+  size_ += count;
+}
+
+void XmlUtf8OStream::Write(const QChar* begin, const QChar* end) const {
+  if (stream_.IsInAttribute())
+    Append<Context::kAttribute>(stream_, begin, end);
+  else
+    Append<Context::kElement>(stream_, begin, end);
+}
+
+const UrlUtf8OStream& UrlUtf8OStream::operator<<(const QString& text) const {
+  const QChar* at = text.constData();
+  const QChar* const end = at + text.size();
+  while (at != end) {
+    const unsigned c = DecodeUtf16(at, end);
+    char utf8[4];
+    const char* const utf8End = Encode(c, utf8);
+    char* out = stream_.Reserve(3 * sizeof(utf8));
+    const bool isWord = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    if (isWord || (c != 0 && c < 0x80 && std::strchr("_-!.*~(')", static_cast<char>(c)))) {
+      *out++ = utf8[0];
+    } else if (c == ' ') {
+      *out++ = '+';
+    } else {
+      for (const char* byte = utf8; byte != utf8End; ++byte) {
+        const auto escaped = HexEncode(static_cast<unsigned char>(*byte));
+        out = std::copy(escaped.begin(), escaped.end(), out);
+      }
+    }
+    stream_.Commit(out);
+  }
+  return *this;
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,96 @@
+#include "kestan/core/kmlid.h"
+#include "kestan/core/schema.h"
+#include "kestan/core/schemaobject.h"
+#include "kestan/custom/customschema.h" // schemas are hoisted apart from styles
+#include "kestan/link/url.h"            // what comes from a server isn't hoisted
+#include "kestan/style/styleselector.h" // the other kind of what is hoisted
+#include "kestan/write/writestate.h"
+
+namespace vorrel::kestan {
+
+void WriteState::PushStylesAndSchemas() {
+  styleSets_.push_back(std::make_unique<ObjectSet>());
+  schemaSets_.push_back(std::make_unique<ObjectSet>());
+}
+
+void WriteState::PopStylesAndSchemas() {
+  styleSets_.pop_back();
+  schemaSets_.pop_back();
+}
+
+bool WriteState::HasStylesOrSchemas() const {
+  return !styleSets_.back()->empty() || !schemaSets_.back()->empty();
+}
+
+void WriteState::AddStyle(const StyleSelector& style) { Hoist(style, styleSets_); }
+
+void WriteState::AddSchema(const CustomSchema& schema) { Hoist(schema, schemaSets_); }
+
+void WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
+  if (!sets.empty() && GGetUrlType(object.GetUrl()) != kUrlNetwork)
+    sets.back()->insert(object);
+}
+
+void WriteState::WriteStyles() {
+  styleDefaultsEnabled_ = false;
+  WriteObjs(*styleSets_.back());
+  styleDefaultsEnabled_ = true;
+}
+
+void WriteState::WriteSchemas() { WriteObjs(*schemaSets_.back()); }
+
+void WriteState::WriteObjs(const ObjectSet& objects) {
+  for (const SchemaObject* object : objects)
+    AssignId(*object);
+  for (const SchemaObject* object : objects)
+    object->WriteKml(*this);
+}
+
+QString WriteState::AssignId(const SchemaObject& object) {
+  const auto known = idsByObject_.constFind(&object);
+  if (known != idsByObject_.constEnd())
+    return *known;
+  QString id = object.GetId();
+  if (objectsById_.contains(id))
+    id = GenerateUniqueId(id);
+  objectsById_.insert(id, &object);
+  idsByObject_.insert(&object, id);
+  return id;
+}
+
+QString WriteState::GenerateUniqueId(const QString& id) {
+  // Ids are never given back, so that those tried before are in use still.
+  int& suffix = nextSuffixes_[id];
+  while (objectsById_.contains(id + QString::number(suffix)))
+    ++suffix;
+  return id + QString::number(suffix);
+}
+
+QString WriteState::GetObjectId(const SchemaObject& object) const {
+  if (idsByObject_.isEmpty())
+    return object.GetId();
+  return idsByObject_.value(&object, object.GetId());
+}
+
+void WriteState::WriteObjUrl(SchemaObject* object, const QString& url) {
+  const bool isSchema =
+      object && object->GetSchema().SubstitutesFor(CustomSchema::GetClassSchema());
+  WriteObjUrl(object, url, isSchema ? schemaSets_ : styleSets_);
+}
+
+void WriteState::WriteObjUrl(SchemaObject* object, const QString& url, const ObjectSets& sets) {
+  if (object && sets.empty()) {
+    xml() << object->GetUrl();
+    if (!object->GetId().isEmpty()) {
+      stream_ << "#";
+      xml() << object->GetId();
+    }
+  } else if (object && sets.back()->contains(*object)) {
+    stream_ << "#";
+    xml() << AssignId(*object);
+  } else {
+    xml() << GetRelativeUrl(url);
+  }
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,166 @@
+#pragma once
+
+#include "kestan/core/namespace.h"
+#include "kestan/core/unknowndata.h"
+#include "kestan/host/export.h"
+#include "kestan/host/memory.h"
+#include "kestan/write/objectset.h"
+#include "kestan/write/rawxmlwriter.h"
+#include "kestan/write/rootnamespaces.h"
+#include "kestan/write/utf8ostream.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+#include <cstddef>
+#include <memory>
+
+namespace vorrel::kestan {
+
+class CustomSchema;
+class SchemaObject;
+class StyleSelector;
+
+/// The context of one write: the text so far, what is being hoisted into a document, the ids and
+/// namespaces of the output, and its destination.
+///
+/// The tree is walked into the buffer. All of it reaches the destination when the state is
+/// finished, since the root's namespaces are known only then. One thread uses a state, and keeps
+/// the tree still meanwhile.
+class KESTAN_EXPORT WriteState {
+public:
+  enum WriteMode {
+    kWriteKmlFile = 0,
+    kWriteKmzFile = 1,
+    kWriteByteArray = 2,
+  };
+
+  /// For a file. A name without a suffix gets ".kml". `error` tells when it can't be written;
+  /// otherwise an empty file is there from now on. With `keepRelativeUrls`, URLs keep their text.
+  WriteState(const QString& fileName, const QString& hint, bool keepRelativeUrls);
+  /// For KML in `bytes`, which must live until the state is finished.
+  WriteState(QByteArray& bytes, const QString& hint);
+  WriteState(const WriteState&) = delete;
+  WriteState& operator=(const WriteState&) = delete;
+  /// Finishes.
+  ~WriteState();
+
+  /// Write one object with all below it: with `hoist`, behind the styles and schemas that it refers
+  /// to. Both answer the failure text, empty when all went well.
+  static QString WriteFile(const SchemaObject& object, const QString& path, const QString& hint,
+                           bool hoist, bool keepRelativeUrls);
+  static QString WriteString(const SchemaObject& object, QByteArray& bytes, const QString& hint,
+                             bool hoist);
+
+  /// Sends everything to the destination, unless there's an error: then the destination stays as
+  /// it was. Further calls do nothing.
+  void Finish();
+
+  WriteMode mode() const { return mode_; }
+  bool keepRelativeUrls() const { return keepRelativeUrls_; }
+  const QString& baseDir() const { return baseDir_; }
+  const QString& fileName() const { return fileName_; }
+  const QString& hint() const { return hint_; }
+
+  /// The first failure text. Not empty, it stops the write.
+  const QString& error() const { return error_; }
+  void SetError(const QString& text) {
+    if (error_.isEmpty())
+      error_ = text;
+  }
+
+  /// Present depth of the elements.
+  int indent() const { return indent_; }
+  void SetIndent(int depth) { indent_ = depth; }
+  /// Fields that equal their default are written too.
+  bool writeDefaults() const { return writeDefaults_; }
+  void SetWriteDefaults(bool write) { writeDefaults_ = write; }
+  /// A style may switch `writeDefaults` on for its sub-styles.
+  bool styleDefaultsEnabled() const { return styleDefaultsEnabled_; }
+  void SetStyleDefaultsEnabled(bool enabled) { styleDefaultsEnabled_ = enabled; }
+
+  /// The body of the document: bytes and text as they are, and escaped.
+  Utf8OStream& stream() { return stream_; }
+  XmlUtf8OStream xml() { return XmlUtf8OStream(stream_); }
+  WriteState& out(const char* text) {
+    stream_ << text;
+    return *this;
+  }
+  void WriteIndent();
+  /// The indentation, "<", and the name behind the prefix of its namespace.
+  void WriteTagStart(Namespace ns, const QString& name);
+  /// "</", the name behind its prefix, ">" and a line feed.
+  void WriteTagEnd(Namespace ns, const QString& name);
+
+  /// Preserved content: attributes for the start tag that the stream ends with, and elements.
+  void WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces);
+  void WriteUnknownElements(const QString& text, const NamespaceList& namespaces);
+  /// Declarations that the root has to carry. Those with an empty prefix don't reach it, nor those
+  /// with a prefix that has another meaning there.
+  void AddUnknownNamespaces(const NamespaceList& namespaces) { namespaces_.Add(namespaces); }
+
+  // Hoisting. Each document that is being written has a set of styles and one of schemas.
+  void PushStylesAndSchemas();
+  void PopStylesAndSchemas();
+  bool HasStylesOrSchemas() const;
+  /// Objects that come from a server aren't hoisted.
+  void AddStyle(const StyleSelector& style);
+  void AddSchema(const CustomSchema& schema);
+  /// Write what was collected for the innermost document. Styles leave out what equals a default.
+  void WriteStyles();
+  void WriteSchemas();
+  /// Gives each object an id that is unique in this output, and then writes them all.
+  void WriteObjs(const ObjectSet& objects);
+  /// The first of `id`0, `id`1 and so on that no object of this output has.
+  QString GenerateUniqueId(const QString& id);
+  /// The id that the object carries in this output.
+  QString GetObjectId(const SchemaObject& object) const;
+  /// Writes a reference: to a hoisted object by its id, else by `url`. `object` may be null.
+  void WriteObjUrl(SchemaObject* object, const QString& url);
+
+  /// The text of a URL in this output; `absoluteUrl` is what it means now. `embed` asks for a copy
+  /// in an archive.
+  QString RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed);
+
+  /// The declaration and the start tag of the root, in UTF-8. Complete after the walk.
+  QByteArray GetPreamble() const;
+  /// The end tag of the root.
+  void WritePostamble();
+
+private:
+  using ObjectSets = mmvector<std::unique_ptr<ObjectSet>>;
+
+  void WriteObjUrl(SchemaObject* object, const QString& url, const ObjectSets& sets);
+  void Hoist(const SchemaObject& object, const ObjectSets& sets);
+  QString AssignId(const SchemaObject& object);
+  QString GetRelativeUrl(const QString& url) const;
+  QString GetDestinationFault();
+  QString FinishBytes(const QByteArray& preamble);
+  QString FinishFile(const QByteArray& preamble);
+  QString Extract(const QString& absoluteUrl);
+
+  WriteMode mode_ = kWriteKmlFile;
+  bool keepRelativeUrls_ = false;
+  bool writeDefaults_ = false;
+  bool styleDefaultsEnabled_ = true;
+  bool finished_ = false;
+  bool createdFile_ = false; ///< There was no file before.
+  int indent_ = 0;
+  QString baseDir_; ///< Folder of the file in lower case, with a "/" behind.
+  QString fileName_;
+  QString hint_;
+  QString error_;
+  QByteArray* bytes_ = nullptr;
+  Utf8OStream stream_;
+  RootNamespaces namespaces_;
+  RawXmlWriter rawXml_{stream_, namespaces_};
+  ObjectSets styleSets_;
+  ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
+  QHash<QString, const SchemaObject*> objectsById_;
+  QHash<const SchemaObject*, QString> idsByObject_;
+  QHash<QString, int> nextSuffixes_; ///< Where the search for a unique id goes on, by id.
+  QHash<QString, QString> extractedFiles_; ///< References to files brought out of archives.
+};
+
+} // namespace vorrel::kestan

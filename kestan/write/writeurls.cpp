@@ -1,0 +1,61 @@
+#include "kestan/host/net.h"
+#include "kestan/link/url.h" // what is fetched from a server lies in no archive
+#include "kestan/write/writestate.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace vorrel::kestan {
+
+QString WriteState::GetRelativeUrl(const QString& url) const {
+  const bool isBelow = !baseDir_.isEmpty() && url.startsWith(baseDir_, Qt::CaseInsensitive);
+  return isBelow ? url.mid(baseDir_.size()) : url;
+}
+
+QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, bool) {
+  if (url.isEmpty())
+    return QString();
+  // What can't be made absolute means nothing elsewhere either; at least its text is kept.
+  if (keepRelativeUrls_ || absoluteUrl.isEmpty())
+    return url;
+  if (mode_ == kWriteKmlFile && GGetUrlType(absoluteUrl) != kUrlNetwork) {
+    const QString extracted = Extract(absoluteUrl);
+    if (!extracted.isEmpty())
+      return extracted;
+  }
+  return GetRelativeUrl(absoluteUrl);
+}
+
+/// Brings a file that lies in an archive out beside the document, under a name that is free there.
+/// Answers the reference to it; a null text when there's nothing to bring out, or it fails.
+QString WriteState::Extract(const QString& absoluteUrl) {
+  QString archive;
+  QString inner;
+  if (!net::Fetcher::FindInKmz(absoluteUrl, &archive, &inner) || inner.isEmpty())
+    return QString();
+  const auto known = extractedFiles_.constFind(absoluteUrl);
+  if (known != extractedFiles_.constEnd())
+    return *known;
+  const QByteArray bytes = net::Fetcher::GetBytesFromKmz(archive, inner);
+  if (bytes.isEmpty())
+    return QString();
+
+  const QFileInfo innerInfo(inner);
+  const QString folder = QFileInfo(fileName_).absolutePath() + QLatin1Char('/');
+  const QString stem = innerInfo.baseName();
+  const QString suffix = innerInfo.completeSuffix();
+  QString name = innerInfo.fileName();
+  for (int i = 0; QFileInfo::exists(folder + name); ++i)
+    name = stem + QLatin1Char('_') + QString::number(i) + QLatin1Char('.') + suffix;
+
+  QFile file(folder + name);
+  if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+    return QString();
+  if (file.write(bytes) != bytes.size() || !file.flush()) {
+    file.remove();
+    return QString();
+  }
+  return extractedFiles_[absoluteUrl] = GetRelativeUrl(folder + name);
+}
+
+} // namespace vorrel::kestan

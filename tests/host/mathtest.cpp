@@ -1,0 +1,115 @@
+#include "kestan/host/boundingbox.h"
+#include "kestan/host/cullrect.h"
+#include "kestan/host/fastmath.h"
+#include "kestan/host/legacyscreenvec.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+using namespace vorrel;
+
+TEST(BoundingBoxTest, IsEmptyUntilThereIsAPointInIt) {
+  BoundingBox<double> box;
+  EXPECT_TRUE(box.IsEmpty());
+  EXPECT_EQ(std::numeric_limits<double>::max(), box.low.x);
+  EXPECT_EQ(-std::numeric_limits<double>::max(), box.high.z);
+  box.add(BoundingBox<double>());
+  EXPECT_TRUE(box.IsEmpty());
+  box.add({1, 2, 3});
+  box.add(BoundingBox<double>({-1, 4, 3}, {0, 5, 3}));
+  EXPECT_EQ((BoundingBox<double>({-1, 2, 3}, {1, 5, 3})), box);
+  EXPECT_TRUE(box.contains({0, 2, 3}));
+  EXPECT_FALSE(box.contains({0, 2, 3.5}));
+}
+
+TEST(CullRectTest, GrowsTheShorterWayAroundTheGlobe) {
+  struct Case {
+    double west, east, x;
+    double newWest, newEast;
+  };
+  const Case cases[] = {{0.0, 0.25, 0.5, 0.0, 0.5},      {0.0, 0.25, -0.5, -0.5, 0.25},
+                        {0.75, 0.875, -0.875, 0.75, 1.125}, {-0.875, -0.75, 0.75, -1.25, -0.75},
+                        {0.75, 1.25, -0.875, 0.75, 1.25}, {0.75, 1.25, 0.5, 0.5, 1.25},
+                        {-1.0, 1.0, 0.3, -1.0, 1.0},     {0.0, 0.0, 4.25, 0.0, 0.25}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.x);
+    CullRect rect{c.west, 0.0, c.east, 0.25};
+    rect.extend(c.x, 0.5);
+    EXPECT_EQ(c.newWest, rect.west);
+    EXPECT_EQ(c.newEast, rect.east);
+    EXPECT_EQ(0.5, rect.north);
+  }
+}
+
+TEST(CullRectTest, NeverShrinksAndNeverExceedsTheGlobe) {
+  std::mt19937_64 random(6);
+  std::uniform_real_distribution<double> unit(-1.0, 1.0);
+  for (int round = 0; round < 2000; ++round) {
+    CullRect rect;
+    for (int i = 0; i < 8; ++i) {
+      const CullRect before = rect;
+      const double x = unit(random);
+      const double y = unit(random) / 2;
+      if (i % 2 == 0) {
+        rect.extend(x, y);
+      } else {
+        const double width = (unit(random) + 1) / 4;
+        const CullRect other{x, y, x + width, y};
+        rect.extend(other);
+        ASSERT_TRUE(rect.contains(x + width * 0.999, y));
+      }
+      ASSERT_TRUE(rect.contains(x, y));
+      ASSERT_LE(rect.east - rect.west, 2.0);
+      if (!before.IsEmpty()) {
+        ASSERT_LE(rect.west, before.west);
+        ASSERT_GE(rect.east, before.east);
+      }
+    }
+  }
+  CullRect rect{0.0, 0.0, 0.5, 0.5};
+  rect.extend(std::nan(""), 0.0);
+  rect.extend(0.0, std::numeric_limits<double>::infinity());
+  EXPECT_EQ(0.5, rect.east);
+  EXPECT_EQ(0.5, rect.north);
+}
+
+TEST(FastMathTest, AlmostEqualForgivesRoundingsOnly) {
+  EXPECT_TRUE(etalmostEquald(0.1 + 0.2, 0.3));
+  EXPECT_TRUE(etalmostEquald(0.0, -0.0));
+  EXPECT_TRUE(etalmostEquald(0.7 / 180 * 180, 0.7));
+  EXPECT_FALSE(etalmostEquald(1.0, 1.0 + 1e-12 / 180));
+  EXPECT_FALSE(etalmostEquald(0.0, 1e-300));
+  EXPECT_FALSE(etalmostEquald(std::nan(""), std::nan("")));
+}
+
+TEST(LegacyScreenVecTest, UnitsHaveNamesAndPlaces) {
+  using Units = LegacyScreenVec::Units;
+  for (const Units units : {Units::kPixels, Units::kFraction, Units::kInsetPixels})
+    EXPECT_EQ(units, LegacyScreenVec::UnitsFromString(LegacyScreenVec::UnitsToString(units)));
+  EXPECT_EQ(Units::kFraction, LegacyScreenVec::UnitsFromString("Pixels"));
+  EXPECT_EQ("insetPixels", LegacyScreenVec::UnitsToString(Units::kInsetPixels));
+
+  struct Case {
+    double coord;
+    Units units;
+    double position;
+  };
+  // On an extent of 100 device pixels, with two of them for a pixel.
+  const Case cases[] = {
+      {0.25, Units::kFraction, 25.0}, {10, Units::kPixels, 20.0}, {10, Units::kInsetPixels, 80.0}};
+  for (const Case& c : cases) {
+    double fraction = -1;
+    double pixels = -1;
+    LegacyScreenVec::LegacyCoordToScreenVecCoord(c.coord, c.units, 2.0, &fraction, &pixels);
+    EXPECT_EQ(c.position, fraction * 100.0 + pixels);
+  }
+
+  const LegacyScreenVec a{0, 0, Units::kFraction, Units::kPixels};
+  const LegacyScreenVec b{1, 4, Units::kPixels, Units::kPixels};
+  EXPECT_EQ((LegacyScreenVec{0.25, 1, Units::kFraction, Units::kPixels}),
+            LegacyScreenVec::Interpolate(a, b, 0.25));
+  EXPECT_EQ(b, LegacyScreenVec::Interpolate(a, b, 1.0));
+}

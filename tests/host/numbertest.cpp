@@ -1,0 +1,194 @@
+#include "kestan/host/numberformat.h"
+#include "kestan/host/parse.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+using namespace vorrel;
+
+namespace {
+
+/// Raised by a one-off run to try many millions of numbers.
+std::uint64_t Rounds(std::uint64_t usual) {
+  const char* const factor = std::getenv("KESTAN_TEST_ROUNDS_FACTOR");
+  return usual * (factor ? std::strtoull(factor, nullptr, 10) : 1);
+}
+
+std::string Print(double value) {
+  char buffer[kMaxNumberLength];
+  return std::string(buffer, static_cast<std::size_t>(FormatDouble(value, buffer)));
+}
+
+std::string Print(float value) {
+  char buffer[kMaxNumberLength];
+  return std::string(buffer, static_cast<std::size_t>(FormatFloat(value, buffer)));
+}
+
+std::string PrintAsC(const char* format, double value) {
+  char buffer[64];
+  std::snprintf(buffer, sizeof buffer, format, value);
+  return buffer;
+}
+
+double FromBits(std::uint64_t bits) {
+  double value;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
+}
+
+bool Parse(const std::string& text, double& value) {
+  return math::ParseDouble(QString::fromLatin1(text.data(), static_cast<int>(text.size())), value);
+}
+
+const std::vector<double>& AwkwardNumbers() {
+  static const std::vector<double> numbers = [] {
+    std::vector<double> all = {0.0,
+                               -0.0,
+                               90.1,
+                               0.1,
+                               1e-4,
+                               9.9999999999999999e-5,
+                               123456.5,
+                               1234565,
+                               0.5,
+                               2.5,
+                               999999.5,
+                               9999995,
+                               9007199254740993.0,
+                               8999999999999999.5,
+                               1e15,
+                               1e16,
+                               1e17,
+                               1e22,
+                               1e23,
+                               5e-324,
+                               2.2250738585072014e-308,
+                               std::numeric_limits<double>::max(),
+                               std::numeric_limits<double>::infinity()};
+    for (int power = -30; power <= 30; ++power) {
+      const double ten = std::pow(10.0, power);
+      all.insert(all.end(), {ten, std::nextafter(ten, 0.0), std::nextafter(ten, 1e300),
+                             std::ldexp(1.0, power), std::ldexp(3.0, 3 * power)});
+    }
+    const std::size_t count = all.size();
+    for (std::size_t i = 0; i < count; ++i)
+      all.push_back(-all[i]);
+    return all;
+  }();
+  return numbers;
+}
+
+} // namespace
+
+TEST(NumberTest, PrintsDoublesAndFloatsAsTheCLibraryDoes) {
+  for (const double value : AwkwardNumbers()) {
+    EXPECT_EQ(PrintAsC("%.16lg", value), Print(value));
+    const auto narrow = static_cast<float>(value);
+    EXPECT_EQ(PrintAsC("%g", static_cast<double>(narrow)), Print(narrow));
+  }
+  std::mt19937_64 random(1);
+  std::uniform_real_distribution<double> exponent(-13.0, 18.0);
+  for (std::uint64_t i = Rounds(200000); i > 0; --i) {
+    const double anyBits = FromBits(random());
+    ASSERT_EQ(PrintAsC("%.16lg", anyBits), Print(anyBits));
+    const double usual = std::pow(10.0, exponent(random));
+    ASSERT_EQ(PrintAsC("%.16lg", usual), Print(usual));
+    // Halves at the last digit meet the rule for ties.
+    const double tie = std::ldexp(static_cast<double>(random() >> 12), -static_cast<int>(random() % 52));
+    ASSERT_EQ(PrintAsC("%.16lg", tie), Print(tie));
+    const auto narrow = static_cast<float>(usual);
+    ASSERT_EQ(PrintAsC("%g", static_cast<double>(narrow)), Print(narrow));
+  }
+}
+
+TEST(NumberTest, PrintsWholeNumbers) {
+  char buffer[kMaxNumberLength];
+  const auto text = [&buffer](int length) {
+    return std::string(buffer, static_cast<std::size_t>(length));
+  };
+  EXPECT_EQ("-9223372036854775808", text(FormatInt(std::numeric_limits<long long>::min(), buffer)));
+  EXPECT_EQ("18446744073709551615",
+            text(FormatUInt(std::numeric_limits<unsigned long long>::max(), buffer)));
+}
+
+TEST(NumberTest, ReadsTextToTheNearestDouble) {
+  std::mt19937_64 random(2);
+  const auto check = [](const std::string& text) {
+    double value = -1.0;
+    ASSERT_TRUE(Parse(text, value)) << text;
+    const double expected = std::strtod(text.c_str(), nullptr);
+    ASSERT_EQ(0, std::memcmp(&expected, &value, sizeof value)) << text;
+  };
+  for (const double value : AwkwardNumbers()) {
+    if (!std::isfinite(value))
+      continue;
+    check(PrintAsC("%.17g", value));
+    check(PrintAsC("%.40f", std::fmod(value, 1e20)));
+  }
+  for (std::uint64_t i = Rounds(100000); i > 0; --i) {
+    std::string digits;
+    for (auto count = 1 + random() % 22; count > 0; --count)
+      digits += static_cast<char>('0' + random() % 10);
+    std::string text = digits;
+    text.insert(random() % (digits.size() + 1), ".");
+    check(text);
+    check("-" + digits + "e" + std::to_string(static_cast<int>(random() % 80) - 60));
+    const double any = FromBits(random());
+    if (std::isfinite(any))
+      check(PrintAsC("%.17g", any));
+  }
+  // Just above a tie by the very last of a thousand digits.
+  check("9007199254740993" + std::string("." + std::string(1000, '0') + "1"));
+  check("0." + std::string(400, '0') + "12345678901234567890123e400");
+  check(std::string(500, '0') + "7" + std::string(300, '0') + "e-300");
+}
+
+TEST(NumberTest, TellsNumbersFromOtherText) {
+  struct Case {
+    const char* text;
+    bool good;
+    double value;
+  };
+  const Case cases[] = {{" 1.5\n", true, 1.5},
+                        {"+2", true, 2.0},
+                        {"-.5", true, -0.5},
+                        {"3.", true, 3.0},
+                        {"1E2", true, 100.0},
+                        {"1e-400", true, 0.0},
+                        {"0e999999999999999999999", true, 0.0},
+                        {"1.797693134862316e+308", true, std::numeric_limits<double>::max()},
+                        {"1e309", false, 0.0},
+                        {"1e99999999999999999999", false, 0.0},
+                        {"", false, 0.0},
+                        {" ", false, 0.0},
+                        {".", false, 0.0},
+                        {"-", false, 0.0},
+                        {"1e", false, 0.0},
+                        {"1e+", false, 0.0},
+                        {"1 2", false, 0.0},
+                        {"1,5", false, 0.0},
+                        {"0x10", false, 0.0},
+                        {"inf", false, 0.0},
+                        {"nan", false, 0.0},
+                        {"--1", false, 0.0},
+                        {"1.2.3", false, 0.0}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    double value = 77.0;
+    EXPECT_EQ(c.good, Parse(c.text, value));
+    EXPECT_EQ(c.good ? c.value : 77.0, value);
+  }
+  float narrow = 5.0F;
+  EXPECT_FALSE(math::ParseFloat("1e39", narrow));
+  EXPECT_EQ(5.0F, narrow);
+  EXPECT_TRUE(math::ParseFloat("-0.25", narrow));
+  EXPECT_EQ(-0.25F, narrow);
+}

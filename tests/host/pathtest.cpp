@@ -1,0 +1,125 @@
+#include "kestan/host/file.h"
+#include "kestan/host/hexencode.h"
+#include "kestan/host/languagecode.h"
+#include "kestan/host/net.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace vorrel;
+
+TEST(CleanupPathnameTest, RewritesThePathAndNothingElse) {
+  struct Case {
+    const char* path;
+    const char* clean;
+  };
+  const Case cases[] = {
+      {"", ""},
+      {"a/b.kml", "a/b.kml"},
+      {"a\\b\\..\\c.kml", "a/c.kml"},
+      {"/a//b/./c/../d.kml", "/a/b/d.kml"},
+      {"/../a.kml", "/a.kml"},
+      {"../../a.kml", "../../a.kml"},
+      {"a/../../b", "../b"},
+      {"./a", "a"},
+      {"./", "./"},
+      {".", "./"},
+      {"a/..", "./"},
+      {"a/b/..", "a/"},
+      {"a/b/.", "a/b/"},
+      {"/a/b/", "/a/b/"},
+      {"a/.hidden/..x/y...", "a/.hidden/..x/y..."},
+      {"C:\\a\\..\\..\\b", "C:/b"},
+      {"\\\\server\\share\\..\\x", "//server/x"},
+      {"//server/a//b", "//server/a/b"},
+      {"http://host/a/../b//c?q=x/../y//z\\w#f/./g", "http://host/b/c?q=x/../y//z\\w#f/./g"},
+      {"http://host/../../a", "http://host/a"},
+      {"HTTP:\\\\host\\a", "HTTP://host/a"},
+      {"http://host", "http://host"},
+      {"http://host?u=http://x//y", "http://host?u=http://x//y"},
+      {"http://proxy/http://host/a", "http://proxy/http://host/a"},
+      {"file:///a/../b", "file:///b"},
+      {"root://styles#pin", "root://styles#pin"},
+      {"runtime://clone12", "runtime://clone12"},
+      {"data:image/png;base64,a//b/../c", "data:image/png;base64,a//b/../c"},
+      {"#frag/../x", "#frag/../x"},
+      {"a/b.kmz/../c#x", "a/c#x"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    QString path(c.path);
+    file::CleanupPathname(path);
+    EXPECT_EQ(c.clean, path.toStdString());
+    file::CleanupPathname(path);
+    EXPECT_EQ(c.clean, path.toStdString());
+  }
+}
+
+TEST(NetTest, TellsTheFormsOfFileNames) {
+  struct Case {
+    const char* name;
+    net::FileNameType type;
+  };
+  const Case cases[] = {{"/a/b", net::kFileNameLocal},
+                        {"c:/a", net::kFileNameLocal},
+                        {"C:\\a", net::kFileNameLocal},
+                        {"c:a", net::kFileNameOther},
+                        {"file:///a", net::kFileNameLocalUrl},
+                        {"\\\\server\\a", net::kFileNameLocalUrl},
+                        {"//server/a", net::kFileNameLocalUrl},
+                        {"HTTPS://host/a", net::kFileNameNetwork},
+                        {"ftp://host/a", net::kFileNameOther},
+                        {"root://a", net::kFileNameOther},
+                        {"a/b", net::kFileNameOther},
+                        {"", net::kFileNameOther}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(c.type, net::GetFileNameType(c.name));
+  }
+  EXPECT_TRUE(net::ServerInfo::IsHttp("Http://a", false));
+  EXPECT_FALSE(net::ServerInfo::IsHttp("file:///http://a", false));
+  EXPECT_TRUE(net::ServerInfo::IsHttp("https", true));
+  EXPECT_FALSE(net::ServerInfo::IsHttp("file", true));
+}
+
+TEST(NetTest, FindsFilesInsideArchives) {
+  const QTemporaryDir folder;
+  const QString archive = folder.filePath("A b.KMZ");
+  QFile(archive).open(QIODevice::WriteOnly);
+  QDir(folder.path()).mkdir("dir.kmz");
+  QFile(folder.filePath("dir.kmz/in.kmz")).open(QIODevice::WriteOnly);
+
+  QString kmz;
+  QString inner;
+  EXPECT_TRUE(net::Fetcher::FindInKmz(archive + "/files/x.png?q#f", &kmz, &inner));
+  EXPECT_EQ(archive, kmz);
+  EXPECT_EQ("files/x.png", inner);
+  EXPECT_TRUE(net::Fetcher::FindInKmz(QUrl::fromLocalFile(archive).toString(QUrl::FullyEncoded) +
+                                          "/x.png",
+                                      &kmz, &inner));
+  EXPECT_EQ(archive, kmz);
+  EXPECT_TRUE(net::Fetcher::FindInKmz(folder.filePath("dir.kmz/in.kmz/y"), &kmz, &inner));
+  EXPECT_EQ(folder.filePath("dir.kmz/in.kmz"), kmz);
+  EXPECT_TRUE(net::Fetcher::FindInKmz("http://host/a.kmz/b.kml?q", &kmz, &inner));
+  EXPECT_EQ("http://host/a.kmz", kmz);
+  EXPECT_EQ("b.kml", inner);
+  for (const QString& other :
+       {archive, archive + "/", folder.filePath("none.kmz/x"), folder.filePath("dir.kmz/x"),
+        QString("http://host/a.kmz"), QString("http://host/a?u=b.kmz/c"), QString()}) {
+    EXPECT_FALSE(net::Fetcher::FindInKmz(other, &kmz, &inner)) << other.toStdString();
+    EXPECT_TRUE(kmz.isEmpty() && inner.isEmpty());
+  }
+}
+
+TEST(TextTest, SmallForms) {
+  EXPECT_EQ("%0A", std::string(HexEncode(10).data(), 3));
+  EXPECT_EQ("%FF", std::string(HexEncode(255).data(), 3));
+  EXPECT_EQ("pt", LanguageCode("pt_BR.UTF-8").GetLanguage());
+  EXPECT_EQ("zh-Hant-TW", LanguageCode("zh-Hant-TW").ToString());
+  EXPECT_TRUE(LanguageCode("de-de") == LanguageCode("de_DE"));
+}

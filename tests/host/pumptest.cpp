@@ -1,0 +1,276 @@
+#include "kestan/host/job.h"
+#include "kestan/host/pump.h"
+#include "kestan/host/semaphore.h"
+#include "kestan/host/syncmethod.h"
+#include "kestan/host/system.h"
+#include "kestan/host/timer.h"
+#include "kestan/host/workerthread.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+
+using namespace vorrel;
+
+namespace {
+
+constexpr double kLong = 3600.0;
+
+class Call final : public SyncMethod {
+public:
+  explicit Call(std::function<void()> action) : SyncMethod("Call"), action_(std::move(action)) {}
+  ~Call() override {
+    if (ended)
+      *ended = true;
+  }
+  bool* ended = nullptr;
+
+private:
+  void Execute() override { action_(); }
+
+  const std::function<void()> action_;
+};
+
+class Ticker final : public Timer {
+public:
+  explicit Ticker(std::function<void()> action) : Timer("Ticker"), action_(std::move(action)) {}
+
+private:
+  void Fire() override { action_(); }
+
+  const std::function<void()> action_;
+};
+
+class Slices final : public AbstractJob {
+public:
+  Slices(std::string& log, char name, int slices)
+      : AbstractJob("Slices"), log_(log), name_(name), left_(slices) {}
+
+  Result Run(const IJobContinuator& continuator, IJobContainer& container) override {
+    log_ += name_;
+    mayGoOn = continuator.ShouldContinue();
+    if (--left_ > 0)
+      return kRunAgain;
+    if (follower)
+      container.AddJob(follower);
+    return kDone;
+  }
+
+  RefPtr<AbstractJob> follower;
+  bool mayGoOn = true;
+
+private:
+  std::string& log_;
+  const char name_;
+  int left_;
+};
+
+class PumpTest : public testing::Test {
+protected:
+  PumpTest() { System::SetMainThread(); }
+  ~PumpTest() override {
+    Pump::SetWaker(nullptr);
+    Pump::Clear();
+  }
+
+  Call* NewCall(char name) {
+    auto* const call = new Call([this, name] { log += name; });
+    call->SetAutoDelete(true);
+    return call;
+  }
+
+  std::string log;
+};
+
+} // namespace
+
+TEST_F(PumpTest, RunsWhatIsDueInTheOrderOfTime) {
+  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  Timer::Execute(NewCall('a'), 0);
+  Timer::Execute(NewCall('b'), -5); // no earlier than now
+  Timer::Execute(NewCall('c'), 0);
+  Timer::Execute(NewCall('z'), kLong);
+  const double next = Pump::Run(kLong);
+  EXPECT_EQ("abc", log);
+  EXPECT_GT(next, kLong - 600.0);
+  EXPECT_LE(next, kLong);
+}
+
+TEST_F(PumpTest, WithoutTimeItStillMovesOn) {
+  for (const char name : {'a', 'b'})
+    Timer::Execute(NewCall(name), 0);
+  const RefPtr<Slices> job(new Slices(log, 'j', 2));
+  GetDefaultJobScheduler().AddJob(job);
+  EXPECT_EQ(0.0, Pump::Run(0));
+  EXPECT_EQ("aj", log);
+  EXPECT_FALSE(job->mayGoOn);
+  EXPECT_EQ(Pump::kIdle, Pump::Run(0));
+  EXPECT_EQ("ajbj", log);
+}
+
+TEST_F(PumpTest, WhatIsAddedMeanwhileWaits) {
+  std::function<void()> again;
+  again = [&] {
+    log += 'r';
+    auto* const call = new Call(again);
+    call->SetAutoDelete(true);
+    Timer::Execute(call, 0);
+  };
+  again();
+  EXPECT_EQ(0.0, Pump::Run(kLong));
+  EXPECT_EQ("rr", log);
+  Pump::Clear();
+  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+}
+
+TEST_F(PumpTest, JobsTakeTurnsUntilTheyAreDone) {
+  IJobContainer& scheduler = GetDefaultJobScheduler();
+  const RefPtr<Slices> first(new Slices(log, 'a', 3));
+  scheduler.AddJob(first);
+  scheduler.AddJob(new Slices(log, 'b', 1));
+  first->follower = new Slices(log, 'c', 1);
+  EXPECT_EQ(0.0, Pump::Run(kLong));
+  EXPECT_EQ("ab", log);
+  EXPECT_TRUE(first->mayGoOn);
+  Pump::Run(kLong);
+  EXPECT_EQ(0.0, Pump::Run(kLong));
+  EXPECT_EQ("abaa", log);
+  EXPECT_EQ(1, first->GetRefCount());
+  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  EXPECT_EQ("abaac", log);
+}
+
+TEST_F(PumpTest, ACallbackCanRunThePump) {
+  GetDefaultJobScheduler().AddJob(new Slices(log, 'j', 1));
+  Call nested([this] {
+    log += 'n';
+    Pump::Run(kLong);
+  });
+  Timer::Execute(nested, 0);
+  Timer::Execute(NewCall('a'), 0);
+  Pump::Run(kLong);
+  EXPECT_EQ("naj", log);
+}
+
+TEST_F(PumpTest, TimersRepeatStopAndStartAnew) {
+  Ticker ticker([this] { log += 't'; });
+  ticker.Start(0, false);
+  for (int i = 0; i < 3; ++i)
+    EXPECT_EQ(0.0, Pump::Run(kLong));
+  EXPECT_EQ("ttt", log);
+  ticker.Start(0, true);
+  EXPECT_TRUE(ticker.IsActive());
+  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  EXPECT_FALSE(ticker.IsActive());
+  EXPECT_EQ("tttt", log);
+  ticker.Start(0, true);
+  ticker.Stop();
+  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  EXPECT_EQ("tttt", log);
+}
+
+TEST_F(PumpTest, ATimerCanStopOrDeleteItself) {
+  Ticker* stopped = nullptr;
+  Ticker stopping([&] { stopped->Stop(); });
+  stopped = &stopping;
+  stopping.Start(0, false);
+  auto* const deleted = new Ticker([&] { log += 'd'; });
+  std::unique_ptr<Ticker> owner(deleted);
+  Ticker deleting([&] { owner.reset(); });
+  deleted->Start(0, false);
+  deleting.Start(0, true);
+  Pump::Run(kLong);
+  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  EXPECT_EQ("d", log);
+}
+
+TEST_F(PumpTest, MethodsThatWaitAreDroppedWithTheirOwnerOrTheQueue) {
+  {
+    Call call([this] { log += 'x'; });
+    Timer::Execute(call, 0);
+    EXPECT_TRUE(call.IsPending());
+  }
+  bool ended = false;
+  Call* const dropped = NewCall('z');
+  dropped->ended = &ended;
+  Timer::Execute(dropped, 0);
+  Pump::Clear();
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  EXPECT_EQ("", log);
+}
+
+TEST_F(PumpTest, TheWakerIsCalledWhenSomethingIsDueSooner) {
+  int woken = 0;
+  Pump::SetWaker([&woken] { ++woken; });
+  Ticker late([] {});
+  Ticker later([] {});
+  late.Start(kLong, true);
+  EXPECT_EQ(1, woken);
+  later.Start(2 * kLong, true);
+  EXPECT_EQ(1, woken);
+  Timer::Execute(NewCall('a'), 0);
+  EXPECT_EQ(2, woken);
+  GetDefaultJobScheduler().AddJob(new Slices(log, 'j', 1));
+  EXPECT_EQ(3, woken);
+}
+
+TEST_F(PumpTest, OnlyTheMainThreadRunsThings) {
+  Semaphore woken;
+  Pump::SetWaker([&woken] { woken.post(); });
+  System::ThreadId ranOn = System::kInvalidThreadId;
+  Semaphore arrived;
+  Semaphore leave;
+  std::thread worker([&] {
+    EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+    // The way in which a worker borrows the main thread: it ends the method as soon as it is let
+    // go, while the main thread may still be inside.
+    auto borrowed = std::make_unique<Call>([&] {
+      ranOn = System::GetCurrentThread();
+      arrived.post();
+      leave.wait();
+      arrived.post();
+    });
+    Timer::Execute(*borrowed, 0);
+    arrived.wait();
+    leave.post();
+    arrived.wait();
+    borrowed.reset();
+  });
+  woken.wait();
+  Pump::Run(kLong);
+  worker.join();
+  EXPECT_EQ(System::GetCurrentThread(), ranOn);
+}
+
+TEST_F(PumpTest, AWorkerRunsItsJobsAndHandsObjectsBack) {
+  struct Object final : AtomicReferent {
+    explicit Object(System::ThreadId& thread) : endedOn(thread) {}
+    ~Object() override { endedOn = System::GetCurrentThread(); }
+    System::ThreadId& endedOn;
+  };
+  struct Job final : WorkerThread::Job {
+    Job(RefPtr<Object> o, std::atomic<int>& runs) : WorkerThread::Job("Job"), object(std::move(o)), count(runs) {}
+    void Run() override {
+      ++count;
+      EXPECT_FALSE(System::IsMainThread());
+      UnrefJob::UnrefOnMain(std::move(object));
+    }
+    RefPtr<Object> object;
+    std::atomic<int>& count;
+  };
+  System::ThreadId endedOn = System::kInvalidThreadId;
+  std::atomic<int> runs{0};
+  WorkerThread worker;
+  for (int i = 0; i < 3; ++i)
+    RefPtr<Job>(new Job(new Object(endedOn), runs))->AddToQueue(&worker);
+  worker.WaitUntilIdle();
+  EXPECT_EQ(3, runs);
+  EXPECT_EQ(System::kInvalidThreadId, endedOn);
+  Pump::Run(kLong);
+  EXPECT_EQ(System::GetCurrentThread(), endedOn);
+}
