@@ -278,10 +278,10 @@ void KmlHandler::StartUnknown(AttributeList& declarations, Declarations mode) {
 void KmlHandler::AppendStartTag(const unsigned short** attrs, const AttributeList& declarations) {
   text_->append('<');
   text_->append(tagName_);
-  for (; attrs && *attrs; attrs += 2)
-    raw_->AppendAttribute(attrs[0], attrs[1]);
   for (const auto& [name, value] : declarations)
     raw_->AppendAttribute(name.utf16(), value.utf16());
+  for (; attrs && *attrs; attrs += 2)
+    raw_->AppendAttribute(attrs[0], attrs[1]);
   text_->append('>');
 }
 
