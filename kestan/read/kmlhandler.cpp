@@ -172,8 +172,8 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
   return false;
 }
 
-bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField,
-                               const Schema& schema, const unsigned short** attrs) {
+bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,
+                               const unsigned short** attrs) {
   if (parentField) {
     const Schema* const expected = parentField->GetObjSchema();
     if (!expected || !schema.SubstitutesFor(*expected)) {
@@ -358,8 +358,8 @@ void KmlHandler::EndField(TagInfo& tag) {
       Assign(value_, text.data(), length);
     else
       value_ = QString::fromRawData(text.data(), length);
-    const FromStringResult result = field.fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_,
-                                                     value_, -1, editTarget_);
+    const FromStringResult result =
+        field.fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_, value_, -1, editTarget_);
     if (!HandleParseResult(result, value_))
       return;
     if (field.KeepsText() || length > kShortValue)

@@ -12,15 +12,18 @@ using DocumentTest = ReadTest;
 
 TEST_F(DocumentTest, TextIsTrimmedAndOnlyTheRunBeforeAnEndTagCounts) {
   EXPECT_EQ("a", Read<Placemark>("<Placemark><name> a\n</name></Placemark>")->GetName());
-  EXPECT_EQ("a b", Read<Placemark>("<Placemark><name>\t&#160;a b&#13;</name></Placemark>")->GetName());
+  EXPECT_EQ("a b",
+            Read<Placemark>("<Placemark><name>\t&#160;a b&#13;</name></Placemark>")->GetName());
   EXPECT_TRUE(Read<Placemark>("<Placemark><name> </name></Placemark>")->GetName().isNull());
-  EXPECT_EQ("<i>", Read<Placemark>("<Placemark><name><![CDATA[<i>]]></name></Placemark>")->GetName());
+  EXPECT_EQ("<i>",
+            Read<Placemark>("<Placemark><name><![CDATA[<i>]]></name></Placemark>")->GetName());
   EXPECT_EQ("b", Read<Placemark>("<Placemark><name>a</name><name>b</name></Placemark>")->GetName());
 }
 
 TEST_F(DocumentTest, ElementsInsideAValueBecomePartOfIt) {
-  const auto placemark = Read<Placemark>("<Placemark><description>a <b c='&lt;&#10;'>x &amp; y</b> b"
-                                         "</description></Placemark>");
+  const auto placemark =
+      Read<Placemark>("<Placemark><description>a <b c='&lt;&#10;'>x &amp; y</b> b"
+                      "</description></Placemark>");
   EXPECT_EQ("a<b c=\"&lt;&#10;\">x <![CDATA[&]]> y</b> b", placemark->GetDescription());
   RoundTrip("<Placemark><description>a <b>x &amp; ]]&gt; y</b> b</description></Placemark>");
   RoundTrip("<Placemark><name>a <b>x &amp; ]]&gt; y</b> b</name></Placemark>");
@@ -53,6 +56,23 @@ TEST_F(DocumentTest, OfAKmlRootTheFeatureIsReturned) {
   EXPECT_EQ(QString(), empty.handler.GetErrorText());
 }
 
+TEST_F(DocumentTest, AnObjectThatIsNoFeatureComesBackFromItsKmlRoot) {
+  const QString polygon =
+      RoundTrip("<Polygon id='p' xmlns:f='urn:f' f:a='1'><f:x/><outerBoundaryIs>"
+                "<LinearRing><coordinates>1,2 3,4 5,7 1,2</coordinates>"
+                "</LinearRing></outerBoundaryIs></Polygon>");
+  EXPECT_EQ(1, polygon.count("<Polygon"));
+  EXPECT_TRUE(RoundTrip("<kml xmlns:f='urn:f' f:b='1' xmlns='http://www.opengis.net/kml/2.2'>"
+                        "<Point><f:y/></Point></kml>")
+                  .contains("<Point f:b=\"1\">"));
+  for (const char* text : {"<kml><Point/><Point/></kml>", "<kml><Geometry/></kml>",
+                           "<kml><kml><Placemark/></kml></kml>"}) {
+    SCOPED_TRACE(text);
+    EXPECT_FALSE(ReadObject(QByteArray(text)));
+    EXPECT_EQ(QString(), error());
+  }
+}
+
 TEST_F(DocumentTest, IdsComeFromTheFirstAttributeOfThatName) {
   struct Case {
     const char* attributes;
@@ -75,9 +95,9 @@ TEST_F(DocumentTest, IdsComeFromTheFirstAttributeOfThatName) {
 TEST_F(DocumentTest, ObjectsBelongToTheDocument) {
   KmlHandler handler("http://example.com/x/../a.kml", 7, nullptr, nullptr, nullptr);
   const QByteArray text = "<Folder><Placemark id='a'/></Folder>";
-  const auto object = ExpatHandler::LoadXml(
-      handler, reinterpret_cast<const unsigned char*>(text.constData()),
-      static_cast<std::size_t>(text.size()));
+  const auto object =
+      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                            static_cast<std::size_t>(text.size()));
   const SchemaObject* const placemark = SchemaObject::find("http://example.com/a.kml", "a");
   ASSERT_TRUE(placemark);
   EXPECT_EQ(7U, placemark->GetAccess());
@@ -92,7 +112,8 @@ TEST_F(DocumentTest, LongValuesArriveWhole) {
   const auto line = ReadObject(text);
   ASSERT_TRUE(line);
   EXPECT_EQ(coordinates.simplified(), Element(Write(*line), "coordinates")
-                                          .remove("<coordinates>").remove("</coordinates>")
+                                          .remove("<coordinates>")
+                                          .remove("</coordinates>")
                                           .simplified());
 }
 

@@ -1,7 +1,5 @@
-#include "kestan/feature/placemark.h"
-#include "kestan/host/system.h"
+#include "kestan/core/threadcontext.h"
 #include "tests/read/readtest.h"
-#include "tests/support/xml.h"
 
 #include <pthread.h>
 
@@ -54,9 +52,9 @@ TEST_F(LimitTest, TheDeepestDocumentFitsASmallStack) {
       SCOPED_TRACE(name);
       KmlHandler handler("http://example.com/deep.kml", 2, nullptr, nullptr, nullptr);
       const QByteArray good = Nested(name, 999, "<x/>");
-      auto object = ExpatHandler::LoadXml(
-          handler, reinterpret_cast<const unsigned char*>(good.constData()),
-          static_cast<std::size_t>(good.size()));
+      auto object =
+          ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(good.constData()),
+                                static_cast<std::size_t>(good.size()));
       ASSERT_TRUE(object);
       QByteArray written;
       EXPECT_EQ(QString(), object->WriteKmlString(written));
@@ -83,14 +81,15 @@ TEST_F(LimitTest, ManyObjectsShareTheDeclarationsOfTheirUnknownContent) {
   QByteArray declarations;
   for (int i = 0; i < 10000; ++i)
     declarations += " xmlns:n" + QByteArray::number(i) + "='urn:" + QByteArray::number(i) + "'";
-  const auto folder = ReadObject("<Folder" + declarations + ">" +
-                                 QByteArray("<Placemark n1:a='1'><n2:b/></Placemark>").repeated(20000) +
-                                 "</Folder>");
+  const auto folder = ReadObject(
+      "<Folder" + declarations + ">" +
+      QByteArray("<Placemark n1:a='1'><n2:b/></Placemark>").repeated(20000) + "</Folder>");
   ASSERT_TRUE(folder);
 
   // Each object with another set of declarations would need a list of its own.
   EXPECT_FALSE(ReadObject("<Folder" + declarations + ">" +
-                          QByteArray("<Placemark xmlns:z='z' n1:a='1'/>").repeated(20000) + "</Folder>"));
+                          QByteArray("<Placemark xmlns:z='z' n1:a='1'/>").repeated(20000) +
+                          "</Folder>"));
   EXPECT_TRUE(error().contains("Too many namespaces around unknown content"));
 }
 

@@ -39,8 +39,8 @@ TEST(NamespaceTest, UrisStandForTheirNamespaceAndVersion) {
 }
 
 TEST(NamespaceTest, EachNamespaceIsWrittenWithAUriThatReadsBack) {
-  for (const Namespace ns : {Namespace::kNone, Namespace::kKml, Namespace::kExt, Namespace::kAtom,
-                             Namespace::kXal})
+  for (const Namespace ns :
+       {Namespace::kNone, Namespace::kKml, Namespace::kExt, Namespace::kAtom, Namespace::kXal})
     EXPECT_EQ(ns, NamespaceStringToEnum(NamespaceEnumToString(ns), nullptr, nullptr));
   EXPECT_TRUE(NamespaceEnumToString(Namespace::kUnknown).isNull());
 }
@@ -75,7 +75,8 @@ TEST_F(NamespaceReadTest, RegisteredBasesReadTypedAndAreWrittenWithTheBuiltInOne
 TEST_F(NamespaceReadTest, TheVersionLimitHoldsInEveryErrorMode) {
   for (int handling = 0; handling <= 3; ++handling) {
     for (const char* base : {"http://www.opengis.net/kml/", "http://www.vorrel.com/kml/ext/"}) {
-      const QByteArray start = QByteArray("<kml xmlns='http://www.opengis.net/kml/2.2' xmlns:x='") + base;
+      const QByteArray start =
+          QByteArray("<kml xmlns='http://www.opengis.net/kml/2.2' xmlns:x='") + base;
       const Parse tooNew(start + "3.0'><Placemark/></kml>", handling);
       EXPECT_FALSE(tooNew.object);
       EXPECT_EQ("This client can only process KML files with version less than 3",
@@ -97,8 +98,8 @@ TEST_F(NamespaceReadTest, InnerDeclarationsHideOuterOnesUntilTheirElementEnds) {
 }
 
 TEST_F(NamespaceReadTest, AnEmptyUriMeansKmlAndAnUndeclaredPrefixNothing) {
-  EXPECT_EQ("b", Read<Placemark>("<kml xmlns=''><Placemark><name>b</name></Placemark></kml>")
-                     ->GetName());
+  EXPECT_EQ(
+      "b", Read<Placemark>("<kml xmlns=''><Placemark><name>b</name></Placemark></kml>")->GetName());
   const auto placemark = Read<Placemark>("<Placemark><q:name>no</q:name></Placemark>");
   EXPECT_EQ("", placemark->GetName());
 }
@@ -113,7 +114,8 @@ TEST_F(NamespaceReadTest, AfterAnInnerOnlyDefaultUnprefixedNamesAreUnknown) {
 
 TEST_F(NamespaceReadTest, AHandlerStartsEachDocumentInTheKmlNamespace) {
   KmlHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, nullptr);
-  for (const QByteArray text : {"<Placemark xmlns='http://www.opengis.net/kml/2.2'/>", "<Placemark/>"})
+  for (const QByteArray text :
+       {"<Placemark xmlns='http://www.opengis.net/kml/2.2'/>", "<Placemark/>"})
     EXPECT_TRUE(ExpatHandler::LoadXml(handler,
                                       reinterpret_cast<const unsigned char*>(text.constData()),
                                       static_cast<std::size_t>(text.size())));

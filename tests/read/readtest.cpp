@@ -21,8 +21,8 @@ QString ReadTest::RoundTrip(const QByteArray& text) {
   return written;
 }
 
-QString ReadTest::Placemark(const QString& content, const QString& rootAttributes,
-                            const QString& attributes) {
+QString ReadTest::InPlacemark(const QString& content, const QString& rootAttributes,
+                              const QString& attributes) {
   return QStringLiteral("<kml xmlns=\"http://www.opengis.net/kml/2.2\" %1><Placemark %2>%3"
                         "</Placemark></kml>")
       .arg(rootAttributes, attributes, content);
@@ -30,7 +30,7 @@ QString ReadTest::Placemark(const QString& content, const QString& rootAttribute
 
 QString ReadTest::Keep(const QString& content, const QString& rootAttributes,
                        const QString& attributes) {
-  const QString written = RoundTrip(Placemark(content, rootAttributes, attributes).toUtf8());
+  const QString written = RoundTrip(InPlacemark(content, rootAttributes, attributes).toUtf8());
   const QString placemark = Element(written, QStringLiteral("Placemark"));
   const int start = placemark.indexOf(QLatin1Char('>')) + 1;
   return placemark.mid(start, placemark.lastIndexOf(QLatin1Char('<')) - start).trimmed();
@@ -45,8 +45,7 @@ void RecordingErrorHandler::OnParseError(ErrorReport& report) {
 Parse::Parse(const QByteArray& text, int handling, IErrorHandler* errorHandler)
     : handler(QStringLiteral("http://example.com/a.kml"), 2, nullptr, nullptr, errorHandler) {
   KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(handling);
-  object = ExpatHandler::LoadXml(handler,
-                                 reinterpret_cast<const unsigned char*>(text.constData()),
+  object = ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
                                  static_cast<std::size_t>(text.size()));
 }
 

@@ -16,8 +16,8 @@ protected:
   QString Keep(const QString& content, const QString& rootAttributes = QString(),
                const QString& attributes = QString());
 
-  static QString Placemark(const QString& content, const QString& rootAttributes = QString(),
-                           const QString& attributes = QString());
+  static QString InPlacemark(const QString& content, const QString& rootAttributes = QString(),
+                             const QString& attributes = QString());
 };
 
 /// Keeps all reports, and answers them as told.
