@@ -81,10 +81,8 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
   const AbstractFolderSchema& folderFields = AbstractFolderSchema::GetSingleton();
   folderFields.icon.WriteKml(*this, state);
   WriteUnknownFields(state);
-  state.WriteObjs(state.GetSchemas());
-  state.SetStyleDefaultsEnabled(false); // a shared style needs no default values
-  state.WriteObjs(state.GetStyles());
-  state.SetStyleDefaultsEnabled(true);
+  state.WriteSchemas();
+  state.WriteStyles();
   if (feature)
     feature->WriteKml(state);
   else
