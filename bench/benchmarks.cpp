@@ -17,8 +17,8 @@ constexpr std::size_t kBytes = 16U << 20U;
 
 void SetCounters(benchmark::State& state, std::size_t bytes, std::size_t objects) {
   state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * state.iterations());
-  state.counters["objects"] =
-      benchmark::Counter(static_cast<double>(objects), benchmark::Counter::kIsIterationInvariantRate);
+  state.counters["objects"] = benchmark::Counter(static_cast<double>(objects),
+                                                 benchmark::Counter::kIsIterationInvariantRate);
 }
 
 void Read(benchmark::State& state, Kind kind) {

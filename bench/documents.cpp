@@ -73,7 +73,8 @@ public:
 
   void StartPlacemark(const char* what) {
     const unsigned number = Random(1000000);
-    Format("<Placemark id=\"%s-%zu\">\n<name>%s %06u</name>\n", what, document_.objects, what, number);
+    Format("<Placemark id=\"%s-%zu\">\n<name>%s %06u</name>\n", what, document_.objects, what,
+           number);
     document_.objects += 2; // with its geometry
   }
 
@@ -85,9 +86,10 @@ public:
 
   void TextPlacemark() {
     StartPlacemark("Light");
-    Format("<description>Light number %u on the north pier, seen at a distance of %u nautical miles "
-           "&amp; kept by the harbour master. Flashes white every %u seconds.</description>\n",
-           Random(1000), Random(25), Random(12) + 1);
+    Format(
+        "<description>Light number %u on the north pier, seen at a distance of %u nautical miles "
+        "&amp; kept by the harbour master. Flashes white every %u seconds.</description>\n",
+        Random(1000), Random(25), Random(12) + 1);
     Format("<styleUrl>#s%u</styleUrl>\n", Random(kStyles));
     Point();
   }
@@ -102,7 +104,8 @@ public:
   void Polygon() {
     StartPlacemark("Area");
     Format("<visibility>0</visibility>\n<Snippet maxLines=\"1\">Area of %u hectares</Snippet>\n"
-           "<description><![CDATA[<table><tr><td>Survey</td><td>%u</td></tr></table>]]></description>\n"
+           "<description><![CDATA[<table><tr><td>Survey</td><td>%u</td></tr></table>]]></"
+           "description>\n"
            "<Polygon><altitudeMode>absolute</altitudeMode><outerBoundaryIs><LinearRing>",
            Random(500), Random(30) + 1990);
     Coordinates(30, true);

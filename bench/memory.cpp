@@ -77,9 +77,7 @@ void* memalign(std::size_t alignment, std::size_t size) {
   return block;
 }
 
-void* aligned_alloc(std::size_t alignment, std::size_t size) {
-  return memalign(alignment, size);
-}
+void* aligned_alloc(std::size_t alignment, std::size_t size) { return memalign(alignment, size); }
 
 int posix_memalign(void** block, std::size_t alignment, std::size_t size) {
   *block = memalign(alignment, size);
@@ -135,9 +133,10 @@ int main() {
   const Held pointsHeld = Measure(subject, points.text);
   const double each = static_cast<double>(pointsHeld.tree) / static_cast<double>(kPoints);
   const std::size_t name = TextBlock(std::strlen("Point 000000"));
-  std::printf("Placemark with name and Point: %.0f bytes, of which %zu are its text; beyond it %.0f "
-              "(target 560)\n",
-              each, name, each - static_cast<double>(name));
+  std::printf(
+      "Placemark with name and Point: %.0f bytes, of which %zu are its text; beyond it %.0f "
+      "(target 560)\n",
+      each, name, each - static_cast<double>(name));
 
   const Document lines = MakeDocument(Kind::kCoordinates, 32U << 20U, 20000);
   const Held linesHeld = Measure(subject, lines.text);

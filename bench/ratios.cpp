@@ -109,9 +109,8 @@ struct Workload {
   double readTarget;
   double writeTarget;
 };
-constexpr Workload kWorkloads[] = {{Kind::kPlacemarks, 0.55, 0.75},
-                                   {Kind::kCoordinates, 0.75, 0.90},
-                                   {Kind::kMix, 0.45, 0.70}};
+constexpr Workload kWorkloads[] = {
+    {Kind::kPlacemarks, 0.55, 0.75}, {Kind::kCoordinates, 0.75, 0.90}, {Kind::kMix, 0.45, 0.70}};
 
 void Read(const Options& options, const Subject& subject, const WideExpat& expat) {
   PrintHead("reading / wide expat");
@@ -150,8 +149,7 @@ void Lists(const Options& options, const Subject& subject, const WideExpat& expa
   for (const int tuples : {500, 1000, 2000, 5000, 10000, 20000}) {
     const Document document = MakeDocument(Kind::kCoordinates, options.megabytes << 20U, tuples);
     Print(std::to_string(tuples) + " tuples", 0.75,
-          CompareReading(options, subject, expat, document), document.text.size(),
-          document.tuples);
+          CompareReading(options, subject, expat, document), document.text.size(), document.tuples);
   }
 }
 
@@ -193,8 +191,9 @@ int main(int argc, char** argv) {
   using namespace bench;
   Options options;
   if (!Parse(argc, argv, options)) {
-    std::fputs("usage: kestan-bench-ratios [--rounds N] [--megabytes N] [read|write|lists|sizes]...\n",
-               stderr);
+    std::fputs(
+        "usage: kestan-bench-ratios [--rounds N] [--megabytes N] [read|write|lists|sizes]...\n",
+        stderr);
     return 2;
   }
   const WideExpat expat;

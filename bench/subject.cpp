@@ -21,19 +21,14 @@ namespace {
 
 } // namespace
 
-Subject::Subject() {
-  GInitialize();
-}
+Subject::Subject() { GInitialize(); }
 
-Subject::~Subject() {
-  GShutdown();
-}
+Subject::~Subject() { GShutdown(); }
 
 Subject::Tree Subject::Read(const std::string& text) const {
   KmlHandler handler(QStringLiteral("bench.kml"), 2, nullptr, nullptr, nullptr);
-  const Tree tree =
-      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.data()),
-                            text.size());
+  const Tree tree = ExpatHandler::LoadXml(
+      handler, reinterpret_cast<const unsigned char*>(text.data()), text.size());
   if (!tree) {
     Die(handler.GetErrorText());
   }
@@ -49,9 +44,7 @@ QByteArray Subject::Write(const Tree& tree) const {
   return bytes;
 }
 
-Subject::Tree Subject::Clone(const Tree& tree) const {
-  return tree->clone(true, nullptr);
-}
+Subject::Tree Subject::Clone(const Tree& tree) const { return tree->clone(true, nullptr); }
 
 std::size_t Subject::Count(const Tree& tree) const {
   mmvector<SchemaObject*> all;

@@ -5,6 +5,7 @@
 #include "kestan/core/field.h"
 #include "kestan/core/schema.h"
 
+using namespace vorrel;
 using namespace vorrel::kestan;
 
 namespace {

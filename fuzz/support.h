@@ -16,7 +16,8 @@ using Tree = vorrel::RefPtr<vorrel::kestan::SchemaObject>;
 /// Starts the library, once a process, with recoverable errors reported.
 void Start();
 
-/// Null when the document is refused or holds no object. Ends the program when it's refused without a reason.
+/// Null when the document is refused or holds no object. Ends the program when it's refused without
+/// a reason.
 Tree Read(const std::uint8_t* data, std::size_t size);
 
 /// The tree as KML. Ends the program when it can't be written.

@@ -10,7 +10,7 @@ namespace vorrel::kestan {
 class KESTAN_EXPORT KestanOptions final : public SettingGroup {
 public:
   KestanOptions();
-  ~KestanOptions() override;
+  ~KestanOptions();
 
   /// What a recoverable KML error does: 0 goes on silently, 1 reports to the `IErrorHandler`,
   /// 2 ends the parse, 3 goes on silently and drops unknown content.

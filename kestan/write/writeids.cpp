@@ -31,6 +31,14 @@ void WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
     sets.back()->insert(object);
 }
 
+void WriteState::WriteStyles() {
+  styleDefaultsEnabled_ = false;
+  WriteObjs(*styleSets_.back());
+  styleDefaultsEnabled_ = true;
+}
+
+void WriteState::WriteSchemas() { WriteObjs(*schemaSets_.back()); }
+
 void WriteState::WriteObjs(const ObjectSet& objects) {
   for (const SchemaObject* object : objects)
     AssignId(*object);

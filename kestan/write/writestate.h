@@ -107,8 +107,9 @@ public:
   /// Objects that come from a server aren't hoisted.
   void AddStyle(const StyleSelector& style);
   void AddSchema(const CustomSchema& schema);
-  const ObjectSet& GetStyles() const { return *styleSets_.back(); }
-  const ObjectSet& GetSchemas() const { return *schemaSets_.back(); }
+  /// Write what was collected for the innermost document. Styles leave out what equals a default.
+  void WriteStyles();
+  void WriteSchemas();
   /// Gives each object an id that is unique in this output, and then writes them all.
   void WriteObjs(const ObjectSet& objects);
   /// The first of `id`0, `id`1 and so on that no object of this output has.

@@ -29,9 +29,10 @@ TEST_F(PointTest, CoordinatesComeBackAsTheyWereWritten) {
         Read<Point>(QString("<Point><coordinates>%1</coordinates></Point>").arg(c.text));
     ASSERT_TRUE(point);
     const QString first = Write(*point);
-    if (c.written)
+    if (c.written) {
       EXPECT_EQ(QString("<coordinates>%1</coordinates>").arg(c.written),
                 Element(first, "coordinates"));
+    }
     const auto again = Read<Point>(first);
     ASSERT_TRUE(again);
     EXPECT_EQ(point->GetCoord(), again->GetCoord());

@@ -146,9 +146,9 @@ TEST(NumberTest, ReadsTextToTheNearestDouble) {
       check(PrintAsC("%.17g", any));
   }
   // Just above a tie by the very last of a thousand digits.
-  check("9007199254740993" + std::string("." + std::string(1000, '0') + "1"));
-  check("0." + std::string(400, '0') + "12345678901234567890123e400");
-  check(std::string(500, '0') + "7" + std::string(300, '0') + "e-300");
+  check(std::string("9007199254740993.").append(1000, '0').append("1"));
+  check(std::string("0.").append(400, '0').append("12345678901234567890123e400"));
+  check(std::string(500, '0').append("7").append(300, '0').append("e-300"));
 }
 
 TEST(NumberTest, TellsNumbersFromOtherText) {

@@ -34,7 +34,8 @@ struct Document {
 /// `bytes` null: reads the file that `path` names.
 Document Read(const QString& path, const QByteArray& bytes = QByteArray()) {
   KmlHandler handler(path, 2, nullptr, nullptr, nullptr);
-  const auto* data = bytes.isNull() ? nullptr : reinterpret_cast<const unsigned char*>(bytes.data());
+  const auto* data =
+      bytes.isNull() ? nullptr : reinterpret_cast<const unsigned char*>(bytes.data());
   Document document;
   document.tree = ExpatHandler::LoadXml(handler, data, static_cast<std::size_t>(bytes.size()));
   document.error = handler.GetErrorText();
@@ -42,9 +43,7 @@ Document Read(const QString& path, const QByteArray& bytes = QByteArray()) {
   return document;
 }
 
-Outcome Unequal(const QString& text) {
-  return {Outcome::kUnequal, text};
-}
+Outcome Unequal(const QString& text) { return {Outcome::kUnequal, text}; }
 
 QString FirstDifferentLine(const QByteArray& a, const QByteArray& b) {
   const QList<QByteArray> left = a.split('\n');

@@ -14,9 +14,7 @@ class KmlTest::Listener final : public IErrorHandler {
 public:
   explicit Listener(QStringList& messages) : messages_(messages) {}
 
-  void OnParseError(ErrorReport& report) override {
-    messages_ += report.text;
-  }
+  void OnParseError(ErrorReport& report) override { messages_ += report.text; }
 
 private:
   QStringList& messages_;

@@ -10,9 +10,7 @@ namespace tool {
 
 namespace {
 
-void PrintError(const QString& line) {
-  std::fprintf(stderr, "%s\n", line.toUtf8().constData());
-}
+void PrintError(const QString& line) { std::fprintf(stderr, "%s\n", line.toUtf8().constData()); }
 
 /// Prints each error as it comes, and lets the parse go on.
 class Reporter final : public IErrorHandler {

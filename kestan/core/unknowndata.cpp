@@ -1,0 +1,76 @@
+#include "kestan/core/unknowndata.h"
+
+#include "kestan/core/schemaobject.h"
+#include "kestan/read/rawxml.h" // one way of escaping attributes
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+UnknownNamespace::~UnknownNamespace() = default;
+
+QString schemaobject_detail::GetAttrListString(const AttributeList& list) {
+  QString text;
+  for (const auto& [name, value] : list) {
+    text += QLatin1Char(' ');
+    AppendAttributeValue(text, name);
+    text += QLatin1String("=\"");
+    AppendAttributeValue(text, value);
+    text += QLatin1Char('"');
+  }
+  text.squeeze();
+  return text;
+}
+
+UnknownData& SchemaObject::unknownData() {
+  if (!unknownData_)
+    unknownData_ = std::make_unique<UnknownData>();
+  return *unknownData_;
+}
+
+void SchemaObject::SetUnknownAttrs(const QString& text, const NamespaceList* namespaces) {
+  UnknownData& data = unknownData();
+  data.attrs = text;
+  if (namespaces)
+    data.namespaces = *namespaces;
+}
+
+void SchemaObject::SetUnknownAttrs(const AttributeList& list, const NamespaceList* namespaces) {
+  SetUnknownAttrs(schemaobject_detail::GetAttrListString(list), namespaces);
+}
+
+void SchemaObject::SetUnknownFields(const QString& text, const NamespaceList* namespaces) {
+  UnknownData& data = unknownData();
+  data.fields = text;
+  if (namespaces)
+    data.namespaces = *namespaces;
+}
+
+void SchemaObject::SetUnknownFieldAttrs(const Field& field, const AttributeList& list,
+                                        const NamespaceList* namespaces) {
+  if (list.empty())
+    return;
+  SetBit(kBitUnknownFieldAttrs, true);
+  UnknownData& data = unknownData();
+  const QString text = schemaobject_detail::GetAttrListString(list);
+  const auto entry = std::find_if(data.fieldAttrs.begin(), data.fieldAttrs.end(),
+                                  [&](const auto& pair) { return pair.first == &field; });
+  if (entry != data.fieldAttrs.end())
+    entry->second = text;
+  else
+    data.fieldAttrs.emplace_back(&field, text);
+  if (namespaces)
+    data.namespaces = *namespaces;
+}
+
+QString SchemaObject::GetUnknownFieldAttrs(const Field& field) const {
+  if (!GetBit(kBitUnknownFieldAttrs) || !unknownData_)
+    return QString();
+  for (const auto& [candidate, text] : unknownData_->fieldAttrs) {
+    if (candidate == &field)
+      return text;
+  }
+  return QString();
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,639 @@
+#include "kestan/read/expathandler.h"
+
+#include "kestan/core/kestanoptions.h"
+#include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/schema.h"
+#include "kestan/core/schemaobject.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/host/file.h"
+#include "kestan/host/kmz.h"
+#include "kestan/host/tr.h"
+#include "kestan/read/charbuf.h"
+#include "kestan/read/expatparser.h"
+#include "kestan/read/namespaces.h"
+#include "kestan/read/namespacescope.h"
+#include "kestan/read/rawxml.h"
+#include "kestan/read/rootcontent.h"
+#include "kestan/read/taginfo.h"
+#include "kestan/read/xmlcharstring.h"
+#include "kestan/read/xmlsource.h"
+
+#include <QFileInfo>
+
+#include <expat.h>
+
+#include <atomic>
+#include <cstring>
+#include <limits>
+
+namespace vorrel::kestan {
+
+namespace {
+
+constexpr char kFallbackEncoding[] = "ISO-8859-1";
+constexpr int kNameReserve = 32;
+constexpr int kValueReserve = 128;
+/// Cost of kept declarations that a document of any length may have, and that each byte adds.
+constexpr qint64 kFreeNamespaceCost = qint64(64) << 20;
+constexpr qint64 kNamespaceCostPerByte = 16;
+
+std::atomic<int> s_max_element_depth{kMaxElementDepth};
+
+IntSetting& ErrorHandling() { return KestanOptionsContext::kestanOptions.kmlErrorHandling; }
+
+int Length(const unsigned short* text) {
+  return static_cast<int>(
+      std::char_traits<char16_t>::length(reinterpret_cast<const char16_t*>(text)));
+}
+
+const unsigned short* FindColon(const unsigned short* name) {
+  while (*name && *name != ':')
+    ++name;
+  return *name ? name : nullptr;
+}
+
+/// Tells whether an attribute declares a namespace, and the length of the name up to the prefix.
+bool IsDeclaration(const unsigned short* name, int* prefixStart) {
+  static constexpr char kXmlns[] = "xmlns";
+  for (int i = 0; i < 5; ++i) {
+    if (name[i] != static_cast<unsigned char>(kXmlns[i]))
+      return false;
+  }
+  if (name[5] == 0) {
+    *prefixStart = 5;
+    return true;
+  }
+  *prefixStart = 6;
+  return name[5] == ':' && name[6] != 0;
+}
+
+bool MayBeWrongEncoding(int code) {
+  return code == XML_ERROR_INVALID_TOKEN || code == XML_ERROR_UNKNOWN_ENCODING ||
+         code == XML_ERROR_INCORRECT_ENCODING;
+}
+
+/// The child of the class of this name that a root holds.
+SchemaObject* GetChild(const SchemaObject& root, QLatin1String className) {
+  for (const Field* const field : root.GetSchema().GetObjectFields()) {
+    const Schema* const schema = field->GetObjSchema();
+    if (schema && schema->GetName() == className)
+      return field->GetObject(root, -1);
+  }
+  return nullptr;
+}
+
+} // namespace
+
+/// Attribute names in the form in which the parser gives them.
+class ExpatHandler::Resources {
+public:
+  const XmlCharString id{"id"};
+  const XmlCharString targetId{"targetId"};
+  const XmlCharString targetIndex{"targetIndex"};
+  const XmlCharString targetIdIndex{"targetIdIndex"};
+};
+
+ExpatHandler::Resources* ExpatHandler::s_resources_ = nullptr;
+IErrorHandler* ExpatHandler::default_error_handler_ = nullptr;
+
+IErrorHandler::~IErrorHandler() = default;
+
+void ExpatHandler::Startup() {
+  if (!s_resources_)
+    s_resources_ = new Resources;
+}
+
+void ExpatHandler::Shutdown() {
+  delete s_resources_;
+  s_resources_ = nullptr;
+}
+
+void ExpatHandler::SetDefaultErrorHandler(IErrorHandler* handler) {
+  if (handler == default_error_handler_)
+    return;
+  if (handler)
+    handler->ref();
+  IErrorHandler* const former = default_error_handler_;
+  default_error_handler_ = handler;
+  if (former)
+    former->unref();
+}
+
+void ExpatHandler::SetMaxElementDepth(int depth) {
+  s_max_element_depth = depth < 1 ? kMaxElementDepth : depth;
+}
+
+int ExpatHandler::GetMaxElementDepth() { return s_max_element_depth; }
+
+ExpatHandler::ExpatHandler(const QString& url, unsigned access, MemoryManager* memoryManager,
+                           IErrorHandler* errorHandler)
+    : text_(new CharBuf), raw_(new RawXml(*text_)), access_(access), url_(url),
+      memoryManager_(memoryManager), threadContext_(ThreadContext::GetCurrent()),
+      namespaces_(new NamespaceScope), rootContent_(new RootContent), errorHandler_(errorHandler) {
+  ExpatHandler::Reset();
+  tagStack_.reserve(32);
+  plainAttributes_.reserve(8);
+  tagName_.reserve(kNameReserve);
+  localName_.reserve(kNameReserve);
+  attributeName_.reserve(kNameReserve);
+  attributeValue_.reserve(kValueReserve);
+  threadContext_->fatalText.clear();
+}
+
+ExpatHandler::~ExpatHandler() { ExpatHandler::Reset(); }
+
+RefPtr<SchemaObject> ExpatHandler::LoadXml(ExpatHandler& handler, const unsigned char* data,
+                                           std::size_t size) {
+  handler.BeginParse();
+  QByteArray unpacked;
+  QString archiveError;
+  RefPtr<SchemaObject> result;
+  if (data) {
+    if (kmz::IsKmzData(data, size)) {
+      constexpr std::size_t kMaxArchive = std::numeric_limits<int>::max() / 2;
+      const QByteArray archive = QByteArray::fromRawData(
+          reinterpret_cast<const char*>(data), static_cast<int>(std::min(size, kMaxArchive)));
+      unpacked = kmz::UnzipBytes(archive, QString(), &archiveError);
+      if (unpacked.isNull()) {
+        handler.Fail(archiveError, archiveError);
+        return {};
+      }
+      data = reinterpret_cast<const unsigned char*>(unpacked.constData());
+      size = static_cast<std::size_t>(unpacked.size());
+    }
+    file::CleanupPathname(handler.url_);
+    result = DoLoadXml(handler, data, size);
+  } else {
+    handler.url_ = QFileInfo(handler.url_).absoluteFilePath();
+    bool exists = true;
+    if (kmz::IsKmzFile(handler.url_, &exists)) {
+      unpacked = kmz::UnzipFile(handler.url_, QString(), &archiveError);
+      if (unpacked.isEmpty()) {
+        QString text = tr("Could not parse zero byte kmz file \"%1\"").arg(handler.url_);
+        if (!archiveError.isEmpty())
+          text += QLatin1String(":\n\n\t") + archiveError;
+        handler.Fail(text, text);
+        return {};
+      }
+      file::CleanupPathname(handler.url_);
+      result = DoLoadXml(handler, unpacked.constData(), static_cast<std::size_t>(unpacked.size()));
+    } else {
+      FileXmlSource source(handler.url_);
+      if (!exists || !source.Open()) {
+        handler.FailToRead();
+        return {};
+      }
+      file::CleanupPathname(handler.url_);
+      result = handler.Load(source);
+    }
+  }
+  handler.EndParse();
+  return result;
+}
+
+RefPtr<SchemaObject> ExpatHandler::DoLoadXml(ExpatHandler& handler, const void* data,
+                                             std::size_t size) {
+  MemoryXmlSource source(data, size);
+  return handler.Load(source);
+}
+
+RefPtr<SchemaObject> ExpatHandler::Load(XmlSource& source) {
+  const NotificationDeferrer deferrer;
+  RefPtr<SchemaObject> result;
+  if (Parse(source))
+    result = GetResult();
+  else
+    Reset();
+  parser_.reset();
+  text_->free();
+  attributeValue_ = QString();
+  return result;
+}
+
+int ExpatHandler::ParseOnce(XmlSource& source, const char* encoding, QTextCodec* codec) {
+  parser_ = std::make_unique<ExpatParser>(*this, encoding, codec);
+  return parser_->Parse(source);
+}
+
+bool ExpatHandler::Parse(XmlSource& source) {
+  int result = ParseOnce(source, nullptr, nullptr);
+  if (result == ExpatParser::kOtherCodec) {
+    QTextCodec* const codec = parser_->GetCodec();
+    Reset();
+    result = source.Rewind() ? ParseOnce(source, nullptr, codec) : ExpatParser::kReadFailed;
+  }
+  if (result == ExpatParser::kFailed && !fatal_ && MayBeWrongEncoding(parser_->GetErrorCode())) {
+    Reset();
+    result = source.Rewind() ? ParseOnce(source, kFallbackEncoding, nullptr)
+                             : ExpatParser::kReadFailed;
+  }
+  if (fatal_)
+    return false;
+  if (result == ExpatParser::kParsed)
+    return true;
+  if (result == ExpatParser::kReadFailed) {
+    FailToRead();
+    return false;
+  }
+  const QString bare = parser_->GetErrorString();
+  Fail(tr("Parse error at line %1, column %2:\n\n\t%3",
+          "Error message shown when KML cannot be parsed correctly. VAL_1 is a line number, VAL_2 "
+          "the column number where error occured, VAL_3 the actual error message from the parser.")
+           .arg(QString::number(parser_->GetLine()), QString::number(parser_->GetColumn()), bare),
+       bare);
+  return false;
+}
+
+RefPtr<SchemaObject> ExpatHandler::GetResult() {
+  if (!root_ || !root_->isOfType(QStringLiteral("kml")))
+    return root_;
+  SchemaObject* const feature = GetChild(*root_, QLatin1String("AbstractFeature"));
+  if (!feature)
+    return RefPtr<SchemaObject>(GetChild(*root_, QLatin1String("Theme")));
+  rootContent_->MoveTo(*feature, *root_);
+  feature->SetHintTarget(root_->GetHintTarget());
+  return RefPtr<SchemaObject>(feature);
+}
+
+void ExpatHandler::characters(const unsigned short* text, int length) {
+  if (skipDepth_ == 0)
+    text_->append(text, length);
+  else if (!KeepsUnknown())
+    return;
+  else if (inCdata_)
+    raw_->AppendCdata(text, length);
+  else
+    raw_->AppendText(text, length);
+  CheckTextLength();
+}
+
+bool ExpatHandler::CheckTextLength() {
+  if (!text_->IsTooLong() || fatal_)
+    return !fatal_;
+  return HandleError(tr("The text of an element has more than %1 characters",
+                        "Error message shown when a KML file holds a text that is too long. VAL_1 "
+                        "is the greatest possible length.")
+                         .arg(CharBuf::kMaxSize),
+                     kErrorFatal);
+}
+
+void ExpatHandler::StartCdata() {
+  inCdata_ = true;
+  raw_->StartCdata();
+}
+
+void ExpatHandler::EndCdata() {
+  inCdata_ = false;
+  if (skipDepth_ > 0 && KeepsUnknown())
+    raw_->EndCdata();
+}
+
+void ExpatHandler::RefuseAttributes() {
+  HandleError(tr("The attributes of an element have more than %1 bytes",
+                 "Error message shown when a KML file holds attributes that are too long. VAL_1 is "
+                 "the greatest possible length.")
+                  .arg(ExpatParser::kMaxAttributeBytes),
+              kErrorFatal);
+}
+
+void ExpatHandler::Reset() {
+  // From the innermost object outwards: none of them holds another yet.
+  while (!tagStack_.empty())
+    tagStack_.pop_back();
+  skipDepth_ = 0;
+  depth_ = 0;
+  text_->clear();
+  fieldAttrs_.clear();
+  root_.reset();
+  rootContent_->Clear();
+  parser_.reset();
+  namespaces_->Clear();
+  plainAttributes_.clear();
+  mergedNamespaces_.clear();
+  ignoreErrors_ = false;
+  inCdata_ = false;
+  discardUnknown_ = ErrorHandling().Get() == 3;
+}
+
+void ExpatHandler::BeginParse() {
+  Reset();
+  fatal_ = false;
+  error_ = QString();
+  bareError_ = QString();
+  errorLine_ = 0;
+  errorColumn_ = 0;
+  threadContext_->fatalText.clear();
+}
+
+void ExpatHandler::EndParse() {}
+
+bool ExpatHandler::IgnoresErrors() const {
+  return ignoreErrors_ || discardUnknown_ || ErrorHandling().Get() == 0;
+}
+
+bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how) {
+  if (how == kErrorRecoverable && (ignoreErrors_ || discardUnknown_))
+    return true;
+  const int handling = how == kErrorFatal ? 2 : ErrorHandling().Get();
+  if (handling == 0)
+    return true;
+  if (handling < 0 || handling > 2) {
+    discardUnknown_ = true;
+    return true;
+  }
+  const QString fullText =
+      tr("Error while parsing file \"%1\" at line %2, column %3:\n\n%4",
+         "Error message shown when KML file cannot be parsed")
+          .arg(url_, QString::number(parser_ ? parser_->GetLine() : 0),
+               QString::number(parser_ ? parser_->GetColumn() : 0), message) +
+      QLatin1String("\n\n");
+  if (handling == 2) {
+    Fail(fullText, message);
+    return false;
+  }
+  return Report(fullText, message);
+}
+
+bool ExpatHandler::Report(const QString& fullText, const QString& message) {
+  IErrorHandler* const handler = errorHandler_ ? errorHandler_.get() : default_error_handler_;
+  ErrorReport report;
+  report.message = fullText;
+  report.text = message;
+  report.line = parser_ ? parser_->GetLine() : 0;
+  report.column = parser_ ? parser_->GetColumn() + 1 : 0;
+  if (handler) {
+    handler->OnParseError(report);
+  } else {
+    report.action = ErrorReport::kActionIgnoreRest;
+    report.sticky = true;
+  }
+  if (report.action == ErrorReport::kActionIgnoreRest)
+    ignoreErrors_ = true;
+  if (report.action == ErrorReport::kActionAbort) {
+    Fail(fullText, message);
+    return false;
+  }
+  if (report.sticky)
+    ErrorHandling().Set(0);
+  return true;
+}
+
+bool ExpatHandler::HandleParseResult(FromStringResult result, const QString& text) {
+  bool goOn = true;
+  switch (result) {
+  case FromStringResult::kOk:
+    break;
+  case FromStringResult::kOutOfRange:
+    goOn = HandleRecoverable([&] {
+      return tr("Value out of range (%1).",
+                "Error message shown when parsing a kml fileand a bounded value is out of "
+                "allowable range. VALUE_1 is the value which is out of range.")
+          .arg(text);
+    });
+    break;
+  case FromStringResult::kUnknownEnumeration:
+    goOn = HandleRecoverable([&] {
+      return tr("Unknown enumeration (%1).",
+                "Error message shown when parsing a kml file and an enumeration is not "
+                "recognized. VALUE_1 is the unknown enumeration.")
+          .arg(text);
+    });
+    break;
+  case FromStringResult::kSecurityViolation:
+    goOn = HandleRecoverable([] {
+      return tr("<Update> Security Violation!",
+                "Error message shown when a KML Update tag cannot be applied for security "
+                "reasons");
+    });
+    break;
+  default:
+    goOn = HandleRecoverable([&] {
+      return tr("Unsupported data in kml object (%1).",
+                "Error message shown when parsing a kml file fails because the feature is not "
+                "yet implemented. VALUE_1 is the unknown data.")
+          .arg(text);
+    });
+  }
+  return CheckFatalText() && goOn;
+}
+
+bool ExpatHandler::CheckFatalText() {
+  if (threadContext_->fatalText.isEmpty())
+    return true;
+  FatalError(threadContext_->fatalText);
+  return false;
+}
+
+void ExpatHandler::FatalError(const QString& text) { Fail(text, text); }
+
+void ExpatHandler::FailToRead() {
+  FatalError(tr("Could not open file \"%1\"",
+                "Error message shown when a KML file cannot be read. VAL_1 is the location of the "
+                "file.")
+                 .arg(url_));
+}
+
+void ExpatHandler::Fail(const QString& text, const QString& bareText) {
+  fatal_ = true;
+  error_ = text;
+  bareError_ = bareText;
+  errorLine_ = parser_ ? parser_->GetLine() : 0;
+  errorColumn_ = parser_ ? parser_->GetColumn() + 1 : 0;
+  if (parser_)
+    parser_->Stop();
+}
+
+void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short** attrs,
+                                    int skipIndex) {
+  AttributeList unknown;
+  for (int i = 0; attrs[2 * i]; ++i) {
+    if (i == skipIndex)
+      continue;
+    Assign(attributeName_, attrs[2 * i]);
+    Assign(attributeValue_, attrs[2 * i + 1]);
+    Namespace ns = Namespace::kUnknown;
+    const Field* const field =
+        FindField(object.GetSchema(), attributeName_, object.GetNamespace(), &ns, nullptr);
+    if (field && field->GetType() == Field::kAttribute) {
+      const FromStringResult result =
+          field->fromString(object, nullptr, nullptr, attributeValue_, -1, editTarget_);
+      if (!HandleParseResult(result, attributeValue_))
+        return;
+      continue;
+    }
+    if (!attributeName_.contains(QLatin1Char(':'))) {
+      const bool goOn = HandleRecoverable([this] {
+        return tr("Unknown attribute %1=\"%2\"",
+                  "Message shown when a KML file contains an unknown attribute in an element. "
+                  "VAL_1 is the name of the attribute, VAL_2 the value the attribute was set to.")
+            .arg(attributeName_, EscapeAttributeValue(attributeValue_));
+      });
+      if (!goOn)
+        return;
+    }
+    if (!discardUnknown_)
+      unknown.emplace_back(attributeName_, attributeValue_);
+  }
+  if (unknown.empty())
+    return;
+  const NamespaceList& namespaces = GetNamespacesFor(object, false, unknown);
+  object.SetUnknownAttrs(unknown, &namespaces);
+}
+
+const NamespaceList& ExpatHandler::GetNamespacesFor(const SchemaObject& object, bool ownElement,
+                                                    AttributeList& attributes) {
+  const UnknownData* const present = object.GetUnknownData();
+  mergedNamespaces_ = present ? present->namespaces : NamespaceList();
+  namespaces_->Collect(depth_,
+                       ownElement ? NamespaceScope::kListOwn : NamespaceScope::kOwnsTheScope,
+                       mergedNamespaces_, attributes);
+  CheckNamespaceCost();
+  return mergedNamespaces_;
+}
+
+void ExpatHandler::CheckNamespaceCost() {
+  const qint64 bytes = parser_ ? parser_->GetByteCount() : 0;
+  if (fatal_ || namespaces_->GetCost() <= kFreeNamespaceCost + kNamespaceCostPerByte * bytes)
+    return;
+  HandleError(tr("Too many namespaces around unknown content",
+                 "Error message shown when a KML file declares so many namespaces that keeping "
+                 "them with each unknown element would take too much memory."),
+              kErrorFatal);
+}
+
+bool ExpatHandler::CheckDepth() {
+  if (depth_ + skipDepth_ < GetMaxElementDepth())
+    return true;
+  return HandleError(tr("Elements are nested more than %1 levels deep",
+                        "Error message shown when a KML file is nested too deeply. VAL_1 is the "
+                        "greatest possible depth.")
+                         .arg(GetMaxElementDepth()),
+                     kErrorFatal);
+}
+
+const unsigned short** ExpatHandler::PushNamespaces(const unsigned short** attrs) {
+  if (!attrs)
+    return nullptr;
+  plainAttributes_.clear();
+  for (; *attrs; attrs += 2) {
+    int prefixStart = 0;
+    if (!IsDeclaration(attrs[0], &prefixStart)) {
+      plainAttributes_.push_back(attrs[0]);
+      plainAttributes_.push_back(attrs[1]);
+      continue;
+    }
+    const QString prefix = QString::fromUtf16(attrs[0] + prefixStart);
+    const QString uri = QString::fromUtf16(attrs[1]);
+    namespaces_->Declare(depth_, prefix, uri, NamespaceStringToEnum(uri), url_);
+  }
+  if (plainAttributes_.empty())
+    return nullptr;
+  plainAttributes_.push_back(nullptr);
+  return plainAttributes_.data();
+}
+
+void ExpatHandler::PopNamespaces() { namespaces_->Pop(depth_); }
+
+Namespace ExpatHandler::LookupNamespace(const QString& prefix) const {
+  return namespaces_->Lookup(prefix.constData(), prefix.size());
+}
+
+Namespace ExpatHandler::GetDefaultNamespace() const { return namespaces_->GetDefault(); }
+
+void ExpatHandler::SetDefaultNamespace(Namespace ns) { namespaces_->SetInitialDefault(ns); }
+
+Namespace ExpatHandler::NamespaceStringToEnum(const QString& uri) {
+  int major = kUnspecifiedVersion;
+  const Namespace ns = kestan::NamespaceStringToEnum(uri, &major, nullptr);
+  if ((ns == Namespace::kKml || ns == Namespace::kExt) && major > kKmlVersionNumberMajor) {
+    FatalError(tr("This client can only process KML files with version less than %1")
+                   .arg(kKmlVersionNumberMajor + 1));
+  }
+  if (ns == Namespace::kNone && GetDefaultNamespace() != Namespace::kWms)
+    return Namespace::kKml;
+  return ns;
+}
+
+const QString& ExpatHandler::StripNamespacePrefix(const QString& name, Namespace* ns) {
+  const int colon = name.indexOf(QLatin1Char(':'));
+  if (colon < 0) {
+    *ns = GetDefaultNamespace();
+    return name;
+  }
+  *ns = namespaces_->Lookup(name.constData(), colon);
+  Assign(localName_, name.constData() + colon + 1, name.size() - colon - 1);
+  return localName_;
+}
+
+const Field* ExpatHandler::FindField(const Schema& schema, const QString& name, Namespace ns,
+                                     Namespace* nsOut, const Schema** schemaOut) {
+  const bool prefixed = name.contains(QLatin1Char(':'));
+  // Only the fields of a class that a document has made can have a colon in their name.
+  if (!prefixed || schema.IsCustom()) {
+    if (const Field* const field = schema.FindField(name, ns, schemaOut)) {
+      *nsOut = ns;
+      return field;
+    }
+    if (!prefixed && ns == GetDefaultNamespace()) {
+      *nsOut = ns;
+      return nullptr;
+    }
+  }
+  const QString& localName = StripNamespacePrefix(name, nsOut);
+  return schema.FindField(localName, *nsOut, schemaOut);
+}
+
+const Schema* ExpatHandler::FindSchema(const QString& name) {
+  Namespace ns = Namespace::kUnknown;
+  const QString& localName = StripNamespacePrefix(name, &ns);
+  return ns == Namespace::kUnknown ? nullptr : Schema::FindNamedSchema(localName, ns);
+}
+
+int ExpatHandler::GetId(const unsigned short** attrs) const {
+  return GetAttrIndex(attrs, s_resources_->id);
+}
+
+int ExpatHandler::GetTargetId(const unsigned short** attrs) const {
+  return GetAttrIndex(attrs, s_resources_->targetId);
+}
+
+int ExpatHandler::GetTargetIndex(const unsigned short** attrs) const {
+  return GetAttrIndex(attrs, s_resources_->targetIndex);
+}
+
+int ExpatHandler::GetTargetIdIndex(const unsigned short** attrs) const {
+  return GetAttrIndex(attrs, s_resources_->targetIdIndex);
+}
+
+int ExpatHandler::GetAttrIndex(const unsigned short** attrs, const XmlCharString& name) const {
+  if (!attrs)
+    return -1;
+  for (int i = 0; attrs[2 * i]; ++i) {
+    const unsigned short* const attribute = attrs[2 * i];
+    if (name == attribute)
+      return i;
+    const unsigned short* const colon = FindColon(attribute);
+    if (!colon || !(name == colon + 1))
+      continue;
+    const Namespace ns = namespaces_->Lookup(reinterpret_cast<const QChar*>(attribute),
+                                             static_cast<int>(colon - attribute));
+    return colon == attribute || ns == Namespace::kKml ? i : -1;
+  }
+  return -1;
+}
+
+void ExpatHandler::Assign(QString& text, const unsigned short* characters) {
+  Assign(text, reinterpret_cast<const QChar*>(characters), Length(characters));
+}
+
+void ExpatHandler::Assign(QString& text, const QChar* characters, int length) {
+  if (!text.isDetached()) {
+    text = QString(characters, length);
+    text.reserve(kValueReserve);
+    return;
+  }
+  text.resize(length);
+  std::memcpy(text.data(), characters, static_cast<std::size_t>(length) * sizeof(QChar));
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,220 @@
+#pragma once
+
+#include "kestan/core/namespace.h"
+#include "kestan/core/unknowndata.h"
+#include "kestan/host/export.h"
+#include "kestan/host/memory.h"
+#include "kestan/host/refptr.h"
+#include "kestan/read/errorhandler.h"
+
+#include <QString>
+
+#include <cstddef>
+#include <memory>
+
+class QTextCodec;
+
+namespace vorrel::kestan {
+
+class CharBuf;
+class ExpatParser;
+class Field;
+class NamespaceScope;
+class RawXml;
+class RootContent;
+class Schema;
+class SchemaObject;
+class ThreadContext;
+class Update;
+class XmlCharString;
+class XmlSource;
+enum class FromStringResult;
+struct TagInfo;
+
+/// How grave an error of the document is.
+enum HandleErrorHow {
+  kErrorFatal = 0,
+  kErrorRecoverable = 1, ///< The setting `kmlErrorHandling` decides.
+};
+
+/// Elements may be nested this deep unless `ExpatHandler::SetMaxElementDepth` says otherwise: deep
+/// enough for any document that people make, and shallow enough for recursive walks of the tree.
+inline constexpr int kMaxElementDepth = 1000;
+
+/// The layer under all readers: turns the bytes of a document into calls with names, attributes
+/// and text, and what comes of them into one object.
+///
+/// Buffers text, keeps the namespaces in scope, resolves names against schemas and grades errors.
+/// A handler parses one document at a time, on one thread that has a `ThreadContext`; the objects
+/// belong to that context.
+class KESTAN_EXPORT ExpatHandler {
+public:
+  /// `url` is that of the document: the base of ids, or the path of the file to read. Objects get
+  /// `access`, and live on `memoryManager` (null for the usual heap). `errorHandler` may be null.
+  ExpatHandler(const QString& url, unsigned access, MemoryManager* memoryManager,
+               IErrorHandler* errorHandler);
+  ExpatHandler(const ExpatHandler&) = delete;
+  ExpatHandler& operator=(const ExpatHandler&) = delete;
+
+  /// Parses KML, or KMZ as its content shows. A null `data` means the file that the handler's URL
+  /// names. The result is null on failure (see `GetErrorText`), but also for a document that holds
+  /// nothing to return: of a `Kml` root its feature is returned, or else its theme.
+  static RefPtr<SchemaObject> LoadXml(ExpatHandler& handler, const unsigned char* data,
+                                      std::size_t size);
+  /// The same for plain XML, between `BeginParse` and `EndParse`.
+  static RefPtr<SchemaObject> DoLoadXml(ExpatHandler& handler, const void* data, std::size_t size);
+
+  /// Part of the library's start and stop.
+  static void Startup();
+  static void Shutdown();
+
+  /// Serves the handlers that were made without an error handler of their own. Takes a reference;
+  /// null removes it. While no thread parses.
+  static void SetDefaultErrorHandler(IErrorHandler* handler);
+
+  /// The deepest nesting of elements that is read, for the whole process; a value below 1 brings
+  /// back `kMaxElementDepth`. A deeper document ends with a fatal error.
+  static void SetMaxElementDepth(int depth);
+  static int GetMaxElementDepth();
+
+  /// First object of the document, such as the `Kml` around what `LoadXml` returned. Null after a
+  /// failure.
+  SchemaObject* GetRoot() const { return root_.get(); }
+  const QString& GetUrl() const { return url_; }
+
+  /// Why the parse failed; null when it didn't.
+  const QString& GetErrorText() const { return error_; }
+  /// The same without file and place.
+  const QString& GetBareErrorText() const { return bareError_; }
+  /// Where it failed, both from 1; 0 when the failure has no place in the document.
+  qint64 GetErrorLine() const { return errorLine_; }
+  qint64 GetErrorColumn() const { return errorColumn_; }
+
+  // Operations that readers replace, in the order of their slots. Names, values and text are
+  // 16-bit; names and values end with a 0, attributes are pairs behind each other up to a null.
+  virtual void StartElement(const unsigned short* name, const unsigned short** attrs) = 0;
+  virtual void EndElement(const unsigned short* name) = 0;
+  virtual void characters(const unsigned short* text, int length);
+  /// Back to the empty state; also cleans up after a failed parse.
+  virtual void Reset();
+  virtual void BeginParse();
+  virtual void EndParse();
+  virtual ~ExpatHandler();
+
+protected:
+  bool HandleError(const QString& message, HandleErrorHow how);
+  /// The same for a recoverable error of which the text is only made when somebody sees it. False
+  /// when the parse must stop.
+  template <class MakeText> bool HandleRecoverable(MakeText&& makeText) {
+    return IgnoresErrors() || HandleError(makeText(), kErrorRecoverable);
+  }
+  bool HandleParseResult(FromStringResult result, const QString& text);
+  void FatalError(const QString& text);
+  bool HasFailed() const { return fatal_; }
+
+  /// Hands attributes to the object's attribute fields and keeps the unknown ones, without the
+  /// pair at `skipIndex`.
+  void HandleAttributes(SchemaObject& object, const unsigned short** attrs, int skipIndex);
+
+  /// Takes the declarations out of the attributes of a start tag. Null when none are left.
+  const unsigned short** PushNamespaces(const unsigned short** attrs);
+  void PopNamespaces();
+  Namespace LookupNamespace(const QString& prefix) const;
+  Namespace GetDefaultNamespace() const;
+  /// The default namespace of documents that declare none; `kKml` unless set.
+  void SetDefaultNamespace(Namespace ns);
+  /// Ends the parse when the URI names a version that is too new.
+  Namespace NamespaceStringToEnum(const QString& uri);
+  /// The name behind the prefix, and the namespace that it's in.
+  const QString& StripNamespacePrefix(const QString& name, Namespace* ns);
+
+  const Field* FindField(const Schema& schema, const QString& name, Namespace ns,
+                         Namespace* nsOut, const Schema** schemaOut);
+  const Schema* FindSchema(const QString& name);
+
+  // Index of the pair in the attributes, or -1.
+  int GetId(const unsigned short** attrs) const;
+  int GetTargetId(const unsigned short** attrs) const;
+  int GetTargetIndex(const unsigned short** attrs) const;
+  int GetTargetIdIndex(const unsigned short** attrs) const;
+  int GetAttrIndex(const unsigned short** attrs, const XmlCharString& name) const;
+
+  /// What unknown content of an object has to carry of the declarations in scope, together with
+  /// those that the object carries already. Declarations that must stand on the content itself are
+  /// added to `attributes`. `ownElement` says that the scope is that of an element inside the
+  /// object rather than of its own. Good up to the next call.
+  const NamespaceList& GetNamespacesFor(const SchemaObject& object, bool ownElement,
+                                        AttributeList& attributes);
+  /// Ends the parse when keeping declarations costs far more than the document is long.
+  void CheckNamespaceCost();
+  /// Ends the parse at an element that is nested too deeply, or at a text that is too long. False
+  /// when it ended.
+  bool CheckDepth();
+  bool CheckTextLength();
+  /// Ends the parse when a check far below has left a text in the thread's context.
+  bool CheckFatalText();
+
+  /// True while unknown content is kept rather than dropped.
+  bool KeepsUnknown() const { return !discardUnknown_; }
+
+  /// `text` with other characters, in the same memory when nobody else refers to it.
+  static void Assign(QString& text, const unsigned short* characters);
+  static void Assign(QString& text, const QChar* characters, int length);
+
+  mmvector<TagInfo> tagStack_;
+  int skipDepth_ = 0; ///< Above 0 while inside unknown content.
+  int depth_ = 0;     ///< Depth of elements outside of unknown content.
+  std::unique_ptr<CharBuf> text_; ///< Character data of the element now open.
+  std::unique_ptr<RawXml> raw_;   ///< Writes unknown content into `text_`.
+  AttributeList fieldAttrs_;      ///< Attributes of the field element now open.
+  RefPtr<SchemaObject> root_;
+  const unsigned access_;
+  QString url_;
+  MemoryManager* const memoryManager_;
+  Update* editTarget_ = nullptr; ///< Where fields record their edits instead of changing objects.
+  QString tagName_;
+  QString attributeName_;
+  QString attributeValue_;
+  ThreadContext* const threadContext_;
+  std::unique_ptr<NamespaceScope> namespaces_;
+  std::unique_ptr<RootContent> rootContent_;
+
+private:
+  friend class ExpatParser;
+
+  class Resources;
+
+  RefPtr<SchemaObject> Load(XmlSource& source);
+  bool Parse(XmlSource& source);
+  int ParseOnce(XmlSource& source, const char* encoding, QTextCodec* codec);
+  RefPtr<SchemaObject> GetResult();
+
+  // Called by the parser.
+  void StartCdata();
+  void EndCdata();
+  void RefuseAttributes();
+
+  bool IgnoresErrors() const;
+  void Fail(const QString& text, const QString& bareText);
+  void FailToRead();
+  bool Report(const QString& fullText, const QString& message);
+
+  std::unique_ptr<ExpatParser> parser_;
+  bool discardUnknown_ = false;
+  bool ignoreErrors_ = false;
+  bool inCdata_ = false;
+  QString error_;
+  QString bareError_;
+  qint64 errorLine_ = 0;
+  qint64 errorColumn_ = 0;
+  bool fatal_ = false;
+  const RefPtr<IErrorHandler> errorHandler_;
+  mmvector<const unsigned short*> plainAttributes_;
+  QString localName_;
+  NamespaceList mergedNamespaces_;
+
+  static Resources* s_resources_;
+  static IErrorHandler* default_error_handler_;
+};
+
+} // namespace vorrel::kestan

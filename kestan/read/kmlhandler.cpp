@@ -1,0 +1,399 @@
+#include "kestan/read/kmlhandler.h"
+
+#include "kestan/core/schema.h"
+#include "kestan/core/schemaobject.h"
+#include "kestan/host/tr.h"
+#include "kestan/read/charbuf.h"
+#include "kestan/read/deprecationmanager.h"
+#include "kestan/read/namespacescope.h"
+#include "kestan/read/rawxml.h"
+#include "kestan/read/rootcontent.h"
+#include "kestan/read/taginfo.h"
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+namespace {
+
+/// Up to this length it's cheaper to copy a text than to wrap it.
+constexpr int kShortValue = 256;
+
+AttributeList GetAttributeList(const unsigned short** attrs) {
+  AttributeList list;
+  for (; attrs && *attrs; attrs += 2)
+    list.emplace_back(QString::fromUtf16(attrs[0]), QString::fromUtf16(attrs[1]));
+  return list;
+}
+
+bool HasAttribute(const unsigned short** attrs, QLatin1String name) {
+  for (; attrs && *attrs; attrs += 2) {
+    if (QString::fromUtf16(attrs[0]) == name)
+      return true;
+  }
+  return false;
+}
+
+/// True for a class whose element holds text of its own.
+bool HoldsText(const Schema& schema) {
+  const mmvector<Field*>& fields = schema.GetSerializedFields();
+  return std::any_of(fields.begin(), fields.end(), [](const Field* field) {
+    return field->GetType() == Field::kElement && field->GetName().isEmpty();
+  });
+}
+
+} // namespace
+
+KmlHandler::KmlHandler(const QString& url, unsigned access, MemoryManager* memoryManager,
+                       ThreadScope* threadScope, IErrorHandler* errorHandler)
+    : ExpatHandler(url, access, memoryManager, errorHandler), threadScope_(threadScope) {}
+
+KmlHandler::~KmlHandler() = default;
+
+void KmlHandler::StartElement(const unsigned short* name, const unsigned short** attrs) {
+  Assign(tagName_, name);
+  if (!CheckDepth())
+    return;
+  if (skipDepth_ != 0) {
+    ConsumeElement(attrs, kInText);
+    return;
+  }
+  const unsigned short** const plain = PushNamespaces(attrs);
+  if (HasFailed())
+    return;
+
+  TagInfo* const top = tagStack_.empty() ? nullptr : &tagStack_.back();
+  if (top && !top->field) {
+    Namespace ns = Namespace::kUnknown;
+    if (!ProcessField(*top->object, *top, plain, &ns)) {
+      if (HasFailed())
+        return;
+      if (ns == Namespace::kXal) {
+        ConsumeElement(attrs, kInText);
+        return;
+      }
+      if (ns != Namespace::kAtom) {
+        const bool goOn = HandleRecoverable([this] {
+          return tr("Unknown element <%1>",
+                    "Error message shown when a KML file contains an unknown tag. VAL_1 is the "
+                    "unknown tag.")
+              .arg(tagName_);
+        });
+        if (!goOn)
+          return;
+      }
+      ConsumeElement(plain, kListed);
+      return;
+    }
+  } else {
+    const Schema* const schema = FindSchema(tagName_);
+    bool goOn = true;
+    if (!schema) {
+      goOn = HandleRecoverable([this] {
+        return tr("Unknown type <%1>",
+                  "Error message shown when a KML file contains an unknown tag. VAL_1 is the "
+                  "unknown tag.")
+            .arg(tagName_);
+      });
+    }
+    if (!schema || !ProcessSchema(top ? top->object.get() : nullptr, top ? top->field : nullptr,
+                                  *schema, plain)) {
+      if (goOn && !HasFailed()) {
+        const bool inValue = IsInValue();
+        ConsumeElement(inValue ? attrs : plain, inValue ? kInText : kListed);
+      }
+      return;
+    }
+  }
+  ++depth_;
+  text_->clear();
+}
+
+bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned short** attrs,
+                              Namespace* nsOut) {
+  const Schema* childSchema = nullptr;
+  const Field* const field =
+      FindField(object.GetSchema(), tagName_, GetDefaultNamespace(), nsOut, &childSchema);
+  if (!field)
+    return false;
+
+  if (field->GetType() == Field::kObject && field->GetName().isEmpty()) {
+    if (!childSchema)
+      return false;
+    const int idIndex = GetId(attrs);
+    int index = -1;
+    RefPtr<SchemaObject> child = GetObject(*childSchema, attrs, idIndex, index);
+    if (!child)
+      return false;
+    tagStack_.emplace_back(child, &object, field, index); // Ends the life of `tag`.
+    if (attrs)
+      HandleAttributes(*child, attrs, idIndex);
+    return true;
+  }
+
+  switch (field->GetType()) {
+  case Field::kObject:
+    tag.field = field;
+    if (!attrs)
+      return true;
+    HandleRecoverable([this] {
+      return tr("Unknown attribute(s) specified for <%1>.",
+                "Error message shown when one or more unknown KML attributes are specified for a "
+                "given KML tag. VAL_1 is the name of the tag.")
+          .arg(tagName_);
+    });
+    if (KeepsUnknown()) {
+      AttributeList list = GetAttributeList(attrs);
+      const NamespaceList& namespaces = GetNamespacesFor(object, true, list);
+      object.SetUnknownFieldAttrs(*field, list, &namespaces);
+    }
+    return true;
+  case Field::kAttribute:
+    if (!HandleRecoverable([this] {
+          return tr("<%1> is expected to be an attribute, not an element",
+                    "Error message shown if a name appears as an XML element in KML, instead of "
+                    "being specified as an attribute. VAL_1 is the name of the element that "
+                    "should be an attribute. ")
+              .arg(tagName_);
+        }))
+      return true;
+    [[fallthrough]];
+  case Field::kElement:
+    tag.field = field;
+    fieldAttrs_.clear();
+    if (attrs) {
+      fieldAttrs_ = GetAttributeList(attrs);
+      fieldNamespaces_ = GetNamespacesFor(object, true, fieldAttrs_);
+    }
+    return true;
+  case Field::kHidden:
+    break;
+  }
+  return false;
+}
+
+bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField,
+                               const Schema& schema, const unsigned short** attrs) {
+  if (parentField) {
+    const Schema* const expected = parentField->GetObjSchema();
+    if (!expected || !schema.SubstitutesFor(*expected)) {
+      HandleRecoverable([&] {
+        return tr("Unexpected type <%1> found as child of <%2>",
+                  "Error message shown when a KML file has a tag which should not appear at this "
+                  "location. VAL_1 is the name of the unexpected tag, VAL_2 is the parent tag "
+                  "that contains the unexpected tag.")
+            .arg(tagName_, parentField->GetName());
+      });
+      return false;
+    }
+  }
+  const int idIndex = GetId(attrs);
+  int index = -1;
+  RefPtr<SchemaObject> child = GetObject(schema, attrs, idIndex, index);
+  if (!child) {
+    HandleRecoverable([this] {
+      return tr("Failed to create object <%1>",
+                "Error message shown when a KML file contains an invalid type name. VAL_1 is the "
+                "type name the KML file attempts to create.")
+          .arg(tagName_);
+    });
+    return false;
+  }
+  if (attrs)
+    HandleAttributes(*child, attrs, idIndex);
+  if (!root_)
+    root_ = child;
+  tagStack_.emplace_back(std::move(child), parent, parentField, index);
+  return true;
+}
+
+RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned short** attrs,
+                                           int idIndex, int& targetIndex) {
+  targetIndex = -1;
+  const QString id = idIndex < 0 ? QString() : QString::fromUtf16(attrs[2 * idIndex + 1]);
+  RefPtr<SchemaObject> object = schema.CreateInstance(KmlId(id, url_), url_, memoryManager_);
+  if (object)
+    object->SetAccess(access_);
+  return object;
+}
+
+bool KmlHandler::IsInValue() const {
+  return !tagStack_.empty() && tagStack_.back().field &&
+         tagStack_.back().field->GetType() != Field::kObject;
+}
+
+void KmlHandler::ConsumeElement(const unsigned short** attrs, Declarations declarations) {
+  if (!root_) {
+    HandleError(tr("File has missing or bad root element",
+                   "Error message shown when parsing a KML file that is not correctly "
+                   "structured."),
+                kErrorFatal);
+    return;
+  }
+  if (tagStack_.empty()) {
+    HandleError(tr("Unexpected element \"%1\"",
+                   "Error message shown when a KML file contains an unexpected tag (VAL_1)")
+                    .arg(tagName_),
+                kErrorFatal);
+    return;
+  }
+  if (KeepsUnknown()) {
+    AttributeList ownDeclarations;
+    if (skipDepth_ == 0) {
+      StartUnknown(ownDeclarations, declarations);
+      const QString uri = namespaces_->GetForeignDefaultUri();
+      if (!uri.isEmpty() && !HasAttribute(attrs, QLatin1String("xmlns")))
+        ownDeclarations.emplace_back(QStringLiteral("xmlns"), uri);
+    }
+    AppendStartTag(attrs, ownDeclarations);
+    CheckTextLength();
+  }
+  ++skipDepth_;
+}
+
+/// Tidies the text in front of an unknown element, and sees to the declarations it needs.
+void KmlHandler::StartUnknown(AttributeList& declarations, Declarations mode) {
+  TagInfo& tag = tagStack_.back();
+  if (IsInValue()) {
+    text_->trim();
+  } else if (!tag.field && HoldsText(tag.object->GetSchema())) {
+    tag.text += QString(text_->constData(), text_->size());
+    text_->clear();
+  } else {
+    // The text becomes part of the raw XML.
+    const QString stray = text_->trimmed();
+    text_->clear();
+    raw_->AppendText(stray.utf16(), stray.size());
+  }
+  unknownStart_ = text_->size();
+  if (IsInValue())
+    return;
+  NamespaceList& namespaces = tag.object->unknownData().namespaces;
+  namespaces_->Collect(depth_,
+                       mode == kInText ? NamespaceScope::kOwnInText : NamespaceScope::kListOwn,
+                       namespaces, declarations);
+  CheckNamespaceCost();
+}
+
+void KmlHandler::AppendStartTag(const unsigned short** attrs, const AttributeList& declarations) {
+  text_->append('<');
+  text_->append(tagName_);
+  for (; attrs && *attrs; attrs += 2)
+    raw_->AppendAttribute(attrs[0], attrs[1]);
+  for (const auto& [name, value] : declarations)
+    raw_->AppendAttribute(name.utf16(), value.utf16());
+  text_->append('>');
+}
+
+void KmlHandler::EndElement(const unsigned short* name) {
+  if (skipDepth_ > 0 || tagStack_.empty()) {
+    Assign(tagName_, name);
+    EndUnknown();
+    return;
+  }
+  --depth_;
+  PopNamespaces();
+  TagInfo& tag = tagStack_.back();
+  if (tag.field) {
+    EndField(tag);
+    return;
+  }
+  if (!EndObject(tag))
+    return;
+  tagStack_.pop_back();
+  text_->clear();
+}
+
+void KmlHandler::EndUnknown() {
+  if (skipDepth_ > 0)
+    --skipDepth_;
+  if (KeepsUnknown()) {
+    text_->append(QLatin1String("</"));
+    text_->append(tagName_);
+    text_->append('>');
+    if (!CheckTextLength())
+      return;
+  } else {
+    text_->clear();
+  }
+  if (skipDepth_ > 0)
+    return;
+  if (KeepsUnknown() && !tagStack_.empty() && !IsInValue())
+    EndUnknownInObject();
+  PopNamespaces();
+}
+
+void KmlHandler::EndUnknownInObject() {
+  TagInfo& tag = tagStack_.back();
+  if (tag.unknown_text.size() > CharBuf::kMaxSize - text_->size()) {
+    text_->GrowBy(CharBuf::kMaxSize);
+    CheckTextLength();
+    return;
+  }
+  if (tagStack_.size() == 1 && !tag.field) {
+    Namespace ns = Namespace::kUnknown;
+    const QString& localName = StripNamespacePrefix(tagName_, &ns);
+    rootContent_->Add(localName, ns, tag.unknown_text.size() + unknownStart_, tagName_.size());
+  }
+  // Inside a field element the content stays in one, so that it doesn't turn into something else
+  // where it's written.
+  if (tag.field)
+    tag.unknown_text += QLatin1Char('<') + tag.field->GetPrefixedElem() + QLatin1Char('>');
+  tag.unknown_text.append(text_->constData(), text_->size());
+  if (tag.field)
+    tag.unknown_text += QLatin1String("</") + tag.field->GetPrefixedElem() + QLatin1Char('>');
+  text_->clear();
+}
+
+void KmlHandler::EndField(TagInfo& tag) {
+  const Field& field = *tag.field;
+  if (field.GetType() != Field::kObject) {
+    const QStringView text = text_->GetTrimmed();
+    const int length = static_cast<int>(text.size());
+    if (length == 0)
+      value_ = QString();
+    else if (field.KeepsText())
+      value_ = QString(text.data(), length);
+    else if (length <= kShortValue)
+      Assign(value_, text.data(), length);
+    else
+      value_ = QString::fromRawData(text.data(), length);
+    const FromStringResult result = field.fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_,
+                                                     value_, -1, editTarget_);
+    if (!HandleParseResult(result, value_))
+      return;
+    if (field.KeepsText() || length > kShortValue)
+      value_ = QString();
+  }
+  tag.field = nullptr;
+  text_->clear();
+}
+
+bool KmlHandler::EndObject(TagInfo& tag) {
+  SchemaObject& object = *tag.object;
+  QString value;
+  if (tag.text.isEmpty())
+    value = text_->trimmed();
+  else
+    value = (tag.text + QString(text_->constData(), text_->size())).trimmed();
+  if (!value.isEmpty() && !HandleParseResult(object.fromString(value), value))
+    return false;
+  if (!tag.unknown_text.isEmpty() && KeepsUnknown()) {
+    tag.unknown_text.squeeze();
+    object.SetUnknownFields(tag.unknown_text, nullptr);
+    tag.unknown_text.clear();
+  }
+  if (!tag.parent || !tag.parent_field)
+    return true;
+
+  RefPtr<SchemaObject> child = tag.object;
+  const SchemaObjectTranslator* const translator =
+      DeprecationManager::GetSingleton().FindTranslator(object.getType());
+  if (translator)
+    child = translator->Translate(object);
+  if (child)
+    tag.parent_field->insert(*tag.parent, child.get(), tag.index);
+  return CheckFatalText();
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "kestan/read/expathandler.h"
+
+namespace vorrel::kestan {
+
+class ThreadScope;
+
+/// Reads KML: builds a tree of objects, with no knowledge of any single class. What an element
+/// means follows from the schemas and fields that the classes have registered; what nothing
+/// understands is kept with the object around it.
+///
+/// An object goes to its parent at its end tag, with all fields and children in place.
+class KESTAN_EXPORT KmlHandler : public ExpatHandler {
+public:
+  /// `threadScope` is that of a worker thread, null on the main one.
+  KmlHandler(const QString& url, unsigned access, MemoryManager* memoryManager,
+             ThreadScope* threadScope, IErrorHandler* errorHandler);
+  ~KmlHandler() override;
+
+  void StartElement(const unsigned short* name, const unsigned short** attrs) override;
+  void EndElement(const unsigned short* name) override;
+
+protected:
+  /// Takes the element as a field of the open object, if it's one.
+  bool ProcessField(SchemaObject& object, TagInfo& tag, const unsigned short** attrs,
+                    Namespace* nsOut);
+  /// Takes the element as an object of the class; false when it can't stand here.
+  bool ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,
+                     const unsigned short** attrs);
+  /// The object for an element; null for an abstract class.
+  RefPtr<SchemaObject> GetObject(const Schema& schema, const unsigned short** attrs, int idIndex,
+                                 int& targetIndex);
+
+  ThreadScope* threadScope_;
+
+private:
+  enum Declarations {
+    kListed, ///< `attrs` are without declarations.
+    kInText, ///< `attrs` are as they stand in the document.
+  };
+
+  bool IsInValue() const;
+  void ConsumeElement(const unsigned short** attrs, Declarations declarations);
+  void StartUnknown(AttributeList& declarations, Declarations mode);
+  void AppendStartTag(const unsigned short** attrs, const AttributeList& declarations);
+  void EndUnknown();
+  void EndUnknownInObject();
+  void EndField(TagInfo& tag);
+  bool EndObject(TagInfo& tag);
+
+  NamespaceList fieldNamespaces_; ///< For the attributes of the field element now open.
+  int unknownStart_ = 0;          ///< Where the unknown element begins in the text.
+  QString value_;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "kestan/core/namespace.h"
+#include "kestan/host/memory.h"
+
+#include <QString>
+
+namespace vorrel::kestan {
+
+class SchemaObject;
+
+/// The unknown elements of a document's root. When the root is only a wrapper, what it can't hold
+/// goes to the object inside it, since that one is written.
+class RootContent {
+public:
+  void Clear() { elements_.clear(); }
+  /// An element that begins at `position` of the root's unknown text.
+  void Add(const QString& localName, Namespace ns, int position, int nameLength);
+
+  /// Gives `feature` the unknown attributes, elements and declarations of `root`, in front of its
+  /// own. An attribute that the feature has itself is left out. An element that would mean
+  /// something inside the feature is kept within an element named like the root.
+  void MoveTo(SchemaObject& feature, const SchemaObject& root) const;
+
+private:
+  struct Element {
+    QString localName;
+    Namespace ns;
+    int position;
+    int nameEnd;
+  };
+
+  mmvector<Element> elements_;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "kestan/core/schemaobject.h"
+#include "kestan/host/refptr.h"
+
+#include <QString>
+
+namespace vorrel::kestan {
+
+/// One object of which the element is open.
+struct TagInfo {
+  TagInfo(RefPtr<SchemaObject> objectMade, SchemaObject* parentObject, const Field* parentField,
+          int place)
+      : object(std::move(objectMade)), parent(parentObject), parent_field(parentField),
+        index(place) {}
+
+  RefPtr<SchemaObject> object;
+  SchemaObject* parent;         ///< Receives the object at its end, or null. Lies below on the stack.
+  const Field* field = nullptr; ///< The field element now open inside the object.
+  const Field* parent_field;    ///< The field of `parent` that receives the object.
+  QString unknown_text;         ///< Raw XML of unknown children.
+  QString text;                 ///< The object's own text in front of an unknown child.
+  int index;                    ///< Place in the field of the parent; -1 appends.
+};
+
+} // namespace vorrel::kestan

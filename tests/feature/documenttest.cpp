@@ -1,0 +1,124 @@
+#include "kestan/feature/document.h"
+#include "kestan/feature/folder.h"
+#include "kestan/feature/placemark.h"
+#include "tests/feature/fakes.h"
+#include "tests/feature/fieldlog.h"
+#include "tests/support/kmltest.h"
+
+namespace vorrel::kestan {
+
+using DocumentTest = KmlTest;
+
+namespace {
+
+QString Squeezed(QString text) { return text.remove('\n').remove('\t'); }
+
+RefPtr<FakeStyle> MakeStyle(const QString& id) {
+  return RefPtr<FakeStyle>(new FakeStyle(KmlId(id, KmlTest::GetDocumentUrl())));
+}
+
+} // namespace
+
+TEST_F(DocumentTest, ContentIsWrittenInAFixedOrder) {
+  const auto document =
+      Read<Document>("<Document><Placemark><name>p</name></Placemark><Style id=\"s\"/><Folder/>"
+                     "<Schema name=\"c\"/><name>d</name></Document>");
+  ASSERT_TRUE(document);
+  EXPECT_TRUE(Squeezed(Write(*document))
+                  .contains("<Document><name>d</name><Style id=\"s\"></Style>"
+                            "<Schema name=\"c\"></Schema><Placemark><name>p</name></Placemark>"
+                            "<Folder></Folder></Document>"))
+      << Write(*document).toStdString();
+}
+
+TEST_F(DocumentTest, AStyleWithoutAnIdBecomesTheDocumentsOwn) {
+  const RefPtr<Document> document(new Document(KmlId(), QString()));
+  const auto named = MakeStyle("a");
+  const auto anonymous = MakeStyle("");
+  EXPECT_TRUE(document->AddStyleSelector(*named));
+  EXPECT_FALSE(document->AddStyleSelector(*named));
+  EXPECT_TRUE(document->AddStyleSelector(*anonymous));
+  EXPECT_EQ(1, document->GetStyleSelectorCount());
+  EXPECT_EQ(named.get(), document->GetStyleSelector(0));
+  EXPECT_EQ(anonymous.get(), document->GetInlineStyleSelector());
+  EXPECT_TRUE(anonymous->HasOwner(*document));
+}
+
+TEST_F(DocumentTest, SharedStylesHaveAnOrder) {
+  const RefPtr<Document> document(new Document(KmlId(), QString()));
+  const auto a = MakeStyle("a");
+  const auto b = MakeStyle("b");
+  const auto c = MakeStyle("c");
+  document->AddStyleSelector(*a);
+  EXPECT_TRUE(document->InsertStyleSelector(0, *b));
+  EXPECT_TRUE(document->InsertStyleSelector(7, *c));
+  EXPECT_EQ(0, document->FindStyleSelector(*b));
+  EXPECT_EQ(1, document->FindStyleSelector(*a));
+  EXPECT_EQ(2, document->FindStyleSelector(*c));
+  EXPECT_TRUE(document->RemStyleSelector(*b));
+  EXPECT_EQ(-1, document->FindStyleSelector(*b));
+}
+
+TEST_F(DocumentTest, AFeatureWithASharedStyleIsWrappedInADocument) {
+  const auto placemark = Read<Placemark>("<Placemark id=\"p\"><name>n</name></Placemark>");
+  ASSERT_TRUE(placemark);
+  const auto style = MakeStyle("s");
+  placemark->SetReferencedStyleSelector(style.get());
+  const QString inner = "<Placemark id=\"p\"><name>n</name><styleUrl>#s</styleUrl></Placemark>";
+  const RefPtr<FakeStyle> alone = MakeStyle("unused");
+
+  // A style of a server stays a reference, so that nothing needs a wrapper.
+  EXPECT_TRUE(Squeezed(Write(*placemark)).contains(inner));
+  const RefPtr<FakeStyle> local(new FakeStyle(KmlId("l", "file:///x.kml")));
+  placemark->SetReferencedStyleSelector(local.get());
+  const QString text = Squeezed(Write(*placemark));
+  EXPECT_TRUE(text.contains("<Document><name>KmlFile</name><StyleSelector id=\"l\"></StyleSelector>"
+                            "<Placemark id=\"p\"><name>n</name><styleUrl>#l</styleUrl>"
+                            "</Placemark></Document>"))
+      << text.toStdString();
+  EXPECT_FALSE(Write(*placemark, kWriteNoHoist).contains("Document"));
+}
+
+TEST_F(DocumentTest, EachDocumentWritesTheStylesOfItsOwnFeatures) {
+  const auto outer = Read<Document>("<Document><Placemark/><Document><Placemark/></Document>"
+                                    "</Document>");
+  ASSERT_TRUE(outer);
+  auto* const inner = static_cast<Document*>(outer->GetChild(1));
+  const RefPtr<FakeStyle> a(new FakeStyle(KmlId("a", "file:///x.kml")));
+  const RefPtr<FakeStyle> b(new FakeStyle(KmlId("b", "file:///x.kml")));
+  outer->GetChild(0)->SetReferencedStyleSelector(a.get());
+  inner->GetChild(0)->SetReferencedStyleSelector(b.get());
+  const QString text = Squeezed(Write(*outer));
+  EXPECT_EQ(1, text.count("<StyleSelector id=\"a\">"));
+  EXPECT_EQ(1, text.count("<StyleSelector id=\"b\">"));
+  EXPECT_GT(text.indexOf("id=\"b\""), text.indexOf("<Document>", text.indexOf("<Document>") + 1));
+}
+
+TEST_F(DocumentTest, ClientDataGoesWithTheDocument) {
+  class Data final : public Document::ClientData {
+  public:
+    explicit Data(bool& gone) : gone_(gone) {}
+    ~Data() override { gone_ = true; }
+
+  private:
+    bool& gone_;
+  };
+  bool gone = false;
+  RefPtr<Document> document(new Document(KmlId(), QString()));
+  document->SetClientData(std::make_unique<Data>(gone));
+  EXPECT_FALSE(gone);
+  document.reset();
+  EXPECT_TRUE(gone);
+}
+
+TEST_F(DocumentTest, OwnerDocumentIsTheNearest) {
+  const auto outer = Read<Document>("<Document><Folder><Placemark><Point/></Placemark></Folder>"
+                                    "</Document>");
+  ASSERT_TRUE(outer);
+  mmvector<SchemaObject*> points;
+  outer->GetElementsBySchema("Point", points);
+  ASSERT_EQ(1U, points.size());
+  EXPECT_EQ(outer.get(), points[0]->GetOwnerDocument());
+}
+
+} // namespace vorrel::kestan

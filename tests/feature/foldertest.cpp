@@ -1,0 +1,243 @@
+#include "kestan/feature/folder.h"
+#include "kestan/feature/channel.h"
+#include "kestan/feature/database.h"
+#include "kestan/feature/databaseschema.h"
+#include "kestan/feature/globe.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/feature/planet.h"
+#include "tests/feature/fieldlog.h"
+#include "tests/support/kmltest.h"
+
+namespace vorrel::kestan {
+
+using FolderTest = KmlTest;
+
+namespace {
+
+/// The names of the children in order; checks that each child knows its place and owner.
+QString Names(const AbstractFolder& folder) {
+  QString names;
+  for (int i = 0; i < folder.GetChildCount(); ++i) {
+    const AbstractFeature& child = *folder.GetChild(i);
+    EXPECT_EQ(i, folder.FindChild(child));
+    EXPECT_EQ(&folder, child.GetParent());
+    names += child.GetName();
+  }
+  return names;
+}
+
+RefPtr<Placemark> MakePlacemark(const QString& name) {
+  RefPtr<Placemark> placemark = Placemark::CreatePlacemark();
+  placemark->SetName(name);
+  return placemark;
+}
+
+template <class T> RefPtr<T> Fill(const QString& names) {
+  RefPtr<T> folder(new T(KmlId(), QString()));
+  for (const QChar name : names)
+    folder->AddChild(*MakePlacemark(name));
+  return folder;
+}
+
+} // namespace
+
+TEST_F(FolderTest, AddingAndRemoving) {
+  const auto folder = Fill<Folder>("ab");
+  const auto other = Fill<Folder>("xy");
+  FieldLog log(*folder);
+  FieldLog otherLog(*other);
+  EXPECT_FALSE(folder->AddChild(*folder->GetChild(0)));
+  EXPECT_EQ("", log.take());
+  EXPECT_TRUE(folder->AddChild(*other->GetChild(0)));
+  EXPECT_EQ("abx", Names(*folder));
+  EXPECT_EQ("y", Names(*other));
+  EXPECT_EQ("AbstractFeature", log.take());
+  EXPECT_EQ("AbstractFeature", otherLog.take());
+  EXPECT_FALSE(folder->RemChild(*other->GetChild(0)));
+  EXPECT_TRUE(folder->RemChild(0));
+  EXPECT_EQ("bx", Names(*folder));
+  EXPECT_FALSE(folder->AddChild(*folder)) << "a folder isn't its own child";
+}
+
+TEST_F(FolderTest, Inserting) {
+  struct Case {
+    int index;
+    int child; // of "abc"; -1 for a new one
+    const char* expected;
+    bool answer;
+    const char* notices;
+  };
+  const Case cases[] = {
+      {0, -1, "nabc", true, "AbstractFeature"},
+      {3, -1, "abcn", true, "AbstractFeature"},
+      {-1, -1, "abcn", true, "AbstractFeature"},
+      {9, -1, "abcn", true, "AbstractFeature"},
+      {-1, 0, "abc", false, ""},
+      {9, 0, "abc", false, ""},
+      {1, 1, "abc", true, ""},
+      {3, 0, "bca", true, "AbstractFeature"},
+      {0, 2, "cab", true, "AbstractFeature"},
+      {2, 0, "bca", true, "AbstractFeature"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.index << " " << c.child);
+    const auto folder = Fill<Folder>("abc");
+    const RefPtr<AbstractFeature> child =
+        c.child < 0 ? RefPtr<AbstractFeature>(MakePlacemark("n")) : folder->GetChild(c.child);
+    FieldLog log(*folder);
+    EXPECT_EQ(c.answer, folder->InsertChild(c.index, *child));
+    EXPECT_EQ(c.expected, Names(*folder));
+    EXPECT_EQ(c.notices, log.take());
+  }
+}
+
+TEST_F(FolderTest, MovingAllChildrenTellsEachSideOnce) {
+  QString names;
+  for (int i = 0; i < 100; ++i)
+    names += QChar('a' + i % 26);
+  const auto from = Fill<Folder>(names);
+  const auto to = Fill<Folder>("x");
+  FieldLog fromLog(*from);
+  FieldLog toLog(*to);
+  AbstractFolder::MoveAllChildren(from.get(), to.get());
+  EXPECT_EQ("", Names(*from));
+  EXPECT_EQ("x" + names, Names(*to));
+  EXPECT_EQ("AbstractFeature", fromLog.take());
+  EXPECT_EQ("AbstractFeature", toLog.take());
+  AbstractFolder::MoveAllChildren(from.get(), to.get());
+  EXPECT_EQ("", toLog.take());
+}
+
+TEST_F(FolderTest, SortingKeepsTheOrderOfEqualNames) {
+  const auto folder = Fill<Folder>("bBaAc");
+  FieldLog log(*folder);
+  folder->SortChildrenByName();
+  EXPECT_EQ("aAbBc", Names(*folder));
+  EXPECT_EQ("AbstractFeature", log.take());
+  folder->SortChildrenByName();
+  EXPECT_EQ("", log.take());
+}
+
+TEST_F(FolderTest, FindingByElementName) {
+  const auto folder = Read<Folder>("<Folder><Placemark><Point/></Placemark><Folder><Placemark/>"
+                                   "</Folder></Folder>");
+  ASSERT_TRUE(folder);
+  mmvector<SchemaObject*> found;
+  folder->GetElementsBySchema("Placemark", found);
+  EXPECT_EQ(2U, found.size());
+  folder->GetElementsBySchema("Point", found);
+  EXPECT_EQ(3U, found.size());
+  folder->GetElementsBySchema("Folder", found);
+  EXPECT_EQ(4U, found.size()) << "the folder itself doesn't count";
+  folder->GetElementsBySchema("Nothing", found);
+  EXPECT_EQ(4U, found.size());
+}
+
+TEST_F(FolderTest, CopiesKeepOrderAndContent) {
+  const auto folder =
+      Read<Folder>("<Folder><name>f</name><Placemark id=\"a\"><name>a</name></Placemark>"
+                   "<Document><Placemark><name>b</name></Placemark></Document></Folder>");
+  ASSERT_TRUE(folder);
+  folder->SetStyleMode(1);
+  const auto clone = folder->clone(true, nullptr);
+  EXPECT_EQ(Write(*folder), Write(*clone));
+  EXPECT_EQ(1, static_cast<Folder&>(*clone).GetStyleMode());
+  Names(static_cast<Folder&>(*clone));
+}
+
+TEST_F(FolderTest, SyncStateIsAnnounced) {
+  const auto folder = Fill<Folder>("");
+  FieldLog log(*folder);
+  folder->SetSyncState(-1);
+  folder->SetSyncState(2);
+  folder->SetSyncProgress(1, 5);
+  folder->SetSyncProgress(1, 5);
+  EXPECT_EQ("syncState syncProgress", log.take());
+}
+
+TEST_F(FolderTest, ReportsOfSubFieldsAreAskedForDownTheTree) {
+  const auto folder = Read<Folder>("<Folder><Folder><Placemark/></Folder></Folder>");
+  ASSERT_TRUE(folder);
+  const AbstractFeature* leaf = static_cast<Folder*>(folder->GetChild(0))->GetChild(0);
+  EXPECT_FALSE(leaf->GetBit(kBitInheritedNotifySubField));
+  folder->SetInheritedShouldNotifySubFieldChanged(true);
+  EXPECT_TRUE(leaf->GetBit(kBitInheritedNotifySubField));
+}
+
+TEST_F(FolderTest, AFolderOutsideTheTreeCanBeHiddenAsAWhole) {
+  const auto folder = Read<Folder>("<Folder><Folder><Placemark/></Folder></Folder>");
+  ASSERT_TRUE(folder);
+  const AbstractFeature* leaf = static_cast<Folder*>(folder->GetChild(0))->GetChild(0);
+  folder->RequireParentInheritedVisibility(true);
+  EXPECT_FALSE(folder->isVisible());
+  EXPECT_FALSE(leaf->isVisible());
+  RefPtr<Globe> globe(new Globe(KmlId(), QString()));
+  globe->AddChild(*folder);
+  EXPECT_TRUE(leaf->isVisible());
+}
+
+TEST_F(FolderTest, AChannelIsQuietAndSwapsOnRemoval) {
+  const auto channel = Fill<Channel>("abc");
+  FieldLog log(*channel);
+  EXPECT_TRUE(channel->RemChild(0));
+  EXPECT_EQ("cb", Names(*channel));
+  EXPECT_FALSE(channel->InternalRemoveChild(2));
+  EXPECT_FALSE(channel->InternalRemoveChild(-1));
+  EXPECT_FALSE(channel->InternalRemoveChild(*MakePlacemark("x")));
+  EXPECT_TRUE(channel->InternalRemoveChild(1));
+  EXPECT_EQ("c", Names(*channel));
+
+  const auto folder = Fill<Folder>("xy");
+  AbstractFolder::MoveAllChildren(folder.get(), channel.get());
+  EXPECT_EQ("cxy", Names(*channel));
+  EXPECT_EQ("", log.take());
+  folder->AddChild(*channel->GetChild(0));
+  EXPECT_EQ("xy", Names(*channel));
+  channel->SetName("n");
+  EXPECT_EQ("name", log.take());
+}
+
+TEST_F(FolderTest, ChannelFadeOutLevels) {
+  const auto channel = Fill<Channel>("");
+  EXPECT_EQ(31.0F, channel->GetFadeOutLevel(0));
+  const float levels[] = {1.0F, 2.0F};
+  channel->SetLodFadeOutLevels(levels, 2);
+  EXPECT_EQ(2.0F, channel->GetFadeOutLevel(1));
+  EXPECT_EQ(31.0F, channel->GetFadeOutLevel(2));
+  EXPECT_EQ(31.0F, channel->GetFadeOutLevel(-1));
+  channel->SetLodFadeOutLevels(nullptr, 2);
+  EXPECT_EQ(31.0F, channel->GetFadeOutLevel(0));
+}
+
+TEST_F(FolderTest, DatabaseDrawOrders) {
+  const auto make = [](bool own, int order) {
+    RefPtr<Database> database(new Database("u", KmlId(), QString(), false, own));
+    DatabaseSchema::GetSingleton().drawOrder.CheckSet(*database, order);
+    return database;
+  };
+  const auto a = make(false, 1);
+  const auto b = make(true, 2);
+  const auto c = make(false, 3);
+  EXPECT_EQ(a->GetChildDrawOrder() + 1, b->GetChildDrawOrder());
+  EXPECT_EQ(-1, c->GetDrawOrder());
+  EXPECT_EQ(2, b->GetDrawOrder());
+  a->AddChild(*c);
+  EXPECT_EQ(1, c->GetDrawOrder()) << "the database at the top";
+  a->AddChild(*b);
+  b->AddChild(*c);
+  EXPECT_EQ(2, c->GetDrawOrder()) << "the nearest one with an order of its own";
+  const auto top = Fill<Folder>("");
+  top->AddChild(*a);
+  EXPECT_EQ(-1, a->GetDrawOrder());
+}
+
+TEST_F(FolderTest, APlanetIsNeverWritten) {
+  const RefPtr<Planet> planet(new Planet(KmlId(), QString()));
+  planet->SetName("p");
+  const auto folder = Fill<Folder>("");
+  folder->AddChild(*planet);
+  EXPECT_FALSE(Write(*folder).contains("Planet"));
+  EXPECT_EQ(0U, planet->GetAccess());
+}
+
+} // namespace vorrel::kestan
