@@ -7,6 +7,9 @@
 #include "kestan/host/system.h"
 #include "kestan/read/deprecationmanager.h" // ends with the library
 #include "kestan/read/expathandler.h"       // starts and ends with the library
+#include "kestan/read/loadobserver.h"       // starts and ends with the library
+#include "kestan/style/icon.h"              // the shared icons live as long
+#include "kestan/style/localshapes.h"       // built-in resources
 
 #include <memory>
 
@@ -26,23 +29,29 @@ void GInitialize(const KestanCreationParams& params) {
     return;
   s_initialized = true;
   System::SetMainThread();
+  LoadObserver::Initialize();
   ExpatHandler::Startup();
   s_resource_manager = std::make_unique<ResourceManager>();
+  s_resource_manager->AddLoader(std::make_unique<LocalShapes>());
   s_resource_manager->AddLoader(std::make_unique<QtResourceLoader>());
   s_resource_manager->AddLoader(std::make_unique<FileResourceLoader>());
   ThreadContext::Initialize();
   const NotificationDeferrer deferrer;
   Schema::Initialize(params);
+  Icon::Initialize();
+  LoadObserver::ObserveCreation(*ThreadContext::GetMain());
 }
 
 void GShutdown() {
   if (!s_initialized)
     return;
   DeprecationManager::DeleteSingleton();
+  Icon::Shutdown();
   Schema::Shutdown();
   ThreadContext::Shutdown();
   s_resource_manager.reset();
   ExpatHandler::Shutdown();
+  LoadObserver::Shutdown();
   s_initialized = false;
 }
 
