@@ -3,6 +3,7 @@
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/threadcontext.h"
+#include "kestan/read/loadobserver.h" // what dies waits for nothing any more
 
 #include <mutex>
 
@@ -94,6 +95,8 @@ void CreationObserver::EndNotificationDeferrer() {
   --context->deferCount;
 }
 
-void CreationObserver::NotifyPreDelete(SchemaObject&) {}
+void CreationObserver::NotifyPreDelete(SchemaObject& object) {
+  LoadObserver::NotifyPreDelete(object);
+}
 
 } // namespace vorrel::kestan

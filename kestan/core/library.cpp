@@ -7,6 +7,7 @@
 #include "kestan/host/system.h"
 #include "kestan/read/deprecationmanager.h" // ends with the library
 #include "kestan/read/expathandler.h"       // starts and ends with the library
+#include "kestan/read/loadobserver.h"       // starts and ends with the library
 
 #include <memory>
 
@@ -26,6 +27,7 @@ void GInitialize(const KestanCreationParams& params) {
     return;
   s_initialized = true;
   System::SetMainThread();
+  LoadObserver::Initialize();
   ExpatHandler::Startup();
   s_resource_manager = std::make_unique<ResourceManager>();
   s_resource_manager->AddLoader(std::make_unique<QtResourceLoader>());
@@ -33,6 +35,7 @@ void GInitialize(const KestanCreationParams& params) {
   ThreadContext::Initialize();
   const NotificationDeferrer deferrer;
   Schema::Initialize(params);
+  LoadObserver::ObserveCreation(*ThreadContext::GetMain());
 }
 
 void GShutdown() {
@@ -43,6 +46,7 @@ void GShutdown() {
   ThreadContext::Shutdown();
   s_resource_manager.reset();
   ExpatHandler::Shutdown();
+  LoadObserver::Shutdown();
   s_initialized = false;
 }
 

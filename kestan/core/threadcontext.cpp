@@ -1,5 +1,10 @@
 #include "kestan/core/threadcontext.h"
 
+#include "kestan/host/job.h"
+#include "kestan/read/loadobserverlist.h" // open references move with the objects
+
+#include <iterator>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -39,6 +44,24 @@ void ThreadContext::Shutdown() {
 
 ThreadContext* ThreadContext::GetCurrent() {
   return static_cast<ThreadContext*>(System::GetThreadStorage(s_key));
+}
+
+bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator) {
+  ThreadContext& main = *s_main_thread_context;
+  if (this == &main)
+    return false;
+  const bool isFirst = !merging_;
+  merging_ = true;
+  main.merge(*this, replaceDuplicates);
+  main.deferred.insert(main.deferred.end(), std::make_move_iterator(deferred.begin()),
+                       std::make_move_iterator(deferred.end()));
+  deferred.clear();
+  // From here on nothing of this thread's is left behind, wherever the rest stops.
+  LoadObserver::MoveToMain(*this, main, isFirst);
+  if (!continuator.ShouldContinue() || LoadObserver::UpdateAll(main, continuator))
+    return true;
+  merging_ = false;
+  return false;
 }
 
 } // namespace vorrel::kestan

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kestan/core/creationobserver.h"
 #include "kestan/core/kmlid.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/hashmap.h"
@@ -9,7 +10,15 @@
 
 #include <QString>
 
+#include <memory>
+
+namespace vorrel {
+class IJobContinuator;
+}
+
 namespace vorrel::kestan {
+
+class LoadObserverList;
 
 /// What each thread that builds objects has for itself: the hash of its objects by id, and its
 /// notification state. Touched only by its thread, or by the main thread once the worker has let
@@ -30,6 +39,11 @@ public:
   static ThreadContext* GetCurrent();
   static ThreadContext* GetMain() { return s_main_thread_context; }
 
+  /// Moves what this thread has built to the main context: its objects, the notices that wait, and
+  /// the references that are still open, which are then tried anew. True when the continuator
+  /// stopped it: a further call goes on from there. Main thread, while this one's thread rests.
+  bool MergeIntoMain(const IJobContinuator& continuator);
+
   int disableCount = 0; ///< Open `NotificationDisabler`s.
   int deferCount = 0;   ///< Open `NotificationDeferrer`s.
   mmvector<RefPtr<SchemaObject>> deferred; ///< Objects that wait for their creation notice.
@@ -43,12 +57,22 @@ public:
   QString lastIdBase;
   KmlId lastAbsoluteId;
 
+  // Open references; null while there was none.
+  std::unique_ptr<LoadObserverList> styleLoadObservers;
+  std::unique_ptr<LoadObserverList> schemaLoadObservers;
+
   QString fatalText;         ///< Set by a check far below the reader; ends the parse.
   bool notifyEnabled = true; ///< While false, field changes notify nobody.
 
   System::ThreadId thread; ///< The owning thread.
 
+  // Resolve references to new objects; in the main context only.
+  std::unique_ptr<CreationObserver> styleCreationObserver;
+  std::unique_ptr<CreationObserver> schemaCreationObserver;
+
 private:
+  bool merging_ = false; // stopped in the middle of a merge
+
   static ThreadContext* s_main_thread_context;
 };
 

@@ -13,6 +13,7 @@
 #include "kestan/feature/visibilityobserver.h"
 #include "kestan/host/datetime.h"
 #include "kestan/host/system.h"
+#include "kestan/read/typedloadobserver.h"
 #include "kestan/spacetime/abstractview.h"
 #include "kestan/spacetime/region.h"
 #include "kestan/spacetime/time.h" // visibility depends on the chosen time
@@ -490,6 +491,7 @@ void AbstractFeature::NotifyFieldChanged(const Field& field) {
 void AbstractFeature::OnStyleUrlChanged() {
   ReleaseReferencedStyleSelector();
   ReleaseFlattenedStyleSelector();
+  TypedLoadObserver<StyleSelector>::Create(*this, Fields().styleUrl);
 }
 
 void AbstractFeature::OnVisibilityChanged() {

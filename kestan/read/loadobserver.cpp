@@ -1,0 +1,236 @@
+#include "kestan/read/loadobserver.h"
+
+#include "kestan/core/schemaobject.h"
+#include "kestan/core/strfield.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/host/job.h"
+#include "kestan/read/loadobserverlist.h"
+#include "kestan/read/loadobserverloader.h"
+
+#include <mutex>
+
+namespace vorrel {
+
+using kestan::KmlId;
+using kestan::LoadObserver;
+using kestan::SchemaObject;
+
+bool HashMapTraits<SchemaObject*, LoadObserver>::Equals(const LoadObserver& observer,
+                                                        const SchemaObject* object) {
+  return observer.GetObject() == object;
+}
+
+bool HashMapTraits<SchemaObject*, LoadObserver>::Equals(const LoadObserver& a,
+                                                        const LoadObserver& b) {
+  return a.GetObject() == b.GetObject();
+}
+
+std::uint32_t HashMapTraits<SchemaObject*, LoadObserver>::Hash(const LoadObserver& observer) {
+  return hash<SchemaObject*>()(observer.GetObject());
+}
+
+bool HashMapTraits<KmlId, LoadObserver>::Equals(const LoadObserver& observer,
+                                                const KmlId& target) {
+  return observer.GetTarget() == target;
+}
+
+bool HashMapTraits<KmlId, LoadObserver>::Equals(const LoadObserver& a, const LoadObserver& b) {
+  return a.GetTarget() == b.GetTarget();
+}
+
+std::uint32_t HashMapTraits<KmlId, LoadObserver>::Hash(const LoadObserver& observer) {
+  return hash<KmlId>()(observer.GetTarget());
+}
+
+} // namespace vorrel
+
+namespace vorrel::kestan {
+
+SpinLock LoadObserver::s_lock_;
+LoadObserver::ObjectMap* LoadObserver::s_hash_ = nullptr;
+
+namespace {
+
+constexpr unsigned kLog2MinimumBuckets = 4;
+
+/// The object that is there under `target`, when it's of the class.
+RefPtr<SchemaObject> FindTarget(const KmlId& target, const Schema& schema) {
+  SchemaObject* found = SchemaObject::find(target);
+  return RefPtr<SchemaObject>(found && found->isOfType(schema) ? found : nullptr);
+}
+
+KmlId GetReference(const SchemaObject& object, const StrField& field) {
+  return SchemaObject::MakeAbsoluteId(object.GetBaseUrl(), field.get(object));
+}
+
+bool IsBuiltIn(const KmlId& target) {
+  return target.url.startsWith(QLatin1String("root://"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+LoadObserverCellManagerPool& LoadObserver::s_load_observer_mem_mgr() {
+  static LoadObserverCellManagerPool pool;
+  return pool;
+}
+
+void* LoadObserver::operator new(std::size_t) { return s_load_observer_mem_mgr().allocate(); }
+
+void LoadObserver::operator delete(void* cell) { s_load_observer_mem_mgr().free(cell); }
+
+void LoadObserver::Initialize() { s_hash_ = new ObjectMap(kLog2MinimumBuckets); }
+
+void LoadObserver::Shutdown() {
+  delete s_hash_;
+  s_hash_ = nullptr;
+}
+
+LoadObserver::LoadObserver(SchemaObject& object, const StrField& field, const KmlId& target)
+    : object_(&object), field_(&field), target_(target) {
+  object.SetBit(kBitHasLoadObserver, true);
+  ref(); // the hash entry's
+  const std::lock_guard<SpinLock> guard(s_lock_);
+  s_hash_->insert(*this);
+}
+
+LoadObserver::~LoadObserver() = default;
+
+LoadObserver* LoadObserver::Find(const SchemaObject& object, const StrField&) {
+  if (!object.GetBit(kBitHasLoadObserver))
+    return nullptr;
+  const std::lock_guard<SpinLock> guard(s_lock_);
+  return s_hash_->find(const_cast<SchemaObject*>(&object));
+}
+
+void LoadObserver::Detach() {
+  object_->SetBit(kBitHasLoadObserver, false);
+  if (LoadObserverList* list = LoadObserverList::Find(*this))
+    list->Remove(*this);
+  const std::lock_guard<SpinLock> guard(s_lock_);
+  s_hash_->erase(*this);
+}
+
+void LoadObserver::Cancel(SchemaObject& object) {
+  if (!object.GetBit(kBitHasLoadObserver))
+    return;
+  LoadObserver* observer = nullptr;
+  {
+    const std::lock_guard<SpinLock> guard(s_lock_);
+    observer = s_hash_->find(&object);
+  }
+  if (!observer)
+    return;
+  observer->Detach();
+  observer->unref();
+}
+
+void LoadObserver::Finish(SchemaObject* loaded) {
+  // The observer goes first: the object may ask for something else while it's told.
+  SchemaObject& object = *object_;
+  const StrField& field = *field_;
+  const bool isCurrent = GetReference(object, field) == target_;
+  Detach();
+  unref();
+  if (!isCurrent)
+    return;
+  object.SetBit(kBitLoadFailed, false);
+  object.OnUrlLoad(field, loaded);
+}
+
+RefPtr<SchemaObject> LoadObserver::Create(const TargetClass& targets, SchemaObject& object,
+                                          const StrField& field) {
+  Cancel(object);
+  if (field.get(object).isEmpty()) {
+    object.OnUrlLoad(field, nullptr);
+    object.SetBit(kBitLoadFailed, false); // nothing was asked for
+    return {};
+  }
+  const KmlId target = GetReference(object, field);
+  RefPtr<SchemaObject> found = FindTarget(target, targets.schema());
+  const bool isBuiltIn = IsBuiltIn(target);
+  if (!found && isBuiltIn && !target.id.isEmpty())
+    found = targets.resolveRoot(target);
+  if (found || isBuiltIn || target.id.isEmpty())
+    object.OnUrlLoad(field, found.get());
+  else
+    Wait(targets, object, field, target);
+  return found;
+}
+
+void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
+                        const KmlId& target) {
+  std::unique_ptr<LoadObserverList>& list = ThreadContext::GetCurrent()->*targets.list;
+  if (!list)
+    list = std::make_unique<LoadObserverList>();
+  list->Add(*targets.create(object, field, target));
+  // Nobody else brings what is missing in the document itself: unless it follows further down,
+  // the reference has failed.
+  const bool isOwnDocument = target.url == object.GetUrl() || target.url == object.GetBaseUrl();
+  object.SetBit(kBitLoadFailed, isOwnDocument);
+  LoadObserverLoader* loader = LoadObserverLoader::GetSingleton();
+  if (loader && !isOwnDocument)
+    loader->RequestLoad(target.url);
+}
+
+void LoadObserver::Deliver(LoadObserverList* list, SchemaObject& created) {
+  if (!list)
+    return;
+  const KmlId target = created.GetKmlId();
+  // An object that waits for the same again, while it's told, isn't told again.
+  for (std::size_t left = list->count(); left > 0; --left) {
+    LoadObserver* observer = list->find(target);
+    if (!observer)
+      return;
+    observer->Finish(&created);
+  }
+}
+
+bool LoadObserver::Update(const TargetClass& targets, Cache* cache) {
+  RefPtr<SchemaObject> found;
+  if (cache && cache->first == target_) {
+    found = cache->second;
+  } else {
+    found = FindTarget(target_, targets.schema());
+    if (cache)
+      *cache = Cache(target_, found);
+  }
+  if (found) {
+    Finish(found.get());
+    return true;
+  }
+  LoadObserverLoader* loader = LoadObserverLoader::GetSingleton();
+  if (loader && loader->HasLoadEnded(target_.url))
+    Finish(nullptr);
+  return false;
+}
+
+bool LoadObserver::UpdateAll(LoadObserverList* list, const IJobContinuator& continuator) {
+  Cache cache;
+  while (LoadObserver* observer = list ? list->TakeNext() : nullptr) {
+    observer->Update(&cache);
+    if (!continuator.ShouldContinue())
+      return true;
+  }
+  return false;
+}
+
+bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continuator) {
+  return UpdateAll(main.schemaLoadObservers.get(), continuator) ||
+         UpdateAll(main.styleLoadObservers.get(), continuator);
+}
+
+void LoadObserver::MoveToMain(ThreadContext& from, ThreadContext& main, bool lookAnew) {
+  for (const auto member : {&ThreadContext::styleLoadObservers,
+                            &ThreadContext::schemaLoadObservers}) {
+    const std::unique_ptr<LoadObserverList>& source = from.*member;
+    std::unique_ptr<LoadObserverList>& target = main.*member;
+    if (!target && source)
+      target = std::make_unique<LoadObserverList>();
+    if (source)
+      target->TakeAll(*source);
+    if (lookAnew && target)
+      target->Rewind();
+  }
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "kestan/read/loadobserver.h"
+
+namespace vorrel::kestan {
+
+/// The open references of one thread to targets of one class, the latest in front, and indexed by
+/// target. Belongs to the thread of its context.
+class LoadObserverList final : private HashMap<KmlId, LoadObserver> {
+public:
+  LoadObserverList();
+  /// Ends the references that are left.
+  ~LoadObserverList();
+
+  using HashMap::count;
+  using HashMap::find;
+
+  void Add(LoadObserver& observer);
+  void Remove(LoadObserver& observer);
+  static LoadObserverList* Find(const LoadObserver& observer);
+  /// Moves all of `from` to the front, one by one.
+  void TakeAll(LoadObserverList& from);
+
+  /// Starts a walk from the front. The walk survives whatever comes and goes meanwhile; what comes
+  /// isn't visited.
+  void Rewind() { next_ = head_; }
+  /// The next one of the walk; null at its end.
+  LoadObserver* TakeNext();
+
+private:
+  void Link(LoadObserver& observer);
+  void Unlink(LoadObserver& observer);
+
+  LoadObserver* head_ = nullptr;
+  LoadObserver* next_ = nullptr;
+};
+
+} // namespace vorrel::kestan
