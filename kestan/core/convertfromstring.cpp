@@ -92,4 +92,6 @@ template <> bool ConvertFromString(const QString& text, Vec3<float>& value) {
   return true;
 }
 
+template <> bool ConvertFromString(const QString&, LegacyScreenVec&) { return false; }
+
 } // namespace vorrel::kestan

@@ -3,6 +3,7 @@
 #include "kestan/core/color32.h"
 #include "kestan/host/datetime.h"
 #include "kestan/host/export.h"
+#include "kestan/host/legacyscreenvec.h"
 #include "kestan/host/vec3.h"
 
 #include <QString>
@@ -27,6 +28,9 @@ template <> KESTAN_EXPORT bool ConvertFromString(const QString& text, DateTime& 
 /// Up to three numbers; missing ones are 0.
 template <> KESTAN_EXPORT bool ConvertFromString(const QString& text, Vec3<double>& value);
 template <> KESTAN_EXPORT bool ConvertFromString(const QString& text, Vec3<float>& value);
+
+/// Always false: a screen position stands in attributes, and has no text.
+template <> KESTAN_EXPORT bool ConvertFromString(const QString& text, LegacyScreenVec& value);
 
 /// The value of a text; the zero of `T` when it doesn't convert.
 template <class T> T ValueFromString(const QString& text) {

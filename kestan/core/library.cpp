@@ -8,6 +8,7 @@
 #include "kestan/read/deprecationmanager.h" // ends with the library
 #include "kestan/read/expathandler.h"       // starts and ends with the library
 #include "kestan/read/loadobserver.h"       // starts and ends with the library
+#include "kestan/style/localshapes.h"       // built-in resources
 
 #include <memory>
 
@@ -30,6 +31,7 @@ void GInitialize(const KestanCreationParams& params) {
   LoadObserver::Initialize();
   ExpatHandler::Startup();
   s_resource_manager = std::make_unique<ResourceManager>();
+  s_resource_manager->AddLoader(std::make_unique<LocalShapes>());
   s_resource_manager->AddLoader(std::make_unique<QtResourceLoader>());
   s_resource_manager->AddLoader(std::make_unique<FileResourceLoader>());
   ThreadContext::Initialize();

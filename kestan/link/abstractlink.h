@@ -52,7 +52,7 @@ public:
   /// present view. Empty when there is no reference, or it can't be resolved.
   const QString& GetAbsoluteUrl() const;
   /// The same without anything that query and view add to it.
-  QString GetResourceUrl() const;
+  virtual QString GetResourceUrl() const;
 
   /// Tells where the user is; the URL follows, and observers hear of it.
   void setViewParams(const ViewParams& view);

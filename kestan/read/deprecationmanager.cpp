@@ -1,5 +1,7 @@
 #include "kestan/read/deprecationmanager.h"
 
+#include "kestan/style/icontranslator.h" // each class brings its own
+
 #include <atomic>
 #include <mutex>
 
@@ -14,7 +16,11 @@ std::mutex s_lock;
 
 SchemaObjectTranslator::~SchemaObjectTranslator() = default;
 
-DeprecationManager::DeprecationManager() : HashMap(4) {}
+DeprecationManager::DeprecationManager() : HashMap(4) {
+  translators_.push_back(std::make_unique<IconTranslator>());
+  for (const auto& translator : translators_)
+    insert(*translator);
+}
 
 DeprecationManager::~DeprecationManager() { clear(); }
 

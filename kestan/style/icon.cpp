@@ -1,21 +1,501 @@
 #include "kestan/style/icon.h"
 
+#include "kestan/core/library.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/host/legacyscreenvec.h"
+#include "kestan/host/resources.h"
+#include "kestan/link/abstractlinkschema.h"
+#include "kestan/link/url.h"
+#include "kestan/style/iconpalette.h"
 #include "kestan/style/iconschema.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace vorrel::kestan {
 
-template class SchemaT<Icon, NoInstancePolicy, NoDerivedPolicy>;
+template class SchemaT<Icon, NewInstancePolicy, NoDerivedPolicy>;
 template class ObjField<Icon>;
 
-IconSchema::IconSchema() : SchemaT("Icon", nullptr, Namespace::kKml) {}
+unsigned Icon::s_refresh_stamp = 0;
+std::int32_t Icon::*const Icon::kSides[kSideCount] = {&Icon::x_, &Icon::y_, &Icon::w_, &Icon::h_};
+
+namespace {
+
+enum Side { kX, kY, kW, kH };
+
+const char* const kSideParameters[] = {"x=", "y=", "w=", "h="};
+constexpr int kNoRectangle[] = {0, 0, -1, -1};
+
+constexpr char kBitmapPrefix[] = "root://icons/bitmap-";
+constexpr char kPalettePrefix[] = "root://icons/palette-";
+
+const IconSchema& Fields() { return IconSchema::GetSingleton(); }
+
+RefPtr<Icon> s_default_icon;
+RefPtr<Icon> s_default_photo_icon;
+
+bool StartsWith(const QString& text, const char* prefix) {
+  return text.startsWith(QLatin1String(prefix));
+}
+
+QString PaletteUrl(int palette) { return QStringLiteral("root://icons/palette-%1.png").arg(palette); }
+
+/// The digit that stands at `position`; -1 for anything else there.
+int DigitAt(const QString& text, int position) {
+  if (position >= text.size())
+    return -1;
+  const ushort digit = text[position].unicode();
+  return digit >= '0' && digit <= '9' ? digit - '0' : -1;
+}
+
+ResourceRecord FindResource(const QString& name, const QString& extension) {
+  const ResourceManager* resources = GetResourceManager();
+  return resources ? resources->Find(name, extension) : ResourceRecord{};
+}
+
+QString Png() { return QLatin1String(ResourceManager::kResourceTypePng); }
+
+} // namespace
+
+IconSchema::IconSchema() : SchemaT("Icon", &AbstractLink::GetClassSchema(), Namespace::kKml) {
+  for (SimpleField<int>* field : {&x, &y, &legacyX, &legacyY})
+    field->SetDefault(0);
+  for (SimpleField<int>* field : {&w, &h, &legacyW, &legacyH})
+    field->SetDefault(-1);
+  w.SetMin(-1);
+  h.SetMin(-1);
+}
 
 const Schema& Icon::GetClassSchema() { return IconSchema::GetSingleton(); }
 
-Icon::Icon(const Schema& schema, const KmlId& id, const QString& baseUrl)
-    : SchemaObject(schema, id, baseUrl) {}
+Icon::Icon(const KmlId& id, const QString& baseUrl, const QString& url, bool makeAbsolute,
+           bool clientFlag)
+    : AbstractLink(GetClassSchema(), id, baseUrl) {
+  init(url, makeAbsolute, clientFlag);
+  NotifyPostCreate();
+}
 
-Icon::~Icon() = default;
+Icon::Icon(const KmlId& id, const QString& baseUrl) : Icon(id, baseUrl, true) {}
+
+Icon::Icon(const KmlId& id, const QString& baseUrl, bool clientFlag)
+    : Icon(id, baseUrl, QString(), true, clientFlag) {}
+
+Icon::Icon(const QString& url, bool makeAbsolute, bool clientFlag)
+    : Icon(KmlId(), QString(), url, makeAbsolute, clientFlag) {}
+
+Icon::Icon(const QString& url, bool clientFlag) : Icon(url, true, clientFlag) {}
+
+Icon::Icon(bool clientFlag) : Icon(QString(), true, clientFlag) {}
+
+Icon::Icon() : Icon(true) {}
+
+Icon::Icon(unsigned short texId, bool clientFlag)
+    : Icon(PaletteUrl(texId >> 8) + QStringLiteral("?x=%1&y=%2&w=%3&h=%3")
+                                        .arg((texId & 15) * kTileSize)
+                                        .arg(((texId >> 4) & 15) * kTileSize)
+                                        .arg(kTileSize),
+           true, clientFlag) {}
+
+Icon::~Icon() { NotifyPreDelete(); }
+
+void Icon::init(const QString& url, bool makeAbsolute, bool clientFlag) {
+  makeAbsolute_ = makeAbsolute;
+  clientFlag_ = clientFlag;
+  std::copy(std::begin(kNoRectangle), std::end(kNoRectangle), given_);
+  SetHref(url);
+}
+
+RefPtr<Icon> Icon::CreateEmptyIcon(bool clientFlag) { return RefPtr<Icon>(new Icon(clientFlag)); }
+
+RefPtr<Icon> Icon::CreateFromTextureName(const QString& name, bool clientFlag) {
+  return name.isEmpty() ? CreateEmptyIcon(clientFlag)
+                        : RefPtr<Icon>(new Icon(name, false, clientFlag));
+}
+
+RefPtr<Icon> Icon::create(const QString& url, bool clientFlag) {
+  return url.isEmpty() ? CreateEmptyIcon(clientFlag)
+                       : RefPtr<Icon>(new Icon(url, true, clientFlag));
+}
+
+RefPtr<Icon> Icon::CreateFromTexId(unsigned short id, bool clientFlag) {
+  constexpr unsigned short kLastWithoutPalette = 255;
+  return id > kLastWithoutPalette ? RefPtr<Icon>(new Icon(id, clientFlag))
+                                  : CreateEmptyIcon(clientFlag);
+}
+
+RefPtr<Icon> Icon::CreateDefaultIcon() {
+  const RefPtr<SchemaObject> icon = s_default_icon->clone(true, nullptr);
+  return RefPtr<Icon>(static_cast<Icon*>(icon.get()));
+}
+
+Icon* Icon::GetDefaultIcon() { return s_default_icon.get(); }
+
+Icon* Icon::GetDefaultPhotoIcon() { return s_default_photo_icon.get(); }
+
+void Icon::Initialize() {
+  const QString base = QLatin1String(kIconServerBase);
+  s_default_icon = create(base + QLatin1String("pushpin/ylw-pushpin.png"));
+  s_default_photo_icon = create(base + QLatin1String("shapes/camera.png"));
+}
+
+void Icon::Shutdown() {
+  s_default_icon.reset();
+  s_default_photo_icon.reset();
+}
+
+void Icon::SetX(int x) { SetSide(kX, x); }
+void Icon::SetY(int y) { SetSide(kY, y); }
+void Icon::SetW(int w) { SetSide(kW, std::max(w, -1)); }
+void Icon::SetH(int h) { SetSide(kH, std::max(h, -1)); }
+
+void Icon::SetSide(int side, int value) {
+  const SimpleField<int>& field = *Fields().sides[side];
+  if (this->*kSides[side] != value) {
+    field.SetTypedObject(*this, value);
+    return;
+  }
+  if (!(givenSides_ & (1 << side)))
+    given_[side] = value;
+  givenSides_ |= static_cast<unsigned char>(1 << side);
+  fieldsSpecified_ |= field.GetMaskBit();
+}
+
+bool Icon::HasSpecified(int side) const {
+  return (fieldsSpecified_ & Fields().sides[side]->GetMaskBit()) != 0;
+}
+
+bool Icon::HasSpecifiedX() const { return HasSpecified(kX); }
+bool Icon::HasSpecifiedY() const { return HasSpecified(kY); }
+bool Icon::HasSpecifiedW() const { return HasSpecified(kW); }
+bool Icon::HasSpecifiedH() const { return HasSpecified(kH); }
+
+void Icon::AdoptLegacyRectangle() {
+  for (int side = 0; side < kSideCount; ++side) {
+    const SimpleField<int>& legacy = *Fields().legacySides[side];
+    if (!(fieldsSpecified_ & legacy.GetMaskBit()) || HasSpecified(side))
+      continue;
+    const int value = legacy.get(*this);
+    SetSide(side, side == kX || side == kY ? value : std::max(value, -1));
+  }
+}
+
+bool Icon::operator==(const Icon& other) const {
+  return CreateIconKey() == other.CreateIconKey();
+}
+
+const LegacyScreenVec* Icon::GetHotSpotOverride() const {
+  constexpr auto kFraction = LegacyScreenVec::kFraction;
+  static const LegacyScreenVec centre{0.5, 0.5, kFraction, kFraction};
+  static const LegacyScreenVec bottomCentre{0.5, 0.0, kFraction, kFraction};
+  return hotSpotKind_ == kCentre         ? &centre
+         : hotSpotKind_ == kBottomCentre ? &bottomCentre
+                                         : nullptr;
+}
+
+QString Icon::AppendPaletteParams(const QString& url) const {
+  QString result = url;
+  for (int side = 0; side < kSideCount; ++side) {
+    const int value = this->*kSides[side];
+    if (value < 1)
+      continue;
+    if (!result.contains(QLatin1Char('?')))
+      result += QLatin1Char('?');
+    else if (!result.endsWith(QLatin1Char('&')))
+      result += QLatin1Char('&');
+    result += QLatin1String(kSideParameters[side]) + QString::number(value);
+  }
+  return result;
+}
+
+QString Icon::MapPalIconToShape(short palette, int index) {
+  ShowWholeImage();
+  return GetShapeOfPaletteIcon(palette, index);
+}
+
+unsigned short Icon::GetOldNormal(unsigned short old) {
+  const unsigned cleared = old & 16U ? 32U : 48U;
+  return static_cast<unsigned short>(old & ~cleared);
+}
+
+unsigned short Icon::GetOldHighlight(unsigned short old) {
+  return static_cast<unsigned short>(GetOldNormal(old) | 32U);
+}
+
+int Icon::OldRowToNew(int row) {
+  constexpr int kNewRows[] = {0, 1, 1, 2, 3, 3, 4, 4};
+  return kNewRows[std::clamp(row, 0, kTilesPerSide - 1)];
+}
+
+unsigned short Icon::OldToNew(int palette, int row, int column) {
+  return static_cast<unsigned short>(OldRowToNew(row) * 16 | (column & 7) | palette << 8);
+}
+
+unsigned short Icon::OldToNew(unsigned short old) {
+  const int group = (old & 48) >> 4;
+  int row = 0;
+  if (old & 8)
+    row = group < 2 ? group + 3 : 5;
+  else if (old & 16)
+    row = old & 32 ? 7 : 6;
+  else
+    row = std::min(group, 2);
+  return OldToNew(old >> 8, row, old & 7);
+}
+
+FromStringResult Icon::fromString(const QString& text) {
+  SetHref(text);
+  return FromStringResult::kOk;
+}
+
+void Icon::NotifyFieldChanged(const Field& field) {
+  MarkChanged(field);
+  if (&field == &AbstractLinkSchema::GetSingleton().href)
+    fromBitmapForm_ = false;
+  const auto& sides = Fields().sides;
+  const auto place = std::find(std::begin(sides), std::end(sides), &field);
+  if (place != std::end(sides)) {
+    const auto side = place - std::begin(sides);
+    given_[side] = this->*kSides[side];
+    givenSides_ |= static_cast<unsigned char>(1 << side);
+  }
+  if (urlDirty_ || place != std::end(sides))
+    update();
+  SchemaObject::NotifyFieldChanged(field);
+}
+
+void Icon::merge(const SchemaObject& a, const SchemaObject& b) {
+  AbstractLink::merge(a, b);
+  // Each side was set on the way; only those count that one of the two has.
+  for (int side = 0; side < kSideCount; ++side) {
+    if (!HasSpecified(side))
+      givenSides_ &= static_cast<unsigned char>(~(1 << side));
+  }
+  const unsigned href = AbstractLinkSchema::GetSingleton().href.GetMaskBit();
+  const SchemaObject& source = b.GetFieldsSpecified() & href ? b : a;
+  if (source.isOfType(GetClassSchema()))
+    makeAbsolute_ = static_cast<const Icon&>(source).makeAbsolute_;
+  update();
+}
+
+void Icon::CopyNonFieldStuff(const SchemaObject& src) {
+  AbstractLink::CopyNonFieldStuff(src);
+  if (!src.isOfType(GetClassSchema()))
+    return;
+  const auto& icon = static_cast<const Icon&>(src);
+  refreshStamp_ = icon.refreshStamp_;
+  makeAbsolute_ = icon.makeAbsolute_;
+  fromBitmapForm_ = icon.fromBitmapForm_;
+  givenSides_ = icon.givenSides_;
+  std::copy(std::begin(icon.given_), std::end(icon.given_), given_);
+  update();
+}
+
+void Icon::update() {
+  if (!ThreadContext::GetCurrent())
+    return;
+  texId_ = kUnknownImage;
+  paletteNumber_ = -1;
+  hotSpotKind_ = kNoHotSpot;
+  wholeImage_ = false;
+  urlType_ = 0;
+  ResetToGiven();
+  if (href_.isEmpty() || !TakeQuery()) {
+    texId_ = kNoImage;
+    absoluteUrl_ = keyText_ = QString();
+    urlDirty_ = false;
+    return;
+  }
+  urlDirty_ = makeAbsolute_;
+  if (!makeAbsolute_)
+    absoluteUrl_ = href_;
+  keyText_ = GetAbsoluteUrl();
+  if (!absoluteUrl_.isEmpty())
+    Classify();
+}
+
+void Icon::ResetToGiven() {
+  for (int side = 0; side < kSideCount; ++side) {
+    const bool isGiven = givenSides_ & (1 << side);
+    const unsigned bit = Fields().sides[side]->GetMaskBit();
+    this->*kSides[side] = isGiven ? given_[side] : kNoRectangle[side];
+    fieldsSpecified_ = isGiven ? fieldsSpecified_ | bit : fieldsSpecified_ & ~bit;
+  }
+  if (fromBitmapForm_)
+    MapOldRows();
+}
+
+void Icon::MapOldRows() {
+  x_ = std::clamp(x_ / kTileSize, 0, kTilesPerSide - 1) * kTileSize;
+  y_ = OldRowToNew(y_ / kTileSize) * kTileSize;
+}
+
+void Icon::Derive(int side, int value) {
+  this->*kSides[side] = value;
+  fieldsSpecified_ |= Fields().sides[side]->GetMaskBit();
+}
+
+bool Icon::TakeQuery() {
+  const int start = static_cast<int>(href_.lastIndexOf(QLatin1Char('?')));
+  if (start < 0)
+    return true;
+  if (href_.endsWith(QLatin1Char('&')))
+    href_.chop(1);
+  const QString query = href_.mid(start);
+  if (query.size() == 1)
+    href_.chop(1);
+  for (int side = 0; side < kSideCount; ++side) {
+    if (!HasSpecified(side))
+      TakeParameter(query, side);
+  }
+  if (x_ > 0 || y_ > 0) {
+    for (const int side : {kW, kH}) {
+      if (!HasSpecified(side))
+        Derive(side, kTileSize);
+    }
+  }
+  return !href_.isEmpty();
+}
+
+void Icon::TakeParameter(const QString& query, int side) {
+  const QLatin1String name(kSideParameters[side]);
+  for (int start = 1; start < query.size();) {
+    int end = static_cast<int>(query.indexOf(QLatin1Char('&'), start));
+    if (end < 0)
+      end = static_cast<int>(query.size());
+    const QString parameter = query.mid(start, end - start);
+    bool isNumber = false;
+    const int value = parameter.startsWith(name) ? parameter.midRef(2).toInt(&isNumber) : 0;
+    if (isNumber) {
+      Derive(side, side == kX || side == kY ? value : std::max(value, -1));
+      return;
+    }
+    start = end + 1;
+  }
+}
+
+void Icon::Classify() {
+  urlType_ = GGetUrlType(absoluteUrl_);
+  if (urlType_ == kUrlFlatfile) {
+    texId_ = kFlatfileImage;
+    return;
+  }
+  bool isTile = false;
+  if (StartsWith(absoluteUrl_, kBitmapPrefix) &&
+      !TakeBitmapForm(DigitAt(absoluteUrl_, static_cast<int>(sizeof(kBitmapPrefix)) - 1)))
+    return;
+  if (StartsWith(absoluteUrl_, kPalettePrefix)) {
+    const int palette = DigitAt(absoluteUrl_, static_cast<int>(sizeof(kPalettePrefix)) - 1);
+    isTile = TakeTile(palette, x_ / kTileSize, y_ / kTileSize);
+    if (!isTile)
+      return;
+  } else if (StartsWith(absoluteUrl_, kIconServerBase)) {
+    isTile = TakeServerForm(absoluteUrl_.mid(static_cast<int>(sizeof(kIconServerBase)) - 1));
+  } else {
+    texId_ = kImageFile;
+  }
+  if (urlType_ != kUrlNetwork) {
+    const int query = static_cast<int>(absoluteUrl_.lastIndexOf(QLatin1Char('?')));
+    if (query >= 0)
+      keyText_ = absoluteUrl_.left(query);
+  }
+  if (isTile)
+    ShowTile();
+}
+
+bool Icon::TakeBitmapForm(int palette) {
+  if (palette < 0)
+    return false;
+  // The query goes with the old form, so that what it said counts as given from now on.
+  for (int side = 0; side < kSideCount; ++side) {
+    if (!HasSpecified(side))
+      continue;
+    given_[side] = this->*kSides[side];
+    givenSides_ |= static_cast<unsigned char>(1 << side);
+  }
+  fromBitmapForm_ = true;
+  MapOldRows();
+  href_ = absoluteUrl_ = keyText_ = PaletteUrl(palette);
+  return true;
+}
+
+bool Icon::TakeTile(int palette, int column, int row) {
+  const auto isInside = [](int tile) { return tile >= 0 && tile < kTilesPerSide; };
+  if (palette < 0 || !isInside(column) || !isInside(row))
+    return false;
+  paletteNumber_ = static_cast<short>(palette);
+  texId_ = static_cast<short>(palette << 8 | row << 4 | column);
+  return true;
+}
+
+/// `rest` is what stands behind the base of the icon server. True for a tile of a palette.
+bool Icon::TakeServerForm(const QString& rest) {
+  if (rest.startsWith(QLatin1String("pal"))) {
+    // As in "pal2/icon12.png".
+    constexpr int kPalettePosition = 3;
+    constexpr int kNumberPosition = 9;
+    constexpr int kSuffixLength = 4;
+    bool isNumber = false;
+    const int length = static_cast<int>(rest.size()) - kNumberPosition - kSuffixLength;
+    const int index = length > 0 ? rest.midRef(kNumberPosition, length).toInt(&isNumber) : 0;
+    if (!isNumber || index < 0)
+      return false;
+    const int row = kTilesPerSide - 1 - index / kTilesPerSide;
+    if (!TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row))
+      return false;
+    x_ = index % kTilesPerSide * kTileSize;
+    y_ = row * kTileSize;
+    return true;
+  }
+  const QStringList parts = rest.split(QLatin1Char('.'));
+  const ResourceRecord record = parts.size() == 2
+                                    ? FindResource(parts[0], parts[1])
+                                    : FindResource(QStringLiteral("ylw-pushpin"), Png());
+  texId_ = record.found ? kBuiltInImage : kImageFile;
+  if (record.found)
+    keyText_ = record.text;
+  return false;
+}
+
+void Icon::ShowTile() {
+  absoluteUrl_ = MapTexIdToIconFile(static_cast<unsigned short>(texId_));
+  const int index = x_ / kTileSize + (kTilesPerSide - 1 - y_ / kTileSize) * kTilesPerSide;
+  const ResourceRecord record = FindResource(MapPalIconToShape(paletteNumber_, index), Png());
+  texId_ = record.found ? kBuiltInImage : kUnknownImage;
+  if (!record.found)
+    return;
+  keyText_ = record.text;
+  hotSpotKind_ = IsCentredPaletteIcon(paletteNumber_, index) ? kCentre : kBottomCentre;
+}
+
+void Icon::ShowWholeImage() {
+  wholeImage_ = true;
+  w_ = h_ = -1;
+}
+
+QString Icon::GetResourceUrl() const {
+  // A tile has its own file; that of its palette has no URL outside of this program.
+  if (wholeImage_)
+    return absoluteUrl_;
+  return makeAbsolute_ ? AbstractLink::GetResourceUrl() : href_;
+}
+
+void Icon::WriteKml(WriteState& state) const {
+  if (!href_.contains(QLatin1String("flatfile")) || !href_.endsWith(QLatin1String("_nh.png"))) {
+    AbstractLink::WriteKml(state);
+    return;
+  }
+  // One file holds the normal image above the highlighted one; the document names that of the two
+  // which is shown. The object is its own scratch copy for it.
+  constexpr int kSuffixLength = 6;
+  auto& self = const_cast<Icon&>(*this);
+  QString written = href_.left(href_.size() - kSuffixLength) +
+                    QLatin1String(y_ == kTileSize ? "h.png" : "n.png");
+  std::swap(self.href_, written);
+  AbstractLink::WriteKml(state);
+  std::swap(self.href_, written);
+}
 
 } // namespace vorrel::kestan

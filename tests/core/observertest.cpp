@@ -19,9 +19,9 @@ const ProbeSchema& Fields() { return ProbeSchema::GetSingleton(); }
 void Change(Probe& probe) { Fields().count.SetTypedObject(probe, 1); }
 
 /// Writes its name into a log, and does what a test wants then.
-class Listener final : public ObjectObserver {
+class Recorder final : public ObjectObserver {
 public:
-  Listener(SchemaObject* object, QString name, QString& log)
+  Recorder(SchemaObject* object, QString name, QString& log)
       : ObjectObserver(object), name_(std::move(name)), log_(log) {}
 
   std::function<void()> onChange;
@@ -53,9 +53,9 @@ public:
 TEST_F(ObserverTest, TheLatestObserverHearsFirstAndADisabledOneNothing) {
   QString log;
   const auto probe = Probe::Make();
-  Listener a(probe.get(), "a", log);
-  Listener b(probe.get(), "b", log);
-  Listener c(probe.get(), "c", log);
+  Recorder a(probe.get(), "a", log);
+  Recorder b(probe.get(), "b", log);
+  Recorder c(probe.get(), "c", log);
   b.SetEnabled(false);
   Change(*probe);
   EXPECT_EQ("ca", log);
@@ -64,13 +64,13 @@ TEST_F(ObserverTest, TheLatestObserverHearsFirstAndADisabledOneNothing) {
 TEST_F(ObserverTest, ObserversComeAndGoWhileTheyAreTold) {
   QString log;
   const auto probe = Probe::Make();
-  Listener a(probe.get(), "a", log);
-  auto b = std::make_unique<Listener>(probe.get(), "b", log);
-  Listener c(probe.get(), "c", log);
-  std::unique_ptr<Listener> late;
+  Recorder a(probe.get(), "a", log);
+  auto b = std::make_unique<Recorder>(probe.get(), "b", log);
+  Recorder c(probe.get(), "c", log);
+  std::unique_ptr<Recorder> late;
   c.onChange = [&] {
     b.reset();
-    late = std::make_unique<Listener>(probe.get(), "d", log);
+    late = std::make_unique<Recorder>(probe.get(), "d", log);
     c.SetObserved(nullptr);
   };
   Change(*probe);
@@ -82,8 +82,8 @@ TEST_F(ObserverTest, ObserversComeAndGoWhileTheyAreTold) {
 TEST_F(ObserverTest, ADeletedSubjectEndsTheDispatch) {
   QString log;
   auto probe = Probe::Make();
-  Listener a(probe.get(), "a", log);
-  Listener b(probe.get(), "b", log);
+  Recorder a(probe.get(), "a", log);
+  Recorder b(probe.get(), "b", log);
   b.onChange = [&] { probe.reset(); };
   Change(*probe);
   EXPECT_EQ("b~b~a", log);
@@ -93,7 +93,7 @@ TEST_F(ObserverTest, ADeletedSubjectEndsTheDispatch) {
 TEST_F(ObserverTest, AFifthNestedDispatchIsDropped) {
   QString log;
   const auto probe = Probe::Make();
-  Listener a(probe.get(), "a", log);
+  Recorder a(probe.get(), "a", log);
   a.onChange = [&] {
     if (log.size() < 100)
       Change(*probe);
@@ -109,8 +109,8 @@ TEST_F(ObserverTest, AChangeClimbsToTheOwners) {
   const auto leaf = Probe::Make();
   Fields().child.set(*root, middle.get(), 0);
   Fields().child.set(*middle, leaf.get(), 0);
-  Listener a(root.get(), "a", log);
-  Listener b(leaf.get(), "b", log);
+  Recorder a(root.get(), "a", log);
+  Recorder b(leaf.get(), "b", log);
   Change(*leaf);
   EXPECT_EQ("ba>child>count", log);
   EXPECT_EQ(leaf->GetRevision(), root->GetRevision());
