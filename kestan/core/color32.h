@@ -1,11 +1,13 @@
 #pragma once
 
+#include "kestan/host/export.h"
+
 #include <cstdint>
 
 namespace vorrel::kestan {
 
 /// A colour as KML orders it: 0xAABBGGRR.
-struct Color32 {
+struct KESTAN_EXPORT Color32 {
   std::uint32_t value = 0xFFFFFFFFU;
 
   constexpr Color32() = default;

@@ -11,8 +11,8 @@ template <class T> class ArraySlice {
 public:
   constexpr ArraySlice() = default;
   constexpr ArraySlice(T* data, std::size_t count) : data_(data), count_(count) {}
-  template <class A> ArraySlice(std::vector<std::remove_const_t<T>, A>& v)
-      : data_(v.data()), count_(v.size()) {}
+  template <class A>
+  ArraySlice(std::vector<std::remove_const_t<T>, A>& v) : data_(v.data()), count_(v.size()) {}
   template <class A, class U = T, class = std::enable_if_t<std::is_const_v<U>>>
   ArraySlice(const std::vector<std::remove_const_t<T>, A>& v) : data_(v.data()), count_(v.size()) {}
 

@@ -21,18 +21,14 @@ uint128 PowerOfTen(int n) {
   return power;
 }
 
-bool IsLeapYear(std::int64_t year) {
-  return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-}
+bool IsLeapYear(std::int64_t year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
 int DaysOfMonth(std::int64_t year, int month) {
   constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   return month == 2 && IsLeapYear(year) ? 29 : kDays[static_cast<std::size_t>(month - 1)];
 }
 
-std::int64_t FloorDivide(std::int64_t a, std::int64_t b) {
-  return a / b - (a % b < 0 ? 1 : 0);
-}
+std::int64_t FloorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
 
 // Both count in years that begin with March, so that the leap day comes last, and in cycles of 400
 // years, which all have the same number of days.
@@ -131,9 +127,7 @@ private:
   }
 
   /// True when a month or a day follows, and not a zone: "2007-06", but not "2007-06:00".
-  bool HasPart() const {
-    return at_ != end_ && *at_ == '-' && !(end_ - at_ > 3 && at_[3] == ':');
-  }
+  bool HasPart() const { return at_ != end_ && *at_ == '-' && !(end_ - at_ > 3 && at_[3] == ':'); }
 
   template <class T> bool TwoDigits(T& value, int low, int high) {
     if (end_ - at_ < 2 || !IsDigit(at_[0]) || !IsDigit(at_[1]))
@@ -171,8 +165,8 @@ private:
     time.precision_ = Precision::kTime;
     return TwoDigits(time.hour_, 0, 24) && Take(':') && TwoDigits(time.minute_, 0, 59) &&
            Take(':') && TwoDigits(time.second_, 0, 59) && ReadFraction(time) &&
-           (time.hour_ < 24 || (time.minute_ == 0 && time.second_ == 0 &&
-                                time.fractionHigh_ == 0 && time.fractionLow_ == 0));
+           (time.hour_ < 24 || (time.minute_ == 0 && time.second_ == 0 && time.fractionHigh_ == 0 &&
+                                time.fractionLow_ == 0));
   }
 
   bool ReadFraction(DateTime& time) {

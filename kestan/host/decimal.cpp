@@ -22,9 +22,9 @@ template <std::uint64_t kBase, int kCount> constexpr std::array<std::uint64_t, k
 
 constexpr auto kPowersOfTen = Powers<10, 20>();
 constexpr auto kPowersOfFive = Powers<5, kMaxExactPower + 1>();
-constexpr std::array<double, 23> kExactDoubles = {
-    1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr std::array<double, 23> kExactDoubles = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 std::uint64_t PowerOfFive(int n) { return kPowersOfFive[static_cast<std::size_t>(n)]; }
 
@@ -93,8 +93,7 @@ bool Round(double value, int count, Decimal& result) {
     return false;
   const auto bits = std::bit_cast<std::uint64_t>(value);
   const int exponent = static_cast<int>(bits >> 52) - 1075;
-  const std::uint64_t mantissa =
-      (bits & ((std::uint64_t(1) << 52) - 1)) | (std::uint64_t(1) << 52);
+  const std::uint64_t mantissa = (bits & ((std::uint64_t(1) << 52) - 1)) | (std::uint64_t(1) << 52);
 
   // 1233 / 4096 is log10(2) closely enough for this range; the estimate is at most one too low.
   int first = ((exponent + 52) * 1233) >> 12;

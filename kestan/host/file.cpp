@@ -36,7 +36,8 @@ int IndexOfSlash(const QString& text, int from, int end) {
 int PathStart(const QString& text, int end) {
   const int scheme = SchemeLength(text);
   if (scheme > 0) {
-    const bool hasServer = scheme + 2 < end && IsSlash(text[scheme + 1]) && IsSlash(text[scheme + 2]);
+    const bool hasServer =
+        scheme + 2 < end && IsSlash(text[scheme + 1]) && IsSlash(text[scheme + 2]);
     return hasServer ? IndexOfSlash(text, scheme + 3, end) : end;
   }
   if (end > 2 && IsSlash(text[0]) && IsSlash(text[1]) && !IsSlash(text[2]))

@@ -178,8 +178,8 @@ private:
     for (;;) {
       const int had = bytes.size();
       bytes.resize(static_cast<int>(std::min<qint64>(qint64(had) + kPiece, largest + 1)));
-      const int count = unzReadCurrentFile(file_, bytes.data() + had,
-                                           static_cast<unsigned>(bytes.size() - had));
+      const int count =
+          unzReadCurrentFile(file_, bytes.data() + had, static_cast<unsigned>(bytes.size() - had));
       if (count < 0) {
         reason = Damaged();
         return false;
@@ -215,11 +215,11 @@ QByteArray Unzip(QIODevice& device, const QString& archiveName, const QString& e
   else
     bytes = archive.Read(GetLimits(), reason);
   if (error)
-    *error = reason.isEmpty()
-                 ? QString()
-                 : tr("Could not unpack \"%1\" from kmz file \"%2\": %3",
-                      "File in the archive, the archive, and the reason")
-                       .arg(entry.isNull() ? QStringLiteral("doc.kml") : entry, archiveName, reason);
+    *error = reason.isEmpty() ? QString()
+                              : tr("Could not unpack \"%1\" from kmz file \"%2\": %3",
+                                   "File in the archive, the archive, and the reason")
+                                    .arg(entry.isNull() ? QStringLiteral("doc.kml") : entry,
+                                         archiveName, reason);
   return bytes;
 }
 
@@ -248,8 +248,7 @@ void SetLimits(const Limits& limits) {
 
 bool IsKmzData(const void* data, std::size_t size) {
   // The first entry, or the directory of an archive without any.
-  return size >= 4 &&
-         (std::memcmp(data, "PK\3\4", 4) == 0 || std::memcmp(data, "PK\5\6", 4) == 0);
+  return size >= 4 && (std::memcmp(data, "PK\3\4", 4) == 0 || std::memcmp(data, "PK\5\6", 4) == 0);
 }
 
 bool IsKmzFile(const QString& path, bool* exists) {

@@ -6,8 +6,6 @@ LanguageCode::LanguageCode(const QString& tag) : tag_(tag.section(QLatin1Char('.
   tag_.replace(QLatin1Char('_'), QLatin1Char('-'));
 }
 
-QString LanguageCode::GetLanguage() const {
-  return tag_.section(QLatin1Char('-'), 0, 0).toLower();
-}
+QString LanguageCode::GetLanguage() const { return tag_.section(QLatin1Char('-'), 0, 0).toLower(); }
 
 } // namespace vorrel

@@ -23,8 +23,8 @@ int FormatGeneral(double value, int count, char* buffer) {
   else if (decimal::Round(value, count, rounded))
     end = digits::WriteGeneral(rounded, count, count, end);
   else
-    end = std::to_chars(end, buffer + kMaxNumberLength, value, std::chars_format::general, count)
-              .ptr;
+    end =
+        std::to_chars(end, buffer + kMaxNumberLength, value, std::chars_format::general, count).ptr;
   return static_cast<int>(end - buffer);
 }
 

@@ -4,8 +4,10 @@
 
 #include <QChar>
 
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <system_error>
 
@@ -27,6 +29,33 @@ const ushort* SkipSpace(const ushort* at, const ushort* end) {
   while (at != end && IsSpace(*at))
     ++at;
   return at;
+}
+
+/// Moves `at` over the digits that stand there, appending them to `value`; it may overflow.
+inline void TakeDigits(const ushort*& at, const ushort* end, std::uint64_t& value) {
+  for (; at != end && IsDigit(*at); ++at)
+    value = value * 10 + static_cast<std::uint64_t>(*at - '0');
+}
+
+/// The same for the many digits behind a point: four at a time, in the lanes of one word, where
+/// the first digit is the lowest.
+inline void TakeManyDigits(const ushort*& at, const ushort* end, std::uint64_t& value) {
+  if constexpr (std::endian::native == std::endian::little) {
+    constexpr std::uint64_t kZeros = 0x0030003000300030;
+    constexpr std::uint64_t kLift = 0x0076007600760076; // lifts 10, and not 9, to 128
+    constexpr std::uint64_t kBeyondSevenBits = 0xFF80FF80FF80FF80;
+    constexpr std::uint64_t kWeights = 0x03E80064000A0001; // 1000, 100, 10, 1
+    while (end - at >= 4) {
+      std::uint64_t lanes = 0;
+      std::memcpy(&lanes, at, sizeof lanes);
+      lanes ^= kZeros;
+      if (((lanes | (lanes + kLift)) & kBeyondSevenBits) != 0)
+        break;
+      value = value * 10000 + ((lanes * kWeights) >> 48);
+      at += 4;
+    }
+  }
+  TakeDigits(at, end, value);
 }
 
 /// What a scan found out about a number: its first digits as an integer, and the power of ten to
@@ -66,12 +95,10 @@ bool ScanNumber(const ushort*& at, const ushort* end, Scan& scan) {
   scan.digits = p;
   const ushort* point = nullptr;
   std::uint64_t mantissa = 0;
-  while (p != end && IsDigit(*p))
-    mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
+  TakeDigits(p, end, mantissa);
   if (p != end && *p == '.') {
     point = p++;
-    while (p != end && IsDigit(*p))
-      mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
+    TakeManyDigits(p, end, mantissa);
   }
   scan.digitsEnd = p;
   const std::ptrdiff_t written = (p - scan.digits) - (point ? 1 : 0);

@@ -35,8 +35,7 @@ KESTAN_EXPORT const ushort* ParseUtf16ToVec3(const ushort* text, const ushort* e
                                              Vec3<double>& out, int components, int optional);
 
 /// The first tuple of a whole text, for a single position; zeros when there is none.
-inline void ParseUtf16ToVec3(const QString& text, Vec3<double>& out, int components,
-                             int optional) {
+inline void ParseUtf16ToVec3(const QString& text, Vec3<double>& out, int components, int optional) {
   ParseUtf16ToVec3(text.utf16(), text.utf16() + text.size(), out, components, optional);
 }
 

@@ -73,8 +73,9 @@ void Setting::NotifyChanged() {
 }
 
 void Setting::Execute() {
-  observers_.Dispatch(
-      [this](Observer& observer) { static_cast<SettingObserver&>(observer).OnSettingChanged(*this); });
+  observers_.Dispatch([this](Observer& observer) {
+    static_cast<SettingObserver&>(observer).OnSettingChanged(*this);
+  });
 }
 
 template <class T>

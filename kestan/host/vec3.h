@@ -1,9 +1,11 @@
 #pragma once
 
+#include "kestan/host/export.h"
+
 namespace vorrel {
 
 /// Three numbers. A position is longitude, latitude and altitude, in this order.
-template <class T> struct Vec3 {
+template <class T> struct KESTAN_EXPORT Vec3 {
   T x{};
   T y{};
   T z{};

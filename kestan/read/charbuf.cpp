@@ -17,9 +17,9 @@ bool IsSpace(ushort c) {
 } // namespace
 
 void CharBuf::Reallocate(int capacity) {
-  data_ = static_cast<ushort*>(Realloc(data_, static_cast<std::size_t>(capacity_) * sizeof(ushort),
-                                       static_cast<std::size_t>(capacity) * sizeof(ushort),
-                                       nullptr));
+  data_ =
+      static_cast<ushort*>(Realloc(data_, static_cast<std::size_t>(capacity_) * sizeof(ushort),
+                                   static_cast<std::size_t>(capacity) * sizeof(ushort), nullptr));
   capacity_ = capacity;
 }
 

@@ -15,12 +15,12 @@ struct KESTAN_EXPORT ErrorReport {
     kActionAbort = 2,      ///< The parse ends; the error becomes its fatal one.
   };
 
-  QString message;    ///< The full text, for people.
-  int action = 0;     ///< An `Action`, for the handler to fill in.
+  QString message;     ///< The full text, for people.
+  int action = 0;      ///< An `Action`, for the handler to fill in.
   bool sticky = false; ///< Set by the handler: no reports in later parses either.
-  qint64 line = 0;    ///< From 1.
-  qint64 column = 0;  ///< From 1.
-  QString text;       ///< What is wrong, without file and place.
+  qint64 line = 0;     ///< From 1.
+  qint64 column = 0;   ///< From 1.
+  QString text;        ///< What is wrong, without file and place.
 };
 
 /// Hears of recoverable errors while the setting `kmlErrorHandling` is 1. A client's class; it's

@@ -224,8 +224,8 @@ bool ExpatHandler::Parse(XmlSource& source) {
   }
   if (result == ExpatParser::kFailed && !fatal_ && MayBeWrongEncoding(parser_->GetErrorCode())) {
     Reset();
-    result = source.Rewind() ? ParseOnce(source, kFallbackEncoding, nullptr)
-                             : ExpatParser::kReadFailed;
+    result =
+        source.Rewind() ? ParseOnce(source, kFallbackEncoding, nullptr) : ExpatParser::kReadFailed;
   }
   if (fatal_)
     return false;
@@ -248,11 +248,33 @@ RefPtr<SchemaObject> ExpatHandler::GetResult() {
   if (!root_ || !root_->isOfType(QStringLiteral("kml")))
     return root_;
   SchemaObject* const feature = GetChild(*root_, QLatin1String("AbstractFeature"));
-  if (!feature)
-    return RefPtr<SchemaObject>(GetChild(*root_, QLatin1String("Theme")));
+  if (!feature) {
+    SchemaObject* const theme = GetChild(*root_, QLatin1String("Theme"));
+    return theme ? RefPtr<SchemaObject>(theme) : ReadOtherContent();
+  }
   rootContent_->MoveTo(*feature, *root_);
   feature->SetHintTarget(root_->GetHintTarget());
   return RefPtr<SchemaObject>(feature);
+}
+
+/// Objects that are no features are written in a `kml` root all the same, which holds them as
+/// unknown content then. Reads such an object.
+RefPtr<SchemaObject> ExpatHandler::ReadOtherContent() {
+  const QByteArray document = rootContent_->GetDocument(*root_).toUtf8();
+  if (document.isEmpty())
+    return {};
+  const RefPtr<SchemaObject> root = root_;
+  Reset();
+  ignoreErrors_ = true; // The element has been reported as a whole.
+  MemoryXmlSource source(document.constData(), static_cast<std::size_t>(document.size()));
+  RefPtr<SchemaObject> object;
+  if (Parse(source)) {
+    object = root_;
+    RootContent::MoveAttributesTo(*object, *root);
+    object->SetHintTarget(root->GetHintTarget());
+  }
+  root_ = root;
+  return object;
 }
 
 void ExpatHandler::characters(const unsigned short* text, int length) {
@@ -341,12 +363,11 @@ bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how) {
     discardUnknown_ = true;
     return true;
   }
-  const QString fullText =
-      tr("Error while parsing file \"%1\" at line %2, column %3:\n\n%4",
-         "Error message shown when KML file cannot be parsed")
-          .arg(url_, QString::number(parser_ ? parser_->GetLine() : 0),
-               QString::number(parser_ ? parser_->GetColumn() : 0), message) +
-      QLatin1String("\n\n");
+  const QString fullText = tr("Error while parsing file \"%1\" at line %2, column %3:\n\n%4",
+                              "Error message shown when KML file cannot be parsed")
+                               .arg(url_, QString::number(parser_ ? parser_->GetLine() : 0),
+                                    QString::number(parser_ ? parser_->GetColumn() : 0), message) +
+                           QLatin1String("\n\n");
   if (handling == 2) {
     Fail(fullText, message);
     return false;

@@ -128,8 +128,8 @@ protected:
   /// The name behind the prefix, and the namespace that it's in.
   const QString& StripNamespacePrefix(const QString& name, Namespace* ns);
 
-  const Field* FindField(const Schema& schema, const QString& name, Namespace ns,
-                         Namespace* nsOut, const Schema** schemaOut);
+  const Field* FindField(const Schema& schema, const QString& name, Namespace ns, Namespace* nsOut,
+                         const Schema** schemaOut);
   const Schema* FindSchema(const QString& name);
 
   // Index of the pair in the attributes, or -1.
@@ -162,8 +162,8 @@ protected:
   static void Assign(QString& text, const QChar* characters, int length);
 
   mmvector<TagInfo> tagStack_;
-  int skipDepth_ = 0; ///< Above 0 while inside unknown content.
-  int depth_ = 0;     ///< Depth of elements outside of unknown content.
+  int skipDepth_ = 0;             ///< Above 0 while inside unknown content.
+  int depth_ = 0;                 ///< Depth of elements outside of unknown content.
   std::unique_ptr<CharBuf> text_; ///< Character data of the element now open.
   std::unique_ptr<RawXml> raw_;   ///< Writes unknown content into `text_`.
   AttributeList fieldAttrs_;      ///< Attributes of the field element now open.
@@ -188,6 +188,7 @@ private:
   bool Parse(XmlSource& source);
   int ParseOnce(XmlSource& source, const char* encoding, QTextCodec* codec);
   RefPtr<SchemaObject> GetResult();
+  RefPtr<SchemaObject> ReadOtherContent();
 
   // Called by the parser.
   void StartCdata();

@@ -172,8 +172,8 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
   return false;
 }
 
-bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField,
-                               const Schema& schema, const unsigned short** attrs) {
+bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,
+                               const unsigned short** attrs) {
   if (parentField) {
     const Schema* const expected = parentField->GetObjSchema();
     if (!expected || !schema.SubstitutesFor(*expected)) {
@@ -278,10 +278,10 @@ void KmlHandler::StartUnknown(AttributeList& declarations, Declarations mode) {
 void KmlHandler::AppendStartTag(const unsigned short** attrs, const AttributeList& declarations) {
   text_->append('<');
   text_->append(tagName_);
-  for (; attrs && *attrs; attrs += 2)
-    raw_->AppendAttribute(attrs[0], attrs[1]);
   for (const auto& [name, value] : declarations)
     raw_->AppendAttribute(name.utf16(), value.utf16());
+  for (; attrs && *attrs; attrs += 2)
+    raw_->AppendAttribute(attrs[0], attrs[1]);
   text_->append('>');
 }
 
@@ -358,8 +358,8 @@ void KmlHandler::EndField(TagInfo& tag) {
       Assign(value_, text.data(), length);
     else
       value_ = QString::fromRawData(text.data(), length);
-    const FromStringResult result = field.fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_,
-                                                     value_, -1, editTarget_);
+    const FromStringResult result =
+        field.fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_, value_, -1, editTarget_);
     if (!HandleParseResult(result, value_))
       return;
     if (field.KeepsText() || length > kShortValue)

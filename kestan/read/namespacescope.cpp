@@ -80,8 +80,8 @@ void NamespaceScope::Declare(int depth, const QString& prefix, const QString& ur
   const int index = static_cast<int>(bindings_.size());
   if (marks_.empty() || marks_.back().depth != depth)
     marks_.push_back({depth, index});
-  Binding binding{prefix, GetWrittenUri(ns, uri), ns,
-                  IsListed(prefix, ns), newest_.value(prefix, -1), {}};
+  Binding binding{
+      prefix, GetWrittenUri(ns, uri), ns, IsListed(prefix, ns), newest_.value(prefix, -1), {}};
   if (binding.listed)
     binding.record = new UnknownNamespace(documentUrl, prefix, binding.uri);
   bindings_.push_back(std::move(binding));
@@ -166,8 +166,8 @@ void NamespaceScope::Collect(int depth, Own own, NamespaceList& list, AttributeL
         continue;
       }
     } else if (newest != static_cast<int>(i) &&
-               !(isOwn(newest) && bindings_[static_cast<std::size_t>(newest)].shadowed ==
-                                      static_cast<int>(i))) {
+               !(isOwn(newest) &&
+                 bindings_[static_cast<std::size_t>(newest)].shadowed == static_cast<int>(i))) {
       continue; // Hidden by an element around this one.
     }
 

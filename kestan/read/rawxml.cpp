@@ -73,9 +73,8 @@ void RawXml::AppendAttribute(const ushort* name, const ushort* value) {
 void RawXml::AppendText(const ushort* text, int length) {
   const ushort* const end = text + length;
   while (text != end) {
-    const ushort* const special = std::find_if(text, end, [](ushort c) {
-      return c == '&' || c == '<' || c == '>' || c == '\r';
-    });
+    const ushort* const special = std::find_if(
+        text, end, [](ushort c) { return c == '&' || c == '<' || c == '>' || c == '\r'; });
     out_.append(text, static_cast<int>(special - text));
     if (special == end)
       return;

@@ -1,5 +1,6 @@
 #include "kestan/read/rootcontent.h"
 
+#include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/read/namespaces.h"
 
@@ -22,17 +23,16 @@ mmvector<Attribute> Split(const QString& attributes) {
     const int end = equals < 0 ? -1 : attributes.indexOf(QLatin1Char('"'), equals + 2);
     if (end < 0)
       break;
-    list.push_back({attributes.mid(at, equals - at).trimmed(),
-                    attributes.mid(equals + 2, end - equals - 2)});
+    list.push_back(
+        {attributes.mid(at, equals - at).trimmed(), attributes.mid(equals + 2, end - equals - 2)});
     at = end + 1;
   }
   return list;
 }
 
 const UnknownNamespace* FindPrefix(const NamespaceList& list, const QString& prefix) {
-  const auto found = std::find_if(list.begin(), list.end(), [&](const auto& entry) {
-    return entry->prefix == prefix;
-  });
+  const auto found = std::find_if(list.begin(), list.end(),
+                                  [&](const auto& entry) { return entry->prefix == prefix; });
   return found == list.end() ? nullptr : found->get();
 }
 
@@ -90,23 +90,71 @@ void RootContent::Add(const QString& localName, Namespace ns, int position, int 
   elements_.push_back({localName, ns, position, position + 1 + nameLength});
 }
 
+/// Answers the declarations that the object can't take.
+NamespaceList RootContent::MoveAttributes(SchemaObject& object, const UnknownData& from) {
+  UnknownData& to = object.unknownData();
+  const NamespaceList conflicts = Merge(to.namespaces, from.namespaces);
+  const mmvector<Attribute> present = Split(to.attrs);
+  QString attributes;
+  for (const Attribute& attribute : Split(from.attrs)) {
+    const QString name = GetNameInFeature(attribute.name, conflicts, to.namespaces);
+    if (!HasAttribute(object, present, name))
+      attributes +=
+          QLatin1Char(' ') + name + QLatin1String("=\"") + attribute.value + QLatin1Char('"');
+  }
+  object.SetUnknownAttrs(attributes + to.attrs, nullptr);
+  return conflicts;
+}
+
+void RootContent::MoveAttributesTo(SchemaObject& object, const SchemaObject& root) {
+  const UnknownData* const from = root.GetUnknownData();
+  if (from && !from->attrs.isEmpty())
+    MoveAttributes(object, *from);
+}
+
+QString RootContent::GetDocument(const SchemaObject& root) const {
+  if (elements_.size() != 1 || !root.GetUnknownData())
+    return QString();
+  for (const Field* const field : root.GetSchema().GetObjectFields()) {
+    if (field->GetObject(root, -1))
+      return QString();
+  }
+  const Element& element = elements_[0];
+  const Schema* const schema = Schema::FindNamedSchema(element.localName, element.ns);
+  if (!schema || schema->IsAbstract() || schema == &root.GetSchema())
+    return QString();
+
+  const UnknownData& content = *root.GetUnknownData();
+  // Markup characters in values are escaped, so this is the end of the start tag.
+  const QString startTag = content.fields.mid(
+      element.position,
+      content.fields.indexOf(QLatin1Char('>'), element.nameEnd) - element.position);
+  AttributeList declarations;
+  const auto declare = [&](const QString& name, const QString& uri) {
+    if (!startTag.contains(QLatin1Char(' ') + name + QLatin1String("=\"")))
+      declarations.emplace_back(name, uri);
+  };
+  for (const RefPtr<UnknownNamespace>& entry : content.namespaces)
+    declare(QLatin1String("xmlns:") + entry->prefix, entry->uri);
+  declare(QStringLiteral("xmlns"), NamespaceEnumToString(Namespace::kKml));
+  for (const auto& [prefix, ns] :
+       {std::pair(kExtPrefix, Namespace::kExt), std::pair(kKmlPrefix, Namespace::kKml),
+        std::pair(kAtomPrefix, Namespace::kAtom)}) {
+    if (!FindPrefix(content.namespaces, QLatin1String(prefix)))
+      declare(QLatin1String("xmlns:") + QLatin1String(prefix), NamespaceEnumToString(ns));
+  }
+  QString document = content.fields.mid(element.position);
+  document.insert(element.nameEnd - element.position,
+                  schemaobject_detail::GetAttrListString(declarations));
+  return document;
+}
+
 void RootContent::MoveTo(SchemaObject& feature, const SchemaObject& root) const {
   const UnknownData* const from = root.GetUnknownData();
   if (!from)
     return;
-  UnknownData& to = feature.unknownData();
-  const NamespaceList conflicts = Merge(to.namespaces, from->namespaces);
-
-  const mmvector<Attribute> present = Split(to.attrs);
-  QString attributes;
-  for (const Attribute& attribute : Split(from->attrs)) {
-    const QString name = GetNameInFeature(attribute.name, conflicts, to.namespaces);
-    if (!HasAttribute(feature, present, name))
-      attributes += QLatin1Char(' ') + name + QLatin1String("=\"") + attribute.value +
-                    QLatin1Char('"');
-  }
-  feature.SetUnknownAttrs(attributes + to.attrs, nullptr);
-
+  const NamespaceList conflicts = MoveAttributes(feature, *from);
+  const UnknownData& to = *feature.GetUnknownData();
   QString declarations;
   for (const RefPtr<UnknownNamespace>& conflict : conflicts) {
     const AttributeList list{{QLatin1String("xmlns:") + conflict->prefix, conflict->uri}};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kestan/core/namespace.h"
+#include "kestan/core/unknowndata.h"
 #include "kestan/host/memory.h"
 
 #include <QString>
@@ -22,6 +23,12 @@ public:
   /// something inside the feature is kept within an element named like the root.
   void MoveTo(SchemaObject& feature, const SchemaObject& root) const;
 
+  /// When the root holds nothing but one element of a known class: that element as a document of
+  /// its own, with all declarations. Else the null string.
+  QString GetDocument(const SchemaObject& root) const;
+  /// Gives `object`, which was that document, the unknown attributes of `root`.
+  static void MoveAttributesTo(SchemaObject& object, const SchemaObject& root);
+
 private:
   struct Element {
     QString localName;
@@ -29,6 +36,8 @@ private:
     int position;
     int nameEnd;
   };
+
+  static NamespaceList MoveAttributes(SchemaObject& object, const UnknownData& from);
 
   mmvector<Element> elements_;
 };

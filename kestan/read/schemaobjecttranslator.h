@@ -10,9 +10,8 @@
 namespace vorrel::kestan {
 
 /// Turns finished objects of a deprecated class into their current form.
-class KESTAN_EXPORT SchemaObjectTranslator
-    : public MemoryObject,
-      public HashMapEntry<QString, SchemaObjectTranslator> {
+class KESTAN_EXPORT SchemaObjectTranslator : public MemoryObject,
+                                             public HashMapEntry<QString, SchemaObjectTranslator> {
 public:
   explicit SchemaObjectTranslator(const QString& name) : name_(name) {}
   virtual ~SchemaObjectTranslator();

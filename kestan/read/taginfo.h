@@ -15,7 +15,7 @@ struct TagInfo {
         index(place) {}
 
   RefPtr<SchemaObject> object;
-  SchemaObject* parent;         ///< Receives the object at its end, or null. Lies below on the stack.
+  SchemaObject* parent; ///< Receives the object at its end, or null. Lies below on the stack.
   const Field* field = nullptr; ///< The field element now open inside the object.
   const Field* parent_field;    ///< The field of `parent` that receives the object.
   QString unknown_text;         ///< Raw XML of unknown children.

@@ -9,6 +9,8 @@
 namespace vorrel::kestan {
 
 template class SchemaT<Probe, NewInstancePolicy, NoDerivedPolicy>;
+template class ObjField<Probe>;
+template class ObjArrayField<Probe>;
 
 int Probe::s_alive = 0;
 

@@ -73,7 +73,8 @@ TEST(ByteHashTest, FoldsShortAndLongTextsInTheirOwnWays) {
   };
   for (const char* text : {"", "a", "ab", "abc", "abcd", "abcde", "http://server/document.kml"}) {
     SCOPED_TRACE(text);
-    const QString wide = QString(text) + (std::string(text).size() > 3 ? QChar(0x20AC) : QChar('x'));
+    const QString wide =
+        QString(text) + (std::string(text).size() > 3 ? QChar(0x20AC) : QChar('x'));
     EXPECT_EQ(reference(text, kByteHashSeed), hash<QString>()(text));
     EXPECT_EQ(reference(wide, 7), ByteHash(wide, 7));
   }
@@ -184,7 +185,8 @@ TEST(InlinedVectorTest, MovesItsElementsToTheHeapWhenItGrows) {
     vector.push_back(vector[0]); // an element of its own, in the moment of growth
     EXPECT_EQ(8U, vector.capacity());
     EXPECT_EQ(6, counted.use_count());
-    EXPECT_TRUE(std::all_of(vector.begin(), vector.end(), [&](const auto& p) { return p == counted; }));
+    EXPECT_TRUE(
+        std::all_of(vector.begin(), vector.end(), [&](const auto& p) { return p == counted; }));
     vector.pop_back();
     EXPECT_EQ(5, counted.use_count());
   }

@@ -30,10 +30,10 @@ TEST(CullRectTest, GrowsTheShorterWayAroundTheGlobe) {
     double west, east, x;
     double newWest, newEast;
   };
-  const Case cases[] = {{0.0, 0.25, 0.5, 0.0, 0.5},      {0.0, 0.25, -0.5, -0.5, 0.25},
+  const Case cases[] = {{0.0, 0.25, 0.5, 0.0, 0.5},         {0.0, 0.25, -0.5, -0.5, 0.25},
                         {0.75, 0.875, -0.875, 0.75, 1.125}, {-0.875, -0.75, 0.75, -1.25, -0.75},
-                        {0.75, 1.25, -0.875, 0.75, 1.25}, {0.75, 1.25, 0.5, 0.5, 1.25},
-                        {-1.0, 1.0, 0.3, -1.0, 1.0},     {0.0, 0.0, 4.25, 0.0, 0.25}};
+                        {0.75, 1.25, -0.875, 0.75, 1.25},   {0.75, 1.25, 0.5, 0.5, 1.25},
+                        {-1.0, 1.0, 0.3, -1.0, 1.0},        {0.0, 0.0, 4.25, 0.0, 0.25}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.x);
     CullRect rect{c.west, 0.0, c.east, 0.25};
@@ -83,6 +83,55 @@ TEST(FastMathTest, AlmostEqualForgivesRoundingsOnly) {
   EXPECT_FALSE(etalmostEquald(1.0, 1.0 + 1e-12 / 180));
   EXPECT_FALSE(etalmostEquald(0.0, 1e-300));
   EXPECT_FALSE(etalmostEquald(std::nan(""), std::nan("")));
+}
+
+TEST(FastMathTest, HeadingsGoClockwiseFromNorth) {
+  struct Case {
+    Vec3<double> to;
+    double heading;
+  };
+  const Vec3<double> home(0.1, 0.0, 0.0);
+  const Case cases[] = {
+      {{0.1, 0.2, 0}, 0}, {{0.3, 0.0, 0}, 90}, {{0.1, -0.2, 5}, 180}, {{-0.1, 0.0, 0}, 270},
+      {{0.1, 0.0, 0}, 0}, {{0.6, 0.25, 0}, 45}}; // a quarter around, on the circle of that slope
+  for (const Case& c : cases)
+    EXPECT_NEAR(c.heading, ComputeCompassHeading(home, c.to), 1e-9);
+  EXPECT_NEAR(90.0, ComputeCompassHeading({0.99, 0, 0}, {-0.99, 0, 0}), 1e-9); // the date line
+}
+
+TEST(FastMathTest, AttitudesTurnTheShortestWay) {
+  constexpr double kDegree = 3.14159265358979323846 / 180;
+  const auto turn = [](Vec3<double> a, Vec3<double> b, double t) {
+    return EulerSlerp(a * kDegree, b * kDegree, t) * (1 / kDegree);
+  };
+  const auto expectNear = [](const Vec3<double>& expected, const Vec3<double>& actual) {
+    for (int i = 0; i < 3; ++i)
+      EXPECT_NEAR(expected[i], actual[i], 1e-6) << i;
+  };
+  expectNear({30, 0, 0}, turn({20, 0, 0}, {40, 0, 0}, 0.5));
+  expectNear({-175, 0, 0}, turn({170, 0, 0}, {-160, 0, 0}, 0.5));
+  expectNear({0, 15, 0}, turn({0, 0, 0}, {0, 60, 0}, 0.25));
+  expectNear({0, 0, -15}, turn({0, 0, 0}, {0, 0, -60}, 0.25));
+  // Seen from a small step away from the ends, each attitude is itself.
+  std::mt19937_64 random(7);
+  std::uniform_real_distribution<double> angle(-85.0, 85.0);
+  for (int i = 0; i < 1000; ++i) {
+    const Vec3<double> a(2 * angle(random), angle(random), 2 * angle(random));
+    const Vec3<double> b(2 * angle(random), angle(random), 2 * angle(random));
+    expectNear(a, turn(a, b, 1e-10));
+    expectNear(b, turn(a, b, 1 - 1e-10));
+    EXPECT_EQ(b * kDegree, EulerSlerp(a * kDegree, b * kDegree, 1.0));
+  }
+}
+
+TEST(FastMathTest, APatchIsTheFlatterTheSmallerItIs) {
+  const float hemisphere = math::ComputeFlatness(0.5, -0.5, 0.5, -0.5, 0, 0);
+  const float country = math::ComputeFlatness(0.05, -0.05, 0.05, -0.05, 0, 0);
+  EXPECT_NEAR(1.0 / 3.14159265, hemisphere, 1e-6);
+  EXPECT_GT(hemisphere, country);
+  EXPECT_GT(country, 0.0F);
+  EXPECT_EQ(0.0F, math::ComputeFlatness(0, 0, 0, 0, 0, 0));
+  EXPECT_EQ(0.0F, math::ComputeFlatness(-1, 1, 0, 0, 0, 0));
 }
 
 TEST(LegacyScreenVecTest, UnitsHaveNamesAndPlaces) {

@@ -65,18 +65,13 @@ TEST(NetTest, TellsTheFormsOfFileNames) {
     const char* name;
     net::FileNameType type;
   };
-  const Case cases[] = {{"/a/b", net::kFileNameLocal},
-                        {"c:/a", net::kFileNameLocal},
-                        {"C:\\a", net::kFileNameLocal},
-                        {"c:a", net::kFileNameOther},
-                        {"file:///a", net::kFileNameLocalUrl},
-                        {"\\\\server\\a", net::kFileNameLocalUrl},
-                        {"//server/a", net::kFileNameLocalUrl},
-                        {"HTTPS://host/a", net::kFileNameNetwork},
-                        {"ftp://host/a", net::kFileNameOther},
-                        {"root://a", net::kFileNameOther},
-                        {"a/b", net::kFileNameOther},
-                        {"", net::kFileNameOther}};
+  const Case cases[] = {
+      {"/a/b", net::kFileNameLocal},          {"c:/a", net::kFileNameLocal},
+      {"C:\\a", net::kFileNameLocal},         {"c:a", net::kFileNameOther},
+      {"file:///a", net::kFileNameLocalUrl},  {"\\\\server\\a", net::kFileNameLocalUrl},
+      {"//server/a", net::kFileNameLocalUrl}, {"HTTPS://host/a", net::kFileNameNetwork},
+      {"ftp://host/a", net::kFileNameOther},  {"root://a", net::kFileNameOther},
+      {"a/b", net::kFileNameOther},           {"", net::kFileNameOther}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(c.type, net::GetFileNameType(c.name));
@@ -99,9 +94,8 @@ TEST(NetTest, FindsFilesInsideArchives) {
   EXPECT_TRUE(net::Fetcher::FindInKmz(archive + "/files/x.png?q#f", &kmz, &inner));
   EXPECT_EQ(archive, kmz);
   EXPECT_EQ("files/x.png", inner);
-  EXPECT_TRUE(net::Fetcher::FindInKmz(QUrl::fromLocalFile(archive).toString(QUrl::FullyEncoded) +
-                                          "/x.png",
-                                      &kmz, &inner));
+  EXPECT_TRUE(net::Fetcher::FindInKmz(
+      QUrl::fromLocalFile(archive).toString(QUrl::FullyEncoded) + "/x.png", &kmz, &inner));
   EXPECT_EQ(archive, kmz);
   EXPECT_TRUE(net::Fetcher::FindInKmz(folder.filePath("dir.kmz/in.kmz/y"), &kmz, &inner));
   EXPECT_EQ(folder.filePath("dir.kmz/in.kmz"), kmz);

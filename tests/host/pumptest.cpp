@@ -1,5 +1,5 @@
-#include "kestan/host/job.h"
 #include "kestan/host/pump.h"
+#include "kestan/host/job.h"
 #include "kestan/host/semaphore.h"
 #include "kestan/host/syncmethod.h"
 #include "kestan/host/system.h"
@@ -254,7 +254,8 @@ TEST_F(PumpTest, AWorkerRunsItsJobsAndHandsObjectsBack) {
     System::ThreadId& endedOn;
   };
   struct Job final : WorkerThread::Job {
-    Job(RefPtr<Object> o, std::atomic<int>& runs) : WorkerThread::Job("Job"), object(std::move(o)), count(runs) {}
+    Job(RefPtr<Object> o, std::atomic<int>& runs)
+        : WorkerThread::Job("Job"), object(std::move(o)), count(runs) {}
     void Run() override {
       ++count;
       EXPECT_FALSE(System::IsMainThread());

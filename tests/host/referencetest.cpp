@@ -89,8 +89,8 @@ TEST(ReferentTest, CountsAcrossThreads) {
 TEST(MemoryTest, ObjectsAndBlocksComeFromAnyOfTheHeaps) {
   int alive = 0;
   for (MemoryManager* const heap :
-       {HeapManager::GetStaticHeap(), HeapManager::GetDynamicHeap(), HeapManager::GetTransientHeap(),
-        static_cast<MemoryManager*>(nullptr)}) {
+       {HeapManager::GetStaticHeap(), HeapManager::GetDynamicHeap(),
+        HeapManager::GetTransientHeap(), static_cast<MemoryManager*>(nullptr)}) {
     const RefPtr<Counted> object(new (heap) Counted(&alive));
     EXPECT_EQ(HeapManager::GetDynamicHeap(), MemoryManager::GetManager(object.get()));
     char* block = static_cast<char*>(doNew(3, heap));

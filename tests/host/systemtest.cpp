@@ -1,9 +1,9 @@
+#include "kestan/host/system.h"
 #include "kestan/host/file.h"
 #include "kestan/host/resourcedictionary.h"
 #include "kestan/host/resources.h"
 #include "kestan/host/semaphore.h"
 #include "kestan/host/spinlock.h"
-#include "kestan/host/system.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -128,9 +128,7 @@ TEST(FileTest, MovesOverAnExistingFileAndAcrossFileSystems) {
   EXPECT_FALSE(file::move(folder.filePath("none"), to));
   EXPECT_EQ("far", content(to).isEmpty() ? QByteArray("far") : content(to));
   put(temporary, "x");
-  {
-    const file::FileDeleter guard(temporary);
-  }
+  { const file::FileDeleter guard(temporary); }
   EXPECT_FALSE(QFile::exists(temporary));
 }
 

@@ -1,0 +1,122 @@
+#include "kestan/feature/folder.h"
+#include "kestan/feature/kml.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/geometry/point.h"
+#include "tests/read/readtest.h"
+
+namespace vorrel::kestan {
+
+namespace {
+
+using DocumentTest = ReadTest;
+
+TEST_F(DocumentTest, TextIsTrimmedAndOnlyTheRunBeforeAnEndTagCounts) {
+  EXPECT_EQ("a", Read<Placemark>("<Placemark><name> a\n</name></Placemark>")->GetName());
+  EXPECT_EQ("a b",
+            Read<Placemark>("<Placemark><name>\t&#160;a b&#13;</name></Placemark>")->GetName());
+  EXPECT_TRUE(Read<Placemark>("<Placemark><name> </name></Placemark>")->GetName().isNull());
+  EXPECT_EQ("<i>",
+            Read<Placemark>("<Placemark><name><![CDATA[<i>]]></name></Placemark>")->GetName());
+  EXPECT_EQ("b", Read<Placemark>("<Placemark><name>a</name><name>b</name></Placemark>")->GetName());
+}
+
+TEST_F(DocumentTest, ElementsInsideAValueBecomePartOfIt) {
+  const auto placemark =
+      Read<Placemark>("<Placemark><description>a <b c='&lt;&#10;'>x &amp; y</b> b"
+                      "</description></Placemark>");
+  EXPECT_EQ("a<b c=\"&lt;&#10;\">x <![CDATA[&]]> y</b> b", placemark->GetDescription());
+  RoundTrip("<Placemark><description>a <b>x &amp; ]]&gt; y</b> b</description></Placemark>");
+  RoundTrip("<Placemark><name>a <b>x &amp; ]]&gt; y</b> b</name></Placemark>");
+}
+
+TEST_F(DocumentTest, DeclarationsInsideAValueStayInItsText) {
+  EXPECT_EQ("<p xmlns=\"http://www.w3.org/1999/xhtml\"><f:b xmlns:f=\"urn:f\"></f:b></p>",
+            Read<Placemark>("<Placemark xmlns='http://www.opengis.net/kml/2.2'><description>"
+                            "<p xmlns='http://www.w3.org/1999/xhtml'><f:b xmlns:f='urn:f'/></p>"
+                            "</description></Placemark>")
+                ->GetDescription());
+}
+
+TEST_F(DocumentTest, AnyClassCanBeTheRoot) {
+  EXPECT_TRUE(Read<Point>("<Point><coordinates>1,2</coordinates></Point>"));
+  EXPECT_TRUE(Read<Folder>("<k:Folder xmlns:k='http://www.opengis.net/kml/2.2'/>"));
+}
+
+TEST_F(DocumentTest, OfAKmlRootTheFeatureIsReturned) {
+  const Parse parse("<kml hint='target=sky'><Placemark id='p'/></kml>", 0);
+  ASSERT_TRUE(parse.object);
+  EXPECT_TRUE(parse.object->isOfType("Placemark"));
+  EXPECT_TRUE(parse.handler.GetRoot()->isOfType("kml"));
+  EXPECT_EQ(parse.handler.GetRoot()->GetHintTarget(), parse.object->GetHintTarget());
+  EXPECT_NE(0xFFFFU, parse.object->GetHintTarget());
+
+  const Parse empty("<kml/>", 0);
+  EXPECT_FALSE(empty.object);
+  EXPECT_TRUE(empty.handler.GetRoot());
+  EXPECT_EQ(QString(), empty.handler.GetErrorText());
+}
+
+TEST_F(DocumentTest, AnObjectThatIsNoFeatureComesBackFromItsKmlRoot) {
+  const QString polygon =
+      RoundTrip("<Polygon id='p' xmlns:f='urn:f' f:a='1'><f:x/><outerBoundaryIs>"
+                "<LinearRing><coordinates>1,2 3,4 5,7 1,2</coordinates>"
+                "</LinearRing></outerBoundaryIs></Polygon>");
+  EXPECT_EQ(1, polygon.count("<Polygon"));
+  EXPECT_TRUE(RoundTrip("<kml xmlns:f='urn:f' f:b='1' xmlns='http://www.opengis.net/kml/2.2'>"
+                        "<Point><f:y/></Point></kml>")
+                  .contains("<Point f:b=\"1\">"));
+  for (const char* text : {"<kml><Point/><Point/></kml>", "<kml><Geometry/></kml>",
+                           "<kml><kml><Placemark/></kml></kml>"}) {
+    SCOPED_TRACE(text);
+    EXPECT_FALSE(ReadObject(QByteArray(text)));
+    EXPECT_EQ(QString(), error());
+  }
+}
+
+TEST_F(DocumentTest, IdsComeFromTheFirstAttributeOfThatName) {
+  struct Case {
+    const char* attributes;
+    const char* id;
+  };
+  const Case cases[] = {{"id='a'", "a"},
+                        {"k:id='b' xmlns:k='http://www.opengis.net/kml/2.2'", "b"},
+                        {"x:other='1' id='c'", "c"},
+                        {"name='n'", ""}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.attributes);
+    const auto placemark = Read<Placemark>(QString("<Placemark %1/>").arg(c.attributes));
+    ASSERT_TRUE(placemark);
+    EXPECT_EQ(c.id, placemark->GetId());
+    EXPECT_EQ(*c.id ? placemark.get() : nullptr,
+              SchemaObject::find(GetDocumentUrl(), QString::fromLatin1(c.id)));
+  }
+}
+
+TEST_F(DocumentTest, ObjectsBelongToTheDocument) {
+  KmlHandler handler("http://example.com/x/../a.kml", 7, nullptr, nullptr, nullptr);
+  const QByteArray text = "<Folder><Placemark id='a'/></Folder>";
+  const auto object =
+      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                            static_cast<std::size_t>(text.size()));
+  const SchemaObject* const placemark = SchemaObject::find("http://example.com/a.kml", "a");
+  ASSERT_TRUE(placemark);
+  EXPECT_EQ(7U, placemark->GetAccess());
+  EXPECT_EQ("http://example.com/a.kml", placemark->GetBaseUrl());
+}
+
+TEST_F(DocumentTest, LongValuesArriveWhole) {
+  QString coordinates;
+  for (int i = 0; i < 30000; ++i)
+    coordinates += QString("%1,%2,0 ").arg(i % 180).arg(i % 90);
+  const QString text = "<LineString><coordinates>" + coordinates + "</coordinates></LineString>";
+  const auto line = ReadObject(text);
+  ASSERT_TRUE(line);
+  EXPECT_EQ(coordinates.simplified(), Element(Write(*line), "coordinates")
+                                          .remove("<coordinates>")
+                                          .remove("</coordinates>")
+                                          .simplified());
+}
+
+} // namespace
+
+} // namespace vorrel::kestan

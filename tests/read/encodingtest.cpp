@@ -1,0 +1,150 @@
+#include "kestan/feature/placemark.h"
+#include "tests/read/readtest.h"
+
+#include <QTemporaryDir>
+#include <QTextCodec>
+
+namespace vorrel::kestan {
+
+namespace {
+
+using EncodingTest = ReadTest;
+
+QByteArray Named(const QByteArray& name, const char* encoding = nullptr) {
+  const QByteArray declaration =
+      encoding ? QByteArray("<?xml version=\"1.0\" encoding=\"") + encoding + "\"?>" : QByteArray();
+  return declaration + "<Placemark><name>" + name + "</name></Placemark>";
+}
+
+TEST_F(EncodingTest, EncodingsOfDocumentsAreUnderstood) {
+  struct Case {
+    const char* encoding;
+    QString name;
+  };
+  const Case cases[] = {
+      {"UTF-8", QStringLiteral(u"Gr\u00FC\u00DFe \u4E2D \U0001F30D")},
+      {"utf8", QStringLiteral(u"Gr\u00FC\u00DFe \u4E2D \U0001F30D")},
+      {"ISO-8859-1", QStringLiteral(u"Gr\u00FC\u00DFe")},
+      {"ISO-8859-15", QStringLiteral(u"5 \u20AC")},
+      {"windows-1252", QStringLiteral(u"\u201Cx\u201D \u20AC")},
+      {"windows-1251", QStringLiteral(u"\u041C\u043E\u0441\u043A\u0432\u0430")},
+      {"KOI8-R", QStringLiteral(u"\u041C\u043E\u0441\u043A\u0432\u0430")},
+      {"Shift_JIS", QStringLiteral(u"\u6771\u4EAC")},
+      {"EUC-JP", QStringLiteral(u"\u6771\u4EAC")},
+      {"GB18030", QStringLiteral(u"\u5317\u4EAC \U0001F30D")},
+      {"Big5", QStringLiteral(u"\u53F0\u5317")},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.encoding);
+    QTextCodec* const codec = QTextCodec::codecForName(c.encoding);
+    ASSERT_TRUE(codec);
+    const auto placemark = Read<Placemark>(Named(codec->fromUnicode(c.name), c.encoding));
+    ASSERT_TRUE(placemark);
+    EXPECT_EQ(c.name, placemark->GetName());
+  }
+}
+
+TEST_F(EncodingTest, Utf16ComesWithAByteOrderMark) {
+  const QString text = QStringLiteral(u"<Placemark><name>\u4E2D\U0001F30D</name></Placemark>");
+  for (const char* encoding : {"UTF-16LE", "UTF-16BE"}) {
+    const auto placemark = Read<Placemark>(QTextCodec::codecForName(encoding)->fromUnicode(text));
+    ASSERT_TRUE(placemark);
+    EXPECT_EQ(QStringLiteral(u"\u4E2D\U0001F30D"), placemark->GetName());
+  }
+}
+
+TEST_F(EncodingTest, BytesThatTheEncodingCannotMeanAreTakenAsLatin1) {
+  struct Case {
+    const char* name;
+    const char* encoding;
+  };
+  const Case cases[] = {{"Gr\xFC\xDF"
+                         "e",
+                         nullptr},
+                        {"Gr\xFC\xDF"
+                         "e",
+                         "UTF-8"},
+                        {"Gr\xFC\xDF"
+                         "e",
+                         "utf8"},
+                        {"Gr\xFC\xDF"
+                         "e",
+                         "UTF-16"},
+                        {"Gr\xFC\xDF"
+                         "e",
+                         "x-nobody-knows"},
+                        {"Gr\xFC\xDF"
+                         "e",
+                         "UTF-32"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.encoding ? c.encoding : "none");
+    const auto placemark = Read<Placemark>(Named(c.name, c.encoding));
+    ASSERT_TRUE(placemark);
+    EXPECT_EQ(QStringLiteral(u"Gr\u00FC\u00DFe"), placemark->GetName());
+  }
+  // Far behind the first piece, in memory and in a file: the second attempt starts anew.
+  const QByteArray text = "<Document>" +
+                          QByteArray("<Placemark><name>a</name></Placemark>").repeated(5000) +
+                          Named("\xFC") + "</Document>";
+  const auto document = ReadObject(text);
+  ASSERT_TRUE(document);
+  EXPECT_EQ(5001, Write(*document).count("<Placemark>"));
+  const QTemporaryDir folder;
+  QFile file(folder.filePath("latin.kml"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(text);
+  file.close();
+  KmlHandler handler(file.fileName(), 2, nullptr, nullptr, nullptr);
+  const auto fromFile = ExpatHandler::LoadXml(handler, nullptr, 0);
+  ASSERT_TRUE(fromFile);
+  EXPECT_EQ(5001, Write(*fromFile).count("<Placemark>"));
+}
+
+TEST_F(EncodingTest, OtherErrorsGetNoSecondAttempt) {
+  EXPECT_FALSE(ReadObject(QByteArray("<Placemark><name>\xC3\xBC</nome></Placemark>")));
+  EXPECT_EQ("Parse error at line 1, column 20:\n\n\tmismatched tag", error());
+}
+
+/// Moves a text with characters of 1 to 4 bytes over the ends of the pieces in which documents are
+/// read.
+TEST_F(EncodingTest, CharactersSurviveTheEndsOfPieces) {
+  const QString name = QStringLiteral(u"a\u00FC\u4E2D\U0001F30D]b&c\u4E2D");
+  const QString escaped = QString(name).replace('&', "&amp;");
+  const int nameBytes = escaped.toUtf8().size();
+  for (int shift = 0; shift <= nameBytes + 1; ++shift) {
+    const QByteArray head = "<Placemark><!--";
+    const int fill = 64 * 1024 - shift - head.size() - 3 - 6;
+    const QByteArray text = head + QByteArray(fill, 'x') + "--><name>" + escaped.toUtf8() +
+                            "</name><f:oo xmlns:f='f' a='" + escaped.toUtf8() + "'>" +
+                            escaped.toUtf8() + "<![CDATA[<" + name.toUtf8() +
+                            "]]></f:oo></Placemark>";
+    const auto placemark = Read<Placemark>(text);
+    ASSERT_TRUE(placemark);
+    ASSERT_EQ(name, placemark->GetName()) << shift;
+    const QString raw = QString(name).replace("&", "<![CDATA[&]]>");
+    ASSERT_EQ("<f:oo a=\"" + escaped + "\">" + raw + "<![CDATA[<" + name + "]]></f:oo>",
+              placemark->GetUnknownData()->fields)
+        << shift;
+  }
+}
+
+/// The same for preserved text at each end of a piece: what is kept depends on the document only.
+TEST_F(EncodingTest, PreservedTextDoesNotDependOnPieces) {
+  const QByteArray content = "x &amp;&amp; <![CDATA[a<b>]] &\n<c/>]]>]]&gt;&#13;<![CDATA[>]]>";
+  QString expected;
+  for (int shift = 0; shift <= content.size(); ++shift) {
+    const QByteArray head = "<Placemark><!--";
+    const int fill = 64 * 1024 - shift - head.size() - 3 - 5;
+    const auto placemark =
+        Read<Placemark>(head + QByteArray(fill, 'x') + "--><foo>" + content + "</foo></Placemark>");
+    ASSERT_TRUE(placemark);
+    const QString kept = placemark->GetUnknownData()->fields;
+    if (shift == 0)
+      expected = kept;
+    ASSERT_EQ(expected, kept) << shift;
+  }
+}
+
+} // namespace
+
+} // namespace vorrel::kestan

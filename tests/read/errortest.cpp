@@ -1,0 +1,182 @@
+#include "kestan/core/kestanoptions.h"
+#include "kestan/feature/placemark.h"
+#include "tests/read/readtest.h"
+
+#include <QTemporaryDir>
+
+namespace vorrel::kestan {
+
+namespace {
+
+using ErrorTest = ReadTest;
+
+TEST_F(ErrorTest, EachRecoverableErrorHasItsMessage) {
+  struct Case {
+    const char* text;
+    QStringList messages;
+  };
+  const Case cases[] = {
+      {"<Placemark><nome/></Placemark>", {"Unknown element <nome>"}},
+      {"<Placemark><Geometry/></Placemark>", {"Unknown element <Geometry>"}},
+      {"<Placemark><description>a <b>x</b></description></Placemark>", {"Unknown type <b>"}},
+      {"<Placemark><description><Folder/></description></Placemark>",
+       {"Unexpected type <Folder> found as child of <description>"}},
+      {"<Polygon><outerBoundaryIs><Point/></outerBoundaryIs></Polygon>",
+       {"Unexpected type <Point> found as child of <outerBoundaryIs>"}},
+      {"<Placemark a='1' b:c='2' d='&lt;&quot;'/>",
+       {"Unknown attribute a=\"1\"", "Unknown attribute d=\"&lt;&quot;\""}},
+      {"<Polygon><outerBoundaryIs a='1'/></Polygon>",
+       {"Unknown attribute(s) specified for <outerBoundaryIs>."}},
+      {"<Placemark><id>a</id></Placemark>",
+       {"<id> is expected to be an attribute, not an element"}},
+      {"<Placemark><name>x</name>stray</Placemark>", {"Unsupported data in kml object (stray)."}},
+      {"<Placemark>stray<name>x</name></Placemark>", {}},
+      {"<Point><altitudeMode>high</altitudeMode></Point>", {"Unknown enumeration (high)."}},
+      {"<Placemark><q:name xmlns:q='http://www.w3.org/2005/Atom'/></Placemark>", {}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_TRUE(ReadObject(QByteArray(c.text)));
+    EXPECT_EQ(c.messages, messages());
+  }
+}
+
+TEST_F(ErrorTest, EachFatalErrorHasItsMessage) {
+  struct Case {
+    const char* text;
+    const char* bare;
+    const char* full;
+  };
+  const Case cases[] = {
+      {"", "no element found", "Parse error at line 1, column 0:\n\n\tno element found"},
+      {"<Placemark>\n <name></nome>", "mismatched tag",
+       "Parse error at line 2, column 9:\n\n\tmismatched tag"},
+      {"<Geometry/>", "File has missing or bad root element",
+       "Error while parsing file \"http://example.com/a.kml\" at line 1, column 0:\n\n"
+       "File has missing or bad root element\n\n"},
+      {"<kml><Document/><Folder/></kml>", "Only a single root feature allowed within <kml> tag",
+       "Only a single root feature allowed within <kml> tag"},
+  };
+  for (int handling = 0; handling <= 3; ++handling) {
+    for (const Case& c : cases) {
+      SCOPED_TRACE(c.text);
+      const Parse parse(c.text, handling);
+      EXPECT_FALSE(parse.object);
+      EXPECT_FALSE(parse.handler.GetRoot());
+      if (handling == 2 && c.text == QByteArray("<Geometry/>"))
+        continue; // The first, recoverable error ends the parse already.
+      EXPECT_EQ(c.full, parse.handler.GetErrorText());
+      EXPECT_EQ(c.bare, parse.handler.GetBareErrorText());
+    }
+  }
+}
+
+TEST_F(ErrorTest, AnUnknownRootIsReportedTwice) {
+  EXPECT_FALSE(ReadObject(QByteArray("<nonsense/>")));
+  EXPECT_EQ(QStringList{"Unknown type <nonsense>"}, messages());
+  EXPECT_TRUE(error().contains("File has missing or bad root element"));
+  EXPECT_FALSE(ReadObject(QByteArray("<Geometry/>")));
+  EXPECT_EQ(QStringList{"Failed to create object <Geometry>"}, messages());
+}
+
+const QByteArray kTwoErrors = "<Placemark>\n<one/>\n <two/></Placemark>";
+
+TEST_F(ErrorTest, TheSettingGradesRecoverableErrors) {
+  const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
+  const Parse silent(kTwoErrors, 0, recorder.get());
+  ASSERT_TRUE(silent.object);
+  EXPECT_EQ("<one></one><two></two>", silent.object->GetUnknownData()->fields);
+  EXPECT_TRUE(recorder->reports.empty());
+
+  const Parse strict(kTwoErrors, 2, recorder.get());
+  EXPECT_FALSE(strict.object);
+  EXPECT_EQ("Unknown element <one>", strict.handler.GetBareErrorText());
+  EXPECT_EQ(2, strict.handler.GetErrorLine());
+  EXPECT_EQ(1, strict.handler.GetErrorColumn());
+  EXPECT_TRUE(recorder->reports.empty());
+
+  const Parse dropping(kTwoErrors, 3, recorder.get());
+  ASSERT_TRUE(dropping.object);
+  EXPECT_FALSE(dropping.object->HasUnknownData());
+  EXPECT_TRUE(recorder->reports.empty());
+}
+
+TEST_F(ErrorTest, ReportsTellTheirPlaceAndObeyTheAnswer) {
+  const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
+  EXPECT_TRUE(Parse(kTwoErrors, 1, recorder.get()).object);
+  ASSERT_EQ(2U, recorder->reports.size());
+  EXPECT_EQ("Error while parsing file \"http://example.com/a.kml\" at line 3, column 1:\n\n"
+            "Unknown element <two>\n\n",
+            recorder->reports[1].message);
+  EXPECT_EQ("Unknown element <two>", recorder->reports[1].text);
+  EXPECT_EQ(3, recorder->reports[1].line);
+  EXPECT_EQ(2, recorder->reports[1].column);
+
+  recorder->reports.clear();
+  recorder->action = ErrorReport::kActionIgnoreRest;
+  EXPECT_TRUE(Parse(kTwoErrors, 1, recorder.get()).object);
+  EXPECT_EQ(1U, recorder->reports.size());
+
+  recorder->reports.clear();
+  recorder->action = ErrorReport::kActionAbort;
+  const Parse aborted(kTwoErrors, 1, recorder.get());
+  EXPECT_FALSE(aborted.object);
+  EXPECT_EQ(recorder->reports[0].message, aborted.handler.GetErrorText());
+
+  recorder->reports.clear();
+  recorder->action = ErrorReport::kActionContinue;
+  recorder->sticky = true;
+  const Parse sticky(kTwoErrors, 1, recorder.get());
+  EXPECT_TRUE(sticky.object);
+  EXPECT_EQ(0, KestanOptionsContext::kestanOptions.kmlErrorHandling.Get());
+  EXPECT_EQ(1U, recorder->reports.size());
+}
+
+TEST_F(ErrorTest, WithoutAHandlerTheFirstErrorSilencesReports) {
+  {
+    const Parse parse(kTwoErrors, 1);
+    EXPECT_TRUE(parse.object);
+    EXPECT_EQ(0, KestanOptionsContext::kestanOptions.kmlErrorHandling.Get());
+  }
+  const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
+  ExpatHandler::SetDefaultErrorHandler(recorder.get());
+  EXPECT_TRUE(Parse(kTwoErrors, 1).object);
+  ExpatHandler::SetDefaultErrorHandler(nullptr);
+  EXPECT_EQ(2U, recorder->reports.size());
+  EXPECT_EQ(1, recorder->GetRefCount());
+}
+
+TEST_F(ErrorTest, FilesThatCannotBeReadSayWhy) {
+  const QTemporaryDir folder;
+  const auto load = [](const QString& path) {
+    KmlHandler handler(path, 2, nullptr, nullptr, nullptr);
+    EXPECT_FALSE(ExpatHandler::LoadXml(handler, nullptr, 0));
+    return handler.GetErrorText();
+  };
+  const QString missing = folder.filePath("none.kml");
+  EXPECT_EQ("Could not open file \"" + missing + "\"", load(missing));
+  EXPECT_EQ("Could not open file \"" + folder.path() + "\"", load(folder.path()));
+
+  QFile archive(folder.filePath("bad.kmz"));
+  ASSERT_TRUE(archive.open(QIODevice::WriteOnly));
+  archive.write("PK\x03\x04 broken");
+  archive.close();
+  EXPECT_TRUE(load(archive.fileName())
+                  .startsWith("Could not parse zero byte kmz file \"" + archive.fileName() + "\""));
+}
+
+TEST_F(ErrorTest, AHandlerCanBeUsedAgainAfterAFailure) {
+  KmlHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, nullptr);
+  const auto load = [&handler](const QByteArray& text) {
+    return ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                                 static_cast<std::size_t>(text.size()));
+  };
+  EXPECT_FALSE(load("<kml><Document/><Folder/></kml>"));
+  EXPECT_FALSE(load("<Placemark><x><y>"));
+  EXPECT_TRUE(load("<Placemark/>"));
+  EXPECT_EQ(QString(), handler.GetErrorText());
+}
+
+} // namespace
+
+} // namespace vorrel::kestan

@@ -1,0 +1,54 @@
+#include "tests/read/readtest.h"
+
+#include "kestan/core/kestanoptions.h"
+#include "tests/support/xml.h"
+
+namespace vorrel::kestan {
+
+QString ReadTest::RoundTrip(const QByteArray& text) {
+  const RefPtr<SchemaObject> first = ReadObject(text);
+  if (!first) {
+    ADD_FAILURE() << "refused: " << error().toStdString();
+    return QString();
+  }
+  const QString written = Write(*first);
+  EXPECT_EQ(QString(), FindXmlError(written.toUtf8())) << written.toStdString();
+  const RefPtr<SchemaObject> second = ReadObject(written);
+  if (second)
+    EXPECT_EQ(written, Write(*second));
+  else
+    ADD_FAILURE() << "refused: " << error().toStdString();
+  return written;
+}
+
+QString ReadTest::InPlacemark(const QString& content, const QString& rootAttributes,
+                              const QString& attributes) {
+  return QStringLiteral("<kml xmlns=\"http://www.opengis.net/kml/2.2\" %1><Placemark %2>%3"
+                        "</Placemark></kml>")
+      .arg(rootAttributes, attributes, content);
+}
+
+QString ReadTest::Keep(const QString& content, const QString& rootAttributes,
+                       const QString& attributes) {
+  const QString written = RoundTrip(InPlacemark(content, rootAttributes, attributes).toUtf8());
+  const QString placemark = Element(written, QStringLiteral("Placemark"));
+  const int start = placemark.indexOf(QLatin1Char('>')) + 1;
+  return placemark.mid(start, placemark.lastIndexOf(QLatin1Char('<')) - start).trimmed();
+}
+
+void RecordingErrorHandler::OnParseError(ErrorReport& report) {
+  reports.push_back(report);
+  report.action = action;
+  report.sticky = sticky;
+}
+
+Parse::Parse(const QByteArray& text, int handling, IErrorHandler* errorHandler)
+    : handler(QStringLiteral("http://example.com/a.kml"), 2, nullptr, nullptr, errorHandler) {
+  KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(handling);
+  object = ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                                 static_cast<std::size_t>(text.size()));
+}
+
+Parse::~Parse() { KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(1); }
+
+} // namespace vorrel::kestan

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "kestan/read/kmlhandler.h"
+#include "tests/support/kmltest.h"
+
+namespace vorrel::kestan {
+
+/// Reads documents, and checks that what comes out is well-formed and comes back the same.
+class ReadTest : public KmlTest {
+protected:
+  /// The written form of a document, after two rounds that must agree.
+  QString RoundTrip(const QByteArray& text);
+
+  /// The content of the `Placemark` in the written form of a document that holds `content` in one,
+  /// without white space at its ends.
+  QString Keep(const QString& content, const QString& rootAttributes = QString(),
+               const QString& attributes = QString());
+
+  static QString InPlacemark(const QString& content, const QString& rootAttributes = QString(),
+                             const QString& attributes = QString());
+};
+
+/// Keeps all reports, and answers them as told.
+class RecordingErrorHandler final : public IErrorHandler {
+public:
+  void OnParseError(ErrorReport& report) override;
+
+  std::vector<ErrorReport> reports;
+  int action = ErrorReport::kActionContinue;
+  bool sticky = false;
+};
+
+/// A parse with its own handler, under the setting `handling`.
+struct Parse {
+  Parse(const QByteArray& text, int handling, IErrorHandler* errorHandler = nullptr);
+  ~Parse();
+
+  KmlHandler handler;
+  RefPtr<SchemaObject> object;
+};
+
+} // namespace vorrel::kestan

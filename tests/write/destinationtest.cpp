@@ -1,0 +1,136 @@
+#include "kestan/feature/placemark.h"
+#include "tests/support/kmltest.h"
+#include "tests/support/xml.h"
+#include "kestan/write/writestate.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace vorrel::kestan {
+
+class DestinationTest : public KmlTest {
+protected:
+  QString Path(const char* name) const { return folder_.filePath(name); }
+  QStringList Files() const { return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
+  static QByteArray Contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+  RefPtr<Placemark> Make() { return Read<Placemark>("<Placemark><name>n</name></Placemark>"); }
+
+  QTemporaryDir folder_;
+};
+
+TEST_F(DestinationTest, FilesHoldTheSameTextAsStrings) {
+  struct Case {
+    const char* name;
+    const char* file;
+  };
+  const Case cases[] = {{"a.kml", "a.kml"}, {"b", "b.kml"}, {"c.txt", "c.txt"}, {"d.KML", "d.KML"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(QString(), Make()->WriteKmlFile(Path(c.name)));
+    EXPECT_EQ(Write(*Make()).toUtf8(), Contents(Path(c.file)));
+  }
+  EXPECT_EQ(4, Files().size());
+}
+
+TEST_F(DestinationTest, AnOldFileIsReplacedWhole) {
+  QFile old(Path("a.kml"));
+  ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+  old.write(QByteArray(100000, 'x'));
+  old.close();
+  EXPECT_EQ(QString(), Make()->WriteKmlFile(Path("a.kml")));
+  EXPECT_EQ(Write(*Make()).toUtf8(), Contents(Path("a.kml")));
+  EXPECT_EQ(QStringList("a.kml"), Files());
+}
+
+TEST_F(DestinationTest, RefusedWritesSayWhyAndLeaveNothing) {
+  ASSERT_TRUE(QDir(folder_.path()).mkdir("folder.kml"));
+  struct Case {
+    QString path;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"", "Empty filename for writing kml"},
+      {Path("missing/a.kml"), "Could not open file for writing."},
+      {Path("folder.kml"), "Could not open file for writing."},
+      {Path("a.kmz"), "Writing KMZ archives isn't supported yet."},
+      {Path("b.KMZ"), "Writing KMZ archives isn't supported yet."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path.toStdString());
+    EXPECT_EQ(QString(c.message), Make()->WriteKmlFile(c.path));
+  }
+  EXPECT_EQ(QStringList("folder.kml"), Files());
+}
+
+TEST_F(DestinationTest, AnErrorInTheMiddleKeepsTheOldFile) {
+  QFile old(Path("a.kml"));
+  ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+  old.write("old");
+  old.close();
+  for (const char* name : {"a.kml", "new.kml"}) {
+    WriteState state(Path(name), QString(), false);
+    EXPECT_EQ(QString(), state.error());
+    Make()->WriteKml(state);
+    state.SetError("first");
+    state.SetError("second");
+    state.Finish();
+    EXPECT_EQ("first", state.error());
+  }
+  EXPECT_EQ("old", Contents(Path("a.kml")));
+  EXPECT_EQ(QStringList("a.kml"), Files());
+
+  QByteArray bytes("old");
+  {
+    WriteState state(bytes, QString());
+    state.SetError("no");
+  }
+  EXPECT_EQ("old", bytes);
+}
+
+TEST_F(DestinationTest, AFullDeviceIsReported) {
+  if (!QFile::exists("/dev/full"))
+    GTEST_SKIP() << "no device to fill";
+  EXPECT_EQ("Could not write file.", Make()->WriteKmlFile("/dev/full"));
+  EXPECT_EQ(QString(), Make()->WriteKmlFile("/dev/null"));
+}
+
+TEST_F(DestinationTest, TheRootCarriesTheHint) {
+  QByteArray bytes;
+  EXPECT_EQ(QString(), WriteState::WriteString(*Make(), bytes, "target=\"a\"&<b>%1", true));
+  EXPECT_TRUE(bytes.contains(" hint=\"target=&quot;a&quot;&amp;&lt;b&gt;%1\">\n<Placemark>"))
+      << bytes.constData();
+  EXPECT_EQ(QString(), FindXmlError(bytes));
+  EXPECT_FALSE(Write(*Make()).contains("hint"));
+}
+
+TEST_F(DestinationTest, UrlsAreRelativeToTheFileUnlessTheyKeepTheirText) {
+  const QString base = folder_.path() + "/";
+  struct Case {
+    bool keep;
+    QString url;
+    QString absolute;
+    QString written;
+  };
+  const Case cases[] = {
+      {false, "x", "", "x"}, // nothing better is known
+      {false, "", "http://a/b", ""},
+      {false, "b.png", base + "sub/b.png", "sub/b.png"},
+      {false, "b.png", base.toUpper() + "b.png", "b.png"},
+      {false, "b.png", "/elsewhere/b.png", "/elsewhere/b.png"},
+      {false, "b.png", "http://a/b.png", "http://a/b.png"},
+      {true, "b.png", "/elsewhere/b.png", "b.png"},
+  };
+  for (const Case& c : cases) {
+    WriteState state(Path("a.kml"), QString(), c.keep);
+    EXPECT_EQ(c.written, state.RegisterUrl(c.url, c.absolute, true));
+  }
+  QByteArray bytes;
+  WriteState state(bytes, QString());
+  EXPECT_EQ(base + "b.png", state.RegisterUrl("b.png", base + "b.png", true));
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,80 @@
+#include "kestan/core/schema.h"
+#include "kestan/feature/document.h"
+#include "kestan/feature/folder.h"
+#include "kestan/feature/placemark.h"
+#include "tests/support/kmltest.h"
+#include "tests/support/xml.h"
+#include "tests/write/samplestyle.h"
+
+#include <QTemporaryDir>
+
+namespace vorrel::kestan {
+
+class HoistTest : public KmlTest {
+protected:
+  RefPtr<Placemark> Make(StyleSelector& style) {
+    auto placemark = Read<Placemark>("<Placemark><name>n</name></Placemark>");
+    placemark->SetReferencedStyleSelector(&style);
+    return placemark;
+  }
+};
+
+TEST_F(HoistTest, AFeatureWithAStyleIsWrappedInADocument) {
+  const auto style = SampleStyle::Make("s", "doc.kml");
+  const auto placemark = Make(*style);
+
+  QTemporaryDir folder;
+  ASSERT_EQ(QString(), placemark->WriteKmlFile(folder.filePath("out.kml")));
+  QFile file(folder.filePath("out.kml"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QString xml = QString::fromUtf8(file.readAll());
+  EXPECT_TRUE(xml.contains("<Document>\n\t<name>out.kml</name>\n")) << xml.toStdString();
+  EXPECT_EQ("<styleUrl>#s</styleUrl>", Element(xml, "styleUrl"));
+  EXPECT_LT(xml.indexOf("<SampleStyle id=\"s\">"), xml.indexOf("<Placemark>"));
+
+  EXPECT_TRUE(Write(*placemark).contains("<name>KmlFile</name>"));
+  EXPECT_FALSE(Write(*placemark, kWriteNoHoist).contains("<Document>"));
+}
+
+TEST_F(HoistTest, AFeatureWithoutAStyleStandsAlone) {
+  EXPECT_FALSE(Write(*Read<Placemark>("<Placemark/>")).contains("<Document>"));
+}
+
+TEST_F(HoistTest, StylesOfOneIdAreToldApart) {
+  const RefPtr<SampleStyle> styles[] = {SampleStyle::Make("s", "a.kml"),
+                                        SampleStyle::Make("s", "b.kml"),
+                                        SampleStyle::Make("s", "c.kml")};
+  const auto folder = Read<Folder>("<Folder/>");
+  for (int i = 0; i < 6; ++i)
+    folder->AddChild(*Make(*styles[i % 3]));
+  const QString xml = Write(*folder);
+  EXPECT_EQ(3, xml.count("<SampleStyle "));
+  for (const char* id : {"s", "s0", "s1"}) {
+    EXPECT_EQ(1, xml.count(QString("<SampleStyle id=\"%1\">").arg(id)));
+    EXPECT_EQ(2, xml.count(QString("<styleUrl>#%1</styleUrl>").arg(id)));
+  }
+  EXPECT_EQ(QString(), FindXmlError(xml.toUtf8()));
+  EXPECT_EQ(xml, Write(*folder)); // the order doesn't come from addresses
+}
+
+TEST_F(HoistTest, StylesOfAServerStayWhereTheyAre) {
+  const auto style = SampleStyle::Make("s", "http://example.org/styles.kml");
+  const QString xml = Write(*Make(*style));
+  EXPECT_FALSE(xml.contains("<Document>"));
+  EXPECT_TRUE(xml.contains("http://example.org/styles.kml#s</styleUrl>")) << xml.toStdString();
+}
+
+TEST_F(HoistTest, ANestedDocumentKeepsItsStyles) {
+  const auto outer = SampleStyle::Make("o", "a.kml");
+  const auto inner = SampleStyle::Make("i", "a.kml");
+  const auto document = Read<Document>("<Document/>");
+  const auto nested = Read<Document>("<Document><name>nested</name></Document>");
+  document->AddChild(*Make(*outer));
+  document->AddChild(*nested);
+  nested->AddChild(*Make(*inner));
+  const QString xml = Write(*document);
+  EXPECT_LT(xml.indexOf("id=\"o\""), xml.indexOf("nested"));
+  EXPECT_GT(xml.indexOf("id=\"i\""), xml.indexOf("nested"));
+}
+
+} // namespace vorrel::kestan

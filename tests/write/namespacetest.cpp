@@ -1,0 +1,100 @@
+#include "tests/support/kmltest.h"
+#include "tests/support/xml.h"
+
+namespace vorrel::kestan {
+
+/// Documents whose foreign content needs care with prefixes. The first write must be well-formed
+/// for a parser with namespaces, and a fixed point.
+class NamespaceTest : public KmlTest {
+protected:
+  QString RoundTrip(const QString& document) {
+    const auto object = ReadObject(document);
+    if (!object) {
+      ADD_FAILURE() << "refused: " << error().toStdString();
+      return QString();
+    }
+    const QString first = Write(*object);
+    EXPECT_EQ(QString(), FindXmlError(first.toUtf8())) << first.toStdString();
+    const auto again = ReadObject(first);
+    EXPECT_TRUE(again) << first.toStdString();
+    if (again) {
+      EXPECT_EQ(first, Write(*again));
+    }
+    return first;
+  }
+  static QString Kml(const char* declarations, const char* content) {
+    return QString("<kml xmlns=\"http://www.opengis.net/kml/2.2\" %1><Placemark>%2</Placemark></kml>")
+        .arg(declarations, content);
+  }
+};
+
+TEST_F(NamespaceTest, ForeignContentKeepsItsMeaning) {
+  struct Case {
+    const char* what;
+    const char* declarations;
+    const char* content;
+    const char* written; ///< Stands somewhere in the output.
+  };
+  const Case cases[] = {
+      {"declared on the root", "xmlns:p=\"urn:p\"", "<p:a p:b=\"1\">x</p:a>",
+       "<p:a p:b=\"1\">x</p:a>"},
+      {"declared on the element", "", "<p:a xmlns:p=\"urn:p\">x</p:a>", "<p:a"},
+      {"one prefix for two URIs", "",
+       "<p:a xmlns:p=\"urn:1\"/><p:b xmlns:p=\"urn:2\"><p:c/></p:b>", "<p:c></p:c>"},
+      {"a standard prefix for another URI", "xmlns:gx=\"urn:other\"",
+       "<gx:a gx:b=\"1\"><c/></gx:a>", "<gx:a xmlns:gx=\"urn:other\" gx:b=\"1\"><c></c></gx:a>"},
+      {"such a prefix on an attribute of typed content", "xmlns:atom=\"urn:other\"",
+       "<name atom:b=\"1\">n</name>", "<name ns0:b=\"1\">n</name>"},
+      {"the prefix that would be made is taken", "xmlns:ns0=\"urn:1\" xmlns:gx=\"urn:2\"",
+       "<name gx:b=\"1\">n</name>", "<name ns1:b=\"1\">n</name>"},
+      {"another prefix has the URI", "xmlns:q=\"urn:2\" xmlns:gx=\"urn:2\"",
+       "<name gx:b=\"1\">n</name>", "<name q:b=\"1\">n</name>"},
+      {"KML under another prefix", "xmlns:k=\"http://www.opengis.net/kml/2.2\"",
+       "<k:name>n</k:name><k:unheard k:of=\"1\"/>", "<k:unheard k:of=\"1\"></k:unheard>"},
+      {"an address", "xmlns:xal=\"urn:oasis:names:tc:ciq:xsdschema:xAL:2.0\"",
+       "<xal:AddressDetails><xal:Country/></xal:AddressDetails>", "<xal:Country></xal:Country>"},
+      {"a foreign default", "", "<a xmlns=\"urn:d\"><b c=\"1\"/></a>", "<b c=\"1\"></b>"},
+      {"a default taken back", "", "<a xmlns=\"urn:d\"><b xmlns=\"\"/></a>", "<b xmlns=\"\"></b>"},
+      {"a schema location",
+       "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xsi:schemaLocation=\"a b\"",
+       "<name>n</name>", "xsi:schemaLocation=\"a b\""},
+      {"a language", "", "<a xml:lang=\"de\">x</a>", "<a xml:lang=\"de\">x</a>"},
+      {"declared nowhere", "", "<foo:a foo:b=\"1\"/>", "xmlns:foo=\"urn:undeclared:foo\""},
+      {"a known prefix declared nowhere", "", "<a xlink:href=\"b\"/>",
+       "xmlns:xlink=\"http://www.w3.org/1999/xlink\""},
+      {"a URI with special characters", "xmlns:p=\"urn:p?a=1&amp;b=&quot;\"", "<p:a/>",
+       "xmlns:p=\"urn:p?a=1&amp;b=&quot;\""},
+      {"an attribute twice under two prefixes", "xmlns:p=\"urn:1\" xmlns:q=\"urn:1\"",
+       "<a p:b=\"1\" q:b=\"2\"/>", "<a p:b=\"1\"></a>"},
+      {"a name with two colons", "xmlns:p=\"urn:1\"", "<p:a:b/>", "<p:a_b></p:a_b>"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    const QString written = RoundTrip(Kml(c.declarations, c.content));
+    EXPECT_TRUE(written.contains(c.written)) << written.toStdString();
+  }
+}
+
+TEST_F(NamespaceTest, ContentThatNeedsNoCareComesOutTheSame) {
+  const QString document =
+      Kml("xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\" xmlns:p=\"urn:p\" xmlns:q=\"urn:q\"",
+          "<name p:x=\"&lt;1&#10;\">n</name><q:a r:b=\"2\" xmlns:r=\"urn:r\">t &amp; u<p:c/></q:a>");
+  const QString content = RoundTrip(document);
+  // Apart from indentation.
+  const QString canonical = Canonical(content.toUtf8().replace("\n", "").replace("\t", ""));
+  EXPECT_FALSE(canonical.isNull());
+  EXPECT_EQ(Canonical(document.toUtf8()), canonical);
+}
+
+TEST_F(NamespaceTest, ManyObjectsShareTheDeclarationsOfTheRoot) {
+  QString content;
+  for (int i = 0; i < 3; ++i)
+    content += QString("<Placemark><p:a xmlns:p=\"urn:%1\"/><q:b/></Placemark>").arg(i % 2);
+  const QString written =
+      RoundTrip(QString("<kml xmlns=\"http://www.opengis.net/kml/2.2\" xmlns:q=\"urn:q\"><Folder>"
+                        "%1</Folder></kml>")
+                    .arg(content));
+  EXPECT_EQ(1, written.count("xmlns:q="));
+}
+
+} // namespace vorrel::kestan
