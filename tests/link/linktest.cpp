@@ -47,7 +47,7 @@ TEST_F(LinkTest, TheUrlHasTheQueryThatTheLinkAsksFor) {
       {"<href></href>", ""},
       {"<href>a.kml</href>", "http://example.com/dir/a.kml"},
       {"<href>/etc/a.kml</href><viewFormat>[west]</viewFormat><httpQuery>a</httpQuery>",
-       "http://example.com/dir//etc/a.kml?a&-5"},
+       "http://example.com/dir/etc/a.kml?a&-5"},
       {"<href>file:///a.kml</href><viewFormat>[west]</viewFormat><httpQuery>a</httpQuery>",
        "file:///a.kml"},
       {"<href>http://h/a</href><viewRefreshMode>never</viewRefreshMode>", "http://h/a"},
@@ -154,7 +154,7 @@ TEST_F(LinkTest, GivenFieldsComeBackAndOthersAreNotWritten) {
       {"<viewFormat/><httpQuery>a=b</httpQuery>", "<viewFormat></viewFormat><httpQuery>a=b"
                                                   "</httpQuery>"},
       {"<viewBoundScale>1</viewBoundScale>", " "}, // the default
-      {"<viewBoundScale a=\"b\">1</viewBoundScale><u/>", ""},
+      {"<viewBoundScale a=\"b\">1</viewBoundScale><u></u>", ""},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);

@@ -14,7 +14,9 @@ protected:
   }
 
   RefPtr<Placemark> ReadTime(const QString& time) {
-    return Read<Placemark>(QStringLiteral("<Placemark>%1</Placemark>").arg(time));
+    return Read<Placemark>(
+        QStringLiteral("<Placemark xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\">%1</Placemark>")
+            .arg(time));
   }
 };
 
@@ -51,7 +53,7 @@ TEST_F(TimePrimitiveTest, EachFormIsReadAndWrittenStably) {
       {"<gx:TimeSpan><end>2007</end></gx:TimeSpan>", "open", "2007", true,
        "<gx:TimeSpan><end>2007</end></gx:TimeSpan>"},
       {"<TimeInstant id=\"t\"><timePosition b=\"2\">2007</timePosition><u/></TimeInstant>", "2007",
-       "2007", false, "<TimeStamp id=\"t\"><when b=\"2\">2007</when><u/></TimeStamp>"},
+       "2007", false, "<TimeStamp id=\"t\"><when b=\"2\">2007</when><u></u></TimeStamp>"},
       {"<TimeInstant/>", "open", "open", false, ""},
       {"<TimePeriod a=\"1\"><begin><TimeInstant><timePosition>2007</timePosition></TimeInstant>"
        "</begin><end><TimeInstant><timePosition>2008</timePosition></TimeInstant></end>"
