@@ -42,7 +42,8 @@ template <class T> bool SimpleField<T>::KeepsText() const { return std::is_same_
 
 template <class T>
 void SimpleField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
-  this->WriteValue(object, state, this->get(object) != this->GetDefault());
+  this->WriteValue(object, state,
+                   !typedfield_detail::IsSame(this->get(object), this->GetDefault()));
 }
 
 template <class T>

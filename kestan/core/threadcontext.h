@@ -19,6 +19,7 @@ class IJobContinuator;
 namespace vorrel::kestan {
 
 class LoadObserverList;
+class StyleCache;
 
 /// What each thread that builds objects has for itself: the hash of its objects by id, and its
 /// notification state. Touched only by its thread, or by the main thread once the worker has let
@@ -60,6 +61,8 @@ public:
   // Open references; null while there was none.
   std::unique_ptr<LoadObserverList> styleLoadObservers;
   std::unique_ptr<LoadObserverList> schemaLoadObservers;
+
+  std::unique_ptr<StyleCache> styleCache; ///< The last style that was merged; null until then.
 
   QString fatalText;         ///< Set by a check far below the reader; ends the parse.
   bool notifyEnabled = true; ///< While false, field changes notify nobody.

@@ -86,10 +86,10 @@ QString RawXmlWriter::Resolve(const QString& prefix) {
   return uri;
 }
 
-bool RawXmlWriter::IsNew(const QString& name, QSet<QString>& names) {
-  const int count = names.size();
-  names.insert(name);
-  return names.size() != count;
+bool RawXmlWriter::IsFirst(const QString& name) {
+  const auto count = seen_.size();
+  seen_.insert(name);
+  return seen_.size() != count;
 }
 
 QStringView RawXmlWriter::TakeName(QStringView& text) {
@@ -226,7 +226,7 @@ bool RawXmlWriter::TakeStartTag(QStringView& text) {
   const QStringView rawName = TakeName(rest);
   if (rawName.isEmpty())
     return false;
-  const std::vector<Attribute> attributes = TakeAttributes(rest);
+  std::vector<Attribute> attributes = TakeAttributes(rest);
   SkipSpace(rest);
   const bool isEmptyElement = rest.startsWith(QLatin1Char('/'));
   if (isEmptyElement)
@@ -234,53 +234,63 @@ bool RawXmlWriter::TakeStartTag(QStringView& text) {
   if (!rest.startsWith(QLatin1Char('>')))
     return false;
   text = rest.mid(1);
+  DropBadDeclarations(attributes);
 
+  const bool isOutermost = open_.empty();
   open_.push_back({rawName, localPrefixes_.size()});
   // The element's own declarations hold for its name and all its attributes.
   for (const Attribute& attribute : attributes) {
-    const QStringView prefix = attribute.name.mid(kXmlnsColon.size());
-    const QString uri = DecodeReferences(attribute.value);
-    if (attribute.name.startsWith(kXmlnsColon) && IsDeclarablePrefix(prefix) &&
-        IsDeclarableUri(uri)) {
-      localPrefixes_.push_back(prefix.toString());
-      localUris_[localPrefixes_.back()].push_back(uri);
+    if (attribute.name.startsWith(kXmlnsColon)) {
+      localPrefixes_.push_back(attribute.name.mid(kXmlnsColon.size()).toString());
+      localUris_[localPrefixes_.back()].push_back(DecodeReferences(attribute.value));
     }
   }
 
   const XmlName name(rawName);
   stream_ << "<";
   name.Write(stream_);
-  if (open_.size() == 1)
-    insertAt_ = stream_.size();
   if (!name.prefix.isEmpty())
     UsePrefix(name.prefix);
   seen_.clear();
-  for (const Attribute& attribute : attributes)
-    WriteRawAttribute(attribute);
+  for (const Attribute& attribute : attributes) {
+    if (!IsDeclaration(attribute.name)) {
+      WriteRawAttribute(attribute);
+    } else if (isOutermost) {
+      declarations_.insert(attribute.name.toString(), DecodeReferences(attribute.value));
+    } else {
+      stream_ << " ";
+      stream_.Write(attribute.name.begin(), attribute.name.end());
+      WriteValue(attribute.value);
+    }
+  }
+  if (isOutermost)
+    insertAt_ = stream_.size();
   stream_ << ">";
   if (isEmptyElement)
     CloseElement();
   return true;
 }
 
+void RawXmlWriter::DropBadDeclarations(std::vector<Attribute>& attributes) {
+  seen_.clear();
+  const auto isBad = [this](const Attribute& attribute) {
+    if (!IsDeclaration(attribute.name))
+      return false;
+    const QString uri = DecodeReferences(attribute.value);
+    const bool isAllowed =
+        attribute.name == kXmlns
+            ? uri.isEmpty() || IsDeclarableUri(uri)
+            : IsDeclarablePrefix(attribute.name.mid(kXmlnsColon.size())) && IsDeclarableUri(uri);
+    return !isAllowed || !IsFirst(attribute.name.toString());
+  };
+  attributes.erase(std::remove_if(attributes.begin(), attributes.end(), isBad), attributes.end());
+}
+
 void RawXmlWriter::WriteRawAttribute(const Attribute& attribute) {
-  if (!IsDeclaration(attribute.name)) {
-    const XmlName name(attribute.name);
-    const QString uri = name.prefix.isEmpty() ? QString() : UsePrefix(name.prefix);
-    if (IsFirst(ExpandedName(uri, name.local)))
-      WriteAttribute(attribute, name.prefix.toString());
-    return;
-  }
-  const QStringView prefix = attribute.name.mid(kXmlnsColon.size());
-  const QString uri = DecodeReferences(attribute.value);
-  const bool isDefault = attribute.name == kXmlns;
-  const bool isAllowed =
-      IsDeclarableUri(uri) ? isDefault || IsDeclarablePrefix(prefix) : isDefault && uri.isEmpty();
-  if (isAllowed && IsFirst(attribute.name.toString())) {
-    stream_ << " ";
-    stream_.Write(attribute.name.begin(), attribute.name.end());
-    WriteValue(attribute.value);
-  }
+  const XmlName name(attribute.name);
+  const QString uri = name.prefix.isEmpty() ? QString() : UsePrefix(name.prefix);
+  if (IsFirst(ExpandedName(uri, name.local)))
+    WriteAttribute(attribute, name.prefix.toString());
 }
 
 QString RawXmlWriter::UsePrefix(QStringView prefixView) {
@@ -289,9 +299,8 @@ QString RawXmlWriter::UsePrefix(QStringView prefixView) {
   if (local != localUris_.constEnd() && !local->empty())
     return local->back();
   const QString uri = Resolve(prefix);
-  if (prefix != QLatin1String("xml") && !root_.Declare(prefix, uri) &&
-      IsNew(prefix, neededPrefixes_))
-    needed_.emplace_back(prefix, uri);
+  if (prefix != QLatin1String("xml") && !root_.Declare(prefix, uri))
+    declarations_.insert(QLatin1String("xmlns:") + prefix, uri);
   return uri;
 }
 
@@ -321,22 +330,22 @@ void RawXmlWriter::CloseElement() {
   for (; localPrefixes_.size() > element.declared; localPrefixes_.pop_back())
     localUris_[localPrefixes_.back()].pop_back();
   if (open_.empty())
-    InsertNeededDeclarations();
+    InsertDeclarations();
 }
 
-void RawXmlWriter::InsertNeededDeclarations() {
-  if (needed_.empty())
+void RawXmlWriter::InsertDeclarations() {
+  if (declarations_.isEmpty())
     return;
-  Utf8OStream declarations;
-  declarations.SetInAttribute(true);
-  for (const auto& [prefix, uri] : needed_) {
-    declarations << " xmlns:" << prefix << "=\"";
-    XmlUtf8OStream(declarations) << uri;
-    declarations << "\"";
+  // In an order of their own, so that the text doesn't depend on where they stood before.
+  Utf8OStream text;
+  text.SetInAttribute(true);
+  for (auto it = declarations_.constBegin(); it != declarations_.constEnd(); ++it) {
+    text << " " << it.key() << "=\"";
+    XmlUtf8OStream(text) << it.value();
+    text << "\"";
   }
-  stream_.Insert(insertAt_, declarations.data(), declarations.size());
-  needed_.clear();
-  neededPrefixes_.clear();
+  stream_.Insert(insertAt_, text.data(), text.size());
+  declarations_.clear();
 }
 
 } // namespace vorrel::kestan

@@ -4,12 +4,12 @@
 #include "kestan/write/rootnamespaces.h"
 
 #include <QHash>
+#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QStringView>
 
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 namespace vorrel::kestan {
@@ -48,8 +48,7 @@ private:
 
   QString Resolve(const QString& prefix);
   QString UsePrefix(QStringView prefix);
-  bool IsFirst(const QString& expandedName) { return IsNew(expandedName, seen_); }
-  static bool IsNew(const QString& name, QSet<QString>& names);
+  bool IsFirst(const QString& name);
   void WriteAttribute(const Attribute& attribute, const QString& prefix);
   void WriteValue(QStringView value);
   void CollectAttributesOfOpenTag();
@@ -58,23 +57,23 @@ private:
   bool TakeMarkup(QStringView& text);
   bool TakeStartTag(QStringView& text);
   bool TakeEndTag(QStringView& text);
+  void DropBadDeclarations(std::vector<Attribute>& attributes);
   void WriteRawAttribute(const Attribute& attribute);
   void CloseElement();
-  void InsertNeededDeclarations();
+  void InsertDeclarations();
 
   Utf8OStream& stream_;
   RootNamespaces& root_;
   NamespaceList scope_;
   QHash<QString, QString> resolved_; ///< URIs of the prefixes of `scope_` that were asked for.
-  QSet<QString> seen_;               ///< Expanded names of the attributes of one tag.
+  QSet<QString> seen_; ///< Attributes of one tag, those with a prefix by its URI.
 
   // The elements of one text.
   std::vector<Element> open_;
   std::vector<QString> localPrefixes_; ///< Declared by the open elements, outermost first.
   QHash<QString, std::vector<QString>> localUris_; ///< By prefix; the innermost one is last.
-  std::vector<std::pair<QString, QString>> needed_; ///< Declarations for the outermost element.
-  QSet<QString> neededPrefixes_;
-  std::size_t insertAt_ = 0; ///< Their place in the stream.
+  QMap<QString, QString> declarations_; ///< Attributes that the outermost element needs.
+  std::size_t insertAt_ = 0;            ///< Their place in the stream.
 };
 
 } // namespace vorrel::kestan

@@ -22,13 +22,13 @@ bool WriteState::HasStylesOrSchemas() const {
   return !styleSets_.back()->empty() || !schemaSets_.back()->empty();
 }
 
-void WriteState::AddStyle(const StyleSelector& style) { Hoist(style, styleSets_); }
+bool WriteState::AddStyle(const StyleSelector& style) { return Hoist(style, styleSets_); }
 
-void WriteState::AddSchema(const CustomSchema& schema) { Hoist(schema, schemaSets_); }
+bool WriteState::AddSchema(const CustomSchema& schema) { return Hoist(schema, schemaSets_); }
 
-void WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  if (!sets.empty() && GGetUrlType(object.GetUrl()) != kUrlNetwork)
-    sets.back()->insert(object);
+bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
+  return !sets.empty() && GGetUrlType(object.GetUrl()) != kUrlNetwork &&
+         sets.back()->insert(object);
 }
 
 void WriteState::WriteStyles() {

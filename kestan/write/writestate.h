@@ -104,9 +104,9 @@ public:
   void PushStylesAndSchemas();
   void PopStylesAndSchemas();
   bool HasStylesOrSchemas() const;
-  /// Objects that come from a server aren't hoisted.
-  void AddStyle(const StyleSelector& style);
-  void AddSchema(const CustomSchema& schema);
+  /// Objects that come from a server aren't hoisted. True for an object that wasn't there yet.
+  bool AddStyle(const StyleSelector& style);
+  bool AddSchema(const CustomSchema& schema);
   /// Write what was collected for the innermost document. Styles leave out what equals a default.
   void WriteStyles();
   void WriteSchemas();
@@ -132,7 +132,7 @@ private:
   using ObjectSets = mmvector<std::unique_ptr<ObjectSet>>;
 
   void WriteObjUrl(SchemaObject* object, const QString& url, const ObjectSets& sets);
-  void Hoist(const SchemaObject& object, const ObjectSets& sets);
+  bool Hoist(const SchemaObject& object, const ObjectSets& sets);
   QString AssignId(const SchemaObject& object);
   QString GetRelativeUrl(const QString& url) const;
   QString GetDestinationFault();

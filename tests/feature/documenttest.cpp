@@ -14,7 +14,7 @@ namespace {
 QString Squeezed(QString text) { return text.remove('\n').remove('\t'); }
 
 RefPtr<FakeStyle> MakeStyle(const QString& id) {
-  return RefPtr<FakeStyle>(new FakeStyle(KmlId(id, KmlTest::GetDocumentUrl())));
+  return RefPtr<FakeStyle>(new FakeStyle(KmlId(id, "http://example.com/dir/doc.kml")));
 }
 
 } // namespace

@@ -42,13 +42,16 @@ private:
   QString names_;
 };
 
-/// Has a feature taken out of its folder as soon as it hears of a change.
+/// Empties and drops a folder as soon as a feature in it changes.
 class Remover final : public ObjectObserver {
 public:
   Remover(AbstractFeature& watched, RefPtr<Folder>& folder)
       : ObjectObserver(watched), folder_(folder) {}
   void OnFieldChanged(const FieldChangedEvent&) override {
-    while (folder_ && folder_->GetChildCount() > 0)
+    if (done_)
+      return;
+    done_ = true;
+    while (folder_->GetChildCount() > 0)
       folder_->RemChild(0);
     folder_.reset();
   }
@@ -56,6 +59,7 @@ public:
 
 private:
   RefPtr<Folder>& folder_;
+  bool done_ = false;
 };
 
 } // namespace

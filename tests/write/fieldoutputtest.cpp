@@ -124,7 +124,8 @@ TEST_F(FieldOutputTest, ArraysAndLists) {
 TEST_F(FieldOutputTest, NamedChildrenStandInAnElementOfTheirOwn) {
   const auto sample = Make();
   Fields().part.set(*sample, Make().get(), -1);
-  EXPECT_TRUE(Write(*sample).contains("\t<gx:part>\n\t\t<gx:Sample id=\"s\">\n"));
+  EXPECT_TRUE(Write(*sample).contains("\t<gx:part>\n\t\t<gx:Sample kml:id=\"s\">\n"))
+      << Write(*sample).toStdString();
   Fields().part.set(*sample, nullptr, -1);
   EXPECT_FALSE(Write(*sample).contains("<gx:part"));
   sample->SetUnknownFieldAttrs(Fields().part, {{"a", "1"}}, nullptr);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "kestan/style/balloonstyle.h"
+#include "kestan/style/iconstackstyle.h"
+#include "kestan/style/iconstyle.h"
+#include "kestan/style/labelstyle.h"
+#include "kestan/style/linestyle.h"
+#include "kestan/style/liststyle.h"
+#include "kestan/style/polystyle.h"
+#include "kestan/style/style.h"
+
+namespace vorrel::kestan {
+
+/// The target of a merge of two styles. Lives on the stack with all its sub-styles.
+class FinalStyle final : public Style {
+public:
+  FinalStyle();
+  ~FinalStyle() override;
+
+  /// Becomes `base` with what `over` gives in its place.
+  void MergeStyles(const Style& base, const Style& over);
+
+private:
+  LineStyle line_;
+  LabelStyle label_;
+  IconStyle icon_;
+  IconStackStyle iconStack_;
+  PolyStyle poly_;
+  BalloonStyle balloon_;
+  ListStyle list_;
+};
+
+} // namespace vorrel::kestan
