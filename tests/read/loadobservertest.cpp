@@ -2,7 +2,6 @@
 
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
-#include "kestan/core/schemat_impl.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/feature/abstractfeatureschema.h"
 #include "kestan/feature/document.h"
@@ -10,9 +9,10 @@
 #include "kestan/feature/placemark.h"
 #include "kestan/host/job.h"
 #include "kestan/read/loadobserverloader.h"
-#include "kestan/style/styleselector.h"
+#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <thread>
@@ -20,28 +20,6 @@
 namespace vorrel::kestan {
 
 namespace {
-
-class LookSchema;
-
-/// A style without a look, that documents can hold.
-class Look final : public StyleSelector {
-public:
-  using ClassSchema = LookSchema;
-  static const Schema& GetClassSchema();
-  Look(const KmlId& id, const QString& baseUrl) : StyleSelector(GetClassSchema(), id, baseUrl) {
-    NotifyPostCreate();
-  }
-  ~Look() override { NotifyPreDelete(); }
-
-  void InternalCollectStyles(WriteState&) const override {}
-};
-
-class LookSchema final : public SchemaT<Look, NewInstancePolicy, NoDerivedPolicy> {
-public:
-  LookSchema() : SchemaT("Look", &StyleSelector::GetClassSchema(), Namespace::kKml) {}
-};
-
-const Schema& Look::GetClassSchema() { return LookSchema::GetSingleton(); }
 
 constexpr char kStyles[] = "http://example.com/dir/styles.kml";
 
@@ -67,16 +45,14 @@ private:
 
 } // namespace
 
-template class SchemaT<Look, NewInstancePolicy, NoDerivedPolicy>;
-
 class LoadObserverTest : public KmlTest {
 protected:
   RefPtr<Placemark> MakeReference(const QString& styleUrl) {
     return Read<Placemark>(
         QStringLiteral("<Placemark><styleUrl>%1</styleUrl></Placemark>").arg(styleUrl));
   }
-  static RefPtr<Look> MakeLook(const char* id, const QString& url = QLatin1String(kStyles)) {
-    return RefPtr<Look>(new Look(KmlId(QLatin1String(id), url), QString()));
+  static RefPtr<Style> MakeStyle(const char* id, const QString& url = QLatin1String(kStyles)) {
+    return RefPtr<Style>(new Style(KmlId(QLatin1String(id), url), QString()));
   }
   static bool IsWaiting(const Placemark& placemark) {
     return LoadObserver::Find(placemark, AbstractFeatureSchema::GetSingleton().styleUrl) != nullptr;
@@ -107,7 +83,7 @@ TEST_F(LoadObserverTest, AStyleFurtherDownTheFileIsFound) {
   const auto document = Read<Document>("<Document><Placemark><styleUrl>#s</styleUrl></Placemark>"
                                    "<Placemark><styleUrl>#t</styleUrl></Placemark>"
                                    "<Placemark><styleUrl>#s</styleUrl></Placemark>"
-                                   "<Look id=\"s\"/></Document>");
+                                   "<Style id=\"s\"/></Document>");
   ASSERT_TRUE(document);
   mmvector<SchemaObject*> placemarks;
   document->FindBySchema(Placemark::GetClassSchema(), placemarks);
@@ -126,9 +102,10 @@ TEST_F(LoadObserverTest, AStyleFurtherDownTheFileIsFound) {
 
 TEST_F(LoadObserverTest, ReferencesThatLeadNowhereDoNotWait) {
   FakeLoader loader;
-  const auto builtIn = MakeReference("root://styles#none");
+  const auto builtIn = MakeReference("root://styles#default");
   EXPECT_FALSE(IsWaiting(*builtIn));
-  EXPECT_TRUE(builtIn->GetBit(kBitLoadFailed));
+  EXPECT_FALSE(builtIn->GetBit(kBitLoadFailed));
+  EXPECT_TRUE(StyleOf(*builtIn));
   const auto noId = MakeReference("http://h/a.kml#");
   EXPECT_FALSE(IsWaiting(*noId));
   EXPECT_TRUE(noId->GetBit(kBitLoadFailed));
@@ -149,10 +126,10 @@ TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDelivers) {
   const LoadObserver* observer = LoadObserver::Find(*placemark, field);
   EXPECT_EQ(KmlId("s", kStyles), observer->GetTarget());
 
-  RefPtr<Look> style;
+  RefPtr<Style> style;
   BuildOnWorker([&] {
-    const auto other = MakeLook("t");
-    style = MakeLook("s");
+    const auto other = MakeStyle("t");
+    style = MakeStyle("s");
   });
   EXPECT_EQ(style.get(), StyleOf(*placemark));
   EXPECT_FALSE(IsWaiting(*placemark));
@@ -171,7 +148,7 @@ TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
 }
 
 TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {
-  const auto style = MakeLook("s");
+  const auto style = MakeStyle("s");
   RefPtr<Folder> folder;
   BuildOnWorker([&] {
     folder = Read<Folder>("<Folder><Placemark><styleUrl>styles.kml#s</styleUrl></Placemark>"
@@ -185,22 +162,22 @@ TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {
   EXPECT_EQ(style.get(), StyleOf(child(0)));
   EXPECT_EQ(style.get(), StyleOf(child(2)));
   EXPECT_TRUE(IsWaiting(child(1)));
-  const auto later = MakeLook("later");
+  const auto later = MakeStyle("later");
   EXPECT_EQ(later.get(), StyleOf(child(1)));
 }
 
 TEST_F(LoadObserverTest, AnotherUrlWaitsForItsOwnTargetOnly) {
   const auto placemark = MakeReference("styles.kml#a");
   placemark->SetStyleUrl("styles.kml#b");
-  const auto a = MakeLook("a");
+  const auto a = MakeStyle("a");
   EXPECT_FALSE(StyleOf(*placemark));
-  const auto b = MakeLook("b");
+  const auto b = MakeStyle("b");
   EXPECT_EQ(b.get(), StyleOf(*placemark));
 
   // Bound to another style by hand, it doesn't turn back.
   placemark->SetStyleUrl("styles.kml#c");
   placemark->SetReferencedStyleSelector(a.get());
-  const auto c = MakeLook("c");
+  const auto c = MakeStyle("c");
   EXPECT_EQ(a.get(), StyleOf(*placemark));
   EXPECT_FALSE(IsWaiting(*placemark));
 }
@@ -216,7 +193,7 @@ TEST_F(LoadObserverTest, WhoGoesAwayWaitsNoLonger) {
   auto gone = MakeReference("styles.kml#s");
   const auto stays = MakeReference("styles.kml#s");
   gone.reset();
-  const auto style = MakeLook("s");
+  const auto style = MakeStyle("s");
   EXPECT_EQ(style.get(), StyleOf(*stays));
 }
 
@@ -236,7 +213,7 @@ TEST_F(LoadObserverTest, AReferenceMayChangeWhileItIsResolved) {
   auto second = MakeReference("styles.kml#s");
   const auto third = MakeReference("styles.kml#s");
   Chain chain(*third, second); // told first
-  const auto style = MakeLook("s");
+  const auto style = MakeStyle("s");
   EXPECT_FALSE(second);
   EXPECT_EQ(style.get(), StyleOf(*first));
   EXPECT_EQ(style.get(), StyleOf(*third));
@@ -248,7 +225,7 @@ TEST_F(LoadObserverTest, ForwardReferencesCostInProportion) {
     QString styles;
     for (int i = 0; i < count; ++i) {
       placemarks += QStringLiteral("<Placemark><styleUrl>#s%1</styleUrl></Placemark>").arg(i);
-      styles += QStringLiteral("<Look id=\"s%1\"/>").arg(i);
+      styles += QStringLiteral("<Style id=\"s%1\"/>").arg(i);
     }
     const QByteArray text = ("<Document>" + placemarks + styles + "</Document>").toUtf8();
     const auto start = std::chrono::steady_clock::now();
@@ -257,10 +234,11 @@ TEST_F(LoadObserverTest, ForwardReferencesCostInProportion) {
     EXPECT_TRUE(document);
     return taken.count();
   };
-  read(1000);
-  const double small = read(2000);
-  const double large = read(20000);
-  EXPECT_LT(large, 10 * small * 4) << small; // a walk for each style would take 100 times as long
+  const auto best = [&read](int count) { return std::min({read(count), read(count), read(count)}); };
+  const double small = best(2000);
+  const double large = best(20000);
+  // A walk for each style would take a hundred times as long.
+  EXPECT_LT(large, 40 * small) << small;
 }
 
 } // namespace vorrel::kestan
