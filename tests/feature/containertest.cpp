@@ -10,6 +10,7 @@
 #include "kestan/geometry/multigeometry.h"
 #include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
+#include "kestan/style/style.h"
 #include "tests/feature/fakes.h"
 #include "tests/support/kmltest.h"
 
@@ -46,7 +47,7 @@ mmvector<Kind> Kinds() {
   return {
       {new AbstractFeatureContainer(KmlId(), ""), Make<Folder>(""), Make<Placemark>},
       {new StyleSelectorContainer(KmlId(), ""), Make<Document>(""),
-       [](const QString& id) { return RefPtr<SchemaObject>(new FakeStyle(Local(id))); }},
+       [](const QString& id) { return RefPtr<SchemaObject>(new Style(Local(id), QString())); }},
       {new GeometryContainer(KmlId(), ""), Make<MultiGeometry>(""), Make<Point>},
       {new LinearRingContainer(KmlId(), ""), Make<Polygon>(""), Make<LinearRing>},
   };

@@ -1,7 +1,7 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
-#include "tests/feature/fakes.h"
+#include "kestan/style/style.h"
 #include "tests/feature/fieldlog.h"
 #include "tests/support/kmltest.h"
 
@@ -13,19 +13,19 @@ namespace {
 
 QString Squeezed(QString text) { return text.remove('\n').remove('\t'); }
 
-RefPtr<FakeStyle> MakeStyle(const QString& id) {
-  return RefPtr<FakeStyle>(new FakeStyle(KmlId(id, "http://example.com/dir/doc.kml")));
+RefPtr<Style> MakeStyle(const QString& id) {
+  return RefPtr<Style>(new Style(KmlId(id, "http://example.com/dir/doc.kml"), QString()));
 }
 
 } // namespace
 
 TEST_F(DocumentTest, ContentIsWrittenInAFixedOrder) {
   const auto document =
-      Read<Document>("<Document><Placemark><name>p</name></Placemark><Style id=\"s\"/><Folder/>"
+      Read<Document>("<Document><Placemark><name>p</name></Placemark><Folder/>"
                      "<Schema name=\"c\"/><name>d</name></Document>");
   ASSERT_TRUE(document);
   EXPECT_TRUE(Squeezed(Write(*document))
-                  .contains("<Document><name>d</name><Style id=\"s\"></Style>"
+                  .contains("<Document><name>d</name>"
                             "<Schema name=\"c\"></Schema><Placemark><name>p</name></Placemark>"
                             "<Folder></Folder></Document>"))
       << Write(*document).toStdString();
@@ -65,14 +65,14 @@ TEST_F(DocumentTest, AFeatureWithASharedStyleIsWrappedInADocument) {
   const auto style = MakeStyle("s");
   placemark->SetReferencedStyleSelector(style.get());
   const QString inner = "<Placemark id=\"p\"><name>n</name><styleUrl>#s</styleUrl></Placemark>";
-  const RefPtr<FakeStyle> alone = MakeStyle("unused");
+  const RefPtr<Style> alone = MakeStyle("unused");
 
   // A style of a server stays a reference, so that nothing needs a wrapper.
   EXPECT_TRUE(Squeezed(Write(*placemark)).contains(inner));
-  const RefPtr<FakeStyle> local(new FakeStyle(KmlId("l", "file:///x.kml")));
+  const RefPtr<Style> local(new Style(KmlId("l", "file:///x.kml"), QString()));
   placemark->SetReferencedStyleSelector(local.get());
   const QString text = Squeezed(Write(*placemark));
-  EXPECT_TRUE(text.contains("<Document><name>KmlFile</name><StyleSelector id=\"l\"></StyleSelector>"
+  EXPECT_TRUE(text.contains("<Document><name>KmlFile</name><Style id=\"l\"></Style>"
                             "<Placemark id=\"p\"><name>n</name><styleUrl>#l</styleUrl>"
                             "</Placemark></Document>"))
       << text.toStdString();
@@ -84,13 +84,13 @@ TEST_F(DocumentTest, EachDocumentWritesTheStylesOfItsOwnFeatures) {
                                     "</Document>");
   ASSERT_TRUE(outer);
   auto* const inner = static_cast<Document*>(outer->GetChild(1));
-  const RefPtr<FakeStyle> a(new FakeStyle(KmlId("a", "file:///x.kml")));
-  const RefPtr<FakeStyle> b(new FakeStyle(KmlId("b", "file:///x.kml")));
+  const RefPtr<Style> a(new Style(KmlId("a", "file:///x.kml"), QString()));
+  const RefPtr<Style> b(new Style(KmlId("b", "file:///x.kml"), QString()));
   outer->GetChild(0)->SetReferencedStyleSelector(a.get());
   inner->GetChild(0)->SetReferencedStyleSelector(b.get());
   const QString text = Squeezed(Write(*outer));
-  EXPECT_EQ(1, text.count("<StyleSelector id=\"a\">"));
-  EXPECT_EQ(1, text.count("<StyleSelector id=\"b\">"));
+  EXPECT_EQ(1, text.count("<Style id=\"a\">"));
+  EXPECT_EQ(1, text.count("<Style id=\"b\">"));
   EXPECT_GT(text.indexOf("id=\"b\""), text.indexOf("<Document>", text.indexOf("<Document>") + 1));
 }
 
