@@ -4,7 +4,8 @@
 #include "kestan/feature/placemark.h"
 #include "kestan/feature/visibilityobserver.h"
 #include "kestan/host/pump.h"
-#include "tests/feature/fakes.h"
+#include "kestan/style/style.h"
+#include "tests/feature/faketime.h"
 #include "tests/feature/fieldlog.h"
 #include "tests/support/kmltest.h"
 
@@ -104,7 +105,7 @@ TEST_F(FeatureTest, DefaultsAndOpacityAreNotWritten) {
     EXPECT_EQ("", Element(text, name)) << name;
 }
 
-TEST_F(FeatureTest, ContentOfClassesWithoutInstancesIsKept) {
+TEST_F(FeatureTest, ChildrenOfAllKindsAreKept) {
   const QString kept[] = {
       "<LookAt><longitude>1</longitude></LookAt>",
       "<TimeStamp><when>2007</when></TimeStamp>",
@@ -338,8 +339,8 @@ TEST_F(FeatureTest, EntityReplacementEndsForValuesThatHoldReferences) {
 
 TEST_F(FeatureTest, SharedStylesAreBoundByReference) {
   const RefPtr<Placemark> feature(new Placemark(KmlId("p", "http://a/doc.kml"), QString()));
-  const RefPtr<FakeStyle> local(new FakeStyle(KmlId("s", "http://a/doc.kml")));
-  const RefPtr<FakeStyle> remote(new FakeStyle(KmlId("r", "http://b/doc.kml")));
+  const RefPtr<Style> local(new Style(KmlId("s", "http://a/doc.kml"), QString()));
+  const RefPtr<Style> remote(new Style(KmlId("r", "http://b/doc.kml"), QString()));
   FieldLog log(*feature);
   feature->SetReferencedStyleSelector(local.get());
   EXPECT_EQ("#s", feature->GetStyleUrl());
