@@ -11,7 +11,6 @@
 #include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
 #include "kestan/style/style.h"
-#include "tests/feature/fakes.h"
 #include "tests/support/kmltest.h"
 
 namespace vorrel::kestan {
@@ -46,8 +45,7 @@ template <class T> RefPtr<SchemaObject> Make(const QString& id) {
 mmvector<Kind> Kinds() {
   return {
       {new AbstractFeatureContainer(KmlId(), ""), Make<Folder>(""), Make<Placemark>},
-      {new StyleSelectorContainer(KmlId(), ""), Make<Document>(""),
-       [](const QString& id) { return RefPtr<SchemaObject>(new Style(Local(id), QString())); }},
+      {new StyleSelectorContainer(KmlId(), ""), Make<Document>(""), Make<Style>},
       {new GeometryContainer(KmlId(), ""), Make<MultiGeometry>(""), Make<Point>},
       {new LinearRingContainer(KmlId(), ""), Make<Polygon>(""), Make<LinearRing>},
   };

@@ -5,7 +5,7 @@
 #include "kestan/feature/visibilityobserver.h"
 #include "kestan/host/pump.h"
 #include "kestan/style/style.h"
-#include "tests/feature/fakes.h"
+#include "tests/feature/faketime.h"
 #include "tests/feature/fieldlog.h"
 #include "tests/support/kmltest.h"
 
@@ -105,7 +105,7 @@ TEST_F(FeatureTest, DefaultsAndOpacityAreNotWritten) {
     EXPECT_EQ("", Element(text, name)) << name;
 }
 
-TEST_F(FeatureTest, ContentOfClassesWithoutInstancesIsKept) {
+TEST_F(FeatureTest, ChildrenOfAllKindsAreKept) {
   const QString kept[] = {
       "<LookAt><longitude>1</longitude></LookAt>",
       "<TimeStamp><when>2007</when></TimeStamp>",
