@@ -35,7 +35,8 @@ TEST_F(BuiltInStyleTest, IdsDescribeGeneratedStyles) {
     const char* highlight; ///< Null for a single style.
   };
   const Case cases[] = {
-      {"default?iconId=http://a/i.png?x=0", "icon=http://a/i.png", "http://a/i.png"},
+      {"default?iconId=http://a/i.png?x=0", "icon=http://a/i.png?x=0&w=32&h=32",
+       "http://a/i.png?x=0&y=32&w=32&h=32"},
       {"?iconId=0", "icon=", nullptr},
       {"default+nicon=http://a/n.png+hicon=http://a/n.png", "icon=http://a/n.png", nullptr},
       {"default+nicon=http://a/n.png+hicon=http://a/h.png", "icon=http://a/n.png",
