@@ -3,7 +3,6 @@
 #include "kestan/read/namespaces.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace vorrel::kestan {
 
@@ -13,8 +12,7 @@ namespace {
 constexpr std::size_t kFewBindings = 16;
 
 bool Equals(const QString& text, const QChar* other, int length) {
-  return text.size() == length &&
-         std::memcmp(text.constData(), other, static_cast<std::size_t>(length) * 2) == 0;
+  return text.size() == length && std::equal(other, other + length, text.constData());
 }
 
 /// What an output document declares for the namespace. Only Atom and xAL keep the text of their

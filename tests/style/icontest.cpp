@@ -60,7 +60,9 @@ TEST_F(IconTest, ImagesAreToldByTheFormOfTheirUrl) {
       {"http://h/a.png?max=5&x=z&x=9&x=4&w=-3&", Icon::kImageFile, "9,0,-1,32",
        "http://h/a.png?max=5&x=z&x=9&x=4&w=-3", "http://h/a.png?max=5&x=z&x=9&x=4&w=-3"},
       {"http://h/a.png?", Icon::kImageFile, "0,0,-1,-1", "http://h/a.png", "http://h/a.png"},
-      {"file:///a.png?x=32", Icon::kImageFile, "32,0,32,32", "file:///a.png?x=32",
+      {"file:///a.png?x=32", Icon::kImageFile, "32,0,32,32", "file:///a.png",
+       "file:///a.png"},
+      {"file:///a.png?a=b&x=32&c&y=z", Icon::kImageFile, "32,0,32,32", "file:///a.png?a=b&c&y=z",
        "file:///a.png"},
       {"http://h/flatfile?a", Icon::kFlatfileImage, "0,0,-1,-1", "http://h/flatfile?a",
        "http://h/flatfile?a"},
@@ -80,7 +82,7 @@ TEST_F(IconTest, ImagesAreToldByTheFormOfTheirUrl) {
       {"root://icons/palette-", Icon::kUnknownImage, "0,0,-1,-1", "root://icons/palette-",
        "root://icons/palette-"},
       {"root://icons/palette-3.png?x=320", Icon::kUnknownImage, "320,0,32,32",
-       "root://icons/palette-3.png?x=320", "root://icons/palette-3.png?x=320"},
+       "root://icons/palette-3.png", "root://icons/palette-3.png"},
       {Server("pal9/icon5.png"), Icon::kUnknownImage, "160,224,-1,-1", Server("pal9/icon5.png"),
        Server("pal9/icon5.png")},
       {Server("pal2/icon64.png"), Icon::kUnknownImage, "0,0,-1,-1", Server("pal2/icon64.png"),
@@ -122,6 +124,7 @@ TEST_F(IconTest, TheOrderOfTheElementsDoesNotCount) {
       {"<href>root://icons/bitmap-4.png</href>", "<gx:x>32</gx:x>", "<gx:y>96</gx:y>"},
       {"<href>root://icons/bitmap-4.png?x=64</href>", "<gx:y>96</gx:y>", "<gx:w>16</gx:w>"},
       {"<href>a.png?x=32</href>", "<gx:x>0</gx:x>", "<httpQuery>a=b</httpQuery>"},
+      {"<href>file:///a.png?x=32&amp;a=b</href>", "<gx:x>0</gx:x>", "<gx:y>64</gx:y>"},
       {"<href>a.png?a=b</href>", "<gx:y>64</gx:y>", "<gx:w>16</gx:w>"},
       {"<href>http://maps.vorrel.com/mapfiles/kml/pal3/icon50.png</href>", "<gx:x>0</gx:x>",
        "<gx:w>5</gx:w>"},
@@ -212,6 +215,7 @@ TEST_F(IconTest, AFlatfileImageIsWrittenAsTheHalfThatIsShown) {
   const Case cases[] = {
       {"<href>flatfile://a_nh.png</href>", "<href>flatfile://a_n.png</href>"},
       {"<href>flatfile://a_nh.png</href><gx:y>32</gx:y>", "<href>flatfile://a_h.png</href>"},
+      {"<href>flatfile://a_nh.png?y=32</href>", "<href>flatfile://a_h.png</href>"},
       {"<href>file:///a_nh.png</href>", "<href>file:///a_nh.png</href>"},
   };
   for (const Case& c : cases) {
