@@ -7,6 +7,8 @@
 #include "kestan/style/stylemappair.h"
 #include "tests/style/styletest.h"
 
+#include <QRegularExpression>
+
 namespace vorrel::kestan {
 
 class StyleSelectionTest : public StyleTest {};
@@ -297,6 +299,10 @@ TEST_F(StyleSelectionTest, SharedStylesTravelWithTheirFeatures) {
   EXPECT_EQ(before, looks(*document));
   EXPECT_EQ("LineStyle.width=4", Look(*Find(*document, "q")));
   EXPECT_EQ(3, first.count("<Style id="));
+  // In the order of the document.
+  const QRegularExpression order("id=\"a\".*id=\"b\".*id=\"c\".*id=\"n\".*id=\"m\"",
+                                 QRegularExpression::DotMatchesEverythingOption);
+  EXPECT_TRUE(order.match(first).hasMatch()) << first.toStdString();
   EXPECT_TRUE(first.contains("<styleUrl>root://styles#hl</styleUrl>"));
   EXPECT_TRUE(first.contains("<styleUrl>root://styles#unknown</styleUrl>"));
   EXPECT_EQ(first, Write(*document));
