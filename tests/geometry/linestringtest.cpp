@@ -44,6 +44,9 @@ TEST_F(LineStringTest, APolylineHasPairsWithTheLatitudeFirst) {
       "<LineString><coordinates type=\"polyline\">47,8 48,9</coordinates></LineString>");
   ASSERT_TRUE(line);
   EXPECT_EQ("8,47,0 9,48,0", Coords(*line));
+  EXPECT_EQ("8,47,0 9,48,0", Coords(*ReadShape<LineString>(WriteShape(*line))));
+  line->SetAltitude(1, 1.0);
+  EXPECT_EQ(WriteShape(*line), WriteShape(*ReadShape<LineString>(WriteShape(*line))));
 }
 
 TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
