@@ -63,6 +63,17 @@ KmlId GetReference(const SchemaObject& object, const StrField& field) {
   return SchemaObject::MakeAbsoluteId(object.GetBaseUrl(), field.get(object));
 }
 
+bool IsOwnDocument(const KmlId& target, const SchemaObject& object) {
+  return target.url == object.GetUrl() || target.url == object.GetBaseUrl();
+}
+
+/// True while a document is read that the object was there before: an earlier reading of the same
+/// document, or the document that a part is read for.
+bool IsFromBefore(const SchemaObject& object) {
+  const std::uint32_t begun = ThreadContext::GetCurrent()->parseRevision;
+  return begun != 0 && static_cast<std::int32_t>(object.GetRevision() - begun) < 0;
+}
+
 bool IsBuiltIn(const KmlId& target) {
   return target.url.startsWith(QLatin1String("root://"), Qt::CaseInsensitive);
 }
@@ -154,18 +165,26 @@ RefPtr<SchemaObject> LoadObserver::Create(const TargetClass& targets, SchemaObje
     object.OnUrlLoad(field, found.get());
   else
     Wait(targets, object, field, target);
+  // What follows further down in the document counts for more than what was there before.
+  if (found && !isBuiltIn && IsOwnDocument(target, object) && IsFromBefore(*found))
+    Add(targets, object, field, target);
   return found;
 }
 
-void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
-                        const KmlId& target) {
+void LoadObserver::Add(const TargetClass& targets, SchemaObject& object, const StrField& field,
+                       const KmlId& target) {
   std::unique_ptr<LoadObserverList>& list = ThreadContext::GetCurrent()->*targets.list;
   if (!list)
     list = std::make_unique<LoadObserverList>();
   list->Add(*targets.create(object, field, target));
+}
+
+void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
+                        const KmlId& target) {
+  Add(targets, object, field, target);
   // Nobody else brings what is missing in the document itself: unless it follows further down,
   // the reference has failed.
-  const bool isOwnDocument = target.url == object.GetUrl() || target.url == object.GetBaseUrl();
+  const bool isOwnDocument = IsOwnDocument(target, object);
   object.SetBit(kBitLoadFailed, isOwnDocument);
   LoadObserverLoader* loader = LoadObserverLoader::GetSingleton();
   if (loader && !isOwnDocument)
