@@ -63,12 +63,11 @@ void SimpleField<T>::merge(SchemaObject& dst, const SchemaObject& a, const Schem
 }
 
 template <class T>
-FromStringResult SimpleField<T>::Store(SchemaObject& object, const T& value,
-                                       const AttributeList* attrs, const NamespaceList* namespaces,
-                                       Update* update) const {
+FromStringResult SimpleField<T>::Store(SchemaObject& object, T value, const AttributeList* attrs,
+                                       const NamespaceList* namespaces, Update* update) const {
   if (update)
     return FromStringResult::kSecurityViolation; // nobody records edits yet
-  this->SetTypedObject(object, value);
+  this->SetTypedObject(object, std::move(value));
   if (attrs && !attrs->empty())
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
   return FromStringResult::kOk;

@@ -299,6 +299,14 @@ bool ExpatHandler::CheckTextLength() {
                      kErrorFatal);
 }
 
+ushort* ExpatHandler::GetPlaceForText(int length) {
+  return skipDepth_ == 0 && text_->GrowBy(length) ? text_->data() + text_->size() : nullptr;
+}
+
+void ExpatHandler::EndPlaceForText(const ushort* end) {
+  text_->resize(static_cast<int>(end - text_->data()));
+}
+
 void ExpatHandler::StartCdata() {
   inCdata_ = true;
   raw_->StartCdata();
@@ -330,6 +338,7 @@ void ExpatHandler::Reset() {
   rootContent_->Clear();
   parser_.reset();
   namespaces_->Clear();
+  knownName_ = nullptr;
   plainAttributes_.clear();
   mergedNamespaces_.clear();
   ignoreErrors_ = false;

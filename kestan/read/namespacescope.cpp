@@ -39,6 +39,7 @@ const UnknownNamespace* FindPrefix(const NamespaceList& list, const QString& pre
 } // namespace
 
 void NamespaceScope::Clear() {
+  ++generation_;
   bindings_.clear();
   marks_.clear();
   newest_.clear();
@@ -49,6 +50,7 @@ void NamespaceScope::Clear() {
 }
 
 void NamespaceScope::SetInitialDefault(Namespace ns) {
+  ++generation_;
   initialDefault_ = ns;
   default_ = ns;
 }
@@ -75,6 +77,7 @@ void NamespaceScope::InitDefault() {
 
 void NamespaceScope::Declare(int depth, const QString& prefix, const QString& uri, Namespace ns,
                              const QString& documentUrl) {
+  ++generation_;
   const int index = static_cast<int>(bindings_.size());
   if (marks_.empty() || marks_.back().depth != depth)
     marks_.push_back({depth, index});
@@ -92,6 +95,7 @@ void NamespaceScope::Declare(int depth, const QString& prefix, const QString& ur
 void NamespaceScope::Pop(int depth) {
   if (marks_.empty() || marks_.back().depth != depth)
     return;
+  ++generation_;
   const std::size_t first = static_cast<std::size_t>(marks_.back().first);
   marks_.pop_back();
   bool defaultEnds = false;

@@ -17,10 +17,13 @@ public:
   FinalStyle();
   ~FinalStyle() override;
 
-  /// Becomes `base` with what `over` gives in its place.
+  /// Becomes `base` with what `over` gives in its place. Has no sub-style that neither has.
   void MergeStyles(const Style& base, const Style& over);
 
 private:
+  template <class T>
+  void Merge(RefPtr<T> Style::*member, T& target, const Style& base, const Style& over);
+
   LineStyle line_;
   LabelStyle label_;
   IconStyle icon_;

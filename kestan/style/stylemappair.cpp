@@ -82,11 +82,13 @@ void StyleMap::Pair::SetReference(StyleSelector* selector) {
 void StyleMap::Pair::SetKeepsReference(bool keeps) {
   if (keeps == keepsReference_ || !referencedSelector_)
     return;
-  keepsReference_ = keeps;
   if (keeps)
     referencedSelector_->ref();
+  else if (referencedSelector_->GetRefCount() > 1)
+    referencedSelector_->unref();
   else
-    referencedSelector_->unref(); // never the last one: the map of the loop is held elsewhere
+    return; // nobody else holds the map
+  keepsReference_ = keeps;
 }
 
 void StyleMap::Pair::ReleaseReference() {

@@ -149,7 +149,7 @@ TEST_F(FeatureTest, HidingAFolderHidesWhatIsBelowAndKeepsItsWishes) {
                                    "<Placemark><visibility>0</visibility></Placemark></Folder>"
                                    "</Folder>");
   ASSERT_TRUE(folder);
-  auto* const inner = static_cast<Folder*>(folder->GetChild(0));
+  const RefPtr<Folder> inner(static_cast<Folder*>(folder->GetChild(0)));
   AbstractFeature* const a = inner->GetChild(0);
   AbstractFeature* const b = inner->GetChild(1);
   EXPECT_TRUE(a->isVisible());
@@ -202,11 +202,10 @@ TEST_F(FeatureTest, OpacityMultipliesDownTheTree) {
       Read<Folder>("<Folder><opacity>0.5</opacity><Folder><opacity>0.5</opacity><Placemark/>"
                    "</Folder></Folder>");
   ASSERT_TRUE(folder);
-  auto* const inner = static_cast<Folder*>(folder->GetChild(0));
+  const RefPtr<Folder> inner(static_cast<Folder*>(folder->GetChild(0)));
   float opacity = 0;
   inner->GetChild(0)->isVisible(&opacity);
   EXPECT_EQ(0.25F, opacity);
-  FieldLog log(*inner->GetChild(0));
   inner->SetParent(nullptr);
   inner->isVisible(&opacity);
   EXPECT_EQ(0.5F, opacity);

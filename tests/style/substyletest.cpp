@@ -98,11 +98,12 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
     EXPECT_EQ(first, Write(*Read<Style>(first)));
     EXPECT_EQ(first, Write(*style->Clone()).remove(QStringLiteral(" id=\"\"")));
 
-    const auto document = ReadLocal(
+    auto document = ReadLocal(
         InDocument("<Style id='s'>" + QLatin1String(c.content) +
                    "</Style><Placemark><name>p</name><styleUrl>#s</styleUrl></Placemark>"));
     const QString hoisted = Write(*document);
     EXPECT_EQ(c.shared ? QString(c.shared) : inPlace, GetStyleContent(hoisted));
+    document.reset();
     EXPECT_EQ(hoisted, Write(*ReadLocal(hoisted)));
   }
 }
@@ -271,8 +272,8 @@ TEST_F(SubStyleTest, TheBestItemIconHasMostStatesInCommon) {
   EXPECT_EQ("c", best(ItemIcon::kFetching1));
   EXPECT_EQ("c", best(ItemIcon::kFetching1 | ItemIcon::kOpen));
   EXPECT_EQ("http://example.com/dir/a", list.FindBestIcon(1)->GetAbsoluteUrl());
-  list.GetItemIcons()[0]->SetHref("/x");
-  EXPECT_EQ("http://example.com/x", list.FindBestIcon(1)->GetAbsoluteUrl());
+  list.GetItemIcons()[0]->SetHref("x");
+  EXPECT_EQ("http://example.com/dir/x", list.FindBestIcon(1)->GetAbsoluteUrl());
   EXPECT_EQ(nullptr, ListStyle::GetDefaultListStyle()->FindBestIcon(1));
 }
 
