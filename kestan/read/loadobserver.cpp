@@ -29,8 +29,7 @@ std::uint32_t HashMapTraits<SchemaObject*, LoadObserver>::Hash(const LoadObserve
   return hash<SchemaObject*>()(observer.GetObject());
 }
 
-bool HashMapTraits<KmlId, LoadObserver>::Equals(const LoadObserver& observer,
-                                                const KmlId& target) {
+bool HashMapTraits<KmlId, LoadObserver>::Equals(const LoadObserver& observer, const KmlId& target) {
   return observer.GetTarget() == target;
 }
 
@@ -239,8 +238,8 @@ bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continu
 }
 
 void LoadObserver::MoveToMain(ThreadContext& from, ThreadContext& main, bool lookAnew) {
-  for (const auto member : {&ThreadContext::styleLoadObservers,
-                            &ThreadContext::schemaLoadObservers}) {
+  for (const auto member :
+       {&ThreadContext::styleLoadObservers, &ThreadContext::schemaLoadObservers}) {
     const std::unique_ptr<LoadObserverList>& source = from.*member;
     std::unique_ptr<LoadObserverList>& target = main.*member;
     if (!target && source)
