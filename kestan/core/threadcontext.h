@@ -10,6 +10,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 
 namespace vorrel {
@@ -64,6 +65,8 @@ public:
 
   std::unique_ptr<StyleCache> styleCache; ///< The last style that was merged; null until then.
 
+  /// Value of the change counter when the document that is being read was begun; 0 outside.
+  std::uint32_t parseRevision = 0;
   QString fatalText;         ///< Set by a check far below the reader; ends the parse.
   bool notifyEnabled = true; ///< While false, field changes notify nobody.
 

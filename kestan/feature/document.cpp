@@ -82,7 +82,7 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
   folderFields.icon.WriteKml(*this, state);
   WriteUnknownFields(state);
   state.WriteSchemas();
-  state.WriteStyles();
+  state.WriteStyles(styleSelectors_);
   if (feature)
     feature->WriteKml(state);
   else

@@ -41,7 +41,9 @@ bool StartsWith(const QString& text, const char* prefix) {
   return text.startsWith(QLatin1String(prefix));
 }
 
-QString PaletteUrl(int palette) { return QStringLiteral("root://icons/palette-%1.png").arg(palette); }
+QString PaletteUrl(int palette) {
+  return QStringLiteral("root://icons/palette-%1.png").arg(palette);
+}
 
 /// The digit that stands at `position`; -1 for anything else there.
 int DigitAt(const QString& text, int position) {
@@ -196,9 +198,7 @@ void Icon::AdoptLegacyRectangle() {
   }
 }
 
-bool Icon::operator==(const Icon& other) const {
-  return CreateIconKey() == other.CreateIconKey();
-}
+bool Icon::operator==(const Icon& other) const { return CreateIconKey() == other.CreateIconKey(); }
 
 const LegacyScreenVec* Icon::GetHotSpotOverride() const {
   constexpr auto kFraction = LegacyScreenVec::kFraction;
@@ -503,8 +503,8 @@ void Icon::WriteKml(WriteState& state) const {
   // which is shown. The object is its own scratch copy for it.
   constexpr int kSuffixLength = 6;
   auto& self = const_cast<Icon&>(*this);
-  QString written = href_.left(href_.size() - kSuffixLength) +
-                    QLatin1String(y_ == kTileSize ? "h.png" : "n.png");
+  QString written =
+      href_.left(href_.size() - kSuffixLength) + QLatin1String(y_ == kTileSize ? "h.png" : "n.png");
   std::swap(self.href_, written);
   AbstractLink::WriteKml(state);
   std::swap(self.href_, written);

@@ -159,7 +159,7 @@ private:
   std::int32_t legacyW_ = -1;
   std::int32_t legacyH_ = -1;
   QString keyText_;
-  QString query_; // as it came with the reference; null without one
+  QString query_;                  // as it came with the reference; null without one
   std::int32_t given_[kSideCount]; // the rectangle as it was set
   unsigned char givenSides_ = 0;   // one bit for each side of it that was set
   HotSpotKind hotSpotKind_ = kNoHotSpot;

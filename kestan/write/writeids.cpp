@@ -31,9 +31,16 @@ bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
          sets.back()->insert(object);
 }
 
-void WriteState::WriteStyles() {
+void WriteState::WriteStyles(const mmvector<RefPtr<StyleSelector>>& first) {
+  ObjectSet ordered;
+  for (const RefPtr<StyleSelector>& style : first) {
+    if (style && styleSets_.back()->contains(*style))
+      ordered.insert(*style);
+  }
+  for (const SchemaObject* style : *styleSets_.back())
+    ordered.insert(*style);
   styleDefaultsEnabled_ = false;
-  WriteObjs(*styleSets_.back());
+  WriteObjs(ordered);
   styleDefaultsEnabled_ = true;
 }
 

@@ -81,9 +81,9 @@ protected:
 
 TEST_F(LoadObserverTest, AStyleFurtherDownTheFileIsFound) {
   const auto document = Read<Document>("<Document><Placemark><styleUrl>#s</styleUrl></Placemark>"
-                                   "<Placemark><styleUrl>#t</styleUrl></Placemark>"
-                                   "<Placemark><styleUrl>#s</styleUrl></Placemark>"
-                                   "<Style id=\"s\"/></Document>");
+                                       "<Placemark><styleUrl>#t</styleUrl></Placemark>"
+                                       "<Placemark><styleUrl>#s</styleUrl></Placemark>"
+                                       "<Style id=\"s\"/></Document>");
   ASSERT_TRUE(document);
   mmvector<SchemaObject*> placemarks;
   document->FindBySchema(Placemark::GetClassSchema(), placemarks);
@@ -234,7 +234,9 @@ TEST_F(LoadObserverTest, ForwardReferencesCostInProportion) {
     EXPECT_TRUE(document);
     return taken.count();
   };
-  const auto best = [&read](int count) { return std::min({read(count), read(count), read(count)}); };
+  const auto best = [&read](int count) {
+    return std::min({read(count), read(count), read(count)});
+  };
   const double small = best(2000);
   const double large = best(20000);
   // A walk for each style would take a hundred times as long.

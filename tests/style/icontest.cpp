@@ -60,8 +60,7 @@ TEST_F(IconTest, ImagesAreToldByTheFormOfTheirUrl) {
       {"http://h/a.png?max=5&x=z&x=9&x=4&w=-3&", Icon::kImageFile, "9,0,-1,32",
        "http://h/a.png?max=5&x=z&x=9&x=4&w=-3", "http://h/a.png?max=5&x=z&x=9&x=4&w=-3"},
       {"http://h/a.png?", Icon::kImageFile, "0,0,-1,-1", "http://h/a.png", "http://h/a.png"},
-      {"file:///a.png?x=32", Icon::kImageFile, "32,0,32,32", "file:///a.png",
-       "file:///a.png"},
+      {"file:///a.png?x=32", Icon::kImageFile, "32,0,32,32", "file:///a.png", "file:///a.png"},
       {"file:///a.png?a=b&x=32&c&y=z", Icon::kImageFile, "32,0,32,32", "file:///a.png?a=b&c&y=z",
        "file:///a.png"},
       {"http://h/flatfile?a", Icon::kFlatfileImage, "0,0,-1,-1", "http://h/flatfile?a",
@@ -170,7 +169,8 @@ TEST_F(IconTest, ALaterChangeLeavesNothingBehind) {
 }
 
 TEST_F(IconTest, OlderElementsFillInAndStay) {
-  const auto icon = ReadIcon("<href>a.png</href><x>10</x><gx:x>20</gx:x><y>30</y><w>-7</w><h>8</h>");
+  const auto icon =
+      ReadIcon("<href>a.png</href><x>10</x><gx:x>20</gx:x><y>30</y><w>-7</w><h>8</h>");
   ASSERT_TRUE(icon);
   EXPECT_EQ("20,30,-1,8", Rectangle(*icon));
   const QString text = Write(*icon);
@@ -191,7 +191,8 @@ TEST_F(IconTest, ATextureNameIsNotResolved) {
 }
 
 TEST_F(IconTest, TheUrlFollowsTheViewAndIsWrittenWithoutIt) {
-  const auto icon = ReadIcon("<href>http://h/a.png</href><viewRefreshMode>onStop</viewRefreshMode>");
+  const auto icon =
+      ReadIcon("<href>http://h/a.png</href><viewRefreshMode>onStop</viewRefreshMode>");
   ASSERT_TRUE(icon);
   ViewParams view;
   view.east = 0.5;
@@ -241,8 +242,7 @@ TEST_F(IconTest, PaletteIconsMarkTheirPlaceWithCentreOrEdge) {
 TEST_F(IconTest, EveryIconOfThePalettesIsABuiltInShape) {
   for (short palette = 2; palette <= 5; ++palette) {
     for (int index = 0; index < 64; ++index) {
-      const auto icon =
-          Icon::create(Server("pal%1/icon%2.png").arg(palette).arg(index));
+      const auto icon = Icon::create(Server("pal%1/icon%2.png").arg(palette).arg(index));
       SCOPED_TRACE(icon->GetHref().toStdString());
       EXPECT_EQ(Icon::kBuiltInImage, icon->GetTexId());
       EXPECT_EQ(icon->GetHref(), icon->GetAbsoluteUrl());

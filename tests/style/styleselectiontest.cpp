@@ -7,6 +7,8 @@
 #include "kestan/style/stylemappair.h"
 #include "tests/style/styletest.h"
 
+#include <QRegularExpression>
+
 namespace vorrel::kestan {
 
 class StyleSelectionTest : public StyleTest {};
@@ -122,6 +124,23 @@ TEST_F(StyleSelectionTest, AStyleOfAnotherDocumentArrivesLate) {
                           InDocument("<Style id='s'><PolyStyle><fill>0</fill></PolyStyle></Style>"));
   EXPECT_EQ("PolyStyle.fill=0", Look(*a));
   EXPECT_EQ("LineStyle.width=2 PolyStyle.fill=0", Look(*b));
+}
+
+TEST_F(StyleSelectionTest, ADocumentThatIsReadAgainHasStylesOfItsOwn) {
+  const QString text = InDocument(
+      "<Placemark><name>p</name><styleUrl>#m</styleUrl></Placemark>"
+      "<Placemark><name>q</name><styleUrl>#gone</styleUrl></Placemark>"
+      "<StyleMap id='m'><Pair><key>normal</key><styleUrl>#s</styleUrl></Pair></StyleMap>"
+      "<Style id='s'><LineStyle><width>%1</width></LineStyle></Style>");
+  const auto first = ReadLocal(text.arg(3).replace("gone", "s"));
+  const RefPtr<Style> left = Style::create(KmlId("gone", "/dir/doc.kml"), QString(), nullptr);
+  left->GetLineStyle()->SetWidth(7);
+  const auto second = ReadLocal(text.arg(4));
+  EXPECT_EQ("LineStyle.width=3", Look(*Find(*first, "p")));
+  EXPECT_EQ("LineStyle.width=4", Look(*Find(*second, "p")));
+  // What isn't in the document any more is found where it was.
+  EXPECT_EQ("LineStyle.width=7", Look(*Find(*second, "q")));
+  EXPECT_FALSE(Find(*second, "q")->GetBit(kBitLoadFailed));
 }
 
 TEST_F(StyleSelectionTest, AChangeShowsAtOnce) {
@@ -297,6 +316,10 @@ TEST_F(StyleSelectionTest, SharedStylesTravelWithTheirFeatures) {
   EXPECT_EQ(before, looks(*document));
   EXPECT_EQ("LineStyle.width=4", Look(*Find(*document, "q")));
   EXPECT_EQ(3, first.count("<Style id="));
+  // In the order of the document.
+  const QRegularExpression order("id=\"a\".*id=\"b\".*id=\"c\".*id=\"n\".*id=\"m\"",
+                                 QRegularExpression::DotMatchesEverythingOption);
+  EXPECT_TRUE(order.match(first).hasMatch()) << first.toStdString();
   EXPECT_TRUE(first.contains("<styleUrl>root://styles#hl</styleUrl>"));
   EXPECT_TRUE(first.contains("<styleUrl>root://styles#unknown</styleUrl>"));
   EXPECT_EQ(first, Write(*document));
