@@ -349,6 +349,13 @@ void ExpatHandler::RefuseAttributes() {
               kErrorFatal);
 }
 
+void ExpatHandler::RefuseName() {
+  HandleError(tr("A name has a character that is no letter in UTF-8",
+                 "Error message shown when an element or attribute of a KML file has a name that "
+                 "can't be written."),
+              kErrorFatal);
+}
+
 void ExpatHandler::Reset() {
   // From the innermost object outwards: none of them holds another yet.
   while (!tagStack_.empty())

@@ -201,6 +201,7 @@ private:
   ushort* GetPlaceForText(int length);
   void EndPlaceForText(const ushort* end);
   void RefuseAttributes();
+  void RefuseName();
 
   bool IgnoresErrors() const;
   void Fail(const QString& text, const QString& bareText);

@@ -235,6 +235,13 @@ void ExpatParser::StartElement(const char* name, const char** attributes) {
     *out++ = 0;
   }
   attributes_.push_back(nullptr);
+  bool goodNames = known || XmlNames::IsName(wideName);
+  for (std::size_t i = 0; attributes_[i]; i += 2)
+    goodNames = goodNames && XmlNames::IsName(attributes_[i]);
+  if (!goodNames) {
+    handler_.RefuseName();
+    return;
+  }
   handler_.knownName_ = known;
   handler_.StartElement(known ? known->utf16() : wideName, attributes_.data());
 }

@@ -26,6 +26,14 @@ std::uint32_t Hash(const char* text, std::size_t length) {
 
 XmlNames::XmlNames() : slots_(kSlots) {}
 
+bool XmlNames::IsName(const ushort* text) {
+  for (; *text; ++text) {
+    if (*text == 0xAA || *text == 0xB5 || *text == 0xBA)
+      return false;
+  }
+  return true;
+}
+
 const QString* XmlNames::Find(const char* utf8) {
   const std::size_t length = std::strlen(utf8);
   const std::uint32_t hash = Hash(utf8, length);
@@ -38,8 +46,10 @@ const QString* XmlNames::Find(const char* utf8) {
   }
   if (names_.size() == kMaxNames)
     return nullptr;
-  names_.push_back(std::make_unique<Name>(
-      Name{std::string(utf8, length), QString::fromUtf8(utf8, static_cast<int>(length))}));
+  const QString text = QString::fromUtf8(utf8, static_cast<int>(length));
+  if (!IsName(text.utf16()))
+    return nullptr;
+  names_.push_back(std::make_unique<Name>(Name{std::string(utf8, length), text}));
   slots_[place] = {hash, names_.back().get()};
   return &names_.back()->text;
 }

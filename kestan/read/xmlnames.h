@@ -16,8 +16,12 @@ class XmlNames {
 public:
   XmlNames();
 
-  /// The kept name, good as long as this table; null when the table holds as many names as it
-  /// takes, as for a document that is made of different ones.
+  /// True for a name that is one in whatever encoding it's written. In Latin-1 the parser takes
+  /// three more letters, which are none in UTF-8.
+  static bool IsName(const ushort* text);
+
+  /// The kept name, good as long as this table; null for what is no name, and when the table holds
+  /// as many names as it takes, as for a document that is made of different ones.
   const QString* Find(const char* utf8);
 
 private:

@@ -100,6 +100,17 @@ TEST_F(EncodingTest, BytesThatTheEncodingCannotMeanAreTakenAsLatin1) {
   EXPECT_EQ(5001, Write(*fromFile).count("<Placemark>"));
 }
 
+TEST_F(EncodingTest, NamesThatNoOtherEncodingHasAreRefused) {
+  for (const char* content : {"<a\xAA/>", "<a b\xB5='1'/>", "<a><b><c\xBA/></b></a>"}) {
+    SCOPED_TRACE(content);
+    EXPECT_FALSE(ReadObject(QByteArray("<?xml version='1.0' encoding='ISO-8859-1'?><Placemark>") +
+                            content + "</Placemark>"));
+    EXPECT_TRUE(error().contains("no letter in UTF-8")) << error().toStdString();
+  }
+  EXPECT_TRUE(ReadObject(QByteArray("<?xml version='1.0' encoding='ISO-8859-1'?><Placemark>"
+                                    "<a\xE4>\xAA</a\xE4></Placemark>")));
+}
+
 TEST_F(EncodingTest, OtherErrorsGetNoSecondAttempt) {
   EXPECT_FALSE(ReadObject(QByteArray("<Placemark><name>\xC3\xBC</nome></Placemark>")));
   EXPECT_EQ("Parse error at line 1, column 20:\n\n\tmismatched tag", error());
