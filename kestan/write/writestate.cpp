@@ -172,9 +172,10 @@ QByteArray WriteState::GetPreamble() const {
 void WriteState::WritePostamble() { stream_ << "</kml>\n"; }
 
 void WriteState::WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces) {
+  if (text.isEmpty())
+    return;
   rawXml_.SetScope(namespaces);
-  if (!text.isEmpty())
-    rawXml_.WriteAttributes(text);
+  rawXml_.WriteAttributes(text);
 }
 
 void WriteState::WriteUnknownElements(const QString& text, const NamespaceList& namespaces) {
