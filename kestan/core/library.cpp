@@ -8,7 +8,6 @@
 #include "kestan/read/deprecationmanager.h" // ends with the library
 #include "kestan/read/expathandler.h"       // starts and ends with the library
 #include "kestan/read/loadobserver.h"       // starts and ends with the library
-#include "kestan/style/icon.h"              // the shared icons live as long
 #include "kestan/style/localshapes.h"       // built-in resources
 
 #include <memory>
@@ -38,7 +37,6 @@ void GInitialize(const KestanCreationParams& params) {
   ThreadContext::Initialize();
   const NotificationDeferrer deferrer;
   Schema::Initialize(params);
-  Icon::Initialize();
   LoadObserver::ObserveCreation(*ThreadContext::GetMain());
 }
 
@@ -46,7 +44,6 @@ void GShutdown() {
   if (!s_initialized)
     return;
   DeprecationManager::DeleteSingleton();
-  Icon::Shutdown();
   Schema::Shutdown();
   ThreadContext::Shutdown();
   s_resource_manager.reset();

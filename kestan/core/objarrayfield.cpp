@@ -6,6 +6,7 @@
 #include "kestan/host/inlinedvector.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vorrel::kestan {
 
@@ -110,10 +111,12 @@ int ObjArrayFieldBase::EraseMultiple(SchemaObject* owner,
   std::sort(places.begin(), places.end());
   const auto end = std::unique(places.begin(), places.end());
 
+  // The array is whole again before any element hears of it, since what it does then may change
+  // the array once more.
+  mmvector<std::pair<RefPtr<SchemaObject>, int>> gone;
   for (auto place = places.begin(); place != end; ++place) {
     if (SchemaObject* element = GetObject(*owner, *place))
-      element->RemArrayOwner(*owner, *place);
-    Store(*owner, *place, nullptr);
+      gone.emplace_back(element, *place);
   }
   const int first = *places.begin();
   int to = first;
@@ -126,6 +129,8 @@ int ObjArrayFieldBase::EraseMultiple(SchemaObject* owner,
   }
   setCount(*owner, static_cast<unsigned>(to));
   Renumber(*owner, first, to);
+  for (const auto& [element, place] : gone)
+    element->RemArrayOwner(*owner, place);
   return count - to;
 }
 

@@ -1,5 +1,7 @@
 #include "kestan/core/objectobserver.h"
 
+#include <algorithm>
+
 namespace vorrel::kestan {
 
 std::atomic<std::uint32_t> ObjectObserver::s_revision_counter_{0};
@@ -46,12 +48,19 @@ void ObjectObserver::NotifyFieldChanged(SchemaObject& object, const Field& field
 void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject& child,
                                            SchemaObject& changed, const Field& field,
                                            VisitedObjects& visited) {
+  // A cycle of owners ends where it closes. What this climb has come by is no older than the object
+  // that changed, so that the usual owner needs no search, however long the way up is.
+  const bool mayBeVisited =
+      static_cast<std::int32_t>(observed.revision_ - changed.revision_) >= 0;
+  const bool closesCycle =
+      mayBeVisited && std::find(visited.begin(), visited.end(), &observed) != visited.end();
   observed.revision_ = s_revision_counter_.load(std::memory_order_relaxed);
   const SubFieldChangedEvent event{observed, child, changed, field};
   const bool alive = observed.observers_.Dispatch([&](Observer& observer) {
     static_cast<ObjectObserver&>(observer).OnSubFieldChanged(event);
   });
-  if (alive && (observed.GetBit(kBitNotifySubField) || observed.GetBit(kBitInheritedNotifySubField)))
+  if (alive && !closesCycle &&
+      (observed.GetBit(kBitNotifySubField) || observed.GetBit(kBitInheritedNotifySubField)))
     observed.NotifySubFieldChanged(changed, field, visited);
 }
 

@@ -5,6 +5,10 @@
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/schemaobjectschema.h"
+#include "kestan/style/icon.h" // shared default objects, which need all schemas
+#include "kestan/style/labelstyle.h"
+#include "kestan/style/linestyle.h"
+#include "kestan/style/styleselector.h"
 
 #include <algorithm>
 #include <mutex>
@@ -232,8 +236,18 @@ void Schema::Initialize(const KestanCreationParams& params) {
   const NotificationDeferrer deferrer;
   SchemaObjectSchema::GetSingleton();
   SchemaRegistrar::CreateSingletons();
+  StyleSelector::Initialize();
+  LabelStyle::Initialize();
+  LineStyle::Initialize();
+  Icon::Initialize();
 }
 
-void Schema::Shutdown() { SchemaRegistrar::DeleteSingletons(); }
+void Schema::Shutdown() {
+  Icon::Shutdown();
+  LineStyle::Shutdown();
+  LabelStyle::Shutdown();
+  StyleSelector::Shutdown();
+  SchemaRegistrar::DeleteSingletons();
+}
 
 } // namespace vorrel::kestan

@@ -263,10 +263,6 @@ void SchemaObject::NotifyFieldChanged(const Field& field) {
 
 void SchemaObject::NotifySubFieldChanged(SchemaObject& changed, const Field& field,
                                          VisitedObjects& visited) {
-  for (const SchemaObject* object : visited) {
-    if (object == this)
-      return;
-  }
   if (!owner_)
     return;
   visited.push_back(this);

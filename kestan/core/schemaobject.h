@@ -235,6 +235,8 @@ private:
   friend class SchemaObjectSchema;
   friend class ObjectObserver;
   friend class CreationObserver;
+  friend class StyleSelector; // has several owners
+  friend class StyleClimb;
 
   using HandlerMap = std::map<HandlerType, HandlerFunc>;
 

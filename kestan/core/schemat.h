@@ -39,6 +39,7 @@ public:
       CreateSingleton();
     return *s_singleton_;
   }
+  /// Its place is known before it's built, so that two schemas can refer to each other.
   static void CreateSingleton();
   static void DeleteSingleton();
   static unsigned GetFieldSpecifiedBit(const Field& field) { return field.GetMaskBit(); }
@@ -52,8 +53,6 @@ public:
   bool IsDerivable() const override { return D<T>::kDerivable; }
 
 protected:
-  /// Sets the singleton before the fields of the schema class are built, so that two schemas can
-  /// refer to each other.
   SchemaT(const QString& name, const Schema* base, Namespace ns, bool experimental = false);
   ~SchemaT() override;
 

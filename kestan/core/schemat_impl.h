@@ -18,7 +18,6 @@ template <class T, template <class> class I, template <class> class D>
 SchemaT<T, I, D>::SchemaT(const QString& name, const Schema* base, Namespace ns, bool experimental)
     : Schema(name, sizeof(T), base, ns, experimental) {
   static_assert(std::is_base_of_v<SchemaT, Singleton>, "T::ClassSchema is another class's schema");
-  s_singleton_ = static_cast<Singleton*>(this);
 }
 
 template <class T, template <class> class I, template <class> class D>
@@ -28,8 +27,11 @@ SchemaT<T, I, D>::~SchemaT() {
 
 template <class T, template <class> class I, template <class> class D>
 void SchemaT<T, I, D>::CreateSingleton() {
-  if (!s_singleton_)
-    new (HeapManager::GetStaticHeap()) Singleton();
+  if (s_singleton_)
+    return;
+  void* storage = doNew(sizeof(Singleton), HeapManager::GetStaticHeap());
+  s_singleton_ = static_cast<Singleton*>(storage);
+  new (storage) Singleton();
 }
 
 template <class T, template <class> class I, template <class> class D>

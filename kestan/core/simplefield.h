@@ -30,7 +30,7 @@ public:
 
 protected:
   /// What follows the conversion of a text: an edit or the new value, and the attributes.
-  FromStringResult Store(SchemaObject& object, const T& value, const AttributeList* attrs,
+  FromStringResult Store(SchemaObject& object, T value, const AttributeList* attrs,
                          const NamespaceList* namespaces, Update* update) const;
 };
 

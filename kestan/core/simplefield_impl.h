@@ -42,7 +42,8 @@ template <class T> bool SimpleField<T>::KeepsText() const { return std::is_same_
 
 template <class T>
 void SimpleField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
-  this->WriteValue(object, state, this->get(object) != this->GetDefault());
+  this->WriteValue(object, state,
+                   !typedfield_detail::IsSame(this->get(object), this->GetDefault()));
 }
 
 template <class T>
@@ -62,12 +63,11 @@ void SimpleField<T>::merge(SchemaObject& dst, const SchemaObject& a, const Schem
 }
 
 template <class T>
-FromStringResult SimpleField<T>::Store(SchemaObject& object, const T& value,
-                                       const AttributeList* attrs, const NamespaceList* namespaces,
-                                       Update* update) const {
+FromStringResult SimpleField<T>::Store(SchemaObject& object, T value, const AttributeList* attrs,
+                                       const NamespaceList* namespaces, Update* update) const {
   if (update)
     return FromStringResult::kSecurityViolation; // nobody records edits yet
-  this->SetTypedObject(object, value);
+  this->SetTypedObject(object, std::move(value));
   if (attrs && !attrs->empty())
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
   return FromStringResult::kOk;

@@ -2,6 +2,7 @@
 
 #include "kestan/host/job.h"
 #include "kestan/read/loadobserverlist.h" // open references move with the objects
+#include "kestan/style/stylecache.h"      // ends with the context
 
 #include <iterator>
 

@@ -10,6 +10,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 
 namespace vorrel {
@@ -19,6 +20,7 @@ class IJobContinuator;
 namespace vorrel::kestan {
 
 class LoadObserverList;
+class StyleCache;
 
 /// What each thread that builds objects has for itself: the hash of its objects by id, and its
 /// notification state. Touched only by its thread, or by the main thread once the worker has let
@@ -61,6 +63,10 @@ public:
   std::unique_ptr<LoadObserverList> styleLoadObservers;
   std::unique_ptr<LoadObserverList> schemaLoadObservers;
 
+  std::unique_ptr<StyleCache> styleCache; ///< The last style that was merged; null until then.
+
+  /// Value of the change counter when the document that is being read was begun; 0 outside.
+  std::uint32_t parseRevision = 0;
   QString fatalText;         ///< Set by a check far below the reader; ends the parse.
   bool notifyEnabled = true; ///< While false, field changes notify nobody.
 

@@ -2,6 +2,7 @@
 
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/typedfield.h"
+#include "kestan/host/datetime.h"
 #include "kestan/host/legacyscreenvec.h"
 #include "kestan/host/vec3.h"
 
@@ -21,6 +22,10 @@ inline bool IsLess(const Vec3<double>& a, const Vec3<double>& b) {
 inline bool IsLess(const LegacyScreenVec& a, const LegacyScreenVec& b) {
   return std::tie(a.x, a.y) < std::tie(b.x, b.y);
 }
+
+/// Whether a new value would change anything. Two times of one instant may be written otherwise.
+template <class T> bool IsSame(const T& a, const T& b) { return a == b; }
+inline bool IsSame(const DateTime& a, const DateTime& b) { return a.isEqualByComponent(b); }
 
 } // namespace typedfield_detail
 
@@ -90,14 +95,14 @@ template <class T> void TypedField<T>::SetTypedObject(SchemaObject& object, T va
 
 template <class T>
 void TypedField<T>::CheckSet(SchemaObject& object, const T& value, unsigned& specified) const {
-  if (get(object) != value)
+  if (!typedfield_detail::IsSame(get(object), value))
     SetTypedObject(object, value);
   else
     specified |= GetMaskBit();
 }
 
 template <class T> void TypedField<T>::CheckSet(SchemaObject& object, const T& value) const {
-  if (get(object) != value)
+  if (!typedfield_detail::IsSame(get(object), value))
     SetTypedObject(object, value);
 }
 

@@ -13,12 +13,12 @@
 #include "kestan/feature/visibilityobserver.h"
 #include "kestan/host/datetime.h"
 #include "kestan/host/system.h"
-#include "kestan/read/typedloadobserver.h"
 #include "kestan/spacetime/abstractview.h"
 #include "kestan/spacetime/region.h"
 #include "kestan/spacetime/time.h" // visibility depends on the chosen time
 #include "kestan/spacetime/timeprimitive.h"
-#include "kestan/style/styleselector.h"
+#include "kestan/style/liststyle.h" // lines of a snippet
+#include "kestan/style/style.h"
 #include "kestan/write/writestate.h"
 
 #include <QFileInfo>
@@ -34,9 +34,6 @@ template class ObjArrayField<AbstractFeature>;
 namespace {
 
 constexpr char kHomeDomainSuffix[] = "vorrel.com";
-
-/// Lines of a snippet where no list style says otherwise.
-constexpr int kDefaultMaxSnippetLines = 2;
 
 // Bounds of an entity replacement, for values that refer to each other.
 constexpr int kMaxReplacements = 1000;
@@ -74,7 +71,7 @@ AbstractFeatureSchema::AbstractFeatureSchema()
   };
   react(styleUrl, &AbstractFeature::OnStyleUrlChanged);
   react(region, &AbstractFeature::UpdateInheritedRegion);
-  react(inlineStyleSelector, &AbstractFeature::ReleaseFlattenedStyleSelector);
+  react(inlineStyleSelector, &AbstractFeature::OnInlineStyleSelectorChanged);
   react(visibility, &AbstractFeature::OnVisibilityChanged);
   react(snippetObject, &AbstractFeature::OnSnippetObjectChanged);
   react(snippet, &AbstractFeature::OnSnippetChanged);
@@ -129,48 +126,6 @@ void AbstractFeature::SetTimePrimitive(TimePrimitive* time) {
   Fields().timePrimitive.CheckSet(*this, time);
 }
 
-void AbstractFeature::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSet(*this, url); }
-
-void AbstractFeature::SetInlineStyleSelector(StyleSelector* selector) {
-  Fields().inlineStyleSelector.CheckSet(*this, selector);
-}
-
-void AbstractFeature::SetReferencedStyleSelector(StyleSelector* selector) {
-  if (referencedStyleSelector_ == selector)
-    return;
-  SetBit(kBitLoadFailed, false);
-  ReleaseReferencedStyleSelector();
-  referencedStyleSelector_ = selector;
-  if (selector) {
-    selector->AddOwner(*this);
-    const bool local = selector->GetUrl() == GetBaseUrl();
-    styleUrl_ = local ? QString() : selector->GetUrl();
-    if (local || !selector->GetId().isEmpty())
-      styleUrl_ += QLatin1Char('#') + selector->GetId();
-  } else {
-    styleUrl_.clear();
-  }
-  ReleaseFlattenedStyleSelector();
-  SchemaObject::NotifyFieldChanged(Fields().styleUrl); // the reference is resolved already
-}
-
-void AbstractFeature::ReleaseReferencedStyleSelector() {
-  if (const RefPtr<StyleSelector> former = std::move(referencedStyleSelector_))
-    former->RemOwner(*this);
-}
-
-void AbstractFeature::ReleaseFlattenedStyleSelector() {
-  if (const RefPtr<StyleSelector> former = std::move(flattenedStyleSelector_))
-    former->RemOwner(*this);
-}
-
-void AbstractFeature::SetStyleMode(int mode) {
-  if (styleMode_ == mode)
-    return;
-  styleMode_ = mode;
-  NotifyFieldChanged(Fields().styleMode);
-}
-
 QString AbstractFeature::GetSnippet() const {
   return snippetObject_ && !HasNewSnippet() ? snippetObject_->GetText() : snippet_;
 }
@@ -180,7 +135,7 @@ int AbstractFeature::GetMaxSnippetLines() const {
     return snippetObject_->GetMaxLines();
   if (HasNewSnippet() && snippet_.isEmpty())
     return 0;
-  return kDefaultMaxSnippetLines;
+  return getRenderStyle(styleMode_)->GetListStyle()->GetMaxSnippetLines();
 }
 
 void AbstractFeature::SetSnippetIfExists(const QString& text) {
@@ -378,15 +333,6 @@ QString AbstractFeature::GetRemoteDescriptionText() const {
   return remoteDescription_ ? remoteDescription_->text : QString();
 }
 
-void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
-  if (extendedData_)
-    extendedData_->CollectSchemas(state);
-  if (referencedStyleSelector_) {
-    ++StyleSelector::s_get_selected_cycle_counter;
-    referencedStyleSelector_->InternalCollectStyles(state);
-  }
-}
-
 void AbstractFeature::NotifyInheritedRegionChanged() { NotifyFieldChanged(Fields().region); }
 
 void AbstractFeature::NotifyInheritedTimeChanged() { NotifyFieldChanged(Fields().timePrimitive); }
@@ -457,15 +403,6 @@ void AbstractFeature::WriteStylesAndSchemas(WriteState& state, const QString& pa
   state.PopStylesAndSchemas();
 }
 
-void AbstractFeature::OnUrlLoad(const StrField&, SchemaObject* loaded) {
-  if (loaded) {
-    SetReferencedStyleSelector(static_cast<StyleSelector*>(loaded));
-  } else {
-    SetBit(kBitLoadFailed, true);
-    SchemaObject::NotifyFieldChanged(Fields().styleUrl); // a new load would fail again
-  }
-}
-
 const Field* AbstractFeature::FindObject(const SchemaObject& child, int* index) const {
   if (&child == referencedStyleSelector_.get()) {
     if (index)
@@ -486,12 +423,6 @@ void AbstractFeature::NotifyFieldChanged(const Field& field) {
   const RefPtr<AbstractFeature> alive = KeepAlive();
   (this->*reaction)();
   SchemaObject::NotifyFieldChanged(field);
-}
-
-void AbstractFeature::OnStyleUrlChanged() {
-  ReleaseReferencedStyleSelector();
-  ReleaseFlattenedStyleSelector();
-  TypedLoadObserver<StyleSelector>::Create(*this, Fields().styleUrl);
 }
 
 void AbstractFeature::OnVisibilityChanged() {

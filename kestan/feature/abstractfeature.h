@@ -20,6 +20,7 @@ class ExtendedData;
 class FeatureVisitor;
 class Region;
 class Snippet;
+class Style;
 class StyleSelector;
 class TimePrimitive;
 
@@ -62,6 +63,16 @@ public:
   StyleSelector* GetReferencedStyleSelector() const { return referencedStyleSelector_.get(); }
   /// Binds the feature to a shared style and rewrites the style URL accordingly; null unbinds.
   void SetReferencedStyleSelector(StyleSelector* selector);
+  /// The inline `Style`; where there is none, a new one, also in place of a `StyleMap`.
+  Style* InlineStyle();
+  /// The style to draw with in `mode`, with every sub-style set or stood in for by its default.
+  /// Null only while the library isn't initialised. It lives until the next change of what it's
+  /// made of. Thread: any with a context, one at a time for a feature.
+  const Style* getRenderStyle(int mode) const;
+  /// The selector behind the render style.
+  const StyleSelector* getRenderStyleSelector() const;
+  /// True when the feature says how it looks highlighted.
+  bool HasSpecifiedHighlightStyle() const;
   /// The style in which the feature is shown: 0 normal, 1 highlight.
   int GetStyleMode() const { return styleMode_; }
   void SetStyleMode(int mode);
@@ -180,10 +191,14 @@ private:
 
   void init();
   void ReleaseReferencedStyleSelector();
-  void ReleaseFlattenedStyleSelector();
+  void ReleaseFlattenedStyleSelector() const;
+  void BindStyleSelector(StyleSelector* selector, const QString& url);
+  const StyleSelector* UpdateRenderStyleSelector() const;
+  void FlattenStyleSelectors() const;
 
   // What follows from a change, one operation a field.
   void OnStyleUrlChanged();
+  void OnInlineStyleSelectorChanged();
   void OnVisibilityChanged();
   void OnSnippetChanged();
   void OnSnippetObjectChanged();
@@ -208,7 +223,7 @@ private:
   TimePrimitive* inheritedTime_; // its feature, here or above, counts it
   Region* inheritedRegion_;      // likewise
   RefPtr<StyleSelector> referencedStyleSelector_;
-  RefPtr<StyleSelector> flattenedStyleSelector_;
+  mutable RefPtr<StyleSelector> flattenedStyleSelector_; // the inline style over the referenced one
   int styleMode_;
   std::unique_ptr<RemoteDescription> remoteDescription_;
 };

@@ -62,7 +62,10 @@ bool AbstractFolder::RemChild(AbstractFeature& child) {
   return RemoveChildren({&one, 1}) == 1;
 }
 
-bool AbstractFolder::RemChild(int index) { return RemChild(*GetChild(index)); }
+bool AbstractFolder::RemChild(int index) {
+  AbstractFeature* const child = GetChild(index);
+  return child && RemChild(*child);
+}
 
 void AbstractFolder::MoveAllChildren(AbstractFolder* from, AbstractFolder* to) {
   if (from->GetChildCount() == 0)

@@ -82,7 +82,7 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
   folderFields.icon.WriteKml(*this, state);
   WriteUnknownFields(state);
   state.WriteSchemas();
-  state.WriteStyles();
+  state.WriteStyles(styleSelectors_);
   if (feature)
     feature->WriteKml(state);
   else
@@ -98,18 +98,29 @@ void FeatureVisitor::visit(Document& document) {
 }
 
 void Document::NotifyFieldChanged(const Field& field) {
-  if (&field == &Fields().styleSelectors) {
-    const auto anonymous =
-        std::find_if(styleSelectors_.begin(), styleSelectors_.end(),
-                     [](const RefPtr<StyleSelector>& s) { return s && s->GetId().isEmpty(); });
-    if (anonymous != styleSelectors_.end()) {
-      const RefPtr<StyleSelector> selector = *anonymous;
-      const int index = static_cast<int>(anonymous - styleSelectors_.begin());
-      Fields().styleSelectors.EraseMultiple(this, {&index, 1});
-      SetInlineStyleSelector(selector.get());
-    }
-  }
+  if (&field == &Fields().styleSelectors)
+    TakeAnonymousStyle();
   AbstractFolder::NotifyFieldChanged(field);
+}
+
+void Document::TakeAnonymousStyle() {
+  // Documents come with one style behind the other: of a list that only grew by one at its end, the
+  // others were looked at before.
+  const bool isAppended = namedStyleCount_ > 0 && styleSelectors_.size() == namedStyleCount_ + 1 &&
+                          styleSelectors_[namedStyleCount_ - 1] == lastNamedStyle_;
+  const auto anonymous = std::find_if(
+      isAppended ? styleSelectors_.end() - 1 : styleSelectors_.begin(), styleSelectors_.end(),
+      [](const RefPtr<StyleSelector>& style) { return style && style->GetId().isEmpty(); });
+  if (anonymous != styleSelectors_.end()) {
+    const RefPtr<StyleSelector> selector = *anonymous;
+    const int index = static_cast<int>(anonymous - styleSelectors_.begin());
+    Fields().styleSelectors.EraseMultiple(this, {&index, 1});
+    SetInlineStyleSelector(selector.get());
+    namedStyleCount_ = 0;
+    return;
+  }
+  namedStyleCount_ = styleSelectors_.size();
+  lastNamedStyle_ = namedStyleCount_ > 0 ? styleSelectors_.back().get() : nullptr;
 }
 
 } // namespace vorrel::kestan

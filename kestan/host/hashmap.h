@@ -50,7 +50,9 @@ private:
 ///
 /// The number of buckets is a power of two, never below the minimum; it doubles when there are
 /// more values than buckets, and halves when less than a quarter are in use. An empty map holds no
-/// memory. Lookups compare the cached hash value before the key. Not safe across threads.
+/// memory. Lookups compare the cached hash value before the key; and since values lie anywhere in
+/// memory, a byte a bucket tells most keys that aren't there without a look at any of them. Not
+/// safe across threads.
 template <class K, class V, class Traits> class HashMap {
 public:
   using Entry = HashMapEntry<K, V, Traits>;
@@ -135,8 +137,15 @@ public:
 private:
   Entry*& Bucket(std::uint32_t hashValue) const { return buckets_[hashValue & (size_ - 1)]; }
 
+  /// For each bucket one bit a kind of hash value that its chain may hold. The bits come from that
+  /// end of the value that doesn't choose the bucket.
+  std::uint8_t& Kinds(std::uint32_t hashValue) const { return kinds_[hashValue & (size_ - 1)]; }
+  static std::uint8_t KindOf(std::uint32_t hashValue) {
+    return static_cast<std::uint8_t>(1U << (hashValue >> 29));
+  }
+
   template <class Matches> V* Find(std::uint32_t hashValue, Matches&& matches) const {
-    if (!buckets_)
+    if (!buckets_ || !(Kinds(hashValue) & KindOf(hashValue)))
       return nullptr;
     for (Entry* entry = Bucket(hashValue); entry; entry = entry->next_) {
       if (entry->hash_ == hashValue && matches(static_cast<const V&>(*entry)))
@@ -145,25 +154,26 @@ private:
     return nullptr;
   }
 
-  void LinkAtHead(Entry& entry) {
+  void Link(Entry& entry) {
     Entry*& head = Bucket(entry.hash_);
     entry.prev_ = nullptr;
     entry.next_ = head;
     if (head)
       head->prev_ = &entry;
     head = &entry;
-  }
-
-  void Link(Entry& entry) {
-    LinkAtHead(entry);
+    Kinds(entry.hash_) |= KindOf(entry.hash_);
     entry.map_ = this;
     ++count_;
   }
 
+  /// The bucket keeps its kinds as long as it holds anything: one too many only costs a look.
   void Unlink(Entry& entry) {
-    (entry.prev_ ? entry.prev_->next_ : Bucket(entry.hash_)) = entry.next_;
+    Entry*& head = Bucket(entry.hash_);
+    (entry.prev_ ? entry.prev_->next_ : head) = entry.next_;
     if (entry.next_)
       entry.next_->prev_ = entry.prev_;
+    if (!head)
+      Kinds(entry.hash_) = 0;
     entry.next_ = entry.prev_ = nullptr;
     entry.map_ = nullptr;
     --count_;
@@ -180,6 +190,7 @@ private:
   void Shrink() {
     if (count_ == 0) {
       buckets_.reset();
+      kinds_.reset();
       return;
     }
     std::size_t wanted = size_;
@@ -189,20 +200,30 @@ private:
       Resize(wanted);
   }
 
-  /// Chains are walked from their ends, so that of equal keys the newest stays in front.
+  /// Goes to another number of buckets, both being powers of two: each chain is split, or several
+  /// are joined, in one walk that leaves the order of values in a chain as it is, so that of equal
+  /// keys the newest stays in front.
   void Resize(std::size_t size) {
     const std::unique_ptr<Entry*[]> old = std::move(buckets_);
-    const std::size_t oldSize = size_;
+    const std::size_t oldSize = old ? size_ : 0;
     buckets_ = std::make_unique<Entry*[]>(size);
+    kinds_ = std::make_unique<std::uint8_t[]>(size);
     size_ = size;
-    for (std::size_t i = 0; old && i < oldSize; ++i) {
-      Entry* last = old[i];
-      while (last && last->next_)
-        last = last->next_;
-      while (last) {
-        Entry* const before = last->prev_;
-        LinkAtHead(*last);
-        last = before;
+    const std::unique_ptr<Entry*[]> tails = std::make_unique<Entry*[]>(oldSize ? size : 0);
+    for (std::size_t i = 0; i < oldSize; ++i) {
+      // The values lie anywhere in memory: their lines are asked for ahead of time.
+      constexpr std::size_t kAhead = 8;
+      if (i + kAhead < oldSize)
+        __builtin_prefetch(old[i + kAhead], 1);
+      for (Entry* entry = old[i]; entry;) {
+        Entry* const next = entry->next_;
+        Entry*& tail = tails[entry->hash_ & (size_ - 1)];
+        entry->prev_ = tail;
+        entry->next_ = nullptr;
+        (tail ? tail->next_ : Bucket(entry->hash_)) = entry;
+        Kinds(entry->hash_) |= KindOf(entry->hash_);
+        tail = entry;
+        entry = next;
       }
     }
   }
@@ -211,6 +232,7 @@ private:
   std::size_t size_ = 0;
   std::size_t count_ = 0;
   std::unique_ptr<Entry*[]> buckets_;
+  std::unique_ptr<std::uint8_t[]> kinds_;
 };
 
 } // namespace vorrel

@@ -47,8 +47,8 @@ public:
   StrField httpQuery{*this, "httpQuery", OffsetOf(&AbstractLink::httpQuery_), Field::kElement};
   SimpleField<double> expireTime{*this, "expireTime", OffsetOf(&AbstractLink::expireTime_),
                                  Field::kHidden};
-  SimpleField<int> refreshCounter{*this, "refreshCounter",
-                                  OffsetOf(&AbstractLink::refreshCounter_), Field::kHidden};
+  SimpleField<int> refreshCounter{*this, "refreshCounter", OffsetOf(&AbstractLink::refreshCounter_),
+                                  Field::kHidden};
   PhantomField bound{*this, "bound"}; ///< Fires when the view changes.
   PhantomField errorHandle{*this, "errorHandle"};
 

@@ -11,8 +11,7 @@ class KESTAN_EXPORT TarrowLinkSchema final
 public:
   TarrowLinkSchema();
 
-  StrField href{*this, "href", OffsetOf(&TarrowLink::href_), Field::kElement,
-                Field::kKmlNamespace};
+  StrField href{*this, "href", OffsetOf(&TarrowLink::href_), Field::kElement, Field::kKmlNamespace};
 };
 
 extern template class SchemaT<TarrowLink, NewInstancePolicy, NoDerivedPolicy>;

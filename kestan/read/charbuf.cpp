@@ -83,7 +83,8 @@ QStringView CharBuf::GetTrimmed() const {
 
 void CharBuf::trim() {
   const QStringView text = GetTrimmed();
-  std::memmove(data_, text.data(), static_cast<std::size_t>(text.size()) * sizeof(ushort));
+  if (!text.isEmpty())
+    std::memmove(data_, text.data(), static_cast<std::size_t>(text.size()) * sizeof(ushort));
   size_ = static_cast<int>(text.size());
 }
 

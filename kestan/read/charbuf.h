@@ -34,7 +34,7 @@ public:
   void append(QLatin1String text);
   void append(char c);
 
-  /// Shortens the text.
+  /// Shortens the text, or takes in what was put into the room behind it.
   void resize(int size) { size_ = size; }
   void clear();
   /// Gives the memory back too.

@@ -2,6 +2,7 @@
 
 #include "kestan/core/kestanoptions.h"
 #include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/threadcontext.h"
@@ -38,6 +39,27 @@ constexpr qint64 kFreeNamespaceCost = qint64(64) << 20;
 constexpr qint64 kNamespaceCostPerByte = 16;
 
 std::atomic<int> s_max_element_depth{kMaxElementDepth};
+
+/// Notes on the thread, for the length of a scope, that what exists by now isn't of this document.
+class ParseMark {
+public:
+  ParseMark() : context_(ThreadContext::GetCurrent()) {
+    if (!context_)
+      return;
+    former_ = context_->parseRevision;
+    context_->parseRevision = ++ObjectObserver::s_revision_counter_;
+  }
+  ParseMark(const ParseMark&) = delete;
+  ParseMark& operator=(const ParseMark&) = delete;
+  ~ParseMark() {
+    if (context_)
+      context_->parseRevision = former_;
+  }
+
+private:
+  ThreadContext* context_;
+  std::uint32_t former_ = 0;
+};
 
 IntSetting& ErrorHandling() { return KestanOptionsContext::kestanOptions.kmlErrorHandling; }
 
@@ -144,6 +166,7 @@ ExpatHandler::~ExpatHandler() { ExpatHandler::Reset(); }
 
 RefPtr<SchemaObject> ExpatHandler::LoadXml(ExpatHandler& handler, const unsigned char* data,
                                            std::size_t size) {
+  const ParseMark mark;
   handler.BeginParse();
   QByteArray unpacked;
   QString archiveError;
@@ -299,6 +322,14 @@ bool ExpatHandler::CheckTextLength() {
                      kErrorFatal);
 }
 
+ushort* ExpatHandler::GetPlaceForText(int length) {
+  return skipDepth_ == 0 && text_->GrowBy(length) ? text_->data() + text_->size() : nullptr;
+}
+
+void ExpatHandler::EndPlaceForText(const ushort* end) {
+  text_->resize(static_cast<int>(end - text_->data()));
+}
+
 void ExpatHandler::StartCdata() {
   inCdata_ = true;
   raw_->StartCdata();
@@ -330,6 +361,7 @@ void ExpatHandler::Reset() {
   rootContent_->Clear();
   parser_.reset();
   namespaces_->Clear();
+  knownName_ = nullptr;
   plainAttributes_.clear();
   mergedNamespaces_.clear();
   ignoreErrors_ = false;

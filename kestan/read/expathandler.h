@@ -173,6 +173,9 @@ protected:
   MemoryManager* const memoryManager_;
   Update* editTarget_ = nullptr; ///< Where fields record their edits instead of changing objects.
   QString tagName_;
+  /// The name of the start tag at an address that stands for it as long as the document is parsed;
+  /// null for a name that hasn't been kept.
+  const QString* knownName_ = nullptr;
   QString attributeName_;
   QString attributeValue_;
   ThreadContext* const threadContext_;
@@ -193,6 +196,10 @@ private:
   // Called by the parser.
   void StartCdata();
   void EndCdata();
+  /// Room for text that goes into the buffer as it is; null when it has to go through
+  /// `characters`. The end of what was put there follows.
+  ushort* GetPlaceForText(int length);
+  void EndPlaceForText(const ushort* end);
   void RefuseAttributes();
 
   bool IgnoresErrors() const;

@@ -210,8 +210,10 @@ ushort* ExpatParser::GetBuffer(std::size_t size) {
 void ExpatParser::StartElement(const char* name, const char** attributes) {
   if (stopped_)
     return;
+  const QString* const known = names_.Find(name);
+  open_.push_back(known);
   lengths_.clear();
-  lengths_.push_back(std::strlen(name));
+  lengths_.push_back(known ? 0 : std::strlen(name));
   std::size_t total = lengths_.back();
   for (const char** attribute = attributes; *attribute; ++attribute) {
     lengths_.push_back(std::strlen(*attribute));
@@ -233,12 +235,19 @@ void ExpatParser::StartElement(const char* name, const char** attributes) {
     *out++ = 0;
   }
   attributes_.push_back(nullptr);
-  handler_.StartElement(wideName, attributes_.data());
+  handler_.knownName_ = known;
+  handler_.StartElement(known ? known->utf16() : wideName, attributes_.data());
 }
 
 void ExpatParser::EndElement(const char* name) {
   if (stopped_)
     return;
+  const QString* const known = open_.back();
+  open_.pop_back();
+  if (known) {
+    handler_.EndElement(known->utf16());
+    return;
+  }
   const std::size_t length = std::strlen(name);
   ushort* const buffer = GetBuffer(length + 1);
   *Widen(name, length, buffer) = 0;
@@ -248,6 +257,10 @@ void ExpatParser::EndElement(const char* name) {
 void ExpatParser::Characters(const char* text, int length) {
   if (stopped_)
     return;
+  if (ushort* const place = handler_.GetPlaceForText(length)) {
+    handler_.EndPlaceForText(Widen(text, static_cast<std::size_t>(length), place));
+    return;
+  }
   ushort* const buffer = GetBuffer(static_cast<std::size_t>(length));
   const ushort* const end = Widen(text, static_cast<std::size_t>(length), buffer);
   handler_.characters(buffer, static_cast<int>(end - buffer));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kestan/host/memory.h"
+#include "kestan/read/xmlnames.h"
 
 #include <QString>
 
@@ -71,6 +72,8 @@ private:
   bool stopped_ = false;
   qint64 byteCount_ = 0;
   mmvector<ushort> buffer_; ///< Text of the present call.
+  XmlNames names_;
+  mmvector<const QString*> open_; ///< Names of the elements now open, null for those not kept.
   mmvector<const ushort*> attributes_;
   mmvector<std::size_t> lengths_;
 };

@@ -11,6 +11,7 @@
 #include "kestan/read/taginfo.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace vorrel::kestan {
 
@@ -18,6 +19,9 @@ namespace {
 
 /// Up to this length it's cheaper to copy a text than to wrap it.
 constexpr int kShortValue = 256;
+
+/// Names in classes that are remembered at a time; a power of two.
+constexpr std::size_t kMeanings = 256;
 
 AttributeList GetAttributeList(const unsigned short** attrs) {
   AttributeList list;
@@ -46,12 +50,18 @@ bool HoldsText(const Schema& schema) {
 
 KmlHandler::KmlHandler(const QString& url, unsigned access, MemoryManager* memoryManager,
                        ThreadScope* threadScope, IErrorHandler* errorHandler)
-    : ExpatHandler(url, access, memoryManager, errorHandler), threadScope_(threadScope) {}
+    : ExpatHandler(url, access, memoryManager, errorHandler), threadScope_(threadScope),
+      meanings_(1 + kMeanings) {}
 
 KmlHandler::~KmlHandler() = default;
 
 void KmlHandler::StartElement(const unsigned short* name, const unsigned short** attrs) {
-  Assign(tagName_, name);
+  if (knownName_ && knownName_->utf16() == name) {
+    tagName_ = *knownName_;
+  } else {
+    knownName_ = nullptr;
+    Assign(tagName_, name);
+  }
   if (!CheckDepth())
     return;
   if (skipDepth_ != 0) {
@@ -109,11 +119,34 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
   text_->clear();
 }
 
+const KmlHandler::Meaning& KmlHandler::FindMeaning(const Schema& schema) {
+  std::size_t place = 0;
+  // A class that a document has made may still change.
+  if (knownName_ && !schema.IsCustom()) {
+    const auto mixed = (reinterpret_cast<std::uintptr_t>(knownName_) >> 4) ^
+                       (reinterpret_cast<std::uintptr_t>(&schema) >> 6);
+    place = 1 + (mixed ^ (mixed >> 8)) % kMeanings;
+    const Meaning& meaning = meanings_[place];
+    if (meaning.schema == &schema && meaning.name == knownName_ &&
+        meaning.generation == namespaces_->GetGeneration())
+      return meaning;
+  }
+  Meaning& meaning = meanings_[place];
+  meaning.schema = &schema;
+  meaning.name = knownName_;
+  meaning.generation = namespaces_->GetGeneration();
+  meaning.childSchema = nullptr;
+  meaning.field =
+      FindField(schema, tagName_, GetDefaultNamespace(), &meaning.ns, &meaning.childSchema);
+  return meaning;
+}
+
 bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned short** attrs,
                               Namespace* nsOut) {
-  const Schema* childSchema = nullptr;
-  const Field* const field =
-      FindField(object.GetSchema(), tagName_, GetDefaultNamespace(), nsOut, &childSchema);
+  const Meaning& meaning = FindMeaning(object.GetSchema());
+  const Schema* const childSchema = meaning.childSchema;
+  const Field* const field = meaning.field;
+  *nsOut = meaning.ns;
   if (!field)
     return false;
 

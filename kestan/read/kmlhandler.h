@@ -40,6 +40,19 @@ private:
     kInText, ///< `attrs` are as they stand in the document.
   };
 
+  /// What a name stands for inside an object of a class.
+  struct Meaning {
+    const Schema* schema = nullptr;
+    const QString* name = nullptr;
+    unsigned generation = 0; ///< Of the namespaces in scope.
+    Namespace ns = Namespace::kUnknown;
+    const Field* field = nullptr;
+    const Schema* childSchema = nullptr;
+  };
+
+  /// Answers for the present start tag. What names mean is kept, since most of them come again.
+  const Meaning& FindMeaning(const Schema& schema);
+
   bool IsInValue() const;
   void ConsumeElement(const unsigned short** attrs, Declarations declarations);
   void StartUnknown(AttributeList& declarations, Declarations mode);
@@ -49,6 +62,7 @@ private:
   void EndField(TagInfo& tag);
   bool EndObject(TagInfo& tag);
 
+  mmvector<Meaning> meanings_; ///< The first entry serves names that aren't kept.
   NamespaceList fieldNamespaces_; ///< For the attributes of the field element now open.
   int unknownStart_ = 0;          ///< Where the unknown element begins in the text.
   QString value_;

@@ -29,8 +29,7 @@ std::uint32_t HashMapTraits<SchemaObject*, LoadObserver>::Hash(const LoadObserve
   return hash<SchemaObject*>()(observer.GetObject());
 }
 
-bool HashMapTraits<KmlId, LoadObserver>::Equals(const LoadObserver& observer,
-                                                const KmlId& target) {
+bool HashMapTraits<KmlId, LoadObserver>::Equals(const LoadObserver& observer, const KmlId& target) {
   return observer.GetTarget() == target;
 }
 
@@ -61,6 +60,17 @@ RefPtr<SchemaObject> FindTarget(const KmlId& target, const Schema& schema) {
 
 KmlId GetReference(const SchemaObject& object, const StrField& field) {
   return SchemaObject::MakeAbsoluteId(object.GetBaseUrl(), field.get(object));
+}
+
+bool IsOwnDocument(const KmlId& target, const SchemaObject& object) {
+  return target.url == object.GetUrl() || target.url == object.GetBaseUrl();
+}
+
+/// True while a document is read that the object was there before: an earlier reading of the same
+/// document, or the document that a part is read for.
+bool IsFromBefore(const SchemaObject& object) {
+  const std::uint32_t begun = ThreadContext::GetCurrent()->parseRevision;
+  return begun != 0 && static_cast<std::int32_t>(object.GetRevision() - begun) < 0;
 }
 
 bool IsBuiltIn(const KmlId& target) {
@@ -154,18 +164,26 @@ RefPtr<SchemaObject> LoadObserver::Create(const TargetClass& targets, SchemaObje
     object.OnUrlLoad(field, found.get());
   else
     Wait(targets, object, field, target);
+  // What follows further down in the document counts for more than what was there before.
+  if (found && !isBuiltIn && IsOwnDocument(target, object) && IsFromBefore(*found))
+    Add(targets, object, field, target);
   return found;
 }
 
-void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
-                        const KmlId& target) {
+void LoadObserver::Add(const TargetClass& targets, SchemaObject& object, const StrField& field,
+                       const KmlId& target) {
   std::unique_ptr<LoadObserverList>& list = ThreadContext::GetCurrent()->*targets.list;
   if (!list)
     list = std::make_unique<LoadObserverList>();
   list->Add(*targets.create(object, field, target));
+}
+
+void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
+                        const KmlId& target) {
+  Add(targets, object, field, target);
   // Nobody else brings what is missing in the document itself: unless it follows further down,
   // the reference has failed.
-  const bool isOwnDocument = target.url == object.GetUrl() || target.url == object.GetBaseUrl();
+  const bool isOwnDocument = IsOwnDocument(target, object);
   object.SetBit(kBitLoadFailed, isOwnDocument);
   LoadObserverLoader* loader = LoadObserverLoader::GetSingleton();
   if (loader && !isOwnDocument)
@@ -220,8 +238,8 @@ bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continu
 }
 
 void LoadObserver::MoveToMain(ThreadContext& from, ThreadContext& main, bool lookAnew) {
-  for (const auto member : {&ThreadContext::styleLoadObservers,
-                            &ThreadContext::schemaLoadObservers}) {
+  for (const auto member :
+       {&ThreadContext::styleLoadObservers, &ThreadContext::schemaLoadObservers}) {
     const std::unique_ptr<LoadObserverList>& source = from.*member;
     std::unique_ptr<LoadObserverList>& target = main.*member;
     if (!target && source)

@@ -117,6 +117,8 @@ private:
   using ObjectMap = HashMap<SchemaObject*, LoadObserver>;
   using TargetMap = HashMap<KmlId, LoadObserver>;
 
+  static void Add(const TargetClass& targets, SchemaObject& object, const StrField& field,
+                  const KmlId& target);
   static void Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
                    const KmlId& target);
   void Detach();

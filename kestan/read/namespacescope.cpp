@@ -3,7 +3,6 @@
 #include "kestan/read/namespaces.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace vorrel::kestan {
 
@@ -13,8 +12,7 @@ namespace {
 constexpr std::size_t kFewBindings = 16;
 
 bool Equals(const QString& text, const QChar* other, int length) {
-  return text.size() == length &&
-         std::memcmp(text.constData(), other, static_cast<std::size_t>(length) * 2) == 0;
+  return text.size() == length && std::equal(other, other + length, text.constData());
 }
 
 /// What an output document declares for the namespace. Only Atom and xAL keep the text of their
@@ -41,6 +39,7 @@ const UnknownNamespace* FindPrefix(const NamespaceList& list, const QString& pre
 } // namespace
 
 void NamespaceScope::Clear() {
+  ++generation_;
   bindings_.clear();
   marks_.clear();
   newest_.clear();
@@ -51,6 +50,7 @@ void NamespaceScope::Clear() {
 }
 
 void NamespaceScope::SetInitialDefault(Namespace ns) {
+  ++generation_;
   initialDefault_ = ns;
   default_ = ns;
 }
@@ -77,6 +77,7 @@ void NamespaceScope::InitDefault() {
 
 void NamespaceScope::Declare(int depth, const QString& prefix, const QString& uri, Namespace ns,
                              const QString& documentUrl) {
+  ++generation_;
   const int index = static_cast<int>(bindings_.size());
   if (marks_.empty() || marks_.back().depth != depth)
     marks_.push_back({depth, index});
@@ -94,6 +95,7 @@ void NamespaceScope::Declare(int depth, const QString& prefix, const QString& ur
 void NamespaceScope::Pop(int depth) {
   if (marks_.empty() || marks_.back().depth != depth)
     return;
+  ++generation_;
   const std::size_t first = static_cast<std::size_t>(marks_.back().first);
   marks_.pop_back();
   bool defaultEnds = false;

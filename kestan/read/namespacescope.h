@@ -23,6 +23,9 @@ public:
   void SetInitialDefault(Namespace ns);
   Namespace GetDefault() const { return default_; }
 
+  /// Changes whenever a name may mean something else than before.
+  unsigned GetGeneration() const { return generation_; }
+
   /// `kUnknown` for a prefix without a declaration.
   Namespace Lookup(const QChar* prefix, int length) const;
 
@@ -77,6 +80,7 @@ private:
   QHash<QString, int> newest_; ///< Index of the visible binding of each prefix.
   Namespace initialDefault_ = Namespace::kKml;
   Namespace default_ = Namespace::kKml;
+  unsigned generation_ = 0;
   NamespaceList snapshot_;
   bool snapshotValid_ = false;
   qint64 cost_ = 0;

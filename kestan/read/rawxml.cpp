@@ -7,8 +7,8 @@ namespace vorrel::kestan {
 
 namespace {
 
-constexpr QLatin1String kCdataStart("<![CDATA[");
-constexpr QLatin1String kCdataEnd("]]>");
+const QLatin1String kCdataStart("<![CDATA[");
+const QLatin1String kCdataEnd("]]>");
 
 /// What stands for a character in an attribute's value; null for the character itself.
 const char* GetReference(ushort c) {

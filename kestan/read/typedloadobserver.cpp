@@ -9,8 +9,10 @@ namespace vorrel::kestan {
 
 namespace {
 
-// Built-in objects, by class; there are none yet.
-RefPtr<SchemaObject> ResolveRoot(const KmlId&, const StyleSelector*) { return {}; }
+// Built-in objects, by class.
+RefPtr<SchemaObject> ResolveRoot(const KmlId& id, const StyleSelector*) {
+  return StyleSelector::resolve(id);
+}
 RefPtr<SchemaObject> ResolveRoot(const KmlId&, const CustomSchema*) { return {}; }
 
 std::unique_ptr<LoadObserverList> ThreadContext::*ListOf(const StyleSelector*) {

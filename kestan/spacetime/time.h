@@ -42,8 +42,8 @@ public:
   /// Tells the observers at once when it's another folder.
   static void SetTimeFolder(AbstractFolder* folder);
 
-  /// Whether the time of the feature, its own or that of a folder above, is in the range. Takes no lock and allocates
-  /// nothing.
+  /// Whether the time of the feature, its own or that of a folder above, is in the range. Takes no
+  /// lock and allocates nothing.
   static bool isVisible(const AbstractFeature& feature);
   /// The same for a time from `begin` to `end`; an end that is null or undefined is open.
   static bool IsInRange(const DateTime* begin, const DateTime* end);

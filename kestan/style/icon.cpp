@@ -41,7 +41,9 @@ bool StartsWith(const QString& text, const char* prefix) {
   return text.startsWith(QLatin1String(prefix));
 }
 
-QString PaletteUrl(int palette) { return QStringLiteral("root://icons/palette-%1.png").arg(palette); }
+QString PaletteUrl(int palette) {
+  return QStringLiteral("root://icons/palette-%1.png").arg(palette);
+}
 
 /// The digit that stands at `position`; -1 for anything else there.
 int DigitAt(const QString& text, int position) {
@@ -54,6 +56,20 @@ int DigitAt(const QString& text, int position) {
 ResourceRecord FindResource(const QString& name, const QString& extension) {
   const ResourceManager* resources = GetResourceManager();
   return resources ? resources->Find(name, extension) : ResourceRecord{};
+}
+
+/// The side that a parameter of a URL gives a value to; -1 for any other parameter.
+int SideOf(const QString& parameter, int& value) {
+  for (int side = kX; side <= kH; ++side) {
+    if (!parameter.startsWith(QLatin1String(kSideParameters[side])))
+      continue;
+    bool isNumber = false;
+    value = parameter.midRef(2).toInt(&isNumber);
+    if (side == kW || side == kH)
+      value = std::max(value, -1);
+    return isNumber ? side : -1;
+  }
+  return -1;
 }
 
 QString Png() { return QLatin1String(ResourceManager::kResourceTypePng); }
@@ -182,9 +198,7 @@ void Icon::AdoptLegacyRectangle() {
   }
 }
 
-bool Icon::operator==(const Icon& other) const {
-  return CreateIconKey() == other.CreateIconKey();
-}
+bool Icon::operator==(const Icon& other) const { return CreateIconKey() == other.CreateIconKey(); }
 
 const LegacyScreenVec* Icon::GetHotSpotOverride() const {
   constexpr auto kFraction = LegacyScreenVec::kFraction;
@@ -252,8 +266,10 @@ FromStringResult Icon::fromString(const QString& text) {
 
 void Icon::NotifyFieldChanged(const Field& field) {
   MarkChanged(field);
-  if (&field == &AbstractLinkSchema::GetSingleton().href)
+  if (&field == &AbstractLinkSchema::GetSingleton().href) {
     fromBitmapForm_ = false;
+    query_ = QString();
+  }
   const auto& sides = Fields().sides;
   const auto place = std::find(std::begin(sides), std::end(sides), &field);
   if (place != std::end(sides)) {
@@ -288,6 +304,7 @@ void Icon::CopyNonFieldStuff(const SchemaObject& src) {
   refreshStamp_ = icon.refreshStamp_;
   makeAbsolute_ = icon.makeAbsolute_;
   fromBitmapForm_ = icon.fromBitmapForm_;
+  query_ = icon.query_;
   givenSides_ = icon.givenSides_;
   std::copy(std::begin(icon.given_), std::end(icon.given_), given_);
   update();
@@ -302,7 +319,13 @@ void Icon::update() {
   wholeImage_ = false;
   urlType_ = 0;
   ResetToGiven();
-  if (href_.isEmpty() || !TakeQuery()) {
+  if (query_.isNull())
+    TakeQuery();
+  if (!query_.isNull())
+    ApplyQuery();
+  if (fromBitmapForm_)
+    MapOldRows();
+  if (href_.isEmpty()) {
     texId_ = kNoImage;
     absoluteUrl_ = keyText_ = QString();
     urlDirty_ = false;
@@ -323,8 +346,6 @@ void Icon::ResetToGiven() {
     this->*kSides[side] = isGiven ? given_[side] : kNoRectangle[side];
     fieldsSpecified_ = isGiven ? fieldsSpecified_ | bit : fieldsSpecified_ & ~bit;
   }
-  if (fromBitmapForm_)
-    MapOldRows();
 }
 
 void Icon::MapOldRows() {
@@ -337,42 +358,40 @@ void Icon::Derive(int side, int value) {
   fieldsSpecified_ |= Fields().sides[side]->GetMaskBit();
 }
 
-bool Icon::TakeQuery() {
+void Icon::TakeQuery() {
   const int start = static_cast<int>(href_.lastIndexOf(QLatin1Char('?')));
   if (start < 0)
-    return true;
+    return;
   if (href_.endsWith(QLatin1Char('&')))
     href_.chop(1);
-  const QString query = href_.mid(start);
-  if (query.size() == 1)
-    href_.chop(1);
-  for (int side = 0; side < kSideCount; ++side) {
-    if (!HasSpecified(side))
-      TakeParameter(query, side);
+  query_ = href_.mid(start);
+  // A server may mean something else by these parameters, so that it gets them all the same.
+  const QString url = makeAbsolute_ ? AbstractLink::GetResourceUrl() : href_;
+  const bool isServer = GGetUrlType(url) == kUrlNetwork;
+  QStringList kept;
+  for (const QString& parameter : query_.mid(1).split(QLatin1Char('&'))) {
+    int value = 0;
+    if (isServer || SideOf(parameter, value) < 0)
+      kept += parameter;
   }
-  if (x_ > 0 || y_ > 0) {
-    for (const int side : {kW, kH}) {
-      if (!HasSpecified(side))
-        Derive(side, kTileSize);
-    }
-  }
-  return !href_.isEmpty();
+  href_.truncate(start);
+  const QString rest = kept.join(QLatin1Char('&'));
+  if (!rest.isEmpty())
+    href_ += QLatin1Char('?') + rest;
 }
 
-void Icon::TakeParameter(const QString& query, int side) {
-  const QLatin1String name(kSideParameters[side]);
-  for (int start = 1; start < query.size();) {
-    int end = static_cast<int>(query.indexOf(QLatin1Char('&'), start));
-    if (end < 0)
-      end = static_cast<int>(query.size());
-    const QString parameter = query.mid(start, end - start);
-    bool isNumber = false;
-    const int value = parameter.startsWith(name) ? parameter.midRef(2).toInt(&isNumber) : 0;
-    if (isNumber) {
-      Derive(side, side == kX || side == kY ? value : std::max(value, -1));
-      return;
-    }
-    start = end + 1;
+void Icon::ApplyQuery() {
+  for (const QString& parameter : query_.mid(1).split(QLatin1Char('&'))) {
+    int value = 0;
+    const int side = SideOf(parameter, value);
+    if (side >= 0 && !HasSpecified(side))
+      Derive(side, value);
+  }
+  if (x_ <= 0 && y_ <= 0)
+    return;
+  for (const int side : {kW, kH}) {
+    if (!HasSpecified(side))
+      Derive(side, kTileSize);
   }
 }
 
@@ -408,13 +427,6 @@ void Icon::Classify() {
 bool Icon::TakeBitmapForm(int palette) {
   if (palette < 0)
     return false;
-  // The query goes with the old form, so that what it said counts as given from now on.
-  for (int side = 0; side < kSideCount; ++side) {
-    if (!HasSpecified(side))
-      continue;
-    given_[side] = this->*kSides[side];
-    givenSides_ |= static_cast<unsigned char>(1 << side);
-  }
   fromBitmapForm_ = true;
   MapOldRows();
   href_ = absoluteUrl_ = keyText_ = PaletteUrl(palette);
@@ -491,8 +503,8 @@ void Icon::WriteKml(WriteState& state) const {
   // which is shown. The object is its own scratch copy for it.
   constexpr int kSuffixLength = 6;
   auto& self = const_cast<Icon&>(*this);
-  QString written = href_.left(href_.size() - kSuffixLength) +
-                    QLatin1String(y_ == kTileSize ? "h.png" : "n.png");
+  QString written =
+      href_.left(href_.size() - kSuffixLength) + QLatin1String(y_ == kTileSize ? "h.png" : "n.png");
   std::swap(self.href_, written);
   AbstractLink::WriteKml(state);
   std::swap(self.href_, written);

@@ -136,8 +136,8 @@ private:
   /// Finds out what is shown.
   void update();
   void ResetToGiven();
-  bool TakeQuery();
-  void TakeParameter(const QString& query, int side);
+  void TakeQuery();
+  void ApplyQuery();
   void Derive(int side, int value);
   void Classify();
   bool TakeBitmapForm(int palette);
@@ -159,6 +159,7 @@ private:
   std::int32_t legacyW_ = -1;
   std::int32_t legacyH_ = -1;
   QString keyText_;
+  QString query_;                  // as it came with the reference; null without one
   std::int32_t given_[kSideCount]; // the rectangle as it was set
   unsigned char givenSides_ = 0;   // one bit for each side of it that was set
   HotSpotKind hotSpotKind_ = kNoHotSpot;

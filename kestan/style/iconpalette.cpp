@@ -17,12 +17,11 @@ using Row = const char* const[kTilesPerSide];
 
 constexpr char kPushpin[] = "pushpin/ylw-pushpin";
 
-constexpr Row kServices = {"shapes/police", "shapes/pharmacy_rx", "shapes/schools",
-                           "shapes/church", "shapes/parks",       "shapes/golf",
-                           kPushpin,        kPushpin};
-constexpr Row kRoads = {"shapes/road_shield1", "shapes/road_shield2", "shapes/road_shield3",
-                        "shapes/bars",         "shapes/lodging",      "shapes/gas_stations",
-                        "shapes/movies",       kPushpin};
+constexpr Row kServices = {"shapes/police", "shapes/pharmacy_rx", "shapes/schools", "shapes/church",
+                           "shapes/parks",  "shapes/golf",        kPushpin,         kPushpin};
+constexpr Row kRoads = {
+    "shapes/road_shield1", "shapes/road_shield2", "shapes/road_shield3", "shapes/bars",
+    "shapes/lodging",      "shapes/gas_stations", "shapes/movies",       kPushpin};
 constexpr Row kDining = {"shapes/dining", "shapes/dining", "shapes/dining", "shapes/dining",
                          "shapes/dining", "shapes/dining", "shapes/dining", "paddle/pause"};
 constexpr Row kTravel = {"shapes/airports", "shapes/play",   "shapes/dollar", "shapes/dollar",
@@ -30,9 +29,9 @@ constexpr Row kTravel = {"shapes/airports", "shapes/play",   "shapes/dollar", "s
 
 constexpr Row kOneToEight = {"paddle/1", "paddle/2", "paddle/3", "paddle/4",
                              "paddle/5", "paddle/6", "paddle/7", "paddle/8"};
-constexpr Row kNineAndOutdoors = {"paddle/9",           "paddle/10",      "shapes/shopping",
-                                  "shapes/mountains",   "shapes/cross-hairs",
-                                  "shapes/terrain",     "shapes/mountains", "shapes/schools"};
+constexpr Row kNineAndOutdoors = {"paddle/9",         "paddle/10",          "shapes/shopping",
+                                  "shapes/mountains", "shapes/cross-hairs", "shapes/terrain",
+                                  "shapes/mountains", "shapes/schools"};
 constexpr Row kWarnings = {"shapes/cross-hairs", "shapes/caution", "shapes/caution",
                            "shapes/info-i",      "shapes/info-i",  "shapes/caution",
                            "shapes/hospitals",   "shapes/caution"};
@@ -44,11 +43,13 @@ constexpr Row kHomeHighlight = {"shapes/homegardenbusiness",
                                 "shapes/placemark_square_highlight",
                                 kPushpin,
                                 kPushpin};
-constexpr Row kHome = {"shapes/homegardenbusiness", kPushpin, "shapes/sunny", "shapes/caution",
-                       "shapes/cross-hairs", "shapes/placemark_square", kPushpin, kPushpin};
+constexpr Row kHome = {
+    "shapes/homegardenbusiness", kPushpin, "shapes/sunny", "shapes/caution", "shapes/cross-hairs",
+    "shapes/placemark_square",   kPushpin, kPushpin};
 
-constexpr Row kShopping = {kPushpin,          kPushpin,          kPushpin,          "shapes/shopping",
-                           "shapes/shopping", "shapes/shopping", "shapes/shopping", "paddle/stop"};
+constexpr Row kShopping = {kPushpin,          kPushpin,          kPushpin,
+                           "shapes/shopping", "shapes/shopping", "shapes/shopping",
+                           "shapes/shopping", "paddle/stop"};
 constexpr Row kPlacesHighlight = {"shapes/placemark_square_highlight",
                                   "shapes/placemark_circle_highlight",
                                   "shapes/placemark_square_highlight",
@@ -57,14 +58,17 @@ constexpr Row kPlacesHighlight = {"shapes/placemark_square_highlight",
                                   "shapes/flag",
                                   "shapes/sunny",
                                   "paddle/pause"};
-constexpr Row kPlaces = {"shapes/placemark_square", "shapes/placemark_circle",
-                         "shapes/placemark_square", "shapes/placemark_square",
-                         "shapes/arrow",            "shapes/flag",
-                         "shapes/sunny",            "paddle/pause"};
-constexpr Row kWeather = {"shapes/rainy",        "shapes/sunny",
-                          "shapes/partly_cloudy", "shapes/snowflake_simple",
-                          "shapes/thunderstorm", "shapes/webcam",
-                          "shapes/camera",       "shapes/star"};
+constexpr Row kPlaces = {"shapes/placemark_square",
+                         "shapes/placemark_circle",
+                         "shapes/placemark_square",
+                         "shapes/placemark_square",
+                         "shapes/arrow",
+                         "shapes/flag",
+                         "shapes/sunny",
+                         "paddle/pause"};
+constexpr Row kWeather = {
+    "shapes/rainy",        "shapes/sunny",  "shapes/partly_cloudy", "shapes/snowflake_simple",
+    "shapes/thunderstorm", "shapes/webcam", "shapes/camera",        "shapes/star"};
 constexpr Row kCapitalsHighlight = {"shapes/placemark_square_highlight",
                                     "shapes/placemark_circle_highlight",
                                     "shapes/capital_big_highlight",
@@ -73,17 +77,21 @@ constexpr Row kCapitalsHighlight = {"shapes/placemark_square_highlight",
                                     "shapes/flag",
                                     "paddle/go",
                                     "shapes/hospitals"};
-constexpr Row kCapitals = {"shapes/placemark_square", "shapes/placemark_circle",
-                           "shapes/capital_big",      "shapes/capital_small",
-                           "shapes/mountains",        "shapes/flag",
-                           "paddle/go",               "shapes/hospitals"};
+constexpr Row kCapitals = {"shapes/placemark_square",
+                           "shapes/placemark_circle",
+                           "shapes/capital_big",
+                           "shapes/capital_small",
+                           "shapes/mountains",
+                           "shapes/flag",
+                           "paddle/go",
+                           "shapes/hospitals"};
 
-constexpr Row kYAndRealEstate = {"paddle/Y",          "paddle/Z",          "shapes/realestate",
-                                 kPushpin,            "shapes/realestate", "shapes/ruler",
-                                 "shapes/arrow",      "shapes/broken_link"};
-constexpr Row kYAndHighway = {"paddle/Y",    "paddle/Z",          "shapes/realestate",
-                              kPushpin,      "shapes/realestate", "shapes/flag",
-                              kPushpin,      "shapes/highway"};
+constexpr Row kYAndRealEstate = {"paddle/Y",     "paddle/Z",          "shapes/realestate",
+                                 kPushpin,       "shapes/realestate", "shapes/ruler",
+                                 "shapes/arrow", "shapes/broken_link"};
+constexpr Row kYAndHighway = {"paddle/Y", "paddle/Z",          "shapes/realestate",
+                              kPushpin,   "shapes/realestate", "shapes/flag",
+                              kPushpin,   "shapes/highway"};
 constexpr Row kQToX = {"paddle/Q", "paddle/R", "paddle/S", "paddle/T",
                        "paddle/U", "paddle/V", "paddle/W", "paddle/X"};
 constexpr Row kIToP = {"paddle/I", "paddle/J", "paddle/K", "paddle/L",
@@ -96,8 +104,8 @@ constexpr const Row* kPalettes[][kTilesPerSide] = {
     {&kServices, &kServices, &kRoads, &kRoads, &kDining, &kDining, &kTravel, &kTravel},
     {&kOneToEight, &kOneToEight, &kNineAndOutdoors, &kNineAndOutdoors, &kWarnings, &kWarnings,
      &kHomeHighlight, &kHome},
-    {&kShopping, &kShopping, &kPlacesHighlight, &kPlaces, &kWeather, &kWeather,
-     &kCapitalsHighlight, &kCapitals},
+    {&kShopping, &kShopping, &kPlacesHighlight, &kPlaces, &kWeather, &kWeather, &kCapitalsHighlight,
+     &kCapitals},
     {&kYAndRealEstate, &kYAndHighway, &kQToX, &kQToX, &kIToP, &kIToP, &kAToH, &kAToH}};
 
 constexpr unsigned short CentredKey(int palette, int index) {

@@ -4,7 +4,12 @@
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/objurlfield_impl.h"
 #include "kestan/core/schemat_impl.h"
+#include "kestan/style/builtinstyles.h"
+#include "kestan/style/styleclimb.h"
 #include "kestan/style/styleselectorschema.h"
+#include "kestan/style/stylevisitor.h"
+
+#include <iterator>
 
 namespace vorrel::kestan {
 
@@ -13,15 +18,82 @@ template class ObjField<StyleSelector>;
 template class ObjArrayField<StyleSelector>;
 template class ObjUrlField<StyleSelector>;
 
-std::atomic<std::uint32_t> StyleSelector::s_get_selected_cycle_counter{0};
+namespace {
+
+std::unique_ptr<BuiltInStyles> s_built_in_styles;
+
+} // namespace
 
 StyleSelectorSchema::StyleSelectorSchema() : SchemaT("StyleSelector", nullptr, Namespace::kKml) {}
 
 const Schema& StyleSelector::GetClassSchema() { return StyleSelectorSchema::GetSingleton(); }
 
+void StyleSelector::Initialize() { s_built_in_styles = std::make_unique<BuiltInStyles>(); }
+
+void StyleSelector::Shutdown() { s_built_in_styles.reset(); }
+
 StyleSelector::StyleSelector(const Schema& schema, const KmlId& id, const QString& baseUrl)
-    : SchemaObject(schema, id, baseUrl) {}
+    : SchemaObject(schema, id, baseUrl) {
+  SetBit(kBitRootStyle, id.url.startsWith(QLatin1String("root://")));
+}
 
 StyleSelector::~StyleSelector() = default;
+
+StyleSelector* StyleSelector::find(const KmlId& id) {
+  SchemaObject* object = SchemaObject::find(id);
+  return object && object->isOfType(GetClassSchema()) ? static_cast<StyleSelector*>(object)
+                                                      : nullptr;
+}
+
+void StyleSelector::accept(StyleVisitor& visitor) { visitor.visit(*this); }
+
+void StyleSelector::AddOwner(SchemaObject& newOwner) {
+  if (owners_) {
+    owners_->insert(&newOwner);
+  } else if (!owner_) {
+    owner_ = &newOwner;
+  } else if (owner_ != &newOwner) {
+    owners_ = std::make_unique<OwnerSet>(OwnerSet{owner_, &newOwner});
+    owner_ = nullptr;
+  }
+}
+
+void StyleSelector::RemOwner(SchemaObject& former) {
+  if (!owners_) {
+    if (owner_ == &former)
+      owner_ = nullptr;
+    return;
+  }
+  owners_->erase(&former);
+  if (owners_->size() == 1) {
+    owner_ = *owners_->begin();
+    owners_.reset();
+  }
+}
+
+bool StyleSelector::HasOwner(const SchemaObject& object) const {
+  return owners_ ? owners_->count(const_cast<SchemaObject*>(&object)) != 0 : owner_ == &object;
+}
+
+int StyleSelector::GetOwnerCount() const {
+  return owners_ ? static_cast<int>(owners_->size()) : SchemaObject::GetOwnerCount();
+}
+
+SchemaObject* StyleSelector::GetOwner(int index) const {
+  if (!owners_)
+    return index == 0 ? owner_ : nullptr;
+  return index >= 0 && index < GetOwnerCount() ? *std::next(owners_->begin(), index) : nullptr;
+}
+
+void StyleSelector::NotifySubFieldChanged(SchemaObject& changed, const Field& field,
+                                          VisitedObjects& visited) {
+  if (StyleClimb* climb = StyleClimb::Find(visited)) {
+    climb->Add(*this);
+    return;
+  }
+  StyleClimb climb(changed, field, visited);
+  climb.Add(*this);
+  climb.Run();
+}
 
 } // namespace vorrel::kestan

@@ -26,6 +26,10 @@ namespace vorrel::kestan {
 
 namespace {
 
+/// On `coordinates` in an older form: pairs with the latitude in front.
+const QLatin1String kPolylineMark(" type=\"polyline\"");
+
+
 /// Text that goes out here stands between the quotes of an attribute.
 class AttributeScope {
 public:
@@ -170,9 +174,20 @@ void ScreenVecField::WriteKml(const SchemaObject& object, WriteState& state) con
 }
 
 void NormLLAListField::WriteKml(const SchemaObject& object, WriteState& state) const {
-  WriteElementStart(object, state);
-  state.out("\n");
   const mmvector<Vec3<double>>& positions = Array(object);
+  // The older form has no altitudes: with any, its mark goes.
+  QString attrs = object.GetUnknownFieldAttrs(*this);
+  const bool isPolyline =
+      attrs.contains(kPolylineMark) &&
+      std::all_of(positions.begin(), positions.end(),
+                  [](const Vec3<double>& position) { return position.z == 0.0; });
+  state.WriteTagStart(GetNamespace(), GetName());
+  if (!attrs.isNull()) {
+    if (!isPolyline)
+      attrs.remove(kPolylineMark);
+    state.WriteUnknownAttrs(attrs, object.GetUnknownData()->namespaces);
+  }
+  state.out(">\n");
   if (!positions.empty()) {
     state.SetIndent(state.indent() + 1);
     state.WriteIndent();
@@ -180,7 +195,12 @@ void NormLLAListField::WriteKml(const SchemaObject& object, WriteState& state) c
     Utf8OStream& stream = state.stream();
     for (const Vec3<double>& position : positions) {
       char* out = stream.Reserve(kMaxNormLLALength + 1);
-      out += FormatNormLLA(position, ',', out);
+      if (isPolyline) {
+        out += FormatNormLLA({position.y, position.x, 0.0}, ',', out);
+        out -= 2; // the altitude
+      } else {
+        out += FormatNormLLA(position, ',', out);
+      }
       *out++ = ' ';
       stream.Commit(out);
     }

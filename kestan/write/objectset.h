@@ -11,11 +11,13 @@ class SchemaObject;
 /// Objects in the order in which they came, each once. So an output doesn't depend on addresses.
 class ObjectSet {
 public:
-  void insert(const SchemaObject& object) {
+  /// True for an object that wasn't there yet.
+  bool insert(const SchemaObject& object) {
     if (contains(object))
-      return;
+      return false;
     members_.insert(&object);
     objects_.push_back(&object);
+    return true;
   }
   bool contains(const SchemaObject& object) const { return members_.contains(&object); }
   bool empty() const { return objects_.empty(); }

@@ -22,18 +22,25 @@ bool WriteState::HasStylesOrSchemas() const {
   return !styleSets_.back()->empty() || !schemaSets_.back()->empty();
 }
 
-void WriteState::AddStyle(const StyleSelector& style) { Hoist(style, styleSets_); }
+bool WriteState::AddStyle(const StyleSelector& style) { return Hoist(style, styleSets_); }
 
-void WriteState::AddSchema(const CustomSchema& schema) { Hoist(schema, schemaSets_); }
+bool WriteState::AddSchema(const CustomSchema& schema) { return Hoist(schema, schemaSets_); }
 
-void WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  if (!sets.empty() && GGetUrlType(object.GetUrl()) != kUrlNetwork)
-    sets.back()->insert(object);
+bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
+  return !sets.empty() && GGetUrlType(object.GetUrl()) != kUrlNetwork &&
+         sets.back()->insert(object);
 }
 
-void WriteState::WriteStyles() {
+void WriteState::WriteStyles(const mmvector<RefPtr<StyleSelector>>& first) {
+  ObjectSet ordered;
+  for (const RefPtr<StyleSelector>& style : first) {
+    if (style && styleSets_.back()->contains(*style))
+      ordered.insert(*style);
+  }
+  for (const SchemaObject* style : *styleSets_.back())
+    ordered.insert(*style);
   styleDefaultsEnabled_ = false;
-  WriteObjs(*styleSets_.back());
+  WriteObjs(ordered);
   styleDefaultsEnabled_ = true;
 }
 

@@ -4,6 +4,7 @@
 #include "kestan/core/unknowndata.h"
 #include "kestan/host/export.h"
 #include "kestan/host/memory.h"
+#include "kestan/host/refptr.h"
 #include "kestan/write/objectset.h"
 #include "kestan/write/rawxmlwriter.h"
 #include "kestan/write/rootnamespaces.h"
@@ -104,11 +105,12 @@ public:
   void PushStylesAndSchemas();
   void PopStylesAndSchemas();
   bool HasStylesOrSchemas() const;
-  /// Objects that come from a server aren't hoisted.
-  void AddStyle(const StyleSelector& style);
-  void AddSchema(const CustomSchema& schema);
-  /// Write what was collected for the innermost document. Styles leave out what equals a default.
-  void WriteStyles();
+  /// Objects that come from a server aren't hoisted. True for an object that wasn't there yet.
+  bool AddStyle(const StyleSelector& style);
+  bool AddSchema(const CustomSchema& schema);
+  /// Write what was collected for the innermost document. Styles leave out what equals a default;
+  /// those among `first` stand in front, in that order.
+  void WriteStyles(const mmvector<RefPtr<StyleSelector>>& first);
   void WriteSchemas();
   /// Gives each object an id that is unique in this output, and then writes them all.
   void WriteObjs(const ObjectSet& objects);
@@ -132,7 +134,7 @@ private:
   using ObjectSets = mmvector<std::unique_ptr<ObjectSet>>;
 
   void WriteObjUrl(SchemaObject* object, const QString& url, const ObjectSets& sets);
-  void Hoist(const SchemaObject& object, const ObjectSets& sets);
+  bool Hoist(const SchemaObject& object, const ObjectSets& sets);
   QString AssignId(const SchemaObject& object);
   QString GetRelativeUrl(const QString& url) const;
   QString GetDestinationFault();

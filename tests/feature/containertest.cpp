@@ -10,7 +10,7 @@
 #include "kestan/geometry/multigeometry.h"
 #include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
-#include "tests/feature/fakes.h"
+#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 
 namespace vorrel::kestan {
@@ -45,8 +45,7 @@ template <class T> RefPtr<SchemaObject> Make(const QString& id) {
 mmvector<Kind> Kinds() {
   return {
       {new AbstractFeatureContainer(KmlId(), ""), Make<Folder>(""), Make<Placemark>},
-      {new StyleSelectorContainer(KmlId(), ""), Make<Document>(""),
-       [](const QString& id) { return RefPtr<SchemaObject>(new FakeStyle(Local(id))); }},
+      {new StyleSelectorContainer(KmlId(), ""), Make<Document>(""), Make<Style>},
       {new GeometryContainer(KmlId(), ""), Make<MultiGeometry>(""), Make<Point>},
       {new LinearRingContainer(KmlId(), ""), Make<Polygon>(""), Make<LinearRing>},
   };

@@ -3,7 +3,7 @@
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/geometry/geometrycounter.h"
-#include "tests/feature/fakes.h"
+#include "tests/feature/faketime.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/treecompare.h"
 

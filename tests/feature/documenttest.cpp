@@ -1,8 +1,6 @@
 #include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
-#include "tests/feature/fakes.h"
-#include "tests/feature/fieldlog.h"
+#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 
 namespace vorrel::kestan {
@@ -13,20 +11,22 @@ namespace {
 
 QString Squeezed(QString text) { return text.remove('\n').remove('\t'); }
 
-RefPtr<FakeStyle> MakeStyle(const QString& id) {
-  return RefPtr<FakeStyle>(new FakeStyle(KmlId(id, KmlTest::GetDocumentUrl())));
+RefPtr<Style> MakeStyle(const QString& id, const QString& url = "file:///dir/doc.kml") {
+  return RefPtr<Style>(new Style(KmlId(id, url), QString()));
 }
 
 } // namespace
 
 TEST_F(DocumentTest, ContentIsWrittenInAFixedOrder) {
   const auto document =
-      Read<Document>("<Document><Placemark><name>p</name></Placemark><Style id=\"s\"/><Folder/>"
-                     "<Schema name=\"c\"/><name>d</name></Document>");
+      Read<Document>("<Document><Placemark><name>p</name></Placemark><Other id=\"s\"/><Folder/>"
+                     "<name>d</name></Document>");
   ASSERT_TRUE(document);
+  const auto style = MakeStyle("s");
+  document->GetChild(0)->SetReferencedStyleSelector(style.get());
   EXPECT_TRUE(Squeezed(Write(*document))
-                  .contains("<Document><name>d</name><Style id=\"s\"></Style>"
-                            "<Schema name=\"c\"></Schema><Placemark><name>p</name></Placemark>"
+                  .contains("<Document><name>d</name><Other id=\"s\"></Other><Style id=\"s\">"
+                            "</Style><Placemark><name>p</name><styleUrl>#s</styleUrl></Placemark>"
                             "<Folder></Folder></Document>"))
       << Write(*document).toStdString();
 }
@@ -62,17 +62,14 @@ TEST_F(DocumentTest, SharedStylesHaveAnOrder) {
 TEST_F(DocumentTest, AFeatureWithASharedStyleIsWrappedInADocument) {
   const auto placemark = Read<Placemark>("<Placemark id=\"p\"><name>n</name></Placemark>");
   ASSERT_TRUE(placemark);
-  const auto style = MakeStyle("s");
-  placemark->SetReferencedStyleSelector(style.get());
-  const QString inner = "<Placemark id=\"p\"><name>n</name><styleUrl>#s</styleUrl></Placemark>";
-  const RefPtr<FakeStyle> alone = MakeStyle("unused");
+  const auto remote = MakeStyle("r", "http://example.com/styles.kml");
+  placemark->SetReferencedStyleSelector(remote.get());
+  EXPECT_FALSE(Write(*placemark).contains("Document")) << "the server's style stays there";
 
-  // A style of a server stays a reference, so that nothing needs a wrapper.
-  EXPECT_TRUE(Squeezed(Write(*placemark)).contains(inner));
-  const RefPtr<FakeStyle> local(new FakeStyle(KmlId("l", "file:///x.kml")));
+  const auto local = MakeStyle("l");
   placemark->SetReferencedStyleSelector(local.get());
   const QString text = Squeezed(Write(*placemark));
-  EXPECT_TRUE(text.contains("<Document><name>KmlFile</name><StyleSelector id=\"l\"></StyleSelector>"
+  EXPECT_TRUE(text.contains("<Document><name>KmlFile</name><Style id=\"l\"></Style>"
                             "<Placemark id=\"p\"><name>n</name><styleUrl>#l</styleUrl>"
                             "</Placemark></Document>"))
       << text.toStdString();
@@ -84,13 +81,13 @@ TEST_F(DocumentTest, EachDocumentWritesTheStylesOfItsOwnFeatures) {
                                     "</Document>");
   ASSERT_TRUE(outer);
   auto* const inner = static_cast<Document*>(outer->GetChild(1));
-  const RefPtr<FakeStyle> a(new FakeStyle(KmlId("a", "file:///x.kml")));
-  const RefPtr<FakeStyle> b(new FakeStyle(KmlId("b", "file:///x.kml")));
+  const auto a = MakeStyle("a");
+  const auto b = MakeStyle("b");
   outer->GetChild(0)->SetReferencedStyleSelector(a.get());
   inner->GetChild(0)->SetReferencedStyleSelector(b.get());
   const QString text = Squeezed(Write(*outer));
-  EXPECT_EQ(1, text.count("<StyleSelector id=\"a\">"));
-  EXPECT_EQ(1, text.count("<StyleSelector id=\"b\">"));
+  EXPECT_EQ(1, text.count("<Style id=\"a\">"));
+  EXPECT_EQ(1, text.count("<Style id=\"b\">"));
   EXPECT_GT(text.indexOf("id=\"b\""), text.indexOf("<Document>", text.indexOf("<Document>") + 1));
 }
 

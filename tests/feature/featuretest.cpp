@@ -4,7 +4,8 @@
 #include "kestan/feature/placemark.h"
 #include "kestan/feature/visibilityobserver.h"
 #include "kestan/host/pump.h"
-#include "tests/feature/fakes.h"
+#include "kestan/style/style.h"
+#include "tests/feature/faketime.h"
 #include "tests/feature/fieldlog.h"
 #include "tests/support/kmltest.h"
 
@@ -42,13 +43,16 @@ private:
   QString names_;
 };
 
-/// Has a feature taken out of its folder as soon as it hears of a change.
+/// Empties and drops a folder as soon as a feature in it changes.
 class Remover final : public ObjectObserver {
 public:
   Remover(AbstractFeature& watched, RefPtr<Folder>& folder)
       : ObjectObserver(watched), folder_(folder) {}
   void OnFieldChanged(const FieldChangedEvent&) override {
-    while (folder_ && folder_->GetChildCount() > 0)
+    if (done_)
+      return;
+    done_ = true;
+    while (folder_->GetChildCount() > 0)
       folder_->RemChild(0);
     folder_.reset();
   }
@@ -56,6 +60,7 @@ public:
 
 private:
   RefPtr<Folder>& folder_;
+  bool done_ = false;
 };
 
 } // namespace
@@ -100,7 +105,7 @@ TEST_F(FeatureTest, DefaultsAndOpacityAreNotWritten) {
     EXPECT_EQ("", Element(text, name)) << name;
 }
 
-TEST_F(FeatureTest, ContentOfClassesWithoutInstancesIsKept) {
+TEST_F(FeatureTest, ChildrenOfAllKindsAreKept) {
   const QString kept[] = {
       "<LookAt><longitude>1</longitude></LookAt>",
       "<TimeStamp><when>2007</when></TimeStamp>",
@@ -144,7 +149,7 @@ TEST_F(FeatureTest, HidingAFolderHidesWhatIsBelowAndKeepsItsWishes) {
                                    "<Placemark><visibility>0</visibility></Placemark></Folder>"
                                    "</Folder>");
   ASSERT_TRUE(folder);
-  auto* const inner = static_cast<Folder*>(folder->GetChild(0));
+  const RefPtr<Folder> inner(static_cast<Folder*>(folder->GetChild(0)));
   AbstractFeature* const a = inner->GetChild(0);
   AbstractFeature* const b = inner->GetChild(1);
   EXPECT_TRUE(a->isVisible());
@@ -197,11 +202,10 @@ TEST_F(FeatureTest, OpacityMultipliesDownTheTree) {
       Read<Folder>("<Folder><opacity>0.5</opacity><Folder><opacity>0.5</opacity><Placemark/>"
                    "</Folder></Folder>");
   ASSERT_TRUE(folder);
-  auto* const inner = static_cast<Folder*>(folder->GetChild(0));
+  const RefPtr<Folder> inner(static_cast<Folder*>(folder->GetChild(0)));
   float opacity = 0;
   inner->GetChild(0)->isVisible(&opacity);
   EXPECT_EQ(0.25F, opacity);
-  FieldLog log(*inner->GetChild(0));
   inner->SetParent(nullptr);
   inner->isVisible(&opacity);
   EXPECT_EQ(0.5F, opacity);
@@ -334,8 +338,8 @@ TEST_F(FeatureTest, EntityReplacementEndsForValuesThatHoldReferences) {
 
 TEST_F(FeatureTest, SharedStylesAreBoundByReference) {
   const RefPtr<Placemark> feature(new Placemark(KmlId("p", "http://a/doc.kml"), QString()));
-  const RefPtr<FakeStyle> local(new FakeStyle(KmlId("s", "http://a/doc.kml")));
-  const RefPtr<FakeStyle> remote(new FakeStyle(KmlId("r", "http://b/doc.kml")));
+  const RefPtr<Style> local(new Style(KmlId("s", "http://a/doc.kml"), QString()));
+  const RefPtr<Style> remote(new Style(KmlId("r", "http://b/doc.kml"), QString()));
   FieldLog log(*feature);
   feature->SetReferencedStyleSelector(local.get());
   EXPECT_EQ("#s", feature->GetStyleUrl());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kestan/core/objectobserver.h"
+#include "kestan/core/schema.h"
 
 #include <QStringList>
 

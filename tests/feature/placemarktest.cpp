@@ -2,7 +2,7 @@
 #include "kestan/feature/placemarkschema.h"
 #include "kestan/geometry/geometryvisitor.h"
 #include "kestan/geometry/point.h"
-#include "tests/feature/fakes.h"
+#include "tests/feature/faketime.h"
 #include "tests/feature/fieldlog.h"
 #include "tests/support/kmltest.h"
 

@@ -1,12 +1,31 @@
 #pragma once
 
 #include "kestan/core/objectobserver.h"
+#include "kestan/feature/placemark.h"
 #include "kestan/geometry/geometry.h"
 #include "kestan/host/convert.h"
 #include "kestan/host/memory.h"
 #include "tests/support/kmltest.h"
 
 namespace vorrel::kestan {
+
+/// Reads and writes shapes by themselves; `gx` is declared.
+class GeometryTest : public KmlTest {
+protected:
+  template <class T> RefPtr<T> ReadShape(const QString& element) {
+    const auto placemark =
+        Read<Placemark>("<kml xmlns=\"http://www.vorrel.com/kml/2.2\" "
+                        "xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\"><Placemark>" +
+                        element + "</Placemark></kml>");
+    Geometry* const shape = placemark ? placemark->GetGeometry() : nullptr;
+    if (!shape || !shape->isOfType(T::GetClassSchema())) {
+      ADD_FAILURE() << "not a shape of the class: " << element.toStdString();
+      return RefPtr<T>();
+    }
+    return RefPtr<T>(static_cast<T*>(shape));
+  }
+  QString WriteShape(const Geometry& shape) const { return Element(Write(shape), shape.getType()); }
+};
 
 /// Position from degrees and metres.
 inline Vec3<double> At(double longitude, double latitude, double altitude = 0.0) {

@@ -5,11 +5,11 @@
 
 namespace vorrel::kestan {
 
-class LinearRingTest : public KmlTest {
+class LinearRingTest : public GeometryTest {
 protected:
   RefPtr<LinearRing> Ring(const QString& coordinates, const QString& others = QString()) {
-    return Read<LinearRing>(QString("<LinearRing>%2<coordinates>%1</coordinates></LinearRing>")
-                                .arg(coordinates, others));
+    return ReadShape<LinearRing>(QString("<LinearRing>%2<coordinates>%1</coordinates></LinearRing>")
+                                     .arg(coordinates, others));
   }
 };
 
@@ -91,11 +91,11 @@ TEST_F(LinearRingTest, HiddenEdgesMayBeListedBeforeOrBehindTheCoordinates) {
   const QString coords = "<coordinates>0,0 1,0 1,1 0,0</coordinates>";
   for (const QString& body : {list + coords, coords + list}) {
     SCOPED_TRACE(body.toStdString());
-    const auto ring = Read<LinearRing>("<LinearRing>" + body + "</LinearRing>");
+    const auto ring = ReadShape<LinearRing>("<LinearRing>" + body + "</LinearRing>");
     ASSERT_TRUE(ring);
     EXPECT_EQ("-+-", Edges(*ring));
     EXPECT_EQ(3U, ring->GetHiddenEdgeList().size());
-    const auto again = Read<LinearRing>(Write(*ring));
+    const auto again = ReadShape<LinearRing>(WriteShape(*ring));
     ASSERT_TRUE(again);
     EXPECT_EQ("-+-", Edges(*again));
     ring->AddCoord(2, At(0, 1));

@@ -4,10 +4,10 @@
 
 namespace vorrel::kestan {
 
-class LineStringTest : public KmlTest {
+class LineStringTest : public GeometryTest {
 protected:
   RefPtr<LineString> Line(const QString& coordinates) {
-    return Read<LineString>(
+    return ReadShape<LineString>(
         QString("<LineString><coordinates>%1</coordinates></LineString>").arg(coordinates));
   }
 };
@@ -30,27 +30,27 @@ TEST_F(LineStringTest, ListsOfCoordinatesComeBack) {
     const auto line = Line(c.text);
     ASSERT_TRUE(line);
     EXPECT_EQ(c.coords, Coords(*line));
-    const QString first = Write(*line);
+    const QString first = WriteShape(*line);
     EXPECT_NE("", Element(first, "coordinates")) << "an empty list is written too";
-    const auto again = Read<LineString>(first);
+    const auto again = ReadShape<LineString>(first);
     ASSERT_TRUE(again);
     EXPECT_EQ(c.coords, Coords(*again));
-    EXPECT_EQ(first, Write(*again));
+    EXPECT_EQ(first, WriteShape(*again));
   }
 }
 
 TEST_F(LineStringTest, APolylineHasPairsWithTheLatitudeFirst) {
-  const auto line = Read<LineString>(
+  const auto line = ReadShape<LineString>(
       "<LineString><coordinates type=\"polyline\">47,8 48,9</coordinates></LineString>");
   ASSERT_TRUE(line);
   EXPECT_EQ("8,47,0 9,48,0", Coords(*line));
-  const auto again = Read<LineString>(Write(*line));
-  ASSERT_TRUE(again);
-  EXPECT_EQ("8,47,0 9,48,0", Coords(*again));
+  EXPECT_EQ("8,47,0 9,48,0", Coords(*ReadShape<LineString>(WriteShape(*line))));
+  line->SetAltitude(1, 1.0);
+  EXPECT_EQ(WriteShape(*line), WriteShape(*ReadShape<LineString>(WriteShape(*line))));
 }
 
 TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
-  const auto line = Read<LineString>(
+  const auto line = ReadShape<LineString>(
       "<LineString><gx:altitudeOffset>2.5</gx:altitudeOffset><gx:extrudeWidth>4</gx:extrudeWidth>"
       "<gx:endCap>1</gx:endCap><gx:beginCap>1</gx:beginCap><gx:name>path</gx:name></LineString>");
   ASSERT_TRUE(line);
@@ -58,7 +58,7 @@ TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
   EXPECT_EQ(4.0F, line->GetExtrudeWidth());
   EXPECT_TRUE(line->GetBeginCap() && line->GetEndCap());
   EXPECT_EQ("path", line->GetName());
-  const QString text = Write(*line);
+  const QString text = WriteShape(*line);
   for (const char* const name :
        {"gx:name", "gx:altitudeOffset", "gx:extrudeWidth", "gx:endCap", "gx:beginCap"})
     EXPECT_NE("", Element(text, name)) << name;

@@ -22,10 +22,10 @@ Geometry* Child(const Geometry* geometry, int index) {
 
 } // namespace
 
-using MultiGeometryTest = KmlTest;
+using MultiGeometryTest = GeometryTest;
 
 TEST_F(MultiGeometryTest, MembersOfAllKindsComeBackInOrder) {
-  const auto multi = Read<MultiGeometry>(
+  const auto multi = ReadShape<MultiGeometry>(
       "<MultiGeometry><Point><coordinates>1,2,3</coordinates></Point>"
       "<MultiGeometry><LineString><coordinates>1,2,3 4,5,6</coordinates></LineString>"
       "</MultiGeometry><Polygon></Polygon><Point></Point></MultiGeometry>");
@@ -37,10 +37,10 @@ TEST_F(MultiGeometryTest, MembersOfAllKindsComeBackInOrder) {
     EXPECT_EQ(i, multi->GetGeometry(i)->GetArrayIndex());
   }
   EXPECT_EQ(4, multi->GetCoordCount());
-  const QString text = Write(*multi);
-  const auto again = Read<MultiGeometry>(text);
+  const QString text = WriteShape(*multi);
+  const auto again = ReadShape<MultiGeometry>(text);
   ASSERT_TRUE(again);
-  EXPECT_EQ(text, Write(*again));
+  EXPECT_EQ(text, WriteShape(*again));
 }
 
 TEST_F(MultiGeometryTest, TheOldNameOfACollectionIsRead) {
@@ -54,11 +54,11 @@ TEST_F(MultiGeometryTest, TheOldNameOfACollectionIsRead) {
 }
 
 TEST_F(MultiGeometryTest, ANarrowCollectionWritesEachMemberOnceAndKeepsStrangers) {
-  const auto multi = Read<MultiPoint>("<MultiPoint><Point></Point><LineString id=\"stranger\">"
-                                      "</LineString><Point></Point></MultiPoint>");
+  const auto multi = ReadShape<MultiPoint>("<MultiPoint><Point></Point><LineString id=\"stranger\">"
+                                           "</LineString><Point></Point></MultiPoint>");
   ASSERT_TRUE(multi);
   EXPECT_EQ(2, multi->GetGeometryCount());
-  const QString text = Write(*multi);
+  const QString text = WriteShape(*multi);
   EXPECT_EQ(2, text.count("<Point>"));
   EXPECT_EQ(1, text.count("stranger"));
 
@@ -90,8 +90,8 @@ TEST_F(MultiGeometryTest, TheFeatureReachesEveryLevel) {
       "</MultiGeometry></Placemark>");
   ASSERT_TRUE(placemark && placemark->GetGeometry());
   const RefPtr<Geometry> top(placemark->GetGeometry());
-  Geometry* const inner = Child(top.get(), 0);
-  Geometry* const point = Child(inner, 0);
+  const RefPtr<Geometry> inner(Child(top.get(), 0));
+  Geometry* const point = Child(inner.get(), 0);
   EXPECT_EQ(placemark.get(), point->GetFeature());
   EXPECT_TRUE(point->GetBit(kBitInheritedVisibility));
 
@@ -108,7 +108,9 @@ TEST_F(MultiGeometryTest, TheFeatureReachesEveryLevel) {
 
 TEST_F(MultiGeometryTest, ANameIsInheritedFromTheNearestThatHasOne) {
   const auto placemark = Read<Placemark>(
-      "<Placemark><name>P</name><MultiGeometry><MultiGeometry><gx:name>M</gx:name><Point></Point>"
+      "<Placemark "
+      "xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\"><name>P</"
+      "name><MultiGeometry><MultiGeometry><gx:name>M</gx:name><Point></Point>"
       "<Point><gx:name>own</gx:name></Point></MultiGeometry><Point></Point></MultiGeometry>"
       "</Placemark>");
   ASSERT_TRUE(placemark && placemark->GetGeometry());
@@ -120,7 +122,7 @@ TEST_F(MultiGeometryTest, ANameIsInheritedFromTheNearestThatHasOne) {
 }
 
 TEST_F(MultiGeometryTest, AltitudesAreSharedOutInOrder) {
-  const auto multi = Read<MultiGeometry>(
+  const auto multi = ReadShape<MultiGeometry>(
       "<MultiGeometry><MultiGeometry><LineString><coordinates>0,0 1,1</coordinates></LineString>"
       "<Point></Point></MultiGeometry><Point></Point><Point></Point></MultiGeometry>");
   ASSERT_TRUE(multi);
@@ -133,8 +135,8 @@ TEST_F(MultiGeometryTest, AltitudesAreSharedOutInOrder) {
 }
 
 TEST_F(MultiGeometryTest, FlagsAndModesReachEveryMember) {
-  const auto multi = Read<MultiGeometry>("<MultiGeometry><MultiGeometry><Point></Point>"
-                                         "</MultiGeometry></MultiGeometry>");
+  const auto multi = ReadShape<MultiGeometry>("<MultiGeometry><MultiGeometry><Point></Point>"
+                                              "</MultiGeometry></MultiGeometry>");
   ASSERT_TRUE(multi);
   FieldLog log(multi.get());
   multi->SetTessellate(true);
@@ -143,7 +145,9 @@ TEST_F(MultiGeometryTest, FlagsAndModesReachEveryMember) {
   const Geometry* const point = Child(Child(multi.get(), 0), 0);
   EXPECT_TRUE(point->GetTessellate() && point->GetExtrude());
   EXPECT_EQ(kAbsolute, point->GetAltitudeMode());
-  EXPECT_EQ("bound tessellate bound extrude bound altitudeMode", log.Take());
+  QStringList notices = log.Take().split(' ');
+  notices.removeAll("bound"); // from below
+  EXPECT_EQ((QStringList{"tessellate", "extrude", "altitudeMode"}), notices);
 }
 
 TEST_F(MultiGeometryTest, TheBoxFollowsItsMembers) {
@@ -175,7 +179,7 @@ TEST_F(MultiGeometryTest, ReversingTheOrderTellsOnce) {
 }
 
 TEST_F(MultiGeometryTest, DeepNestsAreHandledInAllWalks) {
-  constexpr int kDepth = 900;
+  constexpr int kDepth = 990;
   const QString text = QString("<Placemark>") + QString("<MultiGeometry>").repeated(kDepth) +
                        "<Point><coordinates>1,2,3</coordinates></Point>" +
                        QString("</MultiGeometry>").repeated(kDepth) + "</Placemark>";

@@ -5,7 +5,7 @@
 
 namespace vorrel::kestan {
 
-using PointTest = KmlTest;
+using PointTest = GeometryTest;
 
 TEST_F(PointTest, CoordinatesComeBackAsTheyWereWritten) {
   struct Case {
@@ -26,17 +26,17 @@ TEST_F(PointTest, CoordinatesComeBackAsTheyWereWritten) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
     const auto point =
-        Read<Point>(QString("<Point><coordinates>%1</coordinates></Point>").arg(c.text));
+        ReadShape<Point>(QString("<Point><coordinates>%1</coordinates></Point>").arg(c.text));
     ASSERT_TRUE(point);
-    const QString first = Write(*point);
+    const QString first = WriteShape(*point);
     if (c.written) {
       EXPECT_EQ(QString("<coordinates>%1</coordinates>").arg(c.written),
                 Element(first, "coordinates"));
     }
-    const auto again = Read<Point>(first);
+    const auto again = ReadShape<Point>(first);
     ASSERT_TRUE(again);
     EXPECT_EQ(point->GetCoord(), again->GetCoord());
-    EXPECT_EQ(first, Write(*again));
+    EXPECT_EQ(first, WriteShape(*again));
   }
 }
 
@@ -46,11 +46,10 @@ TEST_F(PointTest, TheExtendedAltitudeModeWinsInEitherOrder) {
       "<altitudeMode>absolute</altitudeMode><gx:altitudeMode>clampToSeaFloor</gx:altitudeMode>"};
   for (const char* const mode : modes) {
     SCOPED_TRACE(mode);
-    const auto placemark =
-        Read<Placemark>(QString("<Placemark><Point>%1</Point></Placemark>").arg(mode));
-    ASSERT_TRUE(placemark && placemark->GetGeometry());
-    EXPECT_EQ(kClampToSeaFloor, placemark->GetGeometry()->GetAltitudeMode());
-    const QString text = Write(*placemark);
+    const auto point = ReadShape<Point>(QString("<Point>%1</Point>").arg(mode));
+    ASSERT_TRUE(point);
+    EXPECT_EQ(kClampToSeaFloor, point->GetAltitudeMode());
+    const QString text = WriteShape(*point);
     EXPECT_EQ("", Element(text, "altitudeMode"));
     EXPECT_EQ("<gx:altitudeMode>clampToSeaFloor</gx:altitudeMode>",
               Element(text, "gx:altitudeMode"));
@@ -58,14 +57,14 @@ TEST_F(PointTest, TheExtendedAltitudeModeWinsInEitherOrder) {
 }
 
 TEST_F(PointTest, AltitudeModeAboveGroundStandsInBothForms) {
-  const auto point = Read<Point>("<Point><extrude>1</extrude><tessellate>1</tessellate>"
-                                 "<gx:altitudeMode>absoluteAboveGround</gx:altitudeMode>"
-                                 "<gx:drawOrder>3</gx:drawOrder></Point>");
+  const auto point = ReadShape<Point>("<Point><extrude>1</extrude><tessellate>1</tessellate>"
+                                      "<gx:altitudeMode>absoluteAboveGround</gx:altitudeMode>"
+                                      "<gx:drawOrder>3</gx:drawOrder></Point>");
   ASSERT_TRUE(point);
   EXPECT_TRUE(point->GetExtrude() && point->GetTessellate());
   EXPECT_EQ(3, point->GetDrawOrder());
   EXPECT_TRUE(point->IsDrawOrderSet());
-  const QString text = Write(*point);
+  const QString text = WriteShape(*point);
   EXPECT_EQ("<altitudeMode>absolute</altitudeMode>", Element(text, "altitudeMode"));
   EXPECT_EQ("<gx:altitudeMode>absoluteAboveGround</gx:altitudeMode>",
             Element(text, "gx:altitudeMode"));

@@ -21,25 +21,25 @@ RefPtr<LinearRing> Ring() { return RefPtr<LinearRing>(new LinearRing(KmlId(), ""
 
 } // namespace
 
-using PolygonTest = KmlTest;
+using PolygonTest = GeometryTest;
 
 TEST_F(PolygonTest, BoundariesComeBack) {
-  const auto polygon = Read<Polygon>(kWithHoles);
+  const auto polygon = ReadShape<Polygon>(kWithHoles);
   ASSERT_TRUE(polygon);
   ASSERT_TRUE(polygon->GetOuterBoundary());
   ASSERT_EQ(2U, polygon->GetInnerBoundaries().size());
   EXPECT_TRUE(polygon->GetOuterBoundary()->IsOuter());
   EXPECT_TRUE(polygon->GetInnerBoundaries()[1]->IsInner());
-  const QString text = Write(*polygon);
+  const QString text = WriteShape(*polygon);
   EXPECT_EQ(1, text.count("<innerBoundaryIs>")) << "all holes share one element";
-  const auto again = Read<Polygon>(text);
+  const auto again = ReadShape<Polygon>(text);
   ASSERT_TRUE(again);
   EXPECT_EQ(Coords(*polygon->GetInnerBoundaries()[1]), Coords(*again->GetInnerBoundaries()[1]));
-  EXPECT_EQ(text, Write(*again));
+  EXPECT_EQ(text, WriteShape(*again));
 }
 
 TEST_F(PolygonTest, TheCoordinateInterfaceReachesAllRings) {
-  const auto polygon = Read<Polygon>(kWithHoles);
+  const auto polygon = ReadShape<Polygon>(kWithHoles);
   ASSERT_TRUE(polygon);
   int count = -1;
   EXPECT_EQ(nullptr, polygon->GetCoords(count));
@@ -62,7 +62,7 @@ TEST_F(PolygonTest, TheCoordinateInterfaceReachesAllRings) {
 }
 
 TEST_F(PolygonTest, RingsTurnTheirWay) {
-  const auto polygon = Read<Polygon>(kWithHoles); // outer and first hole clockwise
+  const auto polygon = ReadShape<Polygon>(kWithHoles); // outer and first hole clockwise
   ASSERT_TRUE(polygon);
   polygon->MakeCounterClockwise();
   EXPECT_TRUE(polygon->GetOuterBoundary()->IsCounterClockwise());
@@ -118,7 +118,7 @@ TEST_F(PolygonTest, IsMadeFromPositionsForAFeature) {
 }
 
 TEST_F(PolygonTest, AChangedRingChangesTheBox) {
-  const auto polygon = Read<Polygon>(kWithHoles);
+  const auto polygon = ReadShape<Polygon>(kWithHoles);
   ASSERT_TRUE(polygon);
   polygon->GetBBox();
   FieldLog log(polygon.get());

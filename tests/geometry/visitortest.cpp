@@ -39,7 +39,7 @@ template <class T> QString Visit(Notes& notes) {
 
 } // namespace
 
-using GeometryVisitorTest = KmlTest;
+using GeometryVisitorTest = GeometryTest;
 
 TEST_F(GeometryVisitorTest, EachClassGoesStraightToTheCommonBase) {
   Notes notes;
@@ -120,7 +120,9 @@ TEST_F(GeometryVisitorTest, ShapesThatAreNotKnownYetAreKept) {
       "<gx:MultiTrack><gx:interpolate>1</gx:interpolate></gx:MultiTrack>"};
   for (const char* const shape : shapes) {
     SCOPED_TRACE(shape);
-    const auto placemark = Read<Placemark>(QString("<Placemark>%1</Placemark>").arg(shape));
+    const auto placemark = Read<Placemark>(
+        QString("<Placemark xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\">%1</Placemark>")
+            .arg(shape));
     ASSERT_TRUE(placemark);
     const QString text = Write(*placemark);
     EXPECT_TRUE(text.contains(shape)) << text.toStdString();

@@ -2,13 +2,21 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
-#include "tests/write/samplestyle.h"
 
 #include <QTemporaryDir>
 
 namespace vorrel::kestan {
+
+namespace {
+
+RefPtr<Style> MakeStyle(const char* id, const char* url) {
+  return Style::create(KmlId(id, url), QString(), nullptr);
+}
+
+} // namespace
 
 class HoistTest : public KmlTest {
 protected:
@@ -20,7 +28,7 @@ protected:
 };
 
 TEST_F(HoistTest, AFeatureWithAStyleIsWrappedInADocument) {
-  const auto style = SampleStyle::Make("s", "doc.kml");
+  const auto style = MakeStyle("s", "doc.kml");
   const auto placemark = Make(*style);
 
   QTemporaryDir folder;
@@ -30,7 +38,7 @@ TEST_F(HoistTest, AFeatureWithAStyleIsWrappedInADocument) {
   const QString xml = QString::fromUtf8(file.readAll());
   EXPECT_TRUE(xml.contains("<Document>\n\t<name>out.kml</name>\n")) << xml.toStdString();
   EXPECT_EQ("<styleUrl>#s</styleUrl>", Element(xml, "styleUrl"));
-  EXPECT_LT(xml.indexOf("<SampleStyle id=\"s\">"), xml.indexOf("<Placemark>"));
+  EXPECT_LT(xml.indexOf("<Style id=\"s\">"), xml.indexOf("<Placemark>"));
 
   EXPECT_TRUE(Write(*placemark).contains("<name>KmlFile</name>"));
   EXPECT_FALSE(Write(*placemark, kWriteNoHoist).contains("<Document>"));
@@ -41,16 +49,16 @@ TEST_F(HoistTest, AFeatureWithoutAStyleStandsAlone) {
 }
 
 TEST_F(HoistTest, StylesOfOneIdAreToldApart) {
-  const RefPtr<SampleStyle> styles[] = {SampleStyle::Make("s", "a.kml"),
-                                        SampleStyle::Make("s", "b.kml"),
-                                        SampleStyle::Make("s", "c.kml")};
+  const RefPtr<Style> styles[] = {MakeStyle("s", "a.kml"),
+                                        MakeStyle("s", "b.kml"),
+                                        MakeStyle("s", "c.kml")};
   const auto folder = Read<Folder>("<Folder/>");
   for (int i = 0; i < 6; ++i)
     folder->AddChild(*Make(*styles[i % 3]));
   const QString xml = Write(*folder);
-  EXPECT_EQ(3, xml.count("<SampleStyle "));
+  EXPECT_EQ(3, xml.count("<Style "));
   for (const char* id : {"s", "s0", "s1"}) {
-    EXPECT_EQ(1, xml.count(QString("<SampleStyle id=\"%1\">").arg(id)));
+    EXPECT_EQ(1, xml.count(QString("<Style id=\"%1\">").arg(id)));
     EXPECT_EQ(2, xml.count(QString("<styleUrl>#%1</styleUrl>").arg(id)));
   }
   EXPECT_EQ(QString(), FindXmlError(xml.toUtf8()));
@@ -58,15 +66,15 @@ TEST_F(HoistTest, StylesOfOneIdAreToldApart) {
 }
 
 TEST_F(HoistTest, StylesOfAServerStayWhereTheyAre) {
-  const auto style = SampleStyle::Make("s", "http://example.org/styles.kml");
+  const auto style = MakeStyle("s", "http://example.org/styles.kml");
   const QString xml = Write(*Make(*style));
   EXPECT_FALSE(xml.contains("<Document>"));
   EXPECT_TRUE(xml.contains("http://example.org/styles.kml#s</styleUrl>")) << xml.toStdString();
 }
 
 TEST_F(HoistTest, ANestedDocumentKeepsItsStyles) {
-  const auto outer = SampleStyle::Make("o", "a.kml");
-  const auto inner = SampleStyle::Make("i", "a.kml");
+  const auto outer = MakeStyle("o", "a.kml");
+  const auto inner = MakeStyle("i", "a.kml");
   const auto document = Read<Document>("<Document/>");
   const auto nested = Read<Document>("<Document><name>nested</name></Document>");
   document->AddChild(*Make(*outer));

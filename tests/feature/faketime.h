@@ -2,8 +2,6 @@
 
 #include "kestan/host/datetime.h"
 #include "kestan/spacetime/timeprimitive.h"
-#include "kestan/style/styleselector.h"
-#include "kestan/write/writestate.h"
 
 namespace vorrel::kestan {
 
@@ -23,15 +21,6 @@ public:
 
 private:
   DateTime time_;
-};
-
-/// A style without a look.
-class FakeStyle final : public StyleSelector {
-public:
-  explicit FakeStyle(const KmlId& id) : StyleSelector(GetClassSchema(), id, QString()) {}
-  ~FakeStyle() override { NotifyPreDelete(); }
-
-  void InternalCollectStyles(WriteState& state) const override { state.AddStyle(*this); }
 };
 
 } // namespace vorrel::kestan

@@ -1,0 +1,167 @@
+// The styles of a feature: an inline one, a shared one, and what they make together.
+
+#include "kestan/core/objectobserver.h"
+#include "kestan/custom/extendeddata.h" // collected for a write with the styles
+#include "kestan/feature/abstractfeature.h"
+#include "kestan/feature/abstractfeatureschema.h"
+#include "kestan/read/typedloadobserver.h"
+#include "kestan/style/style.h" // features look as their styles say
+#include "kestan/style/stylecache.h"
+#include "kestan/style/stylemap.h"
+
+namespace vorrel::kestan {
+
+namespace {
+
+const AbstractFeatureSchema& Fields() { return AbstractFeatureSchema::GetSingleton(); }
+
+/// True when `selector` was made after the last change of `source`.
+bool IsCurrent(const StyleSelector& selector, const StyleSelector& source) {
+  return static_cast<std::int32_t>(selector.GetFlattenRevision() - source.GetRevision()) >= 0;
+}
+
+} // namespace
+
+void AbstractFeature::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSet(*this, url); }
+
+void AbstractFeature::SetInlineStyleSelector(StyleSelector* selector) {
+  Fields().inlineStyleSelector.CheckSet(*this, selector);
+}
+
+void AbstractFeature::SetReferencedStyleSelector(StyleSelector* selector) {
+  if (referencedStyleSelector_ != selector)
+    BindStyleSelector(selector, selector ? selector->MakeStyleUrl(GetBaseUrl()) : QString());
+}
+
+void AbstractFeature::BindStyleSelector(StyleSelector* selector, const QString& url) {
+  const RefPtr<StyleSelector> kept(selector);
+  SetBit(kBitLoadFailed, false);
+  ReleaseReferencedStyleSelector();
+  referencedStyleSelector_ = selector;
+  if (selector)
+    selector->AddOwner(*this);
+  styleUrl_ = url;
+  ReleaseFlattenedStyleSelector();
+  SchemaObject::NotifyFieldChanged(Fields().styleUrl); // the reference is resolved already
+}
+
+void AbstractFeature::ReleaseReferencedStyleSelector() {
+  if (const RefPtr<StyleSelector> former = std::move(referencedStyleSelector_))
+    former->RemOwner(*this);
+}
+
+void AbstractFeature::ReleaseFlattenedStyleSelector() const {
+  if (const RefPtr<StyleSelector> former = std::move(flattenedStyleSelector_))
+    former->RemOwner(const_cast<AbstractFeature&>(*this));
+}
+
+void AbstractFeature::OnUrlLoad(const StrField&, SchemaObject* loaded) {
+  if (!loaded) {
+    SetBit(kBitLoadFailed, true);
+    SchemaObject::NotifyFieldChanged(Fields().styleUrl); // a new load would fail again
+    return;
+  }
+  auto* selector = static_cast<StyleSelector*>(loaded);
+  if (StyleSelector::IsBuiltInUrl(styleUrl_))
+    BindStyleSelector(selector, styleUrl_); // by the name that it has
+  else
+    SetReferencedStyleSelector(selector);
+}
+
+void AbstractFeature::OnStyleUrlChanged() {
+  ReleaseReferencedStyleSelector();
+  ReleaseFlattenedStyleSelector();
+  TypedLoadObserver<StyleSelector>::Create(*this, Fields().styleUrl);
+}
+
+void AbstractFeature::OnInlineStyleSelectorChanged() { ReleaseFlattenedStyleSelector(); }
+
+void AbstractFeature::SetStyleMode(int mode) {
+  if (styleMode_ == mode)
+    return;
+  styleMode_ = mode;
+  NotifyFieldChanged(Fields().styleMode);
+}
+
+Style* AbstractFeature::InlineStyle() {
+  if (!inlineStyleSelector_ || !inlineStyleSelector_->isOfType(Style::GetClassSchema())) {
+    const KmlId id = GetUniqueRuntimeId(KmlId(QStringLiteral("inline"), GetUrl()));
+    SetInlineStyleSelector(Style::create(id, GetBaseUrl(), nullptr).get());
+  }
+  return static_cast<Style*>(inlineStyleSelector_.get());
+}
+
+const Style* AbstractFeature::getRenderStyle(int mode) const {
+  const Style* style = nullptr;
+  if (const StyleSelector* selector = UpdateRenderStyleSelector())
+    style = selector->InternalGetSelectedStyle(mode);
+  else if (GetBit(kBitLoadFailed))
+    style = Style::GetFailedStyle();
+  else if (!styleUrl_.isEmpty())
+    style = Style::GetFetchingStyle();
+  return style ? style : Style::GetDefaultStyle(mode);
+}
+
+const StyleSelector* AbstractFeature::getRenderStyleSelector() const {
+  UpdateRenderStyleSelector();
+  if (flattenedStyleSelector_)
+    return flattenedStyleSelector_.get();
+  if (referencedStyleSelector_)
+    return referencedStyleSelector_.get();
+  if (inlineStyleSelector_)
+    return inlineStyleSelector_.get();
+  if (GetBit(kBitLoadFailed))
+    return Style::GetFailedStyle();
+  return StyleMap::GetDefaultStyleMap();
+}
+
+bool AbstractFeature::HasSpecifiedHighlightStyle() const {
+  const StyleSelector* selector = getRenderStyleSelector();
+  if (!selector || !selector->isOfType(StyleMap::GetClassSchema()))
+    return false;
+  QString key;
+  return static_cast<const StyleMap*>(selector)->GetStyleMapPair(kStyleHighlight, key) != nullptr;
+}
+
+/// The selector to draw with; null when the feature has none.
+const StyleSelector* AbstractFeature::UpdateRenderStyleSelector() const {
+  if (!inlineStyleSelector_ || !referencedStyleSelector_)
+    return inlineStyleSelector_ ? inlineStyleSelector_.get() : referencedStyleSelector_.get();
+  if (!flattenedStyleSelector_ ||
+      !IsCurrent(*flattenedStyleSelector_, *referencedStyleSelector_) ||
+      !IsCurrent(*flattenedStyleSelector_, *inlineStyleSelector_))
+    FlattenStyleSelectors();
+  return flattenedStyleSelector_ ? flattenedStyleSelector_.get() : inlineStyleSelector_.get();
+}
+
+void AbstractFeature::FlattenStyleSelectors() const {
+  ReleaseFlattenedStyleSelector();
+  const bool isStyle = inlineStyleSelector_->isOfType(Style::GetClassSchema());
+  // Generators write the same inline style again and again: neighbours share the result.
+  StyleCache* cache = isStyle ? StyleCache::GetCurrent() : nullptr;
+  auto* inlineStyle = cache ? static_cast<Style*>(inlineStyleSelector_.get()) : nullptr;
+  if (cache)
+    flattenedStyleSelector_ = cache->Find(*inlineStyle, *referencedStyleSelector_);
+  if (!flattenedStyleSelector_) {
+    flattenedStyleSelector_ =
+        referencedStyleSelector_->InternalFlatten(inlineStyleSelector_.get(), false);
+    if (!flattenedStyleSelector_)
+      return;
+    flattenedStyleSelector_->SetFlattenRevision(ObjectObserver::s_revision_counter_);
+    if (cache)
+      cache->Set(*inlineStyle, *referencedStyleSelector_, *flattenedStyleSelector_);
+  }
+  flattenedStyleSelector_->AddOwner(const_cast<AbstractFeature&>(*this));
+}
+
+void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
+  if (extendedData_)
+    extendedData_->CollectSchemas(state);
+  if (referencedStyleSelector_ && !StyleSelector::IsBuiltInUrl(styleUrl_))
+    referencedStyleSelector_->InternalCollectStyles(state);
+  // The inline selector goes out where it stands. What it refers to has to be found.
+  if (inlineStyleSelector_ && inlineStyleSelector_->isOfType(StyleMap::GetClassSchema()))
+    static_cast<const StyleMap&>(*inlineStyleSelector_).CollectReferences(state);
+}
+
+} // namespace vorrel::kestan

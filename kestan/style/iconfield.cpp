@@ -1,0 +1,19 @@
+#include "kestan/style/iconfield.h"
+
+namespace vorrel::kestan {
+
+IconField::IconField(Schema& schema, unsigned offset, unsigned flags)
+    : ObjField(schema, QString(), Icon::GetClassSchema(), offset, flags) {}
+
+bool IconField::equals(const SchemaObject& a, const SchemaObject& b) const {
+  const RefPtr<Icon> x = get(a);
+  const RefPtr<Icon> y = get(b);
+  return x && y ? *x == *y : x == y;
+}
+
+void IconField::CheckSet(SchemaObject& object, Icon* icon, unsigned& specified) const {
+  CheckSet(object, icon);
+  specified |= GetMaskBit();
+}
+
+} // namespace vorrel::kestan

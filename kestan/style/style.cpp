@@ -1,0 +1,336 @@
+#include "kestan/style/style.h"
+
+#include "kestan/core/objfield_impl.h"
+#include "kestan/core/schemat_impl.h"
+#include "kestan/style/builtinstyles.h"
+#include "kestan/style/finalstyle.h"
+#include "kestan/style/styleschema.h"
+#include "kestan/style/stylevisitor.h"
+#include "kestan/write/writestate.h" // shared styles are collected for the output
+
+#include <string_view>
+
+namespace vorrel::kestan {
+
+template class SchemaT<Style, NewInstancePolicy, NoDerivedPolicy>;
+template class ObjField<Style>;
+
+namespace {
+
+const StyleSchema& Fields() { return StyleSchema::GetSingleton(); }
+
+const QString& GetDefaultStyleId() {
+  static const QString id = QStringLiteral("default");
+  return id;
+}
+
+/// The highlight of a generated style is larger than its normal look.
+constexpr float kHighlightScale = 1.1F;
+
+/// True when the two, which may be null, change any other sub-style in the same way.
+bool MergeAlike(const SchemaObject* a, const SchemaObject* b) {
+  const unsigned mask = a ? a->GetFieldsSpecified() : 0;
+  if (mask != (b ? b->GetFieldsSpecified() : 0))
+    return false;
+  if (mask == 0)
+    return true;
+  for (const Field* field : a->GetSchema().GetSerializedFields()) {
+    if ((mask & field->GetMaskBit()) != 0 && !field->equals(*a, *b))
+      return false;
+  }
+  return true;
+}
+
+template <class T> bool AreEqual(const T* own, const T* other, const T* standIn) {
+  return own == other || *(own ? own : standIn) == *(other ? other : standIn);
+}
+
+} // namespace
+
+StyleSchema::StyleSchema() : SchemaT("Style", &StyleSelector::GetClassSchema(), Namespace::kKml) {
+  labelColor.SetDefault(Color32());
+  geomColor.SetDefault(Color32());
+  labelScale.SetDefault(1.0F);
+  geomScale.SetDefault(1.0F);
+  falseColorGeom.SetDefault(false);
+  providerId.SetDefault(0);
+}
+
+const Schema& Style::GetClassSchema() { return StyleSchema::GetSingleton(); }
+
+const QString& Style::GetRootStyleBase() {
+  static const QString base = QStringLiteral("root://styles");
+  return base;
+}
+
+const QString& Style::GetDefaultStyleUrl() {
+  static const QString url = GetRootStyleBase() + QLatin1Char('#') + GetDefaultStyleId();
+  return url;
+}
+
+Style* Style::GetDefaultStyle(int mode) {
+  return mode == kStyleHighlight ? GetDefaultHighlightStyle() : GetDefaultStyle();
+}
+
+Style* Style::find(const KmlId& id) {
+  SchemaObject* object = SchemaObject::find(id);
+  return object && object->isOfType(GetClassSchema()) ? static_cast<Style*>(object) : nullptr;
+}
+
+Style* Style::find(const QString& url, const QString& id) { return find(KmlId(id, url)); }
+
+RefPtr<Style> Style::create(const KmlId& id, const QString& baseUrl, MemoryManager* manager) {
+  if (Style* present = find(id))
+    return RefPtr<Style>(present);
+  return RefPtr<Style>(new (manager) Style(id, baseUrl));
+}
+
+RefPtr<Style> Style::GetStyleFromUrl(const QString& url) {
+  return url.isEmpty() ? GetDefaultStyle()->Clone() : create(KmlId(url), url, nullptr);
+}
+
+Style::Style(const KmlId& id, const QString& baseUrl, bool notify)
+    : StyleSelector(GetClassSchema(), id, baseUrl) {
+  if (id.id == GetDefaultStyleId() && id.url == GetRootStyleBase() && BuiltInStyles::Get())
+    BuiltInStyles::Get()->defaultStyle = this;
+  if (notify)
+    NotifyPostCreate();
+  else
+    SetBit(kBitNoCreationNotify, true);
+}
+
+Style::~Style() { NotifyPreDelete(); }
+
+template <class T> void Style::SetSubStyle(RefPtr<T> Style::*member, T* style) {
+  const RefPtr<T> former = this->*member;
+  if (former == style)
+    return;
+  if (former)
+    former->RemOwner(*this);
+  this->*member = style;
+  if (style)
+    style->AddOwner(*this);
+}
+
+template <class T> T* Style::GetOrCreate(RefPtr<T> Style::*member) {
+  if (!(this->*member))
+    SetSubStyle(member, new T(KmlId(QString(), GetUrl()), GetBaseUrl()));
+  return (this->*member).get();
+}
+
+const LineStyle* Style::GetLineStyle() const {
+  return lineStyle_ ? lineStyle_.get() : LineStyle::GetDefaultLineStyle();
+}
+
+const LabelStyle* Style::GetLabelStyle() const {
+  return labelStyle_ ? labelStyle_.get() : LabelStyle::GetDefaultLabelStyle();
+}
+
+const IconStyle* Style::GetIconStyle() const {
+  return iconStyle_ ? iconStyle_.get() : IconStyle::GetDefaultIconStyle();
+}
+
+const IconStackStyle* Style::GetIconStackStyle() const {
+  return iconStackStyle_ ? iconStackStyle_.get() : IconStackStyle::GetDefaultIconStackStyle();
+}
+
+const PolyStyle* Style::GetPolyStyle() const {
+  return polyStyle_ ? polyStyle_.get() : PolyStyle::GetDefaultPolyStyle();
+}
+
+const BalloonStyle* Style::GetBalloonStyle() const {
+  return balloonStyle_ ? balloonStyle_.get() : BalloonStyle::GetDefaultBalloonStyle();
+}
+
+const ListStyle* Style::GetListStyle() const {
+  return listStyle_ ? listStyle_.get() : ListStyle::GetDefaultListStyle();
+}
+
+LineStyle* Style::GetLineStyle() { return GetOrCreate(&Style::lineStyle_); }
+
+LabelStyle* Style::GetLabelStyle() { return GetOrCreate(&Style::labelStyle_); }
+
+IconStyle* Style::GetIconStyle() { return GetOrCreate(&Style::iconStyle_); }
+
+IconStackStyle* Style::GetIconStackStyle() { return GetOrCreate(&Style::iconStackStyle_); }
+
+PolyStyle* Style::GetPolyStyle() { return GetOrCreate(&Style::polyStyle_); }
+
+BalloonStyle* Style::GetBalloonStyle() { return GetOrCreate(&Style::balloonStyle_); }
+
+ListStyle* Style::GetListStyle() { return GetOrCreate(&Style::listStyle_); }
+
+void Style::_setLineStyle(LineStyle* style) { SetSubStyle(&Style::lineStyle_, style); }
+
+void Style::_setLabelStyle(LabelStyle* style) { SetSubStyle(&Style::labelStyle_, style); }
+
+void Style::_setIconStyle(IconStyle* style) { SetSubStyle(&Style::iconStyle_, style); }
+
+void Style::_setIconStackStyle(IconStackStyle* style) {
+  SetSubStyle(&Style::iconStackStyle_, style);
+}
+
+void Style::_setPolyStyle(PolyStyle* style) { SetSubStyle(&Style::polyStyle_, style); }
+
+void Style::_setBalloonStyle(BalloonStyle* style) { SetSubStyle(&Style::balloonStyle_, style); }
+
+void Style::_setListStyle(ListStyle* style) { SetSubStyle(&Style::listStyle_, style); }
+
+RefPtr<Style> Style::Clone() const {
+  return RefPtr<Style>(static_cast<Style*>(clone(true, nullptr).get()));
+}
+
+RefPtr<Style> Style::CloneIcon(const QString& role, Icon& icon, bool* isNew) const {
+  RefPtr<Style> result;
+  *isNew = true;
+  if (GetId().isEmpty()) {
+    result = Clone();
+  } else {
+    const KmlId id(GetId() + role + icon.GetKeyText(), GetUrl());
+    *isNew = find(id) == nullptr;
+    result = create(id, GetBaseUrl(), nullptr);
+    if (*isNew) {
+      result->copy(*this, true, nullptr);
+      result->GetIconStyle()->SetIcon(&icon);
+    }
+  }
+  return result;
+}
+
+RefPtr<Style> Style::CloneIcon(Icon& icon) const {
+  bool isNew = false;
+  return CloneIcon(QStringLiteral("+icon="), icon, &isNew);
+}
+
+RefPtr<Style> Style::CloneHighlightIcon(Icon& icon) const {
+  bool isNew = false;
+  RefPtr<Style> result = CloneIcon(QStringLiteral("+hicon="), icon, &isNew);
+  if (isNew) {
+    IconStyle& iconStyle = *result->GetIconStyle();
+    iconStyle.SetScale(iconStyle.GetScale() * kHighlightScale);
+    LabelStyle& labelStyle = *result->GetLabelStyle();
+    labelStyle.SetScale(labelStyle.GetScale() * kHighlightScale);
+  }
+  return result;
+}
+
+bool Style::UnspecifyRedundantFields(const Style& base) {
+  const auto reduce = [this](auto member, const auto* standard) {
+    auto& own = this->*member;
+    if (own && own->GetFieldsSpecified() != 0 && own->UnspecifyRedundantFields(*standard))
+      SetSubStyle(member, static_cast<decltype(own.get())>(nullptr));
+    return !own;
+  };
+  bool empty = reduce(&Style::lineStyle_, base.GetLineStyle());
+  empty &= reduce(&Style::polyStyle_, base.GetPolyStyle());
+  empty &= reduce(&Style::labelStyle_, base.GetLabelStyle());
+  empty &= reduce(&Style::iconStyle_, base.GetIconStyle());
+  empty &= reduce(&Style::iconStackStyle_, base.GetIconStackStyle());
+  empty &= reduce(&Style::balloonStyle_, base.GetBalloonStyle());
+  empty &= reduce(&Style::listStyle_, base.GetListStyle());
+  return empty;
+}
+
+bool Style::operator==(const Style& other) const {
+  return this == &other ||
+         (*GetIconStyle() == *other.GetIconStyle() &&
+          *GetIconStackStyle() == *other.GetIconStackStyle() &&
+          *GetLabelStyle() == *other.GetLabelStyle() &&
+          *GetLineStyle() == *other.GetLineStyle() && *GetPolyStyle() == *other.GetPolyStyle() &&
+          *GetBalloonStyle() == *other.GetBalloonStyle() &&
+          *GetListStyle() == *other.GetListStyle());
+}
+
+bool Style::MergesLike(const Style& other) const {
+  for (const Field* field : Fields().written) {
+    if (!MergeAlike(field->GetObject(*this, -1), field->GetObject(other, -1)))
+      return false;
+  }
+  return true;
+}
+
+void Style::accept(StyleVisitor& visitor) { visitor.visit(*this); }
+
+RefPtr<StyleSelector> Style::InternalFlatten(const StyleSelector* other, bool entered) const {
+  if (other && !entered)
+    return other->InternalFlatten(this, true);
+  const bool isStyle = other && other->isOfType(GetClassSchema());
+  if (!isStyle) {
+    const QString id = GetId().isEmpty() ? QStringLiteral("style") : GetId();
+    return RefPtr<StyleSelector>(
+        static_cast<Style*>(clone(KmlId(id, GetUrl()), true, nullptr).get()));
+  }
+  FinalStyle merged;
+  merged.MergeStyles(static_cast<const Style&>(*other), *this);
+  const QString id = other->GetId().isEmpty() ? QStringLiteral("fstyle") : other->GetId();
+  return RefPtr<StyleSelector>(
+      static_cast<Style*>(merged.clone(KmlId(id, other->GetUrl()), true, nullptr).get()));
+}
+
+void Style::InternalCollectStyles(WriteState& state) const { state.AddStyle(*this); }
+
+const Style* Style::InternalGetSelectedStyle(int) const { return this; }
+
+void Style::ReleaseSubStyles() {
+  _setLineStyle(nullptr);
+  _setPolyStyle(nullptr);
+  _setIconStyle(nullptr);
+  _setIconStackStyle(nullptr);
+  _setLabelStyle(nullptr);
+  _setBalloonStyle(nullptr);
+  _setListStyle(nullptr);
+}
+
+void Style::NotifyFieldChanged(const Field& field) {
+  if (field.HasFlag(Field::kProxy))
+    ApplyDeprecated(field);
+  StyleSelector::NotifyFieldChanged(field);
+}
+
+void Style::CopyNonFieldStuff(const SchemaObject& src) {
+  if (src.isOfType(GetClassSchema()) && static_cast<const Style&>(src).providerId_ != 0)
+    Fields().providerId.copy(*this, src, false);
+  StyleSelector::CopyNonFieldStuff(src);
+}
+
+namespace {
+
+/// True when the element that starts at `position`, and ends the text so far, holds no element.
+bool IsEmptyElement(const Utf8OStream& stream, std::size_t position) {
+  const std::string_view text(stream.data() + position, stream.size() - position);
+  const std::size_t content = text.find_first_not_of("\t", text.find('\n') + 1);
+  return content != std::string_view::npos && text.substr(content, 2) == "</";
+}
+
+void WriteSubStyle(const SchemaObject& style, WriteState& state) {
+  const bool isKept = style.HasUnknownData() || !style.GetId().isEmpty();
+  if (style.GetFieldsSpecified() == 0 && !isKept)
+    return;
+  Utf8OStream& stream = state.stream();
+  const std::size_t start = stream.size();
+  style.WriteKml(state);
+  // A style of defaults only would be gone after the next reading.
+  if (!isKept && IsEmptyElement(stream, start))
+    stream.Commit(stream.data() + start);
+}
+
+} // namespace
+
+void Style::WriteKml(WriteState& state) const {
+  WriteKmlStartTag(state, false);
+  for (const Field* field : Fields().GetSerializedFields()) {
+    if (!field->GetObjSchema() && !GetUnknownFieldAttrs(*field).isNull())
+      field->WriteKml(*this, state);
+  }
+  const bool former = state.writeDefaults();
+  state.SetWriteDefaults(former || state.styleDefaultsEnabled());
+  for (const Field* field : Fields().written) {
+    if (const SchemaObject* style = field->GetObject(*this, -1))
+      WriteSubStyle(*style, state);
+  }
+  state.SetWriteDefaults(former);
+  WriteUnknownFields(state);
+  WriteKmlEndTag(state, false);
+}
+
+} // namespace vorrel::kestan

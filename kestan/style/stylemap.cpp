@@ -1,0 +1,235 @@
+#include "kestan/style/stylemap.h"
+
+#include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/schemat_impl.h"
+#include "kestan/style/icon.h"
+#include "kestan/style/style.h"
+#include "kestan/style/stylemapschema.h"
+#include "kestan/style/stylevisitor.h"
+#include "kestan/write/writestate.h" // shared maps are collected for the output
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+template class SchemaT<StyleMap, NewInstancePolicy, NoDerivedPolicy>;
+
+namespace {
+
+QString GetKeyOf(int mode) {
+  return mode == kStyleNormal      ? QStringLiteral("normal")
+         : mode == kStyleHighlight ? QStringLiteral("highlight")
+                                   : QString();
+}
+
+const StyleMap* AsMap(const StyleSelector& selector) {
+  return selector.isOfType(StyleMap::GetClassSchema()) ? static_cast<const StyleMap*>(&selector)
+                                                       : nullptr;
+}
+
+} // namespace
+
+StyleMapSchema::StyleMapSchema()
+    : SchemaT("StyleMap", &StyleSelector::GetClassSchema(), Namespace::kKml) {}
+
+const Schema& StyleMap::GetClassSchema() { return StyleMapSchema::GetSingleton(); }
+
+const QString& StyleMap::GetRootStyleMapBase() {
+  static const QString base = QStringLiteral("root://styleMaps");
+  return base;
+}
+
+QString StyleMap::GetStyleMapBase(const QString& url) {
+  const QString styles = QStringLiteral("styles");
+  const int place = url.indexOf(styles);
+  return place < 0 ? QString()
+                   : QString(url).replace(place, styles.size(), QStringLiteral("styleMaps"));
+}
+
+StyleMap* StyleMap::find(const KmlId& id) {
+  SchemaObject* object = SchemaObject::find(id);
+  return object && object->isOfType(GetClassSchema()) ? static_cast<StyleMap*>(object) : nullptr;
+}
+
+StyleMap* StyleMap::find(const QString& url, const QString& id) { return find(KmlId(id, url)); }
+
+RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl,
+                                  MemoryManager* manager) {
+  if (id.id.isEmpty())
+    return {};
+  if (StyleMap* present = find(id))
+    return RefPtr<StyleMap>(present);
+  return RefPtr<StyleMap>(new (manager) StyleMap(id, baseUrl));
+}
+
+RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl, Style& normal,
+                                  Style& highlight, MemoryManager* manager) {
+  RefPtr<StyleMap> map(new (manager) StyleMap(id, baseUrl));
+  map->AddPair(kStyleNormal, normal);
+  map->AddPair(kStyleHighlight, highlight);
+  return map;
+}
+
+RefPtr<StyleMap> StyleMap::create(const Style& style, Icon& normal, Icon& highlight) {
+  const QString url = GetStyleMapBase(style.GetUrl());
+  if (style.GetId().isEmpty()) {
+    return RefPtr<StyleMap>(
+        new StyleMap(style, normal, highlight, KmlId(QStringLiteral("BAD"), url), QString()));
+  }
+  const KmlId id(style.GetId() + QLatin1String("+nicon=") + normal.GetKeyText() +
+                     QLatin1String("+hicon=") + highlight.GetKeyText(),
+                 url);
+  if (StyleMap* present = find(id))
+    return RefPtr<StyleMap>(present);
+  return RefPtr<StyleMap>(new StyleMap(style, normal, highlight, id, QString()));
+}
+
+StyleMap::StyleMap(const KmlId& id, const QString& baseUrl, bool notify)
+    : StyleSelector(GetClassSchema(), id, baseUrl) {
+  if (notify)
+    NotifyPostCreate();
+  else
+    SetBit(kBitNoCreationNotify, true);
+}
+
+StyleMap::StyleMap(const Style& style, Icon& normal, Icon& highlight, const KmlId& id,
+                   const QString& baseUrl)
+    : StyleSelector(GetClassSchema(), id, baseUrl) {
+  AddPair(kStyleNormal, *style.CloneIcon(normal));
+  AddPair(kStyleHighlight, *style.CloneHighlightIcon(highlight));
+  NotifyPostCreate();
+}
+
+StyleMap::~StyleMap() {
+  NotifyPreDelete();
+  // Those that refer to the map without keeping it.
+  for (int i = GetOwnerCount(); i-- > 0;) {
+    SchemaObject* owner = GetOwner(0);
+    RemOwner(*owner);
+    if (owner->isOfType(Pair::GetClassSchema()))
+      static_cast<Pair*>(owner)->ForgetReference();
+  }
+}
+
+StyleMap::Pair* StyleMap::GetStyleMapPair(StyleStateMode mode, QString& key) const {
+  const QString modeKey = GetKeyOf(mode);
+  if (!modeKey.isEmpty())
+    key = modeKey;
+  const auto pair = std::find_if(pairs_.begin(), pairs_.end(), [&](const RefPtr<Pair>& candidate) {
+    return candidate && candidate->GetKey() == key;
+  });
+  return pair == pairs_.end() ? nullptr : pair->get();
+}
+
+void StyleMap::setStyle(StyleStateMode mode, Style& style) {
+  QString key;
+  if (Pair* pair = GetStyleMapPair(mode, key))
+    pair->SetStyleSelector(&style);
+  else
+    AddPair(mode, style);
+}
+
+void StyleMap::AddPair(StyleStateMode mode, Style& style) {
+  const RefPtr<Pair> pair(new Pair(KmlId(QString(), GetUrl()), GetBaseUrl()));
+  pair->SetKey(GetKeyOf(mode));
+  pair->SetStyleSelector(&style);
+  StyleMapSchema::GetSingleton().pairs.add(*this, pair.get());
+}
+
+const StyleMap::Pair* StyleMap::FindPair(int state) const {
+  const auto pair = std::find_if(pairs_.begin(), pairs_.end(), [&](const RefPtr<Pair>& candidate) {
+    return candidate && candidate->GetKeyState() == state;
+  });
+  return pair == pairs_.end() ? nullptr : pair->get();
+}
+
+/// Where the walk over maps ends: at a style, at a pair that leads nowhere, or where it has been
+/// before. All empty: at a map that has no pair for the mode.
+struct StyleMap::Selection {
+  const Style* style = nullptr;
+  const Pair* open = nullptr;
+  bool isLoop = false;
+};
+
+StyleMap::Selection StyleMap::Select(int mode) const {
+  const StyleMap* map = this;
+  const StyleMap* mark = this; // moves up at doubling distances, so that any loop meets it
+  std::size_t steps = 0;
+  std::size_t limit = 1;
+  while (const Pair* pair = map->FindPair(mode)) {
+    const StyleSelector* selector = pair->GetStyleSelector();
+    if (!selector)
+      return {nullptr, pair, false};
+    map = AsMap(*selector);
+    if (!map)
+      return {static_cast<const Style*>(selector), nullptr, false};
+    if (map == mark)
+      return {nullptr, nullptr, true};
+    if (++steps == limit) {
+      mark = map;
+      limit *= 2;
+      steps = 0;
+    }
+  }
+  return {};
+}
+
+const Style* StyleMap::InternalGetSelectedStyle(int mode) const {
+  const Selection selection = Select(mode);
+  if (selection.isLoop)
+    return Style::GetDefaultStyle();
+  return selection.open ? selection.open->GetStandIn() : selection.style;
+}
+
+RefPtr<StyleSelector> StyleMap::FlattenLook(int mode, const StyleSelector* other,
+                                            bool entered) const {
+  const Selection selection = Select(mode);
+  if (selection.isLoop)
+    return Style::GetDefaultStyle()->InternalFlatten(nullptr, true);
+  const Style* otherStyle = other ? other->InternalGetSelectedStyle(mode) : nullptr;
+  if (selection.style)
+    return selection.style->InternalFlatten(otherStyle, entered);
+  return otherStyle ? otherStyle->InternalFlatten(nullptr, !entered) : nullptr;
+}
+
+RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool entered) const {
+  const NotificationDeferrer deferrer;
+  const QString id = GetId().isEmpty() ? QStringLiteral("map") : GetId();
+  const RefPtr<SchemaObject> result = clone(KmlId(id, GetUrl()), false, nullptr);
+  if (!result)
+    return {};
+  auto& map = static_cast<StyleMap&>(*result);
+  for (const StyleStateMode mode : {kStyleNormal, kStyleHighlight}) {
+    const RefPtr<StyleSelector> look = FlattenLook(mode, other, entered);
+    if (look)
+      map.AddPair(mode, static_cast<Style&>(*look));
+  }
+  return RefPtr<StyleSelector>(&map);
+}
+
+void StyleMap::InternalCollectStyles(WriteState& state) const {
+  if (state.AddStyle(*this))
+    CollectReferences(state);
+}
+
+void StyleMap::accept(StyleVisitor& visitor) { visitor.visit(*this); }
+
+void StyleMap::CollectReferences(WriteState& state) const {
+  mmvector<const StyleMap*> maps{this};
+  std::unordered_set<const StyleMap*> seen{this};
+  for (std::size_t i = 0; i < maps.size(); ++i) {
+    for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
+      const StyleSelector* selector = pair ? pair->GetStyleSelector() : nullptr;
+      const bool isOwn = selector && selector == pair->GetInlineStyleSelector();
+      if (!selector || (!isOwn && IsBuiltInUrl(pair->GetStyleUrl())))
+        continue;
+      if (!isOwn && !state.AddStyle(*selector))
+        continue;
+      const StyleMap* map = AsMap(*selector);
+      if (map && seen.insert(map).second)
+        maps.push_back(map);
+    }
+  }
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "kestan/host/refptr.h"
+#include "kestan/style/styleselector.h"
+
+#include <QString>
+
+namespace vorrel::kestan {
+
+class StyleMapSchema;
+
+/// A choice between looks by what the feature's state is: usually one for normal and one for
+/// highlight.
+///
+/// Maps may refer to each other, in loops too. A walk over them ends with the default style where
+/// it would go round.
+class KESTAN_EXPORT StyleMap final : public StyleSelector {
+public:
+  using ClassSchema = StyleMapSchema;
+  static const Schema& GetClassSchema();
+
+  class Pair;
+
+  /// Document of the built-in maps.
+  static const QString& GetRootStyleMapBase();
+  /// The URL of maps that belongs to a URL of styles: its first "styles" turned into "styleMaps".
+  /// Empty when there's none.
+  static QString GetStyleMapBase(const QString& url);
+  /// Null while the library isn't initialised.
+  static StyleMap* GetDefaultStyleMap();
+
+  /// The map with this id in the calling thread's hash, or null.
+  static StyleMap* find(const KmlId& id);
+  static StyleMap* find(const QString& url, const QString& id);
+  /// The map with this id, else a new one. Null for an empty id.
+  static RefPtr<StyleMap> create(const KmlId& id, const QString& baseUrl, MemoryManager* manager);
+  /// A new map with these two looks.
+  static RefPtr<StyleMap> create(const KmlId& id, const QString& baseUrl, Style& normal,
+                                 Style& highlight, MemoryManager* manager);
+  /// The map of a style with one icon for each look; there's one for each two icons.
+  static RefPtr<StyleMap> create(const Style& style, Icon& normal, Icon& highlight);
+
+  StyleMap(const KmlId& id, const QString& baseUrl, bool notify = true);
+  StyleMap(const Style& style, Icon& normal, Icon& highlight, const KmlId& id,
+           const QString& baseUrl);
+  ~StyleMap() override;
+
+  const mmvector<RefPtr<Pair>>& GetPairs() const { return pairs_; }
+  /// The first pair for `mode`, or null. `key` receives the key of the mode, where it has one.
+  Pair* GetStyleMapPair(StyleStateMode mode, QString& key) const;
+  /// Puts a style into the pair of `mode`, which is made where there's none.
+  void setStyle(StyleStateMode mode, Style& style);
+
+  void accept(StyleVisitor& visitor) override;
+  /// A map with exactly the two looks, each merged to a single style.
+  RefPtr<StyleSelector> InternalFlatten(const StyleSelector* other, bool entered) const override;
+  void InternalCollectStyles(WriteState& state) const override;
+  /// Reports what the map leads to, but not the map.
+  void CollectReferences(WriteState& state) const;
+  const Style* InternalGetSelectedStyle(int mode) const override;
+
+private:
+  friend class StyleMapSchema;
+  struct Selection;
+
+  void AddPair(StyleStateMode mode, Style& style);
+  const Pair* FindPair(int state) const;
+  /// Follows the maps from this one to a style.
+  Selection Select(int mode) const;
+  RefPtr<StyleSelector> FlattenLook(int mode, const StyleSelector* other, bool entered) const;
+
+  mmvector<RefPtr<Pair>> pairs_;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,198 @@
+#include "kestan/style/stylemappair.h"
+
+#include "kestan/core/objarrayfield_impl.h"
+#include "kestan/core/schemat_impl.h"
+#include "kestan/host/inlinedvector.h"
+#include "kestan/read/typedloadobserver.h"
+#include "kestan/style/style.h"
+#include "kestan/style/stylemappairschema.h"
+
+#include <algorithm>
+
+namespace vorrel::kestan {
+
+template class SchemaT<StyleMap::Pair, NewInstancePolicy, NoDerivedPolicy>;
+template class ObjArrayField<StyleMap::Pair>;
+
+namespace {
+
+/// The search for a loop ends after so many pairs: what leads so far is taken for one.
+constexpr int kMaxLoopSearch = 100;
+
+const StyleMapPairSchema& Fields() { return StyleMapPairSchema::GetSingleton(); }
+
+StyleMap* AsMap(StyleSelector* selector) {
+  return selector && selector->isOfType(StyleMap::GetClassSchema())
+             ? static_cast<StyleMap*>(selector)
+             : nullptr;
+}
+
+} // namespace
+
+StyleMapPairSchema::StyleMapPairSchema() : SchemaT("Pair", nullptr, Namespace::kKml) {}
+
+const Schema& StyleMap::Pair::GetClassSchema() { return StyleMapPairSchema::GetSingleton(); }
+
+StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
+    : SchemaObject(GetClassSchema(), id, baseUrl) {
+  if (notify)
+    NotifyPostCreate();
+  else
+    SetBit(kBitNoCreationNotify, true);
+}
+
+StyleMap::Pair::~Pair() {
+  NotifyPreDelete();
+  ReleaseReference();
+}
+
+void StyleMap::Pair::SetKey(const QString& key) { Fields().key.CheckSet(*this, key); }
+
+void StyleMap::Pair::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSet(*this, url); }
+
+void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
+  if (!selector || selector == inlineSelector_ || selector == referencedSelector_)
+    return;
+  const RefPtr<StyleSelector> kept(selector);
+  SetBit(kBitLoadFailed, false);
+  if (const RefPtr<StyleSelector> former = std::move(inlineSelector_))
+    former->RemOwner(*this);
+  ReleaseReference();
+  styleUrl_.clear();
+  if (selector->GetUrl().isEmpty() && selector->GetId().isEmpty()) {
+    inlineSelector_ = selector;
+    selector->AddOwner(*this);
+    AvoidLoop();
+    SchemaObject::NotifyFieldChanged(Fields().styleSelector);
+  } else {
+    styleUrl_ = selector->MakeStyleUrl(GetBaseUrl());
+    SetReference(selector);
+  }
+}
+
+void StyleMap::Pair::SetReference(StyleSelector* selector) {
+  ReleaseReference();
+  referencedSelector_ = selector;
+  selector->AddOwner(*this);
+  AvoidLoop();
+  SchemaObject::NotifyFieldChanged(Fields().styleUrl); // the reference is resolved already
+}
+
+/// A reference of which the target doesn't count: the pointer is there, the count isn't.
+void StyleMap::Pair::SetKeepsReference(bool keeps) {
+  if (keeps == keepsReference_ || !referencedSelector_)
+    return;
+  if (keeps)
+    referencedSelector_->ref();
+  else if (referencedSelector_->GetRefCount() > 1)
+    referencedSelector_->unref();
+  else
+    return; // nobody else holds the map
+  keepsReference_ = keeps;
+}
+
+void StyleMap::Pair::ReleaseReference() {
+  SetKeepsReference(true);
+  if (const RefPtr<StyleSelector> former = std::move(referencedSelector_))
+    former->RemOwner(*this);
+}
+
+void StyleMap::Pair::ForgetReference() {
+  ReleaseReference();
+  SetBit(kBitLoadFailed, true);
+  SchemaObject::NotifyFieldChanged(Fields().styleUrl);
+}
+
+/// Maps that hold each other would never go. So a reference that closes a loop doesn't count. It
+/// ends when its target does.
+void StyleMap::Pair::AvoidLoop() {
+  StyleMap* target = AsMap(GetStyleSelector());
+  SchemaObject* owner = GetOwner(0);
+  if (!target || !owner)
+    return;
+  bool found = target == owner;
+  int steps = 0;
+  InlinedVector<Pair*, 8> closing; // the references that lead back to the owner
+  mmvector<StyleMap*> maps{target};
+  for (std::size_t i = 0; i < maps.size() && !found; ++i) {
+    for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
+      StyleMap* map = pair ? AsMap(pair->GetStyleSelector()) : nullptr;
+      if (map == owner)
+        closing.push_back(pair.get());
+      else if (map && std::find(maps.begin(), maps.end(), map) == maps.end())
+        maps.push_back(map);
+      found = found || ++steps > kMaxLoopSearch;
+    }
+  }
+  if (!inlineSelector_) {
+    if (found || !closing.empty())
+      SetKeepsReference(false);
+    return;
+  }
+  for (Pair* pair : closing) {
+    if (!pair->inlineSelector_)
+      pair->SetKeepsReference(false);
+  }
+}
+
+const Style* StyleMap::Pair::GetStandIn() const {
+  if (GetBit(kBitLoadFailed))
+    return Style::GetFailedStyle();
+  return styleUrl_.isEmpty() ? Style::GetDefaultStyle() : Style::GetFetchingStyle();
+}
+
+void StyleMap::Pair::OnUrlLoad(const StrField&, SchemaObject* loaded) {
+  if (!loaded) {
+    SetBit(kBitLoadFailed, true);
+    SchemaObject::NotifyFieldChanged(Fields().styleUrl); // a new load would fail again
+  } else if (IsBuiltInUrl(styleUrl_)) {
+    SetReference(static_cast<StyleSelector*>(loaded)); // by the name that it has
+  } else {
+    SetStyleSelector(static_cast<StyleSelector*>(loaded));
+  }
+}
+
+const Field* StyleMap::Pair::FindObject(const SchemaObject& child, int* index) const {
+  if (&child == referencedSelector_.get()) {
+    if (index)
+      *index = 0;
+    return &Fields().styleUrl;
+  }
+  return SchemaObject::FindObject(child, index);
+}
+
+void StyleMap::Pair::NotifyFieldChanged(const Field& field) {
+  const StyleMapPairSchema& fields = Fields();
+  if (&field == &fields.key) {
+    UpdateKeyState();
+  } else if (&field == &fields.styleUrl || &field == &fields.styleSelector) {
+    // A selector of its own stands for the reference, of which the text is kept.
+    ReleaseReference();
+    if (inlineSelector_) {
+      LoadObserver::Cancel(*this);
+      SetBit(kBitLoadFailed, false);
+      AvoidLoop();
+    } else {
+      TypedLoadObserver<StyleSelector>::Create(*this, fields.styleUrl);
+    }
+  }
+  SchemaObject::NotifyFieldChanged(field);
+}
+
+void StyleMap::Pair::NotifyOwnerChanged() {
+  SchemaObject::NotifyOwnerChanged();
+  AvoidLoop();
+}
+
+void StyleMap::Pair::UpdateKeyState() {
+  keyState_ = key_ == QLatin1String("normal")      ? kStyleNormal
+              : key_ == QLatin1String("highlight") ? kStyleHighlight
+                                                   : -1;
+}
+
+void StyleMap::Pair::CopyNonFieldStuff(const SchemaObject& src) {
+  UpdateKeyState();
+  SchemaObject::CopyNonFieldStuff(src);
+}
+
+} // namespace vorrel::kestan

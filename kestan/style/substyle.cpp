@@ -1,0 +1,35 @@
+#include "kestan/style/substyle.h"
+
+namespace vorrel::kestan {
+
+SubStyle::SubStyle(const Schema& schema, const KmlId& id, const QString& baseUrl)
+    : SchemaObject(schema, id, baseUrl) {}
+
+void SubStyle::FinishCreation(bool notify) {
+  if (notify)
+    NotifyPostCreate();
+  else
+    SetBit(kBitNoCreationNotify, true);
+}
+
+void SubStyle::merge(const SchemaObject& a, const SchemaObject& b) {
+  const unsigned specified = a.GetFieldsSpecified() | b.GetFieldsSpecified();
+  SchemaObject::merge(a, b);
+  specified_ = specified;
+}
+
+void SubStyle::WriteKml(WriteState& state) const {
+  WriteKmlFieldsSpecified(state, GetFieldsSpecified());
+}
+
+void SubStyle::NotifyFieldChanged(const Field& field) {
+  specified_ |= field.GetMaskBit();
+  SchemaObject::NotifyFieldChanged(field);
+}
+
+void SubStyle::CopyNonFieldStuff(const SchemaObject& src) {
+  specified_ = src.GetFieldsSpecified(); // copying the fields has marked them all
+  SchemaObject::CopyNonFieldStuff(src);
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "kestan/core/schemaobject.h"
+
+namespace vorrel::kestan {
+
+/// What the parts of a style share: each remembers which of its fields were given.
+///
+/// So a merge of two styles tells a field that was set to its default from one that wasn't set,
+/// and a write gives back what was read.
+class KESTAN_EXPORT SubStyle : public SchemaObject {
+public:
+  unsigned GetFieldsSpecified() const override { return specified_; }
+
+  /// Counts as given afterwards what one of the two gave.
+  void merge(const SchemaObject& a, const SchemaObject& b) override;
+  void WriteKml(WriteState& state) const override;
+  void NotifyFieldChanged(const Field& field) override;
+  void CopyNonFieldStuff(const SchemaObject& src) override;
+
+protected:
+  SubStyle(const Schema& schema, const KmlId& id, const QString& baseUrl);
+
+  /// End of each constructor: announces the object, or marks it as one that nobody hears of.
+  void FinishCreation(bool notify);
+
+  unsigned specified_ = 0;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,224 @@
+#include "kestan/link/link.h"
+
+#include "kestan/core/objectobserver.h"
+#include "kestan/host/versioninfo.h"
+#include "kestan/link/abstractlinkschema.h"
+#include "kestan/link/linkschema.h"
+#include "kestan/link/networklinkurl.h"
+#include "kestan/link/viewparams.h"
+#include "tests/support/kmltest.h"
+
+namespace vorrel::kestan {
+
+namespace {
+
+/// 10 degrees around 0, 0, seen from above.
+ViewParams SmallView() {
+  ViewParams view;
+  view.north = view.east = 5.0 / 180.0;
+  view.south = view.west = -5.0 / 180.0;
+  view.lookatLon = 1.5;
+  view.cameraAlt = 1000.0;
+  view.horizPixels = 640.0;
+  view.terrainEnabled = 1.0;
+  return view;
+}
+
+class LastChange final : public ObjectObserver {
+public:
+  using ObjectObserver::ObjectObserver;
+  void OnFieldChanged(const FieldChangedEvent& event) override { names += event.field.GetName(); }
+  void OnPreDelete(const PreDeleteEvent&) override { Detach(); }
+
+  QStringList names;
+};
+
+} // namespace
+
+using LinkTest = KmlTest;
+
+TEST_F(LinkTest, TheUrlHasTheQueryThatTheLinkAsksFor) {
+  struct Case {
+    const char* link;
+    const char* url;
+  };
+  const Case cases[] = {
+      {"", ""},
+      {"<href></href>", ""},
+      {"<href>a.kml</href>", "http://example.com/dir/a.kml"},
+      {"<href>/etc/a.kml</href><viewFormat>[west]</viewFormat><httpQuery>a</httpQuery>",
+       "http://example.com/dir/etc/a.kml?a&-5"},
+      {"<href>file:///a.kml</href><viewFormat>[west]</viewFormat><httpQuery>a</httpQuery>",
+       "file:///a.kml"},
+      {"<href>http://h/a</href><viewRefreshMode>never</viewRefreshMode>", "http://h/a"},
+      {"<href>http://h/a</href><viewRefreshMode>onRegion</viewRefreshMode>", "http://h/a"},
+      {"<href>http://h/a</href><viewRefreshMode>onStop</viewRefreshMode>",
+       "http://h/a?BBOX=-5,-5,5,5"},
+      {"<href>http://h/a?b=c</href><viewRefreshMode>onRequest</viewRefreshMode>",
+       "http://h/a?b=c&BBOX=-5,-5,5,5"},
+      {"<href>http://h/a?</href><viewRefreshMode>onStop</viewRefreshMode>",
+       "http://h/a?BBOX=-5,-5,5,5"},
+      {"<href>http://h/a?b&amp;</href><viewRefreshMode>onStop</viewRefreshMode>",
+       "http://h/a?b&BBOX=-5,-5,5,5"},
+      {"<href>http://h/a</href><viewRefreshMode>onStop</viewRefreshMode><viewFormat/>",
+       "http://h/a"},
+      {"<href>http://h/a</href><viewFormat>[bboxNorth];[lookatLon];[cameraAlt];[horizPixels];"
+       "[terrainEnabled];[none];[[north]</viewFormat>",
+       "http://h/a?5;1.5;1000;640;1;[none];[5"},
+      {"<href>http://h/a</href><viewFormat>[north]</viewFormat><viewBoundScale>2</viewBoundScale>",
+       "http://h/a?10"},
+      {"<href>http://h/a</href><viewFormat>[north],[south],[east],[west]</viewFormat>"
+       "<viewBoundScale>100</viewBoundScale>",
+       "http://h/a?90,-90,180,-180"},
+      {"<href>http://h/a</href><httpQuery>q=[kmlVersion],[clientName],[clientVersion],[north]"
+       "</httpQuery>",
+       "http://h/a?q=2.2,A+%26+B,[language],[north]"},
+      {"<href>http://h/a</href><httpQuery>q</httpQuery><viewFormat>v</viewFormat>",
+       "http://h/a?q&v"},
+      {"<href>http://h/a</href><httpQuery>q&amp;</httpQuery><viewFormat>v</viewFormat>",
+       "http://h/a?q&v"},
+  };
+  VersionInfo::SetApp("A & B", "[language]"); // what is filled in isn't looked at again
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.link);
+    const auto link = Read<Link>(QStringLiteral("<Link>%1</Link>").arg(c.link));
+    ASSERT_TRUE(link);
+    link->setViewParams(SmallView());
+    EXPECT_EQ(c.url, link->GetAbsoluteUrl());
+  }
+  VersionInfo::SetApp(QString(), QString());
+}
+
+TEST_F(LinkTest, TheBoxOfTheViewIsScaledAndStaysOnTheGlobe) {
+  struct Case {
+    double west, east, south, north;
+    float scale;
+    double scaledWest, scaledEast, scaledSouth, scaledNorth;
+  };
+  const Case cases[] = {
+      {-0.1, 0.1, -0.2, 0.2, 2.0F, -0.2, 0.2, -0.4, 0.4},
+      {-0.1, 0.1, 0.3, 0.5, 2.0F, -0.2, 0.2, 0.2, 0.5},
+      {0.9, 1.1, 0.0, 0.1, 1.0F, 0.9, 1.1, 0.0, 0.1},
+      {1.1, 1.3, 0.0, 0.1, 1.0F, -0.9, -0.7, 0.0, 0.1},
+      {-1.0, 1.0, -0.5, 0.5, 1.5F, -1.0, 1.0, -0.5, 0.5},
+      {-0.9, 0.9, -0.5, 0.5, 1e30F, -1.0, 1.0, -0.5, 0.5},
+  };
+  for (const Case& c : cases) {
+    const RefPtr<Link> link(new Link(KmlId(), QString()));
+    ViewParams view;
+    view.west = c.west;
+    view.east = c.east;
+    view.south = c.south;
+    view.north = c.north;
+    link->SetViewBoundScale(c.scale);
+    link->setViewParams(view);
+    double north = 0, south = 0, east = 0, west = 0;
+    link->GetScaledBbox(north, south, east, west);
+    EXPECT_NEAR(c.scaledWest, west, 1e-9);
+    EXPECT_NEAR(c.scaledEast, east, 1e-9);
+    EXPECT_NEAR(c.scaledSouth, south, 1e-9);
+    EXPECT_NEAR(c.scaledNorth, north, 1e-9);
+  }
+}
+
+TEST_F(LinkTest, WhatTheTemplatesAddIsNotWritten) {
+  const char* const hrefs[] = {"http://h/a", "http://h/a?", "http://h/a?b=c", "http://h/q=1?q=1",
+                               "http://h/a?q=1&amp;"};
+  for (const char* href : hrefs) {
+    SCOPED_TRACE(href);
+    const auto link = Read<Link>(QStringLiteral("<Link><href>%1</href><viewFormat>[north]"
+                                                "</viewFormat><httpQuery>q=1</httpQuery></Link>")
+                                     .arg(href));
+    ASSERT_TRUE(link);
+    link->setViewParams(SmallView());
+    const QString url = link->GetAbsoluteUrl();
+    const QString text = Write(*link);
+    EXPECT_EQ(QStringLiteral("<href>%1</href>").arg(href), Element(text, "href"));
+    EXPECT_EQ(url, link->GetAbsoluteUrl());
+  }
+}
+
+TEST_F(LinkTest, GivenFieldsComeBackAndOthersAreNotWritten) {
+  struct Case {
+    const char* text;
+    const char* written; // empty when it's the text
+  };
+  const Case cases[] = {
+      {"<href>http://h/a</href>", ""},
+      {"<refreshMode>onExpire</refreshMode>", ""},
+      {"<refreshInterval>2.5</refreshInterval>", ""},
+      {"<viewRefreshMode>onRegion</viewRefreshMode>", ""},
+      {"<viewRefreshTime>7</viewRefreshTime><viewBoundScale>0.5</viewBoundScale>", ""},
+      {"<viewFormat></viewFormat>", ""}, // suppresses the default one
+      {"<viewFormat>BBOX=[west],[south],[east],[north]</viewFormat>", ""}, // sent in any mode
+      {"<viewFormat/><httpQuery>a=b</httpQuery>", "<viewFormat></viewFormat><httpQuery>a=b"
+                                                  "</httpQuery>"},
+      {"<viewBoundScale>1</viewBoundScale>", " "}, // the default
+      {"<viewBoundScale a=\"b\">1</viewBoundScale><u></u>", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    const auto link = Read<Link>(QStringLiteral("<Link>%1</Link>").arg(c.text));
+    ASSERT_TRUE(link);
+    const QString written = *c.written ? QString(c.written).trimmed() : QString(c.text);
+    const auto strip = [](QString text) { return text.remove('\n').remove('\t'); };
+    const QString element = Element(Write(*link), "Link");
+    EXPECT_EQ("<Link>" + written + "</Link>", strip(element));
+    EXPECT_EQ(element, Element(Write(*Read<Link>(element)), "Link"));
+    const auto clone = link->clone(true, nullptr);
+    EXPECT_EQ(element, Element(Write(*clone), "Link"));
+    EXPECT_EQ(link->GetFieldsSpecified(), clone->GetFieldsSpecified());
+  }
+}
+
+TEST_F(LinkTest, CopiesAndMergesKeepWhatWasGiven) {
+  const auto onStop = Read<Link>("<Link><href>http://h/a</href>"
+                                 "<viewRefreshMode>onStop</viewRefreshMode></Link>");
+  const auto other = Read<Link>("<Link><href>http://h/b</href></Link>");
+  ASSERT_TRUE(onStop && other);
+  onStop->setViewParams(SmallView());
+  const auto clone = onStop->clone(true, nullptr);
+  EXPECT_EQ("http://h/a?BBOX=-5,-5,5,5", static_cast<Link&>(*clone).GetAbsoluteUrl());
+
+  const RefPtr<Link> merged(new Link(KmlId(), QString()));
+  merged->merge(*onStop, *other);
+  merged->setViewParams(SmallView());
+  EXPECT_EQ("http://h/b?BBOX=-5,-5,5,5", merged->GetAbsoluteUrl());
+}
+
+TEST_F(LinkTest, ObserversHearOfViewsAndRequests) {
+  const auto link = Read<Link>("<Link><href>http://h/a</href></Link>");
+  ASSERT_TRUE(link);
+  LastChange changes(*link);
+  link->setViewParams(SmallView());
+  link->setViewParams(SmallView());
+  link->refresh();
+  link->SetErrorHandle(4);
+  link->SetErrorHandle(4);
+  EXPECT_EQ(QStringList({"bound", "refreshCounter", "errorHandle"}), changes.names);
+  EXPECT_EQ(1, link->GetRefreshCounter());
+
+  link->SetDeprecatedRefreshPeriod(30);
+  EXPECT_EQ(AbstractLink::kOnInterval, link->GetRefreshMode());
+  EXPECT_EQ(30.0F, link->GetRefreshInterval());
+  link->SetDeprecatedRefreshPeriod(0);
+  EXPECT_EQ(AbstractLink::kOnChange, link->GetRefreshMode());
+}
+
+TEST_F(LinkTest, AnUntouchedLinkHasNoUrl) {
+  const RefPtr<Link> link(new Link(KmlId(), QString()));
+  EXPECT_TRUE(link->GetAbsoluteUrl().isNull());
+  link->SetHref("a.kml"); // nothing to resolve it against
+  EXPECT_TRUE(link->GetAbsoluteUrl().isEmpty());
+}
+
+TEST_F(LinkTest, TheOlderFormTakesItsReferenceAsText) {
+  const auto url = Read<NetworkLink::Url>("<Url> http://h/a </Url>");
+  ASSERT_TRUE(url);
+  EXPECT_EQ("http://h/a", url->GetHref());
+  const QString text = Element(Write(*url), "Url");
+  EXPECT_EQ("<href>http://h/a</href>", Element(text, "href"));
+  EXPECT_EQ(text, Element(Write(*Read<NetworkLink::Url>(text)), "Url"));
+}
+
+} // namespace vorrel::kestan

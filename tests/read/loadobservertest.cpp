@@ -1,0 +1,246 @@
+#include "kestan/read/typedloadobserver.h"
+
+#include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/objectobserver.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/feature/abstractfeatureschema.h"
+#include "kestan/feature/document.h"
+#include "kestan/feature/folder.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/host/job.h"
+#include "kestan/read/loadobserverloader.h"
+#include "kestan/style/style.h"
+#include "tests/support/kmltest.h"
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <thread>
+
+namespace vorrel::kestan {
+
+namespace {
+
+constexpr char kStyles[] = "http://example.com/dir/styles.kml";
+
+class FakeLoader final : public LoadObserverLoader {
+public:
+  void RequestLoad(const QString& url) override { requested += url; }
+  bool HasLoadEnded(const QString& url) override { return ended.contains(url); }
+
+  QStringList requested;
+  QStringList ended;
+};
+
+/// Says stop after each `turn` questions.
+class SlowContinuator final : public IJobContinuator {
+public:
+  explicit SlowContinuator(int turn) : turn_(turn) {}
+  bool ShouldContinue() const override { return ++count_ % turn_ != 0; }
+
+private:
+  int turn_;
+  mutable int count_ = 0;
+};
+
+} // namespace
+
+class LoadObserverTest : public KmlTest {
+protected:
+  RefPtr<Placemark> MakeReference(const QString& styleUrl) {
+    return Read<Placemark>(
+        QStringLiteral("<Placemark><styleUrl>%1</styleUrl></Placemark>").arg(styleUrl));
+  }
+  static RefPtr<Style> MakeStyle(const char* id, const QString& url = QLatin1String(kStyles)) {
+    return RefPtr<Style>(new Style(KmlId(QLatin1String(id), url), QString()));
+  }
+  static bool IsWaiting(const Placemark& placemark) {
+    return LoadObserver::Find(placemark, AbstractFeatureSchema::GetSingleton().styleUrl) != nullptr;
+  }
+  static StyleSelector* StyleOf(const Placemark& placemark) {
+    return placemark.GetReferencedStyleSelector();
+  }
+
+  /// Runs `build` as a worker does, and merges what it made.
+  static void BuildOnWorker(const std::function<void()>& build) {
+    ThreadContext* context = nullptr;
+    std::thread([&] {
+      context = new ThreadContext;
+      {
+        const NotificationDeferrer deferrer;
+        build();
+      }
+    }).join();
+    const SlowContinuator continuator(2);
+    while (context->MergeIntoMain(continuator)) {
+    }
+    const NotificationDeferrer deferrer;
+    delete context;
+  }
+};
+
+TEST_F(LoadObserverTest, AStyleFurtherDownTheFileIsFound) {
+  const auto document = Read<Document>("<Document><Placemark><styleUrl>#s</styleUrl></Placemark>"
+                                       "<Placemark><styleUrl>#t</styleUrl></Placemark>"
+                                       "<Placemark><styleUrl>#s</styleUrl></Placemark>"
+                                       "<Style id=\"s\"/></Document>");
+  ASSERT_TRUE(document);
+  mmvector<SchemaObject*> placemarks;
+  document->FindBySchema(Placemark::GetClassSchema(), placemarks);
+  ASSERT_EQ(3U, placemarks.size());
+  SchemaObject* style = SchemaObject::find(GetDocumentUrl(), "s");
+  ASSERT_TRUE(style);
+  const bool found[] = {true, false, true};
+  for (std::size_t i = 0; i < 3; ++i) {
+    auto& placemark = static_cast<Placemark&>(*placemarks[i]);
+    EXPECT_EQ(found[i] ? style : nullptr, StyleOf(placemark));
+    EXPECT_EQ(!found[i], placemark.GetBit(kBitLoadFailed));
+    EXPECT_EQ(!found[i], IsWaiting(placemark));
+    EXPECT_EQ(!found[i], placemark.GetBit(kBitHasLoadObserver));
+  }
+}
+
+TEST_F(LoadObserverTest, ReferencesThatLeadNowhereDoNotWait) {
+  FakeLoader loader;
+  const auto builtIn = MakeReference("root://styles#default");
+  EXPECT_FALSE(IsWaiting(*builtIn));
+  EXPECT_FALSE(builtIn->GetBit(kBitLoadFailed));
+  EXPECT_TRUE(StyleOf(*builtIn));
+  const auto noId = MakeReference("http://h/a.kml#");
+  EXPECT_FALSE(IsWaiting(*noId));
+  EXPECT_TRUE(noId->GetBit(kBitLoadFailed));
+  noId->SetStyleUrl(QString());
+  EXPECT_FALSE(noId->GetBit(kBitLoadFailed));
+  EXPECT_FALSE(noId->clone(true, nullptr)->GetBit(kBitLoadFailed));
+  EXPECT_TRUE(loader.requested.isEmpty());
+}
+
+TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDelivers) {
+  FakeLoader loader;
+  const auto placemark = MakeReference("styles.kml#s");
+  EXPECT_EQ(QStringList(kStyles), loader.requested);
+  EXPECT_TRUE(IsWaiting(*placemark));
+  EXPECT_FALSE(placemark->GetBit(kBitLoadFailed));
+
+  const auto& field = AbstractFeatureSchema::GetSingleton().styleUrl;
+  const LoadObserver* observer = LoadObserver::Find(*placemark, field);
+  EXPECT_EQ(KmlId("s", kStyles), observer->GetTarget());
+
+  RefPtr<Style> style;
+  BuildOnWorker([&] {
+    const auto other = MakeStyle("t");
+    style = MakeStyle("s");
+  });
+  EXPECT_EQ(style.get(), StyleOf(*placemark));
+  EXPECT_FALSE(IsWaiting(*placemark));
+}
+
+TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
+  FakeLoader loader;
+  const auto first = MakeReference("styles.kml#s");
+  const auto second = MakeReference("other.kml#s");
+  loader.ended += kStyles;
+  BuildOnWorker([] {});
+  EXPECT_TRUE(first->GetBit(kBitLoadFailed));
+  EXPECT_FALSE(IsWaiting(*first));
+  EXPECT_FALSE(second->GetBit(kBitLoadFailed));
+  EXPECT_TRUE(IsWaiting(*second));
+}
+
+TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {
+  const auto style = MakeStyle("s");
+  RefPtr<Folder> folder;
+  BuildOnWorker([&] {
+    folder = Read<Folder>("<Folder><Placemark><styleUrl>styles.kml#s</styleUrl></Placemark>"
+                          "<Placemark><styleUrl>styles.kml#later</styleUrl></Placemark>"
+                          "<Placemark><styleUrl>styles.kml#s</styleUrl></Placemark></Folder>");
+  });
+  ASSERT_TRUE(folder);
+  const auto child = [&](int i) -> Placemark& {
+    return static_cast<Placemark&>(*folder->GetChild(i));
+  };
+  EXPECT_EQ(style.get(), StyleOf(child(0)));
+  EXPECT_EQ(style.get(), StyleOf(child(2)));
+  EXPECT_TRUE(IsWaiting(child(1)));
+  const auto later = MakeStyle("later");
+  EXPECT_EQ(later.get(), StyleOf(child(1)));
+}
+
+TEST_F(LoadObserverTest, AnotherUrlWaitsForItsOwnTargetOnly) {
+  const auto placemark = MakeReference("styles.kml#a");
+  placemark->SetStyleUrl("styles.kml#b");
+  const auto a = MakeStyle("a");
+  EXPECT_FALSE(StyleOf(*placemark));
+  const auto b = MakeStyle("b");
+  EXPECT_EQ(b.get(), StyleOf(*placemark));
+
+  // Bound to another style by hand, it doesn't turn back.
+  placemark->SetStyleUrl("styles.kml#c");
+  placemark->SetReferencedStyleSelector(a.get());
+  const auto c = MakeStyle("c");
+  EXPECT_EQ(a.get(), StyleOf(*placemark));
+  EXPECT_FALSE(IsWaiting(*placemark));
+}
+
+TEST_F(LoadObserverTest, AnotherClassIsNotTheTarget) {
+  const RefPtr<Placemark> other(new Placemark(KmlId("s", kStyles), QString()));
+  const auto placemark = MakeReference("styles.kml#s");
+  EXPECT_FALSE(StyleOf(*placemark));
+  EXPECT_TRUE(IsWaiting(*placemark));
+}
+
+TEST_F(LoadObserverTest, WhoGoesAwayWaitsNoLonger) {
+  auto gone = MakeReference("styles.kml#s");
+  const auto stays = MakeReference("styles.kml#s");
+  gone.reset();
+  const auto style = MakeStyle("s");
+  EXPECT_EQ(style.get(), StyleOf(*stays));
+}
+
+TEST_F(LoadObserverTest, AReferenceMayChangeWhileItIsResolved) {
+  // Each placemark that is told takes the next one along.
+  class Chain final : public ObjectObserver {
+  public:
+    Chain(Placemark& watched, RefPtr<Placemark>& victim)
+        : ObjectObserver(watched), victim_(victim) {}
+    void OnFieldChanged(const FieldChangedEvent&) override { victim_.reset(); }
+    void OnPreDelete(const PreDeleteEvent&) override { Detach(); }
+
+  private:
+    RefPtr<Placemark>& victim_;
+  };
+  auto first = MakeReference("styles.kml#s");
+  auto second = MakeReference("styles.kml#s");
+  const auto third = MakeReference("styles.kml#s");
+  Chain chain(*third, second); // told first
+  const auto style = MakeStyle("s");
+  EXPECT_FALSE(second);
+  EXPECT_EQ(style.get(), StyleOf(*first));
+  EXPECT_EQ(style.get(), StyleOf(*third));
+}
+
+TEST_F(LoadObserverTest, ForwardReferencesCostInProportion) {
+  const auto read = [this](int count) {
+    QString placemarks;
+    QString styles;
+    for (int i = 0; i < count; ++i) {
+      placemarks += QStringLiteral("<Placemark><styleUrl>#s%1</styleUrl></Placemark>").arg(i);
+      styles += QStringLiteral("<Style id=\"s%1\"/>").arg(i);
+    }
+    const QByteArray text = ("<Document>" + placemarks + styles + "</Document>").toUtf8();
+    const auto start = std::chrono::steady_clock::now();
+    const auto document = ReadObject(text);
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    EXPECT_TRUE(document);
+    return taken.count();
+  };
+  const auto best = [&read](int count) {
+    return std::min({read(count), read(count), read(count)});
+  };
+  const double small = best(2000);
+  const double large = best(20000);
+  // A walk for each style would take a hundred times as long.
+  EXPECT_LT(large, 40 * small) << small;
+}
+
+} // namespace vorrel::kestan

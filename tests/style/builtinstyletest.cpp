@@ -1,0 +1,120 @@
+#include "kestan/core/kestanoptions.h"
+#include "kestan/core/library.h"
+#include "kestan/style/icon.h"
+#include "kestan/style/iconstyle.h"
+#include "kestan/style/labelstyle.h"
+#include "kestan/style/linestyle.h"
+#include "kestan/style/stylemap.h"
+#include "kestan/style/stylemappair.h"
+#include "kestan/style/stylevisitor.h"
+#include "tests/style/styletest.h"
+
+namespace vorrel::kestan {
+
+class BuiltInStyleTest : public StyleTest {};
+
+TEST_F(BuiltInStyleTest, AClientInstallsItsOwnDefault) {
+  const auto document = ReadLocal(InDocument("<Placemark><name>p</name></Placemark>"));
+  const AbstractFeature* feature = Find(*document, "p");
+  EXPECT_EQ(Style::GetDefaultStyle(), feature->getRenderStyle(kStyleNormal));
+  EXPECT_EQ(Style::GetDefaultHighlightStyle(), feature->getRenderStyle(kStyleHighlight));
+  EXPECT_EQ("root://styles#default", Style::GetDefaultStyleUrl());
+  EXPECT_TRUE(Style::GetDefaultStyle()->GetBit(kBitRootStyle));
+
+  const RefPtr<Style> own(new Style(KmlId(Style::GetDefaultStyleUrl()), QString()));
+  own->GetLineStyle()->SetWidth(3);
+  EXPECT_EQ(own.get(), Style::GetDefaultStyle());
+  EXPECT_EQ("LineStyle.width=3", Look(*feature));
+}
+
+TEST_F(BuiltInStyleTest, IdsDescribeGeneratedStyles) {
+  const QString base = "root://styles#";
+  struct Case {
+    const char* id;
+    const char* normal;
+    const char* highlight; ///< Null for a single style.
+  };
+  const Case cases[] = {
+      {"default?iconId=http://a/i.png?x=0", "icon=http://a/i.png?x=0&w=32&h=32",
+       "http://a/i.png?x=0&y=32&w=32&h=32"},
+      {"?iconId=0", "icon=", nullptr},
+      {"default+nicon=http://a/n.png+hicon=http://a/n.png", "icon=http://a/n.png", nullptr},
+      {"default+nicon=http://a/n.png+hicon=http://a/h.png", "icon=http://a/n.png",
+       "http://a/h.png"},
+      {"something", "", nullptr},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.id);
+    const RefPtr<StyleSelector> selector = StyleSelector::resolve(KmlId(base + c.id));
+    ASSERT_TRUE(selector);
+    EXPECT_EQ(c.highlight != nullptr, selector->isOfType(StyleMap::GetClassSchema()));
+    EXPECT_EQ(c.normal, Describe(selector->InternalGetSelectedStyle(kStyleNormal)));
+    if (!c.highlight)
+      continue;
+    const Style* highlight = selector->InternalGetSelectedStyle(kStyleHighlight);
+    EXPECT_EQ(c.highlight, highlight->GetIconStyle()->GetIcon()->GetUrl());
+    EXPECT_FLOAT_EQ(1.1F, highlight->GetIconStyle()->GetScale());
+    EXPECT_FLOAT_EQ(1.1F, highlight->GetLabelStyle()->GetScale());
+    // The same description leads to the same style, which doesn't grow.
+    EXPECT_EQ(selector, StyleSelector::resolve(KmlId(base + c.id)));
+    EXPECT_FLOAT_EQ(1.1F, highlight->GetIconStyle()->GetScale());
+  }
+  // Numbers of old icons, hexadecimal too.
+  const RefPtr<StyleSelector> old = StyleSelector::resolve(KmlId(base + "default?iconId=0x307"));
+  EXPECT_TRUE(old->InternalGetSelectedStyle(0)->GetIconStyle()->HasIcon());
+  EXPECT_EQ(old, StyleSelector::resolve(KmlId(base + "default?iconId=775")));
+}
+
+TEST_F(BuiltInStyleTest, UrlsOfMapsFollowFromThoseOfStyles) {
+  EXPECT_EQ("root://styleMaps", StyleMap::GetStyleMapBase("root://styles"));
+  EXPECT_EQ("a/styleMaps/styles", StyleMap::GetStyleMapBase("a/styles/styles"));
+  EXPECT_EQ("", StyleMap::GetStyleMapBase("http://a/b"));
+  EXPECT_FALSE(StyleMap::create(KmlId("", "http://a"), QString(), nullptr));
+  const RefPtr<StyleMap> map = StyleMap::create(KmlId("m", "http://a"), QString(), nullptr);
+  EXPECT_EQ(map, StyleMap::create(KmlId("m", "http://a"), QString(), nullptr));
+  EXPECT_EQ(nullptr, Style::find("http://a", "m"));
+  const RefPtr<Style> fresh = Style::GetStyleFromUrl("http://a#s");
+  EXPECT_EQ(fresh, Style::GetStyleFromUrl("http://a#s"));
+  EXPECT_TRUE(*Style::GetStyleFromUrl(QString()) == *Style::GetDefaultStyle());
+}
+
+TEST_F(BuiltInStyleTest, VisitsClimbToTheBaseClass) {
+  class Log final : public StyleVisitor {
+  public:
+    using StyleVisitor::visit;
+    void visit(StyleSelector&) override { text_ += "selector "; }
+    void visit(StyleMap& map) override {
+      text_ += "map ";
+      StyleVisitor::visit(map);
+    }
+    bool ShouldVisitBaseClass(StyleSelector&) override { return climb_; }
+    QString text_;
+    bool climb_ = true;
+  };
+  Log log;
+  Style::GetDefaultStyle()->accept(log);
+  StyleMap::GetDefaultStyleMap()->accept(log);
+  log.climb_ = false;
+  StyleMap::GetDefaultStyleMap()->accept(log);
+  EXPECT_EQ("selector map selector map ", log.text_);
+}
+
+TEST_F(BuiltInStyleTest, WithoutExperimentalKmlItsFieldsAreKeptAsTheyAre) {
+  GShutdown();
+  KestanCreationParams params;
+  params.set_enable_experimental_kml(false);
+  GInitialize(params);
+  {
+    const auto style = Read<Style>(
+        "<Style xmlns='http://www.vorrel.com/kml/2.2' xmlns:gx='http://www.vorrel.com/kml/ext/2.2'>"
+        "<LineStyle><gx:repeat>3</gx:repeat></LineStyle>"
+        "<IconStyle><gx:headingMode>geometryHeading</gx:headingMode></IconStyle></Style>");
+    EXPECT_EQ(0.0F, style->GetLineStyle()->GetRepeat());
+    EXPECT_EQ(kHeadingAuto, style->GetIconStyle()->GetHeadingMode());
+    EXPECT_EQ("<gx:repeat>3</gx:repeat>", Element(Write(*style), "gx:repeat"));
+  }
+  GShutdown();
+  GInitialize();
+}
+
+} // namespace vorrel::kestan

@@ -1,0 +1,161 @@
+#include "kestan/core/watcher.h"
+#include "kestan/feature/document.h"
+#include "kestan/style/linestyle.h"
+#include "kestan/style/stylemap.h"
+#include "tests/style/styletest.h"
+
+#include <QStringList>
+
+#include <random>
+
+namespace vorrel::kestan {
+
+namespace {
+
+QString Map(const QString& id, const QString& normal, const QString& highlight) {
+  return QStringLiteral("<StyleMap id='%1'><Pair><key>normal</key><styleUrl>%2</styleUrl></Pair>"
+                        "<Pair><key>highlight</key><styleUrl>%3</styleUrl></Pair></StyleMap>")
+      .arg(id, normal, highlight);
+}
+
+QString Reference(int index) { return QStringLiteral("#m%1").arg(index); }
+
+QString Map(int index, const QString& normal, const QString& highlight) {
+  return Map(QStringLiteral("m%1").arg(index), normal, highlight);
+}
+
+} // namespace
+
+/// Maps that refer to each other in every way.
+class StyleGraphTest : public StyleTest {};
+
+TEST_F(StyleGraphTest, GraphsOfAnyShapeEnd) {
+  constexpr int kMaps = 12;
+  std::mt19937 random(7); // the standard fixes its numbers
+  const auto target = [&] {
+    const int index = static_cast<int>(random() % (kMaps + 4));
+    return index < kMaps        ? Reference(index)
+           : index == kMaps     ? QStringLiteral("#s")
+           : index == kMaps + 1 ? QStringLiteral("#missing")
+           : index == kMaps + 2 ? QStringLiteral("root://styles#hl")
+                                : QStringLiteral("far.kml#s");
+  };
+  for (int round = 0; round < 60; ++round) {
+    QString content;
+    for (int i = 0; i < kMaps; ++i) {
+      content += Map(i, target(), target());
+      content += QStringLiteral("<Placemark><name>a%1</name><styleUrl>%2</styleUrl></Placemark>")
+                     .arg(QString::number(i), Reference(i));
+      content += QStringLiteral("<Placemark><name>b%1</name><styleUrl>%2</styleUrl><Style>"
+                                "<LineStyle><width>5</width></LineStyle></Style></Placemark>")
+                     .arg(QString::number(i), Reference(i));
+      if (i == kMaps / 2)
+        content += "<Style id='s'><LineStyle><color>ff000001</color></LineStyle></Style>";
+    }
+    const auto looks = [](const SchemaObject& document) {
+      QStringList result;
+      for (int i = 0; i < kMaps; ++i) {
+        for (const int mode : {0, 1}) {
+          const QString a = Look(*Find(document, QStringLiteral("a%1").arg(i)), mode);
+          const QString b = Look(*Find(document, QStringLiteral("b%1").arg(i)), mode);
+          if (a == "LineStyle.color=ff000001") {
+            EXPECT_EQ("LineStyle.color=ff000001 LineStyle.width=5", b);
+          }
+          result << a << b;
+        }
+      }
+      return result;
+    };
+    auto document = ReadLocal(InDocument(content));
+    ASSERT_TRUE(document);
+    const QStringList before = looks(*document);
+    const QString first = Write(*document);
+    document.reset(); // else references of the next one could lead here
+    document = ReadLocal(first);
+    ASSERT_TRUE(document);
+    EXPECT_EQ(before, looks(*document));
+    EXPECT_EQ(first, Write(*document));
+  }
+}
+
+TEST_F(StyleGraphTest, LoopsGoWithTheirDocument) {
+  const QString loops[] = {
+      Map(0, Reference(0), Reference(0)),
+      Map(0, Reference(1), QString()) + Map(1, Reference(0), Reference(1)),
+      Map(0, Reference(1), QString()) + Map(1, Reference(2), QString()) +
+          Map(2, Reference(0), Reference(1)),
+      // Through a map of a pair's own.
+      "<StyleMap id='m0'><Pair><key>normal</key><StyleMap id='m1'><Pair><key>normal</key>"
+      "<styleUrl>#m0</styleUrl></Pair></StyleMap></Pair></StyleMap>",
+      "<StyleMap id='m1'><Pair><key>normal</key><styleUrl>#m0</styleUrl></Pair></StyleMap>"
+      "<StyleMap id='m0'><Pair><key>normal</key><StyleMap><Pair><key>normal</key>"
+      "<styleUrl>#m1</styleUrl></Pair></StyleMap></Pair></StyleMap>"};
+  for (const QString& loop : loops) {
+    SCOPED_TRACE(loop.toStdString());
+    auto document = ReadLocal(InDocument(
+        loop + "<Placemark><name>p</name><styleUrl>#m0</styleUrl><Style/></Placemark>"));
+    EXPECT_EQ("", Look(*Find(*document, "p")));
+    Watcher<StyleMap> first(StyleMap::find("/dir/doc.kml", "m0"));
+    Watcher<StyleMap> second(StyleMap::find("/dir/doc.kml", "m1"));
+    EXPECT_TRUE(first.get());
+    document.reset();
+    EXPECT_FALSE(first.get());
+    EXPECT_FALSE(second.get());
+  }
+}
+
+TEST_F(StyleGraphTest, AReferenceEndsWithATargetThatItCannotKeep) {
+  // The second document closes the loop. When it goes, the first one refers to nothing again.
+  const auto document = ReadAt("/dir/a.kml", InDocument(Map("a", "b.kml#b", "root://styles#hl") +
+                                                        "<Placemark><name>p</name>"
+                                                        "<styleUrl>#a</styleUrl></Placemark>"));
+  auto other = ReadAt("/dir/b.kml", InDocument(Map("b", "a.kml#a", "#b")));
+  const AbstractFeature* feature = Find(*document, "p");
+  EXPECT_EQ("", Look(*feature));
+  other.reset();
+  EXPECT_FALSE(StyleMap::find("/dir/b.kml", "b") && Look(*feature) != "");
+  EXPECT_EQ("IconStyle.scale=1.2", Look(*feature, 1));
+}
+
+TEST_F(StyleGraphTest, LongChainsOfMapsAreNoProblem) {
+  constexpr int kMaps = 20000;
+  const QString style = QStringLiteral("<Style id='m%1'><LineStyle><width>6</width></LineStyle>"
+                                       "</Style>")
+                            .arg(kMaps);
+  const QString placemark = "<Placemark><name>p</name><styleUrl>#m0</styleUrl>"
+                            "<Style><PolyStyle><fill>0</fill></PolyStyle></Style></Placemark>";
+  for (const bool forward : {true, false}) {
+    SCOPED_TRACE(forward);
+    QString content = forward ? placemark : style;
+    for (int i = 0; i < kMaps; ++i) {
+      const int index = forward ? i : kMaps - 1 - i;
+      content += Map(index, Reference(index + 1), Reference(index + 1));
+    }
+    content += forward ? style : placemark;
+    const auto document = ReadLocal(InDocument(content));
+    ASSERT_TRUE(document);
+    EXPECT_EQ("LineStyle.width=6 PolyStyle.fill=0", Look(*Find(*document, "p")));
+    EXPECT_EQ(kMaps, Write(*document).count("<StyleMap "));
+  }
+}
+
+TEST_F(StyleGraphTest, ManyWaysToOneStyleAreTakenOnce) {
+  // Each map refers to the next one twice: that makes 2 to the 60th ways.
+  constexpr int kMaps = 60;
+  QString content;
+  for (int i = 0; i < kMaps; ++i)
+    content += Map(i, Reference(i + 1), Reference(i + 1));
+  content += QStringLiteral("<Style id='m%1'/><Placemark><name>p</name><styleUrl>#m0</styleUrl>"
+                            "<Style><PolyStyle><fill>0</fill></PolyStyle></Style></Placemark>")
+                 .arg(kMaps);
+  const auto document = ReadLocal(InDocument(content));
+  const AbstractFeature* feature = Find(*document, "p");
+  EXPECT_EQ("PolyStyle.fill=0", Look(*feature));
+  Style* style = Style::find("/dir/doc.kml", QStringLiteral("m%1").arg(kMaps));
+  ASSERT_TRUE(style);
+  style->GetLineStyle()->SetWidth(6);
+  EXPECT_EQ("LineStyle.width=6 PolyStyle.fill=0", Look(*feature));
+  EXPECT_EQ(kMaps, Write(*document).count("<StyleMap "));
+}
+
+} // namespace vorrel::kestan
