@@ -6,6 +6,7 @@
 #include "kestan/core/watcher.h"
 #include "kestan/feature/abstractfeature.h"
 #include "kestan/style/linestyle.h"
+#include "kestan/style/style.h"
 #include "kestan/style/stylemap.h"
 
 #include <algorithm>

@@ -30,11 +30,17 @@ TEST_F(LimitTest, NestingIsLimitedEverywhere) {
   EXPECT_EQ(kMaxElementDepth, ExpatHandler::GetMaxElementDepth());
 }
 
-/// Runs `function` on a thread with a stack of 512 KiB.
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::size_t kSmallStack = 4096 * 1024; // Guards around each variable take most of it.
+#else
+constexpr std::size_t kSmallStack = 512 * 1024;
+#endif
+
+/// Runs `function` on a thread with a small stack.
 void RunOnSmallStack(void (*function)()) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, 512 * 1024);
+  pthread_attr_setstacksize(&attributes, kSmallStack);
   pthread_t thread;
   const auto start = [](void* run) -> void* {
     reinterpret_cast<void (*)()>(run)();
