@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <cstring>
 
 namespace vorrel::kestan {
 
@@ -24,10 +25,18 @@ public:
   std::size_t size() const { return size_; }
 
   /// Bytes as they are; null adds nothing.
-  Utf8OStream& operator<<(const char* text);
+  Utf8OStream& operator<<(const char* text) {
+    if (text)
+      WriteRawBytes(text, std::strlen(text));
+    return *this;
+  }
   Utf8OStream& operator<<(const QString& text);
   void Write(const QChar* begin, const QChar* end);
-  void WriteRawBytes(const char* bytes, std::size_t count);
+  void WriteRawBytes(const char* bytes, std::size_t count) {
+    char* const out = Reserve(count);
+    std::memcpy(out, bytes, count);
+    Commit(out + count);
+  }
 
   /// Room for `count` bytes behind the present end. The caller fills some of them and then says
   /// with `Commit` where the new end is.

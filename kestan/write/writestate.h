@@ -93,6 +93,9 @@ public:
   void WriteTagStart(Namespace ns, const QString& name);
   /// "</", the name behind its prefix, ">" and a line feed.
   void WriteTagEnd(Namespace ns, const QString& name);
+  /// The same for a name that is ready.
+  void WriteTagStart(const QByteArray& tag);
+  void WriteTagEnd(const QByteArray& tag);
 
   /// Preserved content: attributes for the start tag that the stream ends with, and elements.
   void WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces);
