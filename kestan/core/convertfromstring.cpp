@@ -37,8 +37,7 @@ template <> bool ConvertFromString(const QString& text, long long& value) {
 }
 
 template <> bool ConvertFromString(const QString& text, double& value) {
-  const ushort* units = text.utf16();
-  return math::ParseDouble(units, units + text.size(), value);
+  return math::ParseDouble(text, value);
 }
 
 template <> bool ConvertFromString(const QString& text, float& value) {
@@ -76,7 +75,7 @@ template <> bool ConvertFromString(const QString& text, DateTime& value) {
 }
 
 template <> bool ConvertFromString(const QString& text, Vec3<double>& value) {
-  const ushort* units = text.utf16();
+  const ushort* units = math::Units(text);
   Vec3<double> parsed{0.0, 0.0, 0.0};
   if (!math::ParseUtf16ToVec3(units, units + text.size(), parsed, 3, 0))
     return false;

@@ -24,7 +24,7 @@ bool IsPolyline(const AttributeList* attrs) {
 
 template <class Visit>
 void ForEachPosition(const QString& text, bool polyline, Visit visit) {
-  const ushort* at = text.utf16();
+  const ushort* at = math::Units(text);
   const ushort* const end = at + text.size();
   while (at && at < end) {
     Vec3<double> position{0.0, 0.0, 0.0};

@@ -6,7 +6,7 @@
 #include "kestan/feature/abstractfolderschema.h"
 #include "kestan/feature/documentschema.h"
 #include "kestan/feature/featurevisitor.h"
-#include "kestan/style/styleselector.h" // child class, for the field table
+#include "kestan/style/stylemap.h" // child class, for the field table
 #include "kestan/write/writestate.h"
 
 #include <algorithm>
@@ -65,10 +65,23 @@ void Document::AddSchema(CustomSchema& schema) {
 
 void Document::SetClientData(std::unique_ptr<ClientData> data) { clientData_ = std::move(data); }
 
-void Document::CollectStylesAndSchemas(WriteState&) const {}
+void Document::CollectStylesAndSchemas(WriteState& state) const {
+  for (const RefPtr<StyleSelector>& style : styleSelectors_) {
+    if (style)
+      state.LeaveStyle(*style, true);
+  }
+  state.EnterInnerDocument();
+  AbstractFolder::CollectStylesAndSchemas(state);
+  state.LeaveInnerDocument();
+}
 
 void Document::WriteKml(WriteState& state) const {
   state.PushStylesAndSchemas();
+  state.AddOwnStyles(styleSelectors_);
+  for (const RefPtr<StyleSelector>& style : styleSelectors_) {
+    if (style && style->isOfType(StyleMap::GetClassSchema()))
+      static_cast<const StyleMap&>(*style).CollectReferences(state);
+  }
   AbstractFolder::CollectStylesAndSchemas(state);
   WriteKmlStylesSchemas(state, nullptr);
   state.PopStylesAndSchemas();
@@ -82,7 +95,7 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
   folderFields.icon.WriteKml(*this, state);
   WriteUnknownFields(state);
   state.WriteSchemas();
-  state.WriteStyles(styleSelectors_);
+  state.WriteStyles();
   if (feature)
     feature->WriteKml(state);
   else

@@ -8,6 +8,7 @@
 #include "kestan/style/style.h" // features look as their styles say
 #include "kestan/style/stylecache.h"
 #include "kestan/style/stylemap.h"
+#include "kestan/write/writestate.h" // what is written where it stands
 
 namespace vorrel::kestan {
 
@@ -160,6 +161,8 @@ void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
   if (referencedStyleSelector_ && !StyleSelector::IsBuiltInUrl(styleUrl_))
     referencedStyleSelector_->InternalCollectStyles(state);
   // The inline selector goes out where it stands. What it refers to has to be found.
+  if (inlineStyleSelector_)
+    state.LeaveStyle(*inlineStyleSelector_, false);
   if (inlineStyleSelector_ && inlineStyleSelector_->isOfType(StyleMap::GetClassSchema()))
     static_cast<const StyleMap&>(*inlineStyleSelector_).CollectReferences(state);
 }

@@ -1,5 +1,6 @@
 #include "kestan/host/datetime.h"
 
+#include "kestan/host/parse.h"
 #include "kestan/host/int128.h"
 
 #include <array>
@@ -212,7 +213,7 @@ private:
 };
 
 DateTime DateTime::FromString(const QString& text) {
-  return FromString(text.utf16(), text.utf16() + text.size());
+  return FromString(math::Units(text), math::Units(text) + text.size());
 }
 
 DateTime DateTime::FromString(const ushort* begin, const ushort* end) {

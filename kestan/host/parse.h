@@ -13,10 +13,16 @@
 /// counts as the largest double, to which "%.16lg" gives a text that is slightly too large.
 namespace vorrel::math {
 
+/// The characters of a text. Unlike `QString::utf16` this doesn't copy text that lies in somebody
+/// else's buffer; there may be no 0 behind it.
+inline const ushort* Units(const QString& text) {
+  return reinterpret_cast<const ushort*>(text.constData());
+}
+
 /// True, and the value, when the whole text but for white space around it is a number.
 KESTAN_EXPORT bool ParseDouble(const ushort* begin, const ushort* end, double& value);
 inline bool ParseDouble(const QString& text, double& value) {
-  return ParseDouble(text.utf16(), text.utf16() + text.size(), value);
+  return ParseDouble(Units(text), Units(text) + text.size(), value);
 }
 /// The same for a float; a number outside the range of float is none.
 KESTAN_EXPORT bool ParseFloat(const QString& text, float& value);
@@ -36,7 +42,7 @@ KESTAN_EXPORT const ushort* ParseUtf16ToVec3(const ushort* text, const ushort* e
 
 /// The first tuple of a whole text, for a single position; zeros when there is none.
 inline void ParseUtf16ToVec3(const QString& text, Vec3<double>& out, int components, int optional) {
-  ParseUtf16ToVec3(text.utf16(), text.utf16() + text.size(), out, components, optional);
+  ParseUtf16ToVec3(Units(text), Units(text) + text.size(), out, components, optional);
 }
 
 } // namespace vorrel::math

@@ -120,9 +120,11 @@ void RawXml::EndCdataLine() {
   // Text in front of the section may end in brackets that a ">" in the section would complete.
   for (int i = std::max(lineStart_, 2); !special && i < std::min(lineStart_ + 2, out_.size()); ++i)
     special = out_[i] == '>' && out_[i - 1] == ']' && out_[i - 2] == ']';
-  if (!special || !out_.GrowBy(kCdataStart.size() + kCdataEnd.size()))
+  if (!special)
     return;
   const QString content(reinterpret_cast<const QChar*>(line), length);
+  if (!out_.GrowBy(kCdataStart.size() + kCdataEnd.size())) // may move the line
+    return;
   out_.resize(lineStart_);
   out_.append(kCdataStart);
   out_.append(content);

@@ -4,6 +4,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace vorrel::kestan {
 
 class SchemaObject;
@@ -18,6 +20,11 @@ public:
     members_.insert(&object);
     objects_.push_back(&object);
     return true;
+  }
+  /// Keeps the order of the rest. Linear; for the few that turn out to be written elsewhere.
+  void erase(const SchemaObject& object) {
+    if (members_.remove(&object))
+      objects_.erase(std::find(objects_.begin(), objects_.end(), &object));
   }
   bool contains(const SchemaObject& object) const { return members_.contains(&object); }
   bool empty() const { return objects_.empty(); }

@@ -6,6 +6,8 @@
 #include "kestan/style/styleselector.h" // the other kind of what is hoisted
 #include "kestan/write/writestate.h"
 
+#include <algorithm>
+
 namespace vorrel::kestan {
 
 void WriteState::PushStylesAndSchemas() {
@@ -26,21 +28,36 @@ bool WriteState::AddStyle(const StyleSelector& style) { return Hoist(style, styl
 
 bool WriteState::AddSchema(const CustomSchema& schema) { return Hoist(schema, schemaSets_); }
 
-bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  return !sets.empty() && GGetUrlType(object.GetUrl()) != kUrlNetwork &&
-         sets.back()->insert(object);
+bool WriteState::Contains(const ObjectSets& sets, const SchemaObject& object) {
+  return std::any_of(sets.begin(), sets.end(),
+                     [&](const auto& set) { return set->contains(object); });
 }
 
-void WriteState::WriteStyles(const mmvector<RefPtr<StyleSelector>>& first) {
-  ObjectSet ordered;
-  for (const RefPtr<StyleSelector>& style : first) {
-    if (style && styleSets_.back()->contains(*style))
-      ordered.insert(*style);
+bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
+  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork || Contains(sets, object) ||
+      leftStyles_.contains(&object))
+    return false;
+  return sets.back()->insert(object);
+}
+
+void WriteState::AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles) {
+  for (const RefPtr<StyleSelector>& style : styles) {
+    if (!style)
+      continue;
+    leftStyles_.remove(style.get());
+    styleSets_.back()->insert(*style);
   }
-  for (const SchemaObject* style : *styleSets_.back())
-    ordered.insert(*style);
+}
+
+void WriteState::LeaveStyle(const StyleSelector& style, bool mayBeRenamed) {
+  leftStyles_.insert(&style, mayBeRenamed);
+  if (!styleSets_.empty())
+    styleSets_.back()->erase(style); // something in front of it refers to it
+}
+
+void WriteState::WriteStyles() {
   styleDefaultsEnabled_ = false;
-  WriteObjs(ordered);
+  WriteObjs(*styleSets_.back());
   styleDefaultsEnabled_ = true;
 }
 
@@ -92,7 +109,7 @@ void WriteState::WriteObjUrl(SchemaObject* object, const QString& url, const Obj
       stream_ << "#";
       xml() << object->GetId();
     }
-  } else if (object && sets.back()->contains(*object)) {
+  } else if (object && (Contains(sets, *object) || leftStyles_.value(object))) {
     stream_ << "#";
     xml() << AssignId(*object);
   } else {

@@ -108,12 +108,22 @@ public:
   void PushStylesAndSchemas();
   void PopStylesAndSchemas();
   bool HasStylesOrSchemas() const;
-  /// Objects that come from a server aren't hoisted. True for an object that wasn't there yet.
+  /// Objects that come from a server aren't hoisted, nor those that a document around this one, or
+  /// inside it, writes. True for an object that wasn't there yet.
   bool AddStyle(const StyleSelector& style);
   bool AddSchema(const CustomSchema& schema);
-  /// Write what was collected for the innermost document. Styles leave out what equals a default;
-  /// those among `first` stand in front, in that order.
-  void WriteStyles(const mmvector<RefPtr<StyleSelector>>& first);
+  /// The styles that a document holds itself are written with it, whether something refers to them
+  /// or not: another document may.
+  void AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles);
+  /// A style that is written where it stands, with a feature below or with a document of its own.
+  /// The latter may get another id in this output.
+  void LeaveStyle(const StyleSelector& style, bool mayBeRenamed);
+  /// While documents inside the one that is being written are walked, nothing is hoisted: they
+  /// keep what is theirs.
+  void EnterInnerDocument() { ++innerDocuments_; }
+  void LeaveInnerDocument() { --innerDocuments_; }
+  /// Write what was collected for the innermost document. Styles leave out what equals a default.
+  void WriteStyles();
   void WriteSchemas();
   /// Gives each object an id that is unique in this output, and then writes them all.
   void WriteObjs(const ObjectSet& objects);
@@ -137,6 +147,7 @@ private:
   using ObjectSets = mmvector<std::unique_ptr<ObjectSet>>;
 
   void WriteObjUrl(SchemaObject* object, const QString& url, const ObjectSets& sets);
+  static bool Contains(const ObjectSets& sets, const SchemaObject& object);
   bool Hoist(const SchemaObject& object, const ObjectSets& sets);
   QString AssignId(const SchemaObject& object);
   QString GetRelativeUrl(const QString& url) const;
@@ -161,6 +172,9 @@ private:
   RootNamespaces namespaces_;
   RawXmlWriter rawXml_{stream_, namespaces_};
   ObjectSets styleSets_;
+  /// Those that are written where they stand, and whether they may get another id.
+  QHash<const SchemaObject*, bool> leftStyles_;
+  int innerDocuments_ = 0;
   ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
   QHash<QString, const SchemaObject*> objectsById_;
   QHash<const SchemaObject*, QString> idsByObject_;

@@ -49,6 +49,16 @@ TEST_F(UnknownContentTest, ElementsAreKeptWhole) {
   }
 }
 
+TEST_F(UnknownContentTest, ASectionIsKeptWhereverTheTextBufferHasToGrow) {
+  for (int length = 990; length < 1030; ++length) {
+    SCOPED_TRACE(length);
+    const QString section = "<![CDATA[<" + QString(length, 'x') + "]]>";
+    const auto object = ReadObject("<Placemark><foo>" + section + "</foo></Placemark>");
+    ASSERT_TRUE(object);
+    EXPECT_TRUE(Write(*object).contains("<foo>" + section + "</foo>"));
+  }
+}
+
 TEST_F(UnknownContentTest, AttributesAreEscapedOnceAndKeepEveryCharacter) {
   const QString written =
       RoundTrip("<Placemark a='1' \xC3\xA4='&lt;&amp;&#9;&#10;&#13;\xF0\x9F\x8C\x8D'>"
