@@ -344,7 +344,7 @@ void RawXmlWriter::InsertDeclarations() {
     XmlUtf8OStream(text) << it.value();
     text << "\"";
   }
-  stream_.Insert(insertAt_, text.data(), text.size());
+  stream_.Replace(insertAt_, 0, text.data(), text.size());
   declarations_.clear();
 }
 

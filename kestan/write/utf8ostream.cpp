@@ -15,7 +15,9 @@ namespace vorrel::kestan {
 
 namespace {
 
-constexpr std::size_t kFirstCapacity = 1024;
+constexpr int kFirstCapacity = 1024;
+/// The largest capacity of a byte array.
+constexpr std::size_t kMaxArray = std::size_t{1} << 30U;
 constexpr unsigned kReplacement = 0xFFFD;
 
 /// Characters that are encoded between two checks of the buffer's room.
@@ -189,18 +191,44 @@ static_assert(sizeof(kTabs) == kMaxIndent + 1);
 
 const char* GIndent(int depth) { return kTabs + kMaxIndent - std::clamp(depth, 0, kMaxIndent); }
 
-Utf8OStream::Utf8OStream()
-    : data_(static_cast<char*>(doNew(kFirstCapacity, HeapManager::GetTransientHeap()))),
-      capacity_(kFirstCapacity) {}
+Utf8OStream::Utf8OStream() : capacity_(kFirstCapacity) {
+  array_.reserve(static_cast<int>(capacity_));
+  data_ = array_.data();
+}
 
-Utf8OStream::~Utf8OStream() { doDelete(data_); }
+Utf8OStream::~Utf8OStream() { doDelete(large_); }
 
 void Utf8OStream::Grow(std::size_t count) {
   std::size_t capacity = capacity_;
   while (count > capacity - size_)
     capacity *= 2;
-  data_ = static_cast<char*>(Realloc(data_, size_, capacity, HeapManager::GetTransientHeap()));
+  if (capacity <= kMaxArray) {
+    array_.resize(static_cast<int>(size_));
+    array_.reserve(static_cast<int>(capacity));
+    data_ = array_.data();
+  } else if (large_) {
+    data_ = large_ = static_cast<char*>(Realloc(large_, size_, capacity, nullptr));
+  } else {
+    large_ = static_cast<char*>(doNew(capacity, nullptr));
+    std::memcpy(large_, data_, size_);
+    data_ = large_;
+    array_ = QByteArray();
+  }
   capacity_ = capacity;
+}
+
+QByteArray Utf8OStream::TakeBytes() {
+  if (large_)
+    return size_ <= kMaxArraySize ? QByteArray(data_, static_cast<int>(size_)) : QByteArray();
+  array_.resize(static_cast<int>(size_));
+  array_.squeeze();
+  QByteArray bytes;
+  bytes.swap(array_);
+  array_.reserve(kFirstCapacity);
+  data_ = array_.data();
+  size_ = 0;
+  capacity_ = kFirstCapacity;
+  return bytes;
 }
 
 Utf8OStream& Utf8OStream::operator<<(const QString& text) {
@@ -212,11 +240,13 @@ void Utf8OStream::Write(const QChar* begin, const QChar* end) {
   Append<Context::kPlain>(*this, begin, end);
 }
 
-void Utf8OStream::Insert(std::size_t position, const char* bytes, std::size_t count) {
+void Utf8OStream::Replace(std::size_t position, std::size_t length, const char* bytes,
+                          std::size_t count) {
   Reserve(count);
-  std::memmove(data_ + position + count, data_ + position, size_ - position);
+  const std::size_t tail = position + length;
+  std::memmove(data_ + position + count, data_ + tail, size_ - tail);
   std::memcpy(data_ + position, bytes, count);
-  size_ += count;
+  size_ = size_ - length + count;
 }
 
 void XmlUtf8OStream::Write(const QChar* begin, const QChar* end) const {
