@@ -28,6 +28,7 @@ Field::Field(Schema& schema, const QString& name, unsigned offset, Type type, un
     : schema_(&schema), name_(name), ns_(NamespaceFromFlags(flags, schema)), offset_(offset),
       flags_(flags), type_(type) {
   key_ = Schema::MakeKey(name_, ns_);
+  tag_ = GetPrefixedElem().toUtf8();
   init(size, align, objSchema);
 }
 

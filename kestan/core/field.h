@@ -4,6 +4,7 @@
 #include "kestan/core/unknowndata.h"
 #include "kestan/host/export.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstddef>
@@ -78,6 +79,8 @@ public:
   /// Element or attribute name. Empty for a child that is named by its own class, and for the
   /// element's own text.
   const QString& GetName() const { return name_; }
+  /// Full name as an element, with its prefix, in UTF-8.
+  const QByteArray& GetTag() const { return tag_; }
   /// Name behind the namespace's number, bare in the KML namespace.
   const QString& GetKey() const { return key_; }
   Namespace GetNamespace() const { return ns_; }
@@ -172,6 +175,7 @@ private:
   Schema* schema_;
   QString name_;
   QString key_;
+  QByteArray tag_;
   Namespace ns_;
   unsigned offset_;
   unsigned flags_;

@@ -42,8 +42,11 @@ template <class T> bool SimpleField<T>::KeepsText() const { return std::is_same_
 
 template <class T>
 void SimpleField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
-  this->WriteValue(object, state,
-                   !typedfield_detail::IsSame(this->get(object), this->GetDefault()));
+  if constexpr (std::is_same_v<T, QString>) // always a plain member: no copy is needed
+    this->WriteValue(object, state, this->template Member<T>(object) != this->GetDefault());
+  else
+    this->WriteValue(object, state,
+                     !typedfield_detail::IsSame(this->get(object), this->GetDefault()));
 }
 
 template <class T>

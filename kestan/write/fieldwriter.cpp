@@ -73,15 +73,15 @@ void Field::WriteUnknownFieldAttrs(WriteState& state, const SchemaObject& object
 }
 
 void Field::WriteElementStart(const SchemaObject& object, WriteState& state) const {
-  state.WriteTagStart(ns_, name_);
+  state.WriteTagStart(tag_);
   WriteUnknownFieldAttrs(state, object);
   state.out(">");
 }
 
-void Field::WriteElementEnd(WriteState& state) const { state.WriteTagEnd(ns_, name_); }
+void Field::WriteElementEnd(WriteState& state) const { state.WriteTagEnd(tag_); }
 
 void Field::WriteEmptyElement(WriteState& state) const {
-  state.WriteTagStart(ns_, name_);
+  state.WriteTagStart(tag_);
   state.out("/>\n");
 }
 
@@ -162,7 +162,7 @@ void NormLLAField::WriteKmlString(const SchemaObject& object, WriteState& state)
 
 void ScreenVecField::WriteKml(const SchemaObject& object, WriteState& state) const {
   const LegacyScreenVec& value = Member<LegacyScreenVec>(object);
-  state.WriteTagStart(GetNamespace(), GetName());
+  state.WriteTagStart(GetTag());
   state.out(" x=\"");
   WriteValueText(state.stream(), value.x);
   state.out("\" y=\"");
@@ -181,7 +181,7 @@ void NormLLAListField::WriteKml(const SchemaObject& object, WriteState& state) c
       attrs.contains(kPolylineMark) &&
       std::all_of(positions.begin(), positions.end(),
                   [](const Vec3<double>& position) { return position.z == 0.0; });
-  state.WriteTagStart(GetNamespace(), GetName());
+  state.WriteTagStart(GetTag());
   if (!attrs.isNull()) {
     if (!isPolyline)
       attrs.remove(kPolylineMark);

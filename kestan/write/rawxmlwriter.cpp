@@ -256,7 +256,7 @@ bool RawXmlWriter::TakeStartTag(QStringView& text) {
     if (!IsDeclaration(attribute.name)) {
       WriteRawAttribute(attribute);
     } else if (isOutermost) {
-      declarations_.insert(attribute.name.toString(), DecodeReferences(attribute.value));
+      InsertLater(attribute);
     } else {
       stream_ << " ";
       stream_.Write(attribute.name.begin(), attribute.name.end());
@@ -269,6 +269,15 @@ bool RawXmlWriter::TakeStartTag(QStringView& text) {
   if (isEmptyElement)
     CloseElement();
   return true;
+}
+
+void RawXmlWriter::InsertLater(const Attribute& declaration) {
+  const QString prefix = declaration.name.mid(kXmlnsColon.size()).toString();
+  const QString uri = DecodeReferences(declaration.value);
+  // A standard prefix with its own meaning, which it lacked around the element in the source, needs
+  // no declaration here.
+  if (!IsRootPrefix(prefix) || !root_.Declare(prefix, uri))
+    declarations_.insert(declaration.name.toString(), uri);
 }
 
 void RawXmlWriter::DropBadDeclarations(std::vector<Attribute>& attributes) {
@@ -344,7 +353,7 @@ void RawXmlWriter::InsertDeclarations() {
     XmlUtf8OStream(text) << it.value();
     text << "\"";
   }
-  stream_.Insert(insertAt_, text.data(), text.size());
+  stream_.Replace(insertAt_, 0, text.data(), text.size());
   declarations_.clear();
 }
 

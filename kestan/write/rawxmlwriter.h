@@ -58,6 +58,7 @@ private:
   bool TakeStartTag(QStringView& text);
   bool TakeEndTag(QStringView& text);
   void DropBadDeclarations(std::vector<Attribute>& attributes);
+  void InsertLater(const Attribute& declaration);
   void WriteRawAttribute(const Attribute& attribute);
   void CloseElement();
   void InsertDeclarations();

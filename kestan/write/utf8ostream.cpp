@@ -4,6 +4,7 @@
 #include "kestan/host/memory.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -14,15 +15,18 @@ namespace vorrel::kestan {
 
 namespace {
 
-constexpr std::size_t kFirstCapacity = 1024;
+constexpr int kFirstCapacity = 1024;
+/// The largest capacity of a byte array.
+constexpr std::size_t kMaxArray = std::size_t{1} << 30U;
 constexpr unsigned kReplacement = 0xFFFD;
 
 /// Characters that are encoded between two checks of the buffer's room.
 constexpr std::ptrdiff_t kBlock = 1024;
 /// The longest text that one 16-bit unit becomes: "&quot;".
 constexpr std::size_t kMaxBytesPerUnit = 6;
-/// The vector path stores this many bytes, of which it may keep fewer.
-constexpr std::size_t kStride = 16;
+/// Characters that are copied at once. So many bytes are stored, of which fewer may be kept.
+constexpr int kStride = 16;
+constexpr int kHalfStride = kStride / 2;
 
 enum class Context { kPlain, kElement, kAttribute };
 
@@ -91,35 +95,59 @@ unsigned DecodeUtf16(const QChar*& at, const QChar* end) {
   return c < 0xE000 || c >= 0xFFFE ? kReplacement : c;
 }
 
+/// True for the ASCII characters that are written as they are.
+template <Context context> constexpr std::array<bool, 128> MakeCopied() {
+  std::array<bool, 128> copied{};
+  for (unsigned c = 0x20; c < copied.size(); ++c)
+    copied[c] = true;
+  copied['\t'] = copied['\n'] = context != Context::kAttribute;
+  copied['\r'] = context == Context::kPlain;
+  for (const unsigned c : {'"', '&', '\'', '<', '>'})
+    copied[c] = context == Context::kPlain;
+  return copied;
+}
+
+template <Context context> constexpr std::array<bool, 128> kCopied = MakeCopied<context>();
+
 #if defined(__SSE2__)
 
-/// Copies the characters up to the first one that needs more than its own byte, as far as whole
-/// strides go.
+/// A bit for each of the bytes that isn't written as it is.
+template <Context context> unsigned FindSpecial(__m128i bytes) {
+  const auto equals = [bytes](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+  // As signed bytes, those beyond ASCII lie below the control characters.
+  __m128i good = _mm_cmpgt_epi8(bytes, _mm_set1_epi8(0x1F));
+  if constexpr (context != Context::kAttribute)
+    good = _mm_or_si128(good, _mm_or_si128(equals('\t'), equals('\n')));
+  if constexpr (context != Context::kPlain) {
+    __m128i special = _mm_or_si128(equals('"'), equals('&'));
+    special = _mm_or_si128(special, equals('\''));
+    special = _mm_or_si128(special, _mm_or_si128(equals('<'), equals('>')));
+    good = _mm_andnot_si128(special, good);
+  }
+  return ~static_cast<unsigned>(_mm_movemask_epi8(good)) & 0xFFFFU;
+}
+
+__m128i Load(const QChar* at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at)); }
+
+/// Copies whole strides of characters, up to the first one that isn't written as it is. Units
+/// beyond ASCII saturate to 0x80 and more, or to 0 where their sign bit is set.
 template <Context context> void CopyAscii(const QChar*& at, const QChar* end, char*& out) {
-  const __m128i lowest = _mm_set1_epi8(0x1F);
-  const auto equals = [](__m128i bytes, char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
-  while (end - at >= static_cast<std::ptrdiff_t>(kStride)) {
-    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 8));
-    // Units beyond ASCII saturate to 0x80 and more, or to 0 where their sign bit is set: as signed
-    // bytes none of them is above `lowest`.
-    const __m128i bytes = _mm_packus_epi16(low, high);
-    __m128i good = _mm_cmpgt_epi8(bytes, lowest);
-    if constexpr (context != Context::kAttribute)
-      good = _mm_or_si128(good, _mm_or_si128(equals(bytes, '\t'), equals(bytes, '\n')));
-    if constexpr (context != Context::kPlain) {
-      __m128i special = _mm_or_si128(equals(bytes, '"'), equals(bytes, '&'));
-      special = _mm_or_si128(special, equals(bytes, '\''));
-      special = _mm_or_si128(special, _mm_or_si128(equals(bytes, '<'), equals(bytes, '>')));
-      good = _mm_andnot_si128(special, good);
-    }
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
-    const unsigned bad = ~static_cast<unsigned>(_mm_movemask_epi8(good)) & 0xFFFFU;
-    const int count = bad ? __builtin_ctz(bad) : static_cast<int>(kStride);
+  const auto advance = [&](unsigned special, int stride) {
+    const int count = special ? __builtin_ctz(special) : stride;
     at += count;
     out += count;
-    if (bad)
+    return count == stride;
+  };
+  while (end - at >= kStride) {
+    const __m128i bytes = _mm_packus_epi16(Load(at), Load(at + kHalfStride));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+    if (!advance(FindSpecial<context>(bytes), kStride))
       return;
+  }
+  if (end - at >= kHalfStride) {
+    const __m128i bytes = _mm_packus_epi16(Load(at), _mm_setzero_si128());
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out), bytes);
+    advance(FindSpecial<context>(bytes) & 0xFFU, kHalfStride);
   }
 }
 
@@ -137,13 +165,18 @@ void Append(Utf8OStream& stream, const QChar* at, const QChar* const end) {
     char* out = stream.Reserve(units * kMaxBytesPerUnit + kStride);
     while (at < blockEnd) {
       CopyAscii<context>(at, blockEnd, out);
-      // What the vector path leaves: the end of a block, or a character that isn't copied and
-      // those beyond ASCII behind it.
-      const bool isTail = blockEnd - at < static_cast<std::ptrdiff_t>(kStride);
+      // What the strides leave: the end of a block, or a character that isn't copied and those
+      // beyond ASCII behind it.
       while (at < blockEnd) {
+        const unsigned unit = at->unicode();
+        if (unit < 0x80 && kCopied<context>[unit]) {
+          *out++ = static_cast<char>(unit);
+          ++at;
+          continue;
+        }
         const unsigned c = DecodeUtf16(at, end);
         out = c < 0x80 ? EncodeAscii<context>(c, out) : Encode(c, out);
-        if (!isTail && c < 0x80)
+        if (blockEnd - at >= kHalfStride && at->unicode() < 0x80)
           break;
       }
     }
@@ -158,24 +191,44 @@ static_assert(sizeof(kTabs) == kMaxIndent + 1);
 
 const char* GIndent(int depth) { return kTabs + kMaxIndent - std::clamp(depth, 0, kMaxIndent); }
 
-Utf8OStream::Utf8OStream()
-    : data_(static_cast<char*>(doNew(kFirstCapacity, HeapManager::GetTransientHeap()))),
-      capacity_(kFirstCapacity) {}
+Utf8OStream::Utf8OStream() : capacity_(kFirstCapacity) {
+  array_.reserve(static_cast<int>(capacity_));
+  data_ = array_.data();
+}
 
-Utf8OStream::~Utf8OStream() { doDelete(data_); }
+Utf8OStream::~Utf8OStream() { doDelete(large_); }
 
 void Utf8OStream::Grow(std::size_t count) {
   std::size_t capacity = capacity_;
   while (count > capacity - size_)
     capacity *= 2;
-  data_ = static_cast<char*>(Realloc(data_, size_, capacity, HeapManager::GetTransientHeap()));
+  if (capacity <= kMaxArray) {
+    array_.resize(static_cast<int>(size_));
+    array_.reserve(static_cast<int>(capacity));
+    data_ = array_.data();
+  } else if (large_) {
+    data_ = large_ = static_cast<char*>(Realloc(large_, size_, capacity, nullptr));
+  } else {
+    large_ = static_cast<char*>(doNew(capacity, nullptr));
+    std::memcpy(large_, data_, size_);
+    data_ = large_;
+    array_ = QByteArray();
+  }
   capacity_ = capacity;
 }
 
-Utf8OStream& Utf8OStream::operator<<(const char* text) {
-  if (text)
-    WriteRawBytes(text, std::strlen(text));
-  return *this;
+QByteArray Utf8OStream::TakeBytes() {
+  if (large_)
+    return size_ <= kMaxArraySize ? QByteArray(data_, static_cast<int>(size_)) : QByteArray();
+  array_.resize(static_cast<int>(size_));
+  array_.squeeze();
+  QByteArray bytes;
+  bytes.swap(array_);
+  array_.reserve(kFirstCapacity);
+  data_ = array_.data();
+  size_ = 0;
+  capacity_ = kFirstCapacity;
+  return bytes;
 }
 
 Utf8OStream& Utf8OStream::operator<<(const QString& text) {
@@ -187,19 +240,13 @@ void Utf8OStream::Write(const QChar* begin, const QChar* end) {
   Append<Context::kPlain>(*this, begin, end);
 }
 
-void Utf8OStream::WriteRawBytes(const char* bytes, std::size_t count) {
-  if (count == 0)
-    return;
-  char* out = Reserve(count);
-  std::memcpy(out, bytes, count);
-  Commit(out + count);
-}
-
-void Utf8OStream::Insert(std::size_t position, const char* bytes, std::size_t count) {
+void Utf8OStream::Replace(std::size_t position, std::size_t length, const char* bytes,
+                          std::size_t count) {
   Reserve(count);
-  std::memmove(data_ + position + count, data_ + position, size_ - position);
+  const std::size_t tail = position + length;
+  std::memmove(data_ + position + count, data_ + tail, size_ - tail);
   std::memcpy(data_ + position, bytes, count);
-  size_ += count;
+  size_ = size_ - length + count;
 }
 
 void XmlUtf8OStream::Write(const QChar* begin, const QChar* end) const {

@@ -2,9 +2,12 @@
 
 #include "kestan/host/export.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstddef>
+#include <cstring>
+#include <limits>
 
 namespace vorrel::kestan {
 
@@ -24,10 +27,18 @@ public:
   std::size_t size() const { return size_; }
 
   /// Bytes as they are; null adds nothing.
-  Utf8OStream& operator<<(const char* text);
+  Utf8OStream& operator<<(const char* text) {
+    if (text)
+      WriteRawBytes(text, std::strlen(text));
+    return *this;
+  }
   Utf8OStream& operator<<(const QString& text);
   void Write(const QChar* begin, const QChar* end);
-  void WriteRawBytes(const char* bytes, std::size_t count);
+  void WriteRawBytes(const char* bytes, std::size_t count) {
+    char* const out = Reserve(count);
+    std::memcpy(out, bytes, count);
+    Commit(out + count);
+  }
 
   /// Room for `count` bytes behind the present end. The caller fills some of them and then says
   /// with `Commit` where the new end is.
@@ -38,8 +49,14 @@ public:
   }
   void Commit(const char* end) { size_ = static_cast<std::size_t>(end - data_); }
 
-  /// Puts bytes in front of those from `position` on.
-  void Insert(std::size_t position, const char* bytes, std::size_t count);
+  /// Puts `count` bytes in the place of `length` others.
+  void Replace(std::size_t position, std::size_t length, const char* bytes, std::size_t count);
+
+  /// The most that `TakeBytes` can hand over.
+  static constexpr std::size_t kMaxArraySize = std::numeric_limits<int>::max() - 64;
+  /// The text, of which the stream keeps nothing. Nothing is copied up to 1 GiB. Null when it's too
+  /// large for an array.
+  QByteArray TakeBytes();
 
   /// True while the value of an attribute is being written: white space in it goes out as
   /// references, since a parser turns it into blanks otherwise.
@@ -49,7 +66,9 @@ public:
 private:
   void Grow(std::size_t count);
 
-  char* data_;
+  QByteArray array_;       ///< Holds the text until that is very large.
+  char* large_ = nullptr;  ///< Holds it from then on.
+  char* data_;             ///< In one of the two.
   std::size_t size_ = 0;
   std::size_t capacity_;
   bool inAttribute_ = false;

@@ -9,8 +9,6 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include <limits>
-
 namespace vorrel::kestan {
 
 namespace {
@@ -32,14 +30,9 @@ bool IsSpecialFile(const QString& path) {
          path.startsWith(QLatin1String("/dev/")) || path.startsWith(QLatin1String("/proc/"));
 }
 
-bool WriteAll(QIODevice& device, const char* bytes, std::size_t size) {
-  const qint64 count = static_cast<qint64>(size);
-  return device.write(bytes, count) == count;
-}
-
-bool WriteDocument(QFileDevice& file, const QByteArray& preamble, const Utf8OStream& body) {
-  return WriteAll(file, preamble.constData(), static_cast<std::size_t>(preamble.size())) &&
-         WriteAll(file, body.data(), body.size()) && file.flush();
+bool WriteAll(QFileDevice& file, const Utf8OStream& text) {
+  const qint64 size = static_cast<qint64>(text.size());
+  return file.write(text.data(), size) == size && file.flush();
 }
 
 } // namespace
@@ -67,10 +60,13 @@ WriteState::WriteState(const QString& fileName, const QString& hint, bool keepRe
   baseDir_ = QFileInfo(baseDir_.toLower()).absolutePath();
   if (!baseDir_.endsWith(QLatin1Char('/')))
     baseDir_ += QLatin1Char('/');
+  WritePreamble();
 }
 
 WriteState::WriteState(QByteArray& bytes, const QString& hint)
-    : mode_(kWriteByteArray), hint_(hint), bytes_(&bytes) {}
+    : mode_(kWriteByteArray), hint_(hint), bytes_(&bytes) {
+  WritePreamble();
+}
 
 WriteState::~WriteState() { Finish(); }
 
@@ -114,33 +110,32 @@ void WriteState::Finish() {
     return;
   finished_ = true;
   if (error_.isEmpty()) {
-    const QByteArray preamble = GetPreamble();
+    // The namespaces are known only now.
+    if (!namespaces_.GetUnknown().empty()) {
+      const QByteArray preamble = GetPreamble();
+      stream_.Replace(0, preambleSize_, preamble.constData(),
+                      static_cast<std::size_t>(preamble.size()));
+    }
     WritePostamble();
-    error_ = bytes_ ? FinishBytes(preamble) : FinishFile(preamble);
+    error_ = bytes_ ? FinishBytes() : FinishFile();
   }
   if (!error_.isEmpty() && createdFile_)
     QFile::remove(fileName_);
 }
 
-QString WriteState::FinishBytes(const QByteArray& preamble) {
-  const std::size_t size = static_cast<std::size_t>(preamble.size()) + stream_.size();
-  // Some space is taken by the array's own head.
-  constexpr std::size_t kLimit = std::numeric_limits<int>::max() - 64;
-  if (size > kLimit)
+QString WriteState::FinishBytes() {
+  if (stream_.size() > Utf8OStream::kMaxArraySize)
     return tr("The document is too large for a byte array.", "A KML text is beyond 2 GiB");
-  bytes_->clear();
-  bytes_->reserve(static_cast<int>(size));
-  bytes_->append(preamble);
-  bytes_->append(stream_.data(), static_cast<int>(stream_.size()));
+  *bytes_ = stream_.TakeBytes();
   return QString();
 }
 
-QString WriteState::FinishFile(const QByteArray& preamble) {
+QString WriteState::FinishFile() {
   if (IsSpecialFile(fileName_)) {
     QFile file(fileName_);
     if (!file.open(QIODevice::WriteOnly))
       return OpenFault();
-    return WriteDocument(file, preamble, stream_) ? QString() : WriteFault();
+    return WriteAll(file, stream_) ? QString() : WriteFault();
   }
   // The old contents stay until the new ones are complete; only where the folder takes no further
   // file are they overwritten in place.
@@ -148,7 +143,13 @@ QString WriteState::FinishFile(const QByteArray& preamble) {
   file.setDirectWriteFallback(true);
   if (!file.open(QIODevice::WriteOnly))
     return OpenFault();
-  return WriteDocument(file, preamble, stream_) && file.commit() ? QString() : WriteFault();
+  return WriteAll(file, stream_) && file.commit() ? QString() : WriteFault();
+}
+
+void WriteState::WritePreamble() {
+  const QByteArray preamble = GetPreamble();
+  preambleSize_ = static_cast<std::size_t>(preamble.size());
+  stream_.WriteRawBytes(preamble.constData(), preambleSize_);
 }
 
 QByteArray WriteState::GetPreamble() const {
@@ -166,15 +167,16 @@ QByteArray WriteState::GetPreamble() const {
     preamble << "\"";
   }
   preamble << ">\n";
-  return QByteArray(preamble.data(), static_cast<int>(preamble.size()));
+  return preamble.TakeBytes();
 }
 
 void WriteState::WritePostamble() { stream_ << "</kml>\n"; }
 
 void WriteState::WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces) {
+  if (text.isEmpty())
+    return;
   rawXml_.SetScope(namespaces);
-  if (!text.isEmpty())
-    rawXml_.WriteAttributes(text);
+  rawXml_.WriteAttributes(text);
 }
 
 void WriteState::WriteUnknownElements(const QString& text, const NamespaceList& namespaces) {

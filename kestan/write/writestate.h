@@ -81,7 +81,7 @@ public:
   bool styleDefaultsEnabled() const { return styleDefaultsEnabled_; }
   void SetStyleDefaultsEnabled(bool enabled) { styleDefaultsEnabled_ = enabled; }
 
-  /// The body of the document: bytes and text as they are, and escaped.
+  /// The document so far: bytes and text as they are, and escaped.
   Utf8OStream& stream() { return stream_; }
   XmlUtf8OStream xml() { return XmlUtf8OStream(stream_); }
   WriteState& out(const char* text) {
@@ -93,6 +93,9 @@ public:
   void WriteTagStart(Namespace ns, const QString& name);
   /// "</", the name behind its prefix, ">" and a line feed.
   void WriteTagEnd(Namespace ns, const QString& name);
+  /// The same for a name that is ready.
+  void WriteTagStart(const QByteArray& tag);
+  void WriteTagEnd(const QByteArray& tag);
 
   /// Preserved content: attributes for the start tag that the stream ends with, and elements.
   void WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces);
@@ -149,8 +152,9 @@ private:
   QString AssignId(const SchemaObject& object);
   QString GetRelativeUrl(const QString& url) const;
   QString GetDestinationFault();
-  QString FinishBytes(const QByteArray& preamble);
-  QString FinishFile(const QByteArray& preamble);
+  void WritePreamble();
+  QString FinishBytes();
+  QString FinishFile();
   QString Extract(const QString& absoluteUrl);
 
   WriteMode mode_ = kWriteKmlFile;
@@ -166,6 +170,7 @@ private:
   QString error_;
   QByteArray* bytes_ = nullptr;
   Utf8OStream stream_;
+  std::size_t preambleSize_ = 0; ///< Of what the stream begins with.
   RootNamespaces namespaces_;
   RawXmlWriter rawXml_{stream_, namespaces_};
   ObjectSets styleSets_;

@@ -17,16 +17,31 @@ void WriteState::WriteIndent() {
 }
 
 void WriteState::WriteTagStart(Namespace ns, const QString& name) {
-  const std::size_t depth = static_cast<std::size_t>(std::clamp(indent_, 0, kMaxIndent));
-  char* const out = stream_.Reserve(kMaxIndent + 1);
-  std::memset(out, '\t', depth);
-  out[depth] = '<';
-  stream_.Commit(out + depth + 1);
+  WriteTagStart(QByteArray::fromRawData("", 0));
   stream_ << GetPrefix(ns) << name;
 }
 
 void WriteState::WriteTagEnd(Namespace ns, const QString& name) {
   stream_ << "</" << GetPrefix(ns) << name << ">\n";
+}
+
+void WriteState::WriteTagStart(const QByteArray& tag) {
+  const std::size_t depth = static_cast<std::size_t>(std::clamp(indent_, 0, kMaxIndent));
+  const std::size_t size = static_cast<std::size_t>(tag.size());
+  char* out = stream_.Reserve(kMaxIndent + 1 + size);
+  std::memcpy(out, GIndent(kMaxIndent), kMaxIndent);
+  out += depth;
+  *out++ = '<';
+  std::memcpy(out, tag.constData(), size);
+  stream_.Commit(out + size);
+}
+
+void WriteState::WriteTagEnd(const QByteArray& tag) {
+  const std::size_t size = static_cast<std::size_t>(tag.size());
+  char* out = stream_.Reserve(size + 4);
+  out = std::copy_n("</", 2, out);
+  std::memcpy(out, tag.constData(), size);
+  stream_.Commit(std::copy_n(">\n", 2, out + size));
 }
 
 } // namespace vorrel::kestan

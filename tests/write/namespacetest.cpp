@@ -56,6 +56,8 @@ TEST_F(NamespaceTest, ForeignContentKeepsItsMeaning) {
       {"several of them on one element", "xmlns:gx=\"urn:1\" xmlns:atom=\"urn:2\"",
        "<gx:a b=\"1\" atom:c=\"2\"/><q:d xmlns:q=\"urn:3\"/><gx:e xmlns:q=\"urn:4\" q:f=\"1\"/>",
        "<gx:a b=\"1\" atom:c=\"2\" xmlns:atom=\"urn:2\" xmlns:gx=\"urn:1\"></gx:a>"},
+      {"a standard prefix that gets its meaning back", "xmlns:atom=\"urn:other\"",
+       "<atom:a xmlns:atom=\"http://www.w3.org/2005/Atom\"/>", "<atom:a></atom:a>"},
       {"a foreign default", "", "<a xmlns=\"urn:d\"><b c=\"1\"/></a>", "<b c=\"1\"></b>"},
       {"a default taken back", "", "<a xmlns=\"urn:d\"><b xmlns=\"\"/></a>", "<b xmlns=\"\"></b>"},
       {"a schema location",
