@@ -87,6 +87,8 @@ void Document::WriteKml(WriteState& state) const {
   state.PopStylesAndSchemas();
 }
 
+void Document::WriteStylesAndSchemas(WriteState& state, const QString&) const { WriteKml(state); }
+
 void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* feature) const {
   WriteKmlStartTag(state, false);
   for (const Field* field : AbstractFeature::GetClassSchema().GetSerializedFields())

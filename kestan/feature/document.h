@@ -50,6 +50,8 @@ public:
   void CollectStylesAndSchemas(WriteState& state) const override;
   void accept(FeatureVisitor& visitor) override;
   void WriteKml(WriteState& state) const override;
+  /// A document takes its own styles along, and needs no other around it.
+  void WriteStylesAndSchemas(WriteState& state, const QString& path) const override;
   void NotifyFieldChanged(const Field& field) override;
 
 private:

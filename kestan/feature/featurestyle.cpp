@@ -158,7 +158,8 @@ void AbstractFeature::FlattenStyleSelectors() const {
 void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
   if (extendedData_)
     extendedData_->CollectSchemas(state);
-  if (referencedStyleSelector_ && !StyleSelector::IsBuiltInUrl(styleUrl_))
+  if (referencedStyleSelector_ && !state.HasStyle(*referencedStyleSelector_) &&
+      !StyleSelector::IsBuiltInUrl(styleUrl_))
     referencedStyleSelector_->InternalCollectStyles(state);
   // The inline selector goes out where it stands. What it refers to has to be found.
   if (inlineStyleSelector_)

@@ -38,7 +38,9 @@ void Placemark::SetGeometry(Geometry* geometry) {
 
 void Placemark::CollectStylesAndSchemas(WriteState& state) const {
   AbstractFeature::CollectStylesAndSchemas(state);
-  if (geometry_)
+  // Only tracks carry data with schemas, and they make a feature a timed one: the other shapes need
+  // no look.
+  if (geometry_ && GetBit(kBitTimedFeature))
     geometry_->CollectSchemas(state);
 }
 

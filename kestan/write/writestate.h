@@ -111,6 +111,8 @@ public:
   /// Objects that come from a server aren't hoisted, nor those that a document around this one, or
   /// inside it, writes. True for an object that wasn't there yet.
   bool AddStyle(const StyleSelector& style);
+  /// True for a style that has been collected, or that a document around writes.
+  bool HasStyle(const StyleSelector& style) const;
   bool AddSchema(const CustomSchema& schema);
   /// The styles that a document holds itself are written with it, whether something refers to them
   /// or not: another document may.
