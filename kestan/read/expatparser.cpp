@@ -46,8 +46,13 @@ ushort* Widen(const char* text, std::size_t length, ushort* out) {
       std::memcpy(halves, text, kBlock);
       if ((halves[0] | halves[1]) & 0x8080808080808080U)
         break;
-      for (std::size_t i = 0; i < kBlock; ++i) // A constant count, so that it becomes vector code.
-        out[i] = static_cast<unsigned char>(text[i]);
+      // Between arrays of a constant size that can't overlap, so that it becomes vector code.
+      unsigned char narrow[kBlock];
+      ushort wide[kBlock];
+      std::memcpy(narrow, text, kBlock);
+      for (std::size_t i = 0; i < kBlock; ++i)
+        wide[i] = narrow[i];
+      std::memcpy(out, wide, sizeof wide);
       text += kBlock;
       out += kBlock;
     }
