@@ -72,6 +72,13 @@ int SideOf(const QString& parameter, int& value) {
   return -1;
 }
 
+int LastQuery(const QString& url) { return static_cast<int>(url.lastIndexOf(QLatin1Char('?'))); }
+
+void ChopSeparators(QString& query) {
+  while (query.endsWith(QLatin1Char('&')))
+    query.chop(1);
+}
+
 QString Png() { return QLatin1String(ResourceManager::kResourceTypePng); }
 
 } // namespace
@@ -358,26 +365,30 @@ void Icon::Derive(int side, int value) {
   fieldsSpecified_ |= Fields().sides[side]->GetMaskBit();
 }
 
+/// What is left of the reference, taken as one, is left alone: a copy shows the same.
 void Icon::TakeQuery() {
-  const int start = static_cast<int>(href_.lastIndexOf(QLatin1Char('?')));
+  int start = LastQuery(href_);
   if (start < 0)
     return;
-  if (href_.endsWith(QLatin1Char('&')))
-    href_.chop(1);
-  query_ = href_.mid(start);
   // A server may mean something else by these parameters, so that it gets them all the same.
   const QString url = makeAbsolute_ ? AbstractLink::GetResourceUrl() : href_;
   const bool isServer = GGetUrlType(url) == kUrlNetwork;
-  QStringList kept;
-  for (const QString& parameter : query_.mid(1).split(QLatin1Char('&'))) {
-    int value = 0;
-    if (isServer || SideOf(parameter, value) < 0)
-      kept += parameter;
+  QString rest;
+  for (; start >= 0 && rest.isEmpty(); start = LastQuery(href_)) {
+    ChopSeparators(href_);
+    query_ += query_.isNull() ? href_.mid(start) : QLatin1Char('&') + href_.mid(start + 1);
+    QStringList kept;
+    for (const QString& parameter : href_.mid(start + 1).split(QLatin1Char('&'))) {
+      int value = 0;
+      if (isServer || SideOf(parameter, value) < 0)
+        kept += parameter;
+    }
+    rest = kept.join(QLatin1Char('&'));
+    ChopSeparators(rest);
+    href_.truncate(start);
+    if (!rest.isEmpty())
+      href_ += QLatin1Char('?') + rest;
   }
-  href_.truncate(start);
-  const QString rest = kept.join(QLatin1Char('&'));
-  if (!rest.isEmpty())
-    href_ += QLatin1Char('?') + rest;
 }
 
 void Icon::ApplyQuery() {
@@ -416,7 +427,7 @@ void Icon::Classify() {
     texId_ = kImageFile;
   }
   if (urlType_ != kUrlNetwork) {
-    const int query = static_cast<int>(absoluteUrl_.lastIndexOf(QLatin1Char('?')));
+    const int query = LastQuery(absoluteUrl_);
     if (query >= 0)
       keyText_ = absoluteUrl_.left(query);
   }
