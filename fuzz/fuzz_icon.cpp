@@ -125,10 +125,10 @@ void CheckRoundTrip(const Input& input) {
   }
   const QString text = "<Folder xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><Icon>" + content +
                        "</Icon></Folder>";
-  const fuzz::Tree first = fuzz::Read(text.toUtf8());
+  const fuzz::Tree first = fuzz::Read(text.toUtf8(), QStringLiteral("/dir/fuzz.kml"));
   const RefPtr<Icon> icon = GetIcon(first);
   const QByteArray written = fuzz::Write(first);
-  const fuzz::Tree second = fuzz::Read(written);
+  const fuzz::Tree second = fuzz::Read(written, QStringLiteral("/dir/fuzz.kml"));
   ExpectSame("the icon doesn't come back", *icon, *GetIcon(second));
   if (fuzz::Write(second) != written) {
     fuzz::Fail(QStringLiteral("no fixed point: ") + QString::fromUtf8(written));

@@ -61,7 +61,8 @@ void CheckAbsolute(const QString& base, const QString& url) {
   Expect(SchemaObject::MakeAbsoluteUrl(base, url) == absolute, "not the same answer", base, url);
   Expect(!base.isEmpty() || GIsUrlAbsolute(url) || absolute.isEmpty(), "made of nothing", url,
          absolute);
-  if (GIsUrlAbsolute(base) && GetRelativeUrlType(absolute, base) >= kUrlNetwork) {
+  const bool isPlace = net::GetFileNameType(base) != net::kFileNameOther;
+  if (isPlace && GetRelativeUrlType(absolute, base) >= kUrlNetwork) {
     const QString again = SchemaObject::MakeAbsoluteUrl(base, absolute);
     Expect(again == absolute, "made absolute again", absolute, again);
   }

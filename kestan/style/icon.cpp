@@ -72,6 +72,13 @@ int SideOf(const QString& parameter, int& value) {
   return -1;
 }
 
+/// The side that a field holds; -1 for any other field.
+int SideOf(const Field& field) {
+  const auto& sides = Fields().sides;
+  const auto place = std::find(std::begin(sides), std::end(sides), &field);
+  return place == std::end(sides) ? -1 : static_cast<int>(place - std::begin(sides));
+}
+
 int LastQuery(const QString& url) { return static_cast<int>(url.lastIndexOf(QLatin1Char('?'))); }
 
 void ChopSeparators(QString& query) {
@@ -83,10 +90,16 @@ QString Png() { return QLatin1String(ResourceManager::kResourceTypePng); }
 
 } // namespace
 
+void IconSideField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  WriteValue(object, state,
+             get(object) != GetDefault() ||
+                 static_cast<const Icon&>(object).IsSpecifiedBesideQuery(*this));
+}
+
 IconSchema::IconSchema() : SchemaT("Icon", &AbstractLink::GetClassSchema(), Namespace::kKml) {
-  for (SimpleField<int>* field : {&x, &y, &legacyX, &legacyY})
+  for (SimpleField<int>* field : std::initializer_list<SimpleField<int>*>{&x, &y, &legacyX, &legacyY})
     field->SetDefault(0);
-  for (SimpleField<int>* field : {&w, &h, &legacyW, &legacyH})
+  for (SimpleField<int>* field : std::initializer_list<SimpleField<int>*>{&w, &h, &legacyW, &legacyH})
     field->SetDefault(-1);
   w.SetMin(-1);
   h.SetMin(-1);
@@ -190,6 +203,11 @@ bool Icon::HasSpecified(int side) const {
   return (fieldsSpecified_ & Fields().sides[side]->GetMaskBit()) != 0;
 }
 
+bool Icon::IsSpecifiedBesideQuery(const Field& field) const {
+  const int side = SideOf(field);
+  return side >= 0 && HasSpecified(side) && LastQuery(href_) >= 0;
+}
+
 bool Icon::HasSpecifiedX() const { return HasSpecified(kX); }
 bool Icon::HasSpecifiedY() const { return HasSpecified(kY); }
 bool Icon::HasSpecifiedW() const { return HasSpecified(kW); }
@@ -277,14 +295,12 @@ void Icon::NotifyFieldChanged(const Field& field) {
     fromBitmapForm_ = false;
     query_ = QString();
   }
-  const auto& sides = Fields().sides;
-  const auto place = std::find(std::begin(sides), std::end(sides), &field);
-  if (place != std::end(sides)) {
-    const auto side = place - std::begin(sides);
+  const int side = SideOf(field);
+  if (side >= 0) {
     given_[side] = this->*kSides[side];
     givenSides_ |= static_cast<unsigned char>(1 << side);
   }
-  if (urlDirty_ || place != std::end(sides))
+  if (urlDirty_ || side >= 0)
     update();
   SchemaObject::NotifyFieldChanged(field);
 }
@@ -450,6 +466,8 @@ bool Icon::TakeTile(int palette, int column, int row) {
     return false;
   paletteNumber_ = static_cast<short>(palette);
   texId_ = static_cast<short>(palette << 8 | row << 4 | column);
+  x_ = column * kTileSize;
+  y_ = row * kTileSize;
   return true;
 }
 
@@ -466,11 +484,7 @@ bool Icon::TakeServerForm(const QString& rest) {
     if (!isNumber || index < 0)
       return false;
     const int row = kTilesPerSide - 1 - index / kTilesPerSide;
-    if (!TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row))
-      return false;
-    x_ = index % kTilesPerSide * kTileSize;
-    y_ = row * kTileSize;
-    return true;
+    return TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row);
   }
   const QStringList parts = rest.split(QLatin1Char('.'));
   const ResourceRecord record = parts.size() == 2
@@ -487,9 +501,9 @@ void Icon::ShowTile() {
   const int index = x_ / kTileSize + (kTilesPerSide - 1 - y_ / kTileSize) * kTilesPerSide;
   const ResourceRecord record = FindResource(MapPalIconToShape(paletteNumber_, index), Png());
   texId_ = record.found ? kBuiltInImage : kUnknownImage;
+  keyText_ = record.found ? record.text : absoluteUrl_;
   if (!record.found)
     return;
-  keyText_ = record.text;
   hotSpotKind_ = IsCentredPaletteIcon(paletteNumber_, index) ? kCentre : kBottomCentre;
 }
 
