@@ -109,6 +109,7 @@ void Schema::SetBase(const Schema* newBase) {
   }
   base_->derived_.push_back(this);
   creationObservers_ = base_->creationObservers_;
+  hasCreationObservers_ = !creationObservers_.empty();
   size_ = std::max(size_, base_->size_);
   serializedFields_ = base_->serializedFields_;
   objectFields_ = base_->objectFields_;
@@ -219,12 +220,14 @@ void Schema::DestructCustomFields(SchemaObject&) const {}
 
 void Schema::AddCreationObserver(CreationObserver& observer) const {
   creationObservers_.push_back(&observer);
+  hasCreationObservers_ = true;
   for (const Schema* schema : derived_)
     schema->AddCreationObserver(observer);
 }
 
 void Schema::RemCreationObserver(CreationObserver& observer) const {
   EraseFirst<CreationObserver>(creationObservers_, &observer);
+  hasCreationObservers_ = !creationObservers_.empty();
   for (const Schema* schema : derived_)
     schema->RemCreationObserver(observer);
 }

@@ -111,6 +111,8 @@ public:
   void AddCreationObserver(CreationObserver& observer) const;
   void RemCreationObserver(CreationObserver& observer) const;
   const mmvector<CreationObserver*>& GetCreationObservers() const { return creationObservers_; }
+  /// Whether there is any; without the lock.
+  bool HasCreationObservers() const { return hasCreationObservers_.load(std::memory_order_relaxed); }
 
   static void NotifyPostCreate(SchemaObject& object);
 
@@ -138,6 +140,7 @@ private:
   unsigned fieldCount_ = 0;
   mutable mmvector<Schema*> derived_;
   mutable mmvector<CreationObserver*> creationObservers_;
+  mutable std::atomic<bool> hasCreationObservers_{false};
   bool experimental_ = false;
 
   static SpinLock s_lock_;
