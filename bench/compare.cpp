@@ -1,14 +1,25 @@
 #include "bench/compare.h"
 
 #include <algorithm>
-#include <chrono>
+
+#include <time.h>
 
 namespace bench {
 
+namespace {
+
+double Now() {
+  timespec time;
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+} // namespace
+
 double Seconds(const std::function<void()>& action) {
-  const auto start = std::chrono::steady_clock::now();
+  const double start = Now();
   action();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return Now() - start;
 }
 
 double Median(std::vector<double> values) {

@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// What `action` takes, in seconds.
+/// The processor time that `action` takes, in seconds: what runs beside it doesn't count.
 double Seconds(const std::function<void()>& action);
 
 /// The middle value; of an even number of values, the mean of the two in the middle.
