@@ -236,7 +236,6 @@ private:
   friend class ObjectObserver;
   friend class CreationObserver;
   friend class StyleSelector; // has several owners
-  friend class StyleClimb;
 
   using HandlerMap = std::map<HandlerType, HandlerFunc>;
 

@@ -9,6 +9,7 @@
 #include "kestan/write/writestate.h" // shared maps are collected for the output
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace vorrel::kestan {
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "kestan/core/schemaobject.h"
+#include "kestan/host/pointerset.h"
 
 #include <cstdint>
 #include <memory>
-#include <unordered_set>
 
 namespace vorrel::kestan {
 
@@ -75,9 +75,7 @@ protected:
   StyleSelector(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
 private:
-  friend class StyleClimb;
-
-  using OwnerSet = std::unordered_set<SchemaObject*>;
+  using OwnerSet = PointerSet<SchemaObject>;
 
   std::unique_ptr<OwnerSet> owners_; // where there are several; else the plain owner, if any
   std::uint32_t flattenRevision_ = 0;
