@@ -7,39 +7,37 @@
 
 namespace vorrel {
 
-/// Set of pointers, made for many members and few looks at them: the members lie behind each other
-/// in one array, where `operator[]` reads them, beside a table of places in it (open addressing,
-/// half full at most). An insertion allocates nothing but the growth of the two.
+/// Set of pointers for many insertions and few questions. The members lie behind each other in an
+/// array. An insertion only appends; the next question enters what came since the last one in a
+/// table of places (open addressing, half full at most), and drops what was there already.
 ///
 /// Members keep the order in which they came until one leaves: the last takes its place. Owns
-/// nothing. Not safe across threads.
+/// nothing. Not safe across threads, questions included.
 template <class T> class PointerSet {
 public:
-  int size() const { return static_cast<int>(members_.size()); }
-  T* operator[](int index) const { return members_[static_cast<std::size_t>(index)]; }
-
+  int size() const {
+    Settle();
+    return static_cast<int>(members_.size());
+  }
+  T* operator[](int index) const {
+    Settle();
+    return members_[static_cast<std::size_t>(index)];
+  }
   bool contains(const T* member) const {
-    return !table_.empty() && table_[FindCell(member)] != kFree;
+    Settle();
+    return table_[FindCell(member)] != kFree;
   }
 
-  /// False when it's in the set already.
-  bool insert(T* member) {
-    if (table_.size() <= 2 * members_.size())
-      Grow();
-    const std::size_t cell = FindCell(member);
-    if (table_[cell] != kFree)
-      return false;
-    members_.push_back(member);
-    table_[cell] = static_cast<std::uint32_t>(members_.size());
-    return true;
-  }
+  /// Changes nothing when it's in the set already.
+  void insert(T* member) { members_.push_back(member); }
 
-  /// False when it isn't in the set.
-  bool erase(const T* member) {
-    if (!contains(member))
-      return false;
+  /// Changes nothing when it isn't in the set.
+  void erase(const T* member) {
+    Settle();
     const std::size_t cell = FindCell(member);
     const std::uint32_t place = table_[cell];
+    if (place == kFree)
+      return;
     Close(cell);
     T* const last = members_.back();
     if (last != member) {
@@ -47,7 +45,7 @@ public:
       members_[place - 1] = last;
     }
     members_.pop_back();
-    return true;
+    --settled_;
   }
 
 private:
@@ -70,14 +68,26 @@ private:
     return cell;
   }
 
-  void Grow() {
-    table_.assign(std::max(kLeastCells, 2 * table_.size()), kFree);
-    for (std::size_t i = 0; i < members_.size(); ++i) {
-      std::size_t cell = HomeOf(members_[i]);
-      while (table_[cell] != kFree)
-        cell = NextTo(cell);
-      table_[cell] = static_cast<std::uint32_t>(i + 1);
+  void Settle() const {
+    if (settled_ == members_.size() && !table_.empty())
+      return;
+    std::size_t cells = std::max(kLeastCells, table_.size());
+    while (cells < 2 * members_.size())
+      cells *= 2;
+    if (cells != table_.size()) {
+      table_.assign(cells, kFree);
+      settled_ = 0;
     }
+    std::size_t end = settled_;
+    for (std::size_t i = settled_; i < members_.size(); ++i) {
+      std::uint32_t& place = table_[FindCell(members_[i])];
+      if (place != kFree)
+        continue;
+      members_[end++] = members_[i];
+      place = static_cast<std::uint32_t>(end);
+    }
+    members_.resize(end);
+    settled_ = end;
   }
 
   /// Frees a cell, and moves those behind it up whose search would end there.
@@ -93,8 +103,9 @@ private:
     table_[gap] = kFree;
   }
 
-  std::vector<T*> members_;
-  std::vector<std::uint32_t> table_; ///< A power of two of cells, or none.
+  mutable std::vector<T*> members_;
+  mutable std::vector<std::uint32_t> table_; // a power of two of cells, or none
+  mutable std::size_t settled_ = 0;          // members in the table; the rest has come since
 };
 
 } // namespace vorrel

@@ -43,8 +43,9 @@ public:
   static RefPtr<StyleSelector> resolve(const KmlId& id, Icon& normal, Icon& highlight);
   /// True for the URL of something built in: it's a name of its own, and travels as it is.
   static bool IsBuiltInUrl(const QString& url);
-  /// The URL that names this selector in a document under `baseUrl`.
-  QString MakeStyleUrl(const QString& baseUrl) const;
+  /// The URL that names this selector in a document under `baseUrl`: `present` itself, in the same
+  /// memory, when it says so already.
+  QString MakeStyleUrl(const QString& baseUrl, const QString& present) const;
 
   /// Of a flattened selector: the count of changes when it was made.
   std::uint32_t GetFlattenRevision() const { return flattenRevision_; }
