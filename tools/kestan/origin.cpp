@@ -72,9 +72,9 @@ QString Origin::ToText() const {
     return name;
   }
   if (from == QLatin1String("styleMap")) {
-    return QStringLiteral("style map ") +
-           (map.isNull() ? QStringLiteral("inline") : Printable(map)) + QStringLiteral(" > ") +
-           (style.isNull() ? QStringLiteral("inline") : name);
+    return (map.isNull() ? QStringLiteral("inline style map")
+                         : QStringLiteral("style map ") + Printable(map)) +
+           QStringLiteral(" > ") + (style.isNull() ? QStringLiteral("inline") : name);
   }
   QString text = from;
   if (!name.isEmpty()) {

@@ -7,8 +7,8 @@
 
 namespace tool {
 
-/// Goes over a tree of objects, parents before children and in the order of the document, however
-/// deep it is. What objects refer to isn't part of the tree.
+/// Goes over a tree of objects, parents before children, however deep it is. Children come in the
+/// order of their class's fields; what objects refer to isn't part of the tree.
 class Walk {
 public:
   explicit Walk(const vorrel::kestan::SchemaObject& root) : pending_{{&root, 0}} {}
