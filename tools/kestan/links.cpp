@@ -127,33 +127,17 @@ QByteArray ToJson(const Reference& reference) {
       .Get();
 }
 
-} // namespace
-
-int ShowLinks(const Arguments& arguments) {
-  const QString& file = arguments.GetFile();
-  const Document document =
-      arguments.base.isEmpty() ? ReadDocument(file) : ReadDocumentAs(file, arguments.base);
-  if (!document.root) {
-    Complain(document.error);
-    return kFindings;
-  }
-  const Progress progress("Collecting links");
-  if (arguments.view) {
-    vorrel::mmvector<SchemaObject*> links;
-    document.root->FindBySchema(AbstractLink::GetClassSchema(), links);
-    for (SchemaObject* link : links) {
-      static_cast<AbstractLink*>(link)->setViewParams(*arguments.view);
-    }
-  }
-  const bool json = arguments.json;
+/// Prints each reference once: icons come again and again. `isRawContent` tells whether there's
+/// more in elements that no class understands. Answers the exit status.
+int PrintReferences(const SchemaObject& root, bool json, bool& isRawContent) {
+  const Progress progress("Collecting links", Progress::kAsItGoes);
   Output output;
   output.Write(json ? "{\"links\":[" : "");
-  QSet<QByteArray> shown; // icons come again and again
-  bool hasMore = false;
-  Walk walk(*document.root);
+  QSet<QByteArray> shown;
+  Walk walk(root);
   while (const SchemaObject* object = walk.Next()) {
-    hasMore =
-        hasMore || (object->HasUnknownData() && object->GetUnknownData()->fields.contains("href>"));
+    const UnknownData* unknown = object->GetUnknownData();
+    isRawContent = isRawContent || (unknown && unknown->fields.contains("href>"));
     for (const Reference& reference : GetReferences(*object)) {
       const QByteArray line = json ? ToJson(reference) : ToText(reference);
       if (!shown.contains(line)) {
@@ -164,10 +148,32 @@ int ShowLinks(const Arguments& arguments) {
     }
   }
   output.Write(json ? "\n]}\n" : "");
-  if (hasMore) {
+  return output.Finish(kFine);
+}
+
+} // namespace
+
+int ShowLinks(const Arguments& arguments) {
+  const QString& file = arguments.GetFile();
+  const Document document =
+      arguments.base.isEmpty() ? ReadDocument(file) : ReadDocumentAs(file, arguments.base);
+  if (!document.root) {
+    Complain(document.error);
+    return kFindings;
+  }
+  if (arguments.view) {
+    vorrel::mmvector<SchemaObject*> links;
+    document.root->FindBySchema(AbstractLink::GetClassSchema(), links);
+    for (SchemaObject* link : links) {
+      static_cast<AbstractLink*>(link)->setViewParams(*arguments.view);
+    }
+  }
+  bool isRawContent = false;
+  const int status = PrintReferences(*document.root, arguments.json, isRawContent);
+  if (isRawContent) {
     Complain(QStringLiteral("%1: there are links in elements that aren't understood").arg(file));
   }
-  return output.Finish(kFine);
+  return status;
 }
 
 } // namespace tool

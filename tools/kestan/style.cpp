@@ -9,6 +9,8 @@
 
 #include <QSet>
 
+#include <utility>
+
 using namespace vorrel::kestan;
 
 namespace tool {
@@ -97,20 +99,13 @@ private:
   Output output_;
 };
 
-} // namespace
-
-int ShowStyles(const Arguments& arguments) {
-  const Document document = ReadDocument(arguments.GetFile());
-  if (!document.root) {
-    Complain(document.error);
-    return kFindings;
-  }
-  const Progress progress("Resolving styles");
-  QStringList ids = arguments.operands.mid(1);
-  const QSet<QString> wanted(ids.begin(), ids.end());
-  QSet<QString> missing = wanted;
-  Printer printer(arguments.json);
-  Walk walk(*document.root);
+/// Prints all features, or those of which the id is wanted, and takes what it finds out of
+/// `missing`. Answers the exit status.
+int PrintFeatures(const SchemaObject& root, bool json, const QSet<QString>& wanted,
+                  QSet<QString>& missing) {
+  const Progress progress("Resolving styles", Progress::kAsItGoes);
+  Printer printer(json);
+  Walk walk(root);
   while (const SchemaObject* object = walk.Next()) {
     const bool isWanted = wanted.isEmpty() || wanted.contains(object->GetId());
     if (!isWanted || !object->isOfType(AbstractFeature::GetClassSchema())) {
@@ -121,13 +116,26 @@ int ShowStyles(const Arguments& arguments) {
       break;
     }
   }
-  const int status = printer.Finish(missing.isEmpty() ? kFine : kFindings);
-  if (status != kNoOutput) {
-    ids.removeDuplicates();
-    for (const QString& id : ids) {
-      if (missing.contains(id)) {
-        Complain(QStringLiteral("%1: no feature has the id \"%2\"").arg(arguments.GetFile(), id));
-      }
+  return printer.Finish(missing.isEmpty() ? kFine : kFindings);
+}
+
+} // namespace
+
+int ShowStyles(const Arguments& arguments) {
+  const QString& file = arguments.GetFile();
+  const Document document = ReadDocument(file);
+  if (!document.root) {
+    Complain(document.error);
+    return kFindings;
+  }
+  QStringList ids = arguments.operands.mid(1);
+  ids.removeDuplicates();
+  const QSet<QString> wanted(ids.begin(), ids.end());
+  QSet<QString> missing = wanted;
+  const int status = PrintFeatures(*document.root, arguments.json, wanted, missing);
+  for (const QString& id : ids) {
+    if (status != kNoOutput && missing.contains(id)) {
+      Complain(QStringLiteral("%1: no feature has the id \"%2\"").arg(file, id));
     }
   }
   return status;
