@@ -21,7 +21,6 @@ namespace {
 
 constexpr int kSides = 4;
 const char* const kNames[kSides] = {"x", "y", "w", "h"};
-void (Icon::*const kSetters[kSides])(int) = {&Icon::SetX, &Icon::SetY, &Icon::SetW, &Icon::SetH};
 
 /// A reference, and the sides of the rectangle that are given.
 struct Input {
@@ -62,11 +61,15 @@ void ExpectSame(const char* what, const Icon& a, const Icon& b) {
 }
 
 void SetSides(Icon& icon, const Input& input) {
-  for (int i = kSides - 1; i >= 0; --i) {
-    if (input.given[i]) {
-      (icon.*kSetters[i])(input.sides[i]);
+  const auto set = [&](int side, auto setter) {
+    if (input.given[side]) {
+      (icon.*setter)(input.sides[side]);
     }
-  }
+  };
+  set(3, &Icon::SetH);
+  set(2, &Icon::SetW);
+  set(1, &Icon::SetY);
+  set(0, &Icon::SetX);
 }
 
 void CheckOrder(const Input& input) {
