@@ -1,9 +1,11 @@
 #include "kestan/core/strfield.h"
 
+#include "kestan/core/schemaobject.h"
+
 namespace vorrel::kestan {
 
 bool StrField::IsUndefined(const SchemaObject& object) const {
-  return Member<QString>(object).isEmpty();
+  return Member<QString>(object).isEmpty() && (object.GetFieldsSpecified() & GetMaskBit()) == 0;
 }
 
 HrefStrField::HrefStrField(Schema& schema, const QString& name, unsigned offset, Field::Type type,

@@ -37,10 +37,6 @@ QString AppendQuery(QString url, const QString& query) {
 
 } // namespace
 
-bool ViewFormatField::IsUndefined(const SchemaObject& object) const {
-  return (object.GetFieldsSpecified() & GetMaskBit()) == 0;
-}
-
 void ViewFormatField::WriteKml(const SchemaObject& object, WriteState& state) const {
   WriteValue(object, state, true);
 }

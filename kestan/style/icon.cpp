@@ -121,7 +121,8 @@ void Icon::init(const QString& url, bool makeAbsolute, bool clientFlag) {
   makeAbsolute_ = makeAbsolute;
   clientFlag_ = clientFlag;
   std::copy(std::begin(kNoRectangle), std::end(kNoRectangle), given_);
-  SetHref(url);
+  if (!url.isEmpty()) // else nobody gave a reference
+    SetHref(url);
 }
 
 RefPtr<Icon> Icon::CreateEmptyIcon(bool clientFlag) { return RefPtr<Icon>(new Icon(clientFlag)); }
