@@ -138,8 +138,14 @@ void StrField::WriteKmlString(const SchemaObject& object, WriteState& state) con
   state.xml() << Member<QString>(object);
 }
 
-void IdField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
-  state.xml() << state.GetObjectId(object);
+void IdField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  const QString id = state.GetObjectId(object);
+  if (id.isEmpty())
+    return;
+  WriteAttributeStart(*this, object, state);
+  const AttributeScope scope(state.stream());
+  state.xml() << id;
+  state.out("\"");
 }
 
 void HrefStrField::WriteKmlString(const SchemaObject& object, WriteState& state) const {

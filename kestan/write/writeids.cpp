@@ -79,8 +79,12 @@ QString WriteState::AssignId(const SchemaObject& object) {
   if (known != idsByObject_.constEnd())
     return *known;
   QString id = object.GetId();
-  if (objectsById_.contains(id))
+  const bool isNameless = id.isEmpty();
+  if (isNameless) // and yet something refers to it
+    id = GenerateUniqueId(object.getType());
+  else if (objectsById_.contains(id))
     id = GenerateUniqueId(id);
+  namesNameless_ |= isNameless;
   objectsById_.insert(id, &object);
   idsByObject_.insert(&object, id);
   return id;
@@ -95,7 +99,7 @@ QString WriteState::GenerateUniqueId(const QString& id) {
 }
 
 QString WriteState::GetObjectId(const SchemaObject& object) const {
-  if (idsByObject_.isEmpty())
+  if (idsByObject_.isEmpty() || (object.GetId().isEmpty() && !namesNameless_))
     return object.GetId();
   return idsByObject_.value(&object, object.GetId());
 }
