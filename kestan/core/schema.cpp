@@ -72,6 +72,7 @@ Schema::Schema(unsigned size, const Schema* base) : size_(size) { construct(base
 Schema::~Schema() {
   {
     const std::lock_guard<SpinLock> guard(s_lock_);
+    const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
     if (base_)
       EraseFirst<Schema>(base_->derived_, this);
     for (Schema* schema : derived_)
@@ -93,6 +94,7 @@ void Schema::construct(const Schema* base) {
 
 void Schema::SetBase(const Schema* newBase) {
   const std::lock_guard<SpinLock> guard(s_lock_);
+  const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
   if (newBase == base_)
     return;
   serializedFields_.clear();
@@ -109,6 +111,7 @@ void Schema::SetBase(const Schema* newBase) {
   }
   base_->derived_.push_back(this);
   creationObservers_ = base_->creationObservers_;
+  hasCreationObservers_ = !creationObservers_.empty();
   size_ = std::max(size_, base_->size_);
   serializedFields_ = base_->serializedFields_;
   objectFields_ = base_->objectFields_;
@@ -219,12 +222,14 @@ void Schema::DestructCustomFields(SchemaObject&) const {}
 
 void Schema::AddCreationObserver(CreationObserver& observer) const {
   creationObservers_.push_back(&observer);
+  hasCreationObservers_ = true;
   for (const Schema* schema : derived_)
     schema->AddCreationObserver(observer);
 }
 
 void Schema::RemCreationObserver(CreationObserver& observer) const {
   EraseFirst<CreationObserver>(creationObservers_, &observer);
+  hasCreationObservers_ = !creationObservers_.empty();
   for (const Schema* schema : derived_)
     schema->RemCreationObserver(observer);
 }
