@@ -41,10 +41,6 @@ bool MergeAlike(const SchemaObject* a, const SchemaObject* b) {
   return true;
 }
 
-template <class T> bool AreEqual(const T* own, const T* other, const T* standIn) {
-  return own == other || *(own ? own : standIn) == *(other ? other : standIn);
-}
-
 } // namespace
 
 StyleSchema::StyleSchema() : SchemaT("Style", &StyleSelector::GetClassSchema(), Namespace::kKml) {

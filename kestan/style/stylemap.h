@@ -63,7 +63,6 @@ private:
   friend class StyleMapSchema;
   struct Selection;
 
-  void AddPair(StyleStateMode mode, Style& style);
   const Pair* FindPair(int state) const;
   /// Follows the maps from this one to a style.
   Selection Select(int mode) const;

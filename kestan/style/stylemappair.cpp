@@ -6,6 +6,7 @@
 #include "kestan/read/typedloadobserver.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemappairschema.h"
+#include "kestan/style/stylemapschema.h"
 
 #include <algorithm>
 
@@ -39,6 +40,13 @@ StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
     NotifyPostCreate();
   else
     SetBit(kBitNoCreationNotify, true);
+}
+
+StyleMap::Pair::Pair(const QString& key, Style& style, StyleMap& map)
+    : Pair(KmlId(QString(), map.GetUrl()), map.GetBaseUrl()) {
+  SetKey(key);
+  SetStyleSelector(&style);
+  StyleMapSchema::GetSingleton().pairs.add(map, this);
 }
 
 StyleMap::Pair::~Pair() {

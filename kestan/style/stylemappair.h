@@ -13,6 +13,8 @@ public:
   static const Schema& GetClassSchema();
 
   Pair(const KmlId& id, const QString& baseUrl, bool notify = true);
+  /// A new look of `map`, which keeps it.
+  Pair(const QString& key, Style& style, StyleMap& map);
   ~Pair() override;
 
   const QString& GetKey() const { return key_; }

@@ -113,7 +113,8 @@ TEST_F(StyleGraphTest, AReferenceEndsWithATargetThatItCannotKeep) {
   const AbstractFeature* feature = Find(*document, "p");
   EXPECT_EQ("", Look(*feature));
   other.reset();
-  EXPECT_FALSE(StyleMap::find("/dir/b.kml", "b") && Look(*feature) != "");
+  EXPECT_FALSE(StyleMap::find("/dir/b.kml", "b"));
+  EXPECT_EQ("failed", Look(*feature));
   EXPECT_EQ("IconStyle.scale=1.2", Look(*feature, 1));
 }
 
