@@ -178,9 +178,11 @@ TEST_F(IconTest, OlderElementsFillInAndStay) {
   EXPECT_EQ("<gx:x>20</gx:x>", Element(text, "gx:x"));
   EXPECT_EQ("<gx:y>30</gx:y>", Element(text, "gx:y"));
   EXPECT_EQ("<w>-7</w>", Element(text, "w"));
+  EXPECT_EQ("0,0,-1,-1", Rectangle(*ReadIcon("<href>a.png</href><gx:w>-7</gx:w><gx:h>-2</gx:h>")));
 }
 
-TEST_F(IconTest, ATextureNameIsNotResolved) {
+TEST_F(IconTest, TheOlderFormOfTheElementIsTheUrlAndATextureNameIsNotResolved) {
+  EXPECT_EQ("http://h/a.png", ReadIcon("http://h/a.png")->GetUrl());
   const auto icon = Icon::CreateFromTextureName("crosshair");
   EXPECT_EQ("crosshair", icon->GetAbsoluteUrl());
   EXPECT_EQ("crosshair", icon->GetKeyText());
@@ -200,12 +202,6 @@ TEST_F(IconTest, TheUrlFollowsTheViewAndIsWrittenWithoutIt) {
   EXPECT_EQ("http://h/a.png?BBOX=0,0,90,0", icon->GetAbsoluteUrl());
   EXPECT_EQ(icon->GetAbsoluteUrl(), icon->GetKeyText());
   EXPECT_EQ("<href>http://h/a.png</href>", Element(Write(*icon), "href"));
-}
-
-TEST_F(IconTest, TheOlderFormOfTheElementIsTheUrl) {
-  const auto icon = ReadIcon("http://h/a.png");
-  ASSERT_TRUE(icon);
-  EXPECT_EQ("http://h/a.png", icon->GetUrl());
 }
 
 TEST_F(IconTest, AFlatfileImageIsWrittenAsTheHalfThatIsShown) {
