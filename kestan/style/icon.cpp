@@ -29,6 +29,8 @@ enum Side { kX, kY, kW, kH };
 const char* const kSideParameters[] = {"x=", "y=", "w=", "h="};
 constexpr int kNoRectangle[] = {0, 0, -1, -1};
 
+constexpr unsigned char SideBit(int side) { return static_cast<unsigned char>(1U << side); }
+
 constexpr char kBitmapPrefix[] = "root://icons/bitmap-";
 constexpr char kPalettePrefix[] = "root://icons/palette-";
 
@@ -120,7 +122,6 @@ Icon::~Icon() { NotifyPreDelete(); }
 void Icon::init(const QString& url, bool makeAbsolute, bool clientFlag) {
   makeAbsolute_ = makeAbsolute;
   clientFlag_ = clientFlag;
-  std::copy(std::begin(kNoRectangle), std::end(kNoRectangle), given_);
   if (!url.isEmpty()) // else nobody gave a reference
     SetHref(url);
 }
@@ -174,9 +175,9 @@ void Icon::SetSide(int side, int value) {
     field.SetTypedObject(*this, value);
     return;
   }
-  if (!(givenSides_ & (1 << side)))
+  if (!(givenSides_ & SideBit(side)))
     given_[side] = value;
-  givenSides_ |= static_cast<unsigned char>(1 << side);
+  givenSides_ |= SideBit(side);
   fieldsSpecified_ |= field.GetMaskBit();
 }
 
@@ -197,6 +198,11 @@ void Icon::AdoptLegacyRectangle() {
     const int value = legacy.get(*this);
     SetSide(side, side == kX || side == kY ? value : std::max(value, -1));
   }
+}
+
+const QString& Icon::GetKeyText() const {
+  // What a server is asked for depends on the view, too.
+  return texId_ == kImageFile && urlType_ == kUrlNetwork ? GetAbsoluteUrl() : keyText_;
 }
 
 bool Icon::operator==(const Icon& other) const { return CreateIconKey() == other.CreateIconKey(); }
@@ -267,19 +273,25 @@ FromStringResult Icon::fromString(const QString& text) {
 
 void Icon::NotifyFieldChanged(const Field& field) {
   MarkChanged(field);
-  if (&field == &AbstractLinkSchema::GetSingleton().href) {
+  const bool isHref = &field == &AbstractLinkSchema::GetSingleton().href;
+  if (isHref) {
     fromBitmapForm_ = false;
-    query_ = QString();
+    queryTaken_ = false;
   }
   const auto& sides = Fields().sides;
   const auto place = std::find(std::begin(sides), std::end(sides), &field);
-  if (place != std::end(sides)) {
-    const auto side = place - std::begin(sides);
+  const bool isSide = place != std::end(sides);
+  if (isSide) {
+    const int side = static_cast<int>(place - std::begin(sides));
     given_[side] = this->*kSides[side];
-    givenSides_ |= static_cast<unsigned char>(1 << side);
+    givenSides_ |= SideBit(side);
   }
-  if (urlDirty_ || place != std::end(sides))
+  // A URL may be long, and an icon may be told of many changes. So it's looked at only where the
+  // outcome can be another one.
+  if (isHref || (isSide && isPalette_) || (urlDirty_ && (texId_ != kImageFile || !makeAbsolute_)))
     update();
+  else if (isSide)
+    ResetRectangle();
   SchemaObject::NotifyFieldChanged(field);
 }
 
@@ -288,7 +300,7 @@ void Icon::merge(const SchemaObject& a, const SchemaObject& b) {
   // Each side was set on the way; only those count that one of the two has.
   for (int side = 0; side < kSideCount; ++side) {
     if (!HasSpecified(side))
-      givenSides_ &= static_cast<unsigned char>(~(1 << side));
+      givenSides_ &= static_cast<unsigned char>(~SideBit(side));
   }
   const unsigned href = AbstractLinkSchema::GetSingleton().href.GetMaskBit();
   const SchemaObject& source = b.GetFieldsSpecified() & href ? b : a;
@@ -305,8 +317,11 @@ void Icon::CopyNonFieldStuff(const SchemaObject& src) {
   refreshStamp_ = icon.refreshStamp_;
   makeAbsolute_ = icon.makeAbsolute_;
   fromBitmapForm_ = icon.fromBitmapForm_;
-  query_ = icon.query_;
+  queryTaken_ = icon.queryTaken_;
+  hasQuery_ = icon.hasQuery_;
+  queriedSides_ = icon.queriedSides_;
   givenSides_ = icon.givenSides_;
+  std::copy(std::begin(icon.queried_), std::end(icon.queried_), queried_);
   std::copy(std::begin(icon.given_), std::end(icon.given_), given_);
   update();
 }
@@ -318,14 +333,11 @@ void Icon::update() {
   paletteNumber_ = -1;
   hotSpotKind_ = kNoHotSpot;
   wholeImage_ = false;
+  isPalette_ = false;
   urlType_ = 0;
-  ResetToGiven();
-  if (query_.isNull())
+  if (!queryTaken_)
     TakeQuery();
-  if (!query_.isNull())
-    ApplyQuery();
-  if (fromBitmapForm_)
-    MapOldRows();
+  ResetRectangle();
   if (href_.isEmpty()) {
     texId_ = kNoImage;
     absoluteUrl_ = keyText_ = QString();
@@ -340,13 +352,22 @@ void Icon::update() {
     Classify();
 }
 
-void Icon::ResetToGiven() {
+void Icon::ResetRectangle() {
   for (int side = 0; side < kSideCount; ++side) {
-    const bool isGiven = givenSides_ & (1 << side);
+    const bool isGiven = givenSides_ & SideBit(side);
+    const bool isQueried = queriedSides_ & SideBit(side);
+    const bool isTileSize = hasQuery_ && (side == kW || side == kH) && (x_ > 0 || y_ > 0);
     const unsigned bit = Fields().sides[side]->GetMaskBit();
-    this->*kSides[side] = isGiven ? given_[side] : kNoRectangle[side];
-    fieldsSpecified_ = isGiven ? fieldsSpecified_ | bit : fieldsSpecified_ & ~bit;
+    if (isGiven || isQueried || isTileSize) {
+      this->*kSides[side] = isGiven ? given_[side] : isQueried ? queried_[side] : kTileSize;
+      fieldsSpecified_ |= bit;
+    } else {
+      this->*kSides[side] = kNoRectangle[side];
+      fieldsSpecified_ &= ~bit;
+    }
   }
+  if (fromBitmapForm_)
+    MapOldRows();
 }
 
 void Icon::MapOldRows() {
@@ -354,25 +375,28 @@ void Icon::MapOldRows() {
   y_ = OldRowToNew(y_ / kTileSize) * kTileSize;
 }
 
-void Icon::Derive(int side, int value) {
-  this->*kSides[side] = value;
-  fieldsSpecified_ |= Fields().sides[side]->GetMaskBit();
-}
-
+/// Of several values for one side the first counts.
 void Icon::TakeQuery() {
+  queryTaken_ = true;
+  queriedSides_ = 0;
   const int start = static_cast<int>(href_.lastIndexOf(QLatin1Char('?')));
-  if (start < 0)
+  hasQuery_ = start >= 0;
+  if (!hasQuery_)
     return;
   if (href_.endsWith(QLatin1Char('&')))
     href_.chop(1);
-  query_ = href_.mid(start);
   // A server may mean something else by these parameters, so that it gets them all the same.
   const QString url = makeAbsolute_ ? AbstractLink::GetResourceUrl() : href_;
   const bool isServer = GGetUrlType(url) == kUrlNetwork;
   QStringList kept;
-  for (const QString& parameter : query_.mid(1).split(QLatin1Char('&'))) {
+  for (const QString& parameter : href_.mid(start + 1).split(QLatin1Char('&'))) {
     int value = 0;
-    if (isServer || SideOf(parameter, value) < 0)
+    const int side = SideOf(parameter, value);
+    if (side >= 0 && !(queriedSides_ & SideBit(side))) {
+      queried_[side] = value;
+      queriedSides_ |= SideBit(side);
+    }
+    if (isServer || side < 0)
       kept += parameter;
   }
   href_.truncate(start);
@@ -381,48 +405,32 @@ void Icon::TakeQuery() {
     href_ += QLatin1Char('?') + rest;
 }
 
-void Icon::ApplyQuery() {
-  for (const QString& parameter : query_.mid(1).split(QLatin1Char('&'))) {
-    int value = 0;
-    const int side = SideOf(parameter, value);
-    if (side >= 0 && !HasSpecified(side))
-      Derive(side, value);
-  }
-  if (x_ <= 0 && y_ <= 0)
-    return;
-  for (const int side : {kW, kH}) {
-    if (!HasSpecified(side))
-      Derive(side, kTileSize);
-  }
-}
-
 void Icon::Classify() {
   urlType_ = GGetUrlType(absoluteUrl_);
   if (urlType_ == kUrlFlatfile) {
     texId_ = kFlatfileImage;
     return;
   }
-  bool isTile = false;
+  bool showsTile = false;
   if (StartsWith(absoluteUrl_, kBitmapPrefix) &&
       !TakeBitmapForm(DigitAt(absoluteUrl_, static_cast<int>(sizeof(kBitmapPrefix)) - 1)))
     return;
   if (StartsWith(absoluteUrl_, kPalettePrefix)) {
+    isPalette_ = true;
     const int palette = DigitAt(absoluteUrl_, static_cast<int>(sizeof(kPalettePrefix)) - 1);
-    isTile = TakeTile(palette, x_ / kTileSize, y_ / kTileSize);
-    if (!isTile)
+    showsTile = TakeTile(palette, x_ / kTileSize, y_ / kTileSize);
+    if (!showsTile)
       return;
   } else if (StartsWith(absoluteUrl_, kIconServerBase)) {
-    isTile = TakeServerForm(absoluteUrl_.mid(static_cast<int>(sizeof(kIconServerBase)) - 1));
+    showsTile = TakeServerForm(absoluteUrl_.mid(static_cast<int>(sizeof(kIconServerBase)) - 1));
   } else {
     texId_ = kImageFile;
   }
-  if (urlType_ != kUrlNetwork) {
-    const int query = static_cast<int>(absoluteUrl_.lastIndexOf(QLatin1Char('?')));
-    if (query >= 0)
-      keyText_ = absoluteUrl_.left(query);
-  }
-  if (isTile)
-    ShowTile();
+  if (showsTile && ShowTile())
+    return;
+  const int query = static_cast<int>(keyText_.lastIndexOf(QLatin1Char('?')));
+  if (urlType_ != kUrlNetwork && query >= 0)
+    keyText_.truncate(query);
 }
 
 bool Icon::TakeBitmapForm(int palette) {
@@ -450,14 +458,18 @@ bool Icon::TakeServerForm(const QString& rest) {
     constexpr int kPalettePosition = 3;
     constexpr int kNumberPosition = 9;
     constexpr int kSuffixLength = 4;
+    constexpr int kMaxDigits = 9;
     bool isNumber = false;
     const int length = static_cast<int>(rest.size()) - kNumberPosition - kSuffixLength;
-    const int index = length > 0 ? rest.midRef(kNumberPosition, length).toInt(&isNumber) : 0;
+    const int index = length > 0 && length <= kMaxDigits
+                          ? rest.midRef(kNumberPosition, length).toInt(&isNumber)
+                          : 0;
     if (!isNumber || index < 0)
       return false;
     const int row = kTilesPerSide - 1 - index / kTilesPerSide;
     if (!TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row))
       return false;
+    isPalette_ = true;
     x_ = index % kTilesPerSide * kTileSize;
     y_ = row * kTileSize;
     return true;
@@ -472,15 +484,16 @@ bool Icon::TakeServerForm(const QString& rest) {
   return false;
 }
 
-void Icon::ShowTile() {
+bool Icon::ShowTile() {
   absoluteUrl_ = MapTexIdToIconFile(static_cast<unsigned short>(texId_));
   const int index = x_ / kTileSize + (kTilesPerSide - 1 - y_ / kTileSize) * kTilesPerSide;
   const ResourceRecord record = FindResource(MapPalIconToShape(paletteNumber_, index), Png());
   texId_ = record.found ? kBuiltInImage : kUnknownImage;
   if (!record.found)
-    return;
+    return false;
   keyText_ = record.text;
   hotSpotKind_ = IsCentredPaletteIcon(paletteNumber_, index) ? kCentre : kBottomCentre;
+  return true;
 }
 
 void Icon::ShowWholeImage() {

@@ -150,6 +150,18 @@ TEST_F(IconTest, TheOrderOfTheElementsDoesNotCount) {
   }
 }
 
+TEST_F(IconTest, ManyChangesOfALongUrlCostInProportion) {
+  // A look at the whole URL for each would take minutes.
+  constexpr int kCount = 30000;
+  for (const char* base : {"http://h/a?", "file:///a?", "root://icons/palette-3.png?"}) {
+    const auto icon = ReadIcon("<href>" + QLatin1String(base) + QString("x=1&amp;").repeated(kCount) +
+                               "</href>" + QString("<gx:y>0</gx:y>").repeated(kCount) +
+                               QString("<viewBoundScale>2</viewBoundScale>").repeated(kCount));
+    ASSERT_TRUE(icon);
+    EXPECT_EQ(1, icon->GetX());
+  }
+}
+
 TEST_F(IconTest, ALaterChangeLeavesNothingBehind) {
   const auto icon = Icon::create("root://icons/palette-3.png?x=64&y=32");
   ASSERT_TRUE(icon->IsWholeImage());
