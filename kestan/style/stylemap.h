@@ -69,6 +69,7 @@ private:
   RefPtr<StyleSelector> FlattenLook(int mode, const StyleSelector* other, bool entered) const;
 
   mmvector<RefPtr<Pair>> pairs_;
+  bool isInline_ = false; // it is, or was, a pair's own
 };
 
 } // namespace vorrel::kestan

@@ -51,14 +51,16 @@ private:
   void SetKeepsReference(bool keeps);
   void ReleaseReference();
   void UpdateKeyState();
-  void AvoidLoop();
+  void UpdateKeepsReference();
+  static bool Keeps(const StyleMap& map, const StyleMap& other);
+  void MarkInline();
 
   QString key_;
   int keyState_ = -1;
   RefPtr<StyleSelector> inlineSelector_;
   RefPtr<StyleSelector> referencedSelector_;
   QString styleUrl_;
-  bool keepsReference_ = true; // false where the count would close a loop
+  bool keepsReference_ = true; // false where counts could close a loop
 };
 
 } // namespace vorrel::kestan

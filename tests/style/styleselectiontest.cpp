@@ -129,6 +129,13 @@ TEST_F(StyleSelectionTest, AFeatureAnswersItsLookInBothModes) {
       {Url("#red") + "<StyleMap>" + Pair("normal", Url("far.kml#s") + Url("far.kml#back")) +
            "</StyleMap>",
        "LineStyle.color=ff0000ff | LineStyle.color=ff0000ff", " | LineStyle.color=ff0000ff"},
+      {"<StyleMap>" +
+           Pair("normal", "<StyleMap>" +
+                              Pair("normal", Url("root://styles#default+nicon=http://h/n.png"
+                                                 "+hicon=http://h/h.png")) +
+                              "</StyleMap>") +
+           "</StyleMap>",
+       "icon=http://h/n.png | IconStyle.scale=1.2", ""},
       // Built-in styles, and some that are made from their id.
       {Url("root://styles#hl"), "IconStyle.scale=1.2 | IconStyle.scale=1.2", ""},
       {Url("root://styles#other"), " | ", ""},
