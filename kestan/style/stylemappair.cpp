@@ -71,7 +71,7 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
     MarkInline();
     SchemaObject::NotifyFieldChanged(Fields().styleSelector);
   } else {
-    styleUrl_ = selector->MakeStyleUrl(GetBaseUrl());
+    styleUrl_ = selector->MakeStyleUrl(GetBaseUrl(), QString());
     SetReference(selector);
   }
 }
