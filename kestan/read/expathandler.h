@@ -206,6 +206,7 @@ private:
   bool IgnoresErrors() const;
   void Fail(const QString& text, const QString& bareText);
   void FailToRead();
+  void ForgetFailure();
   bool Report(const QString& fullText, const QString& message);
 
   std::unique_ptr<ExpatParser> parser_;
