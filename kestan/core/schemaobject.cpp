@@ -106,6 +106,12 @@ void SchemaObject::AddToObjectHash() {
   context->insert(*this, hashValue);
 }
 
+void SchemaObject::Rehash() {
+  if (IsInMap())
+    GetMap()->erase(*this);
+  AddToObjectHash();
+}
+
 SchemaObject* SchemaObject::find(const KmlId& id) {
   return id.id.isEmpty() ? nullptr : ThreadContext::GetCurrent()->find(id);
 }

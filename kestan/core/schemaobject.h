@@ -237,11 +237,14 @@ private:
   friend class CreationObserver;
   friend class StyleSelector; // has several owners
   friend class StyleClimb;
+  friend class IdField; // changes the id
 
   using HandlerMap = std::map<HandlerType, HandlerFunc>;
 
   void init(const KmlId& id, const QString& baseUrl);
   void AddToObjectHash();
+  /// Enters the object under an id that has changed.
+  void Rehash();
   void CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                   bool fresh) const;
 

@@ -29,7 +29,6 @@ namespace {
 /// On `coordinates` in an older form: pairs with the latitude in front.
 const QLatin1String kPolylineMark(" type=\"polyline\"");
 
-
 /// Text that goes out here stands between the quotes of an attribute.
 class AttributeScope {
 public:
@@ -136,6 +135,11 @@ void AltitudeModeEnumField::WriteKmlString(const SchemaObject& object, WriteStat
 
 void StrField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
   state.xml() << Member<QString>(object);
+}
+
+void IdField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  if (!Member<QString>(object).isEmpty() || state.HasMadeId(object))
+    StrField::WriteKml(object, state);
 }
 
 void IdField::WriteKmlString(const SchemaObject& object, WriteState& state) const {

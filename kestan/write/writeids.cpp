@@ -38,8 +38,8 @@ bool WriteState::Contains(const ObjectSets& sets, const SchemaObject& object) {
 }
 
 bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork || Contains(sets, object) ||
-      leftStyles_.contains(&object))
+  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork ||
+      Contains(sets, object) || leftStyles_.contains(&object))
     return false;
   return sets.back()->insert(object);
 }
@@ -79,6 +79,10 @@ QString WriteState::AssignId(const SchemaObject& object) {
   if (known != idsByObject_.constEnd())
     return *known;
   QString id = object.GetId();
+  if (id.isEmpty()) { // what is referred to needs one
+    id = object.getType();
+    hasMadeIds_ = true;
+  }
   if (objectsById_.contains(id))
     id = GenerateUniqueId(id);
   objectsById_.insert(id, &object);

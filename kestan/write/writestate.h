@@ -131,6 +131,10 @@ public:
   void WriteObjs(const ObjectSet& objects);
   /// The first of `id`0, `id`1 and so on that no object of this output has.
   QString GenerateUniqueId(const QString& id);
+  /// True for an object without an id that has got one in this output.
+  bool HasMadeId(const SchemaObject& object) const {
+    return hasMadeIds_ && idsByObject_.contains(&object);
+  }
   /// The id that the object carries in this output.
   QString GetObjectId(const SchemaObject& object) const;
   /// Writes a reference: to a hoisted object by its id, else by `url`. `object` may be null.
@@ -182,6 +186,7 @@ private:
   ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
   QHash<QString, const SchemaObject*> objectsById_;
   QHash<const SchemaObject*, QString> idsByObject_;
+  bool hasMadeIds_ = false; ///< Some of them belong to objects without an id.
   QHash<QString, int> nextSuffixes_; ///< Where the search for a unique id goes on, by id.
   QHash<QString, QString> extractedFiles_; ///< References to files brought out of archives.
 };
