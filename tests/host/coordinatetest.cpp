@@ -1,12 +1,12 @@
 #include "kestan/host/convert.h"
 #include "kestan/host/numberformat.h"
 #include "kestan/host/parse.h"
+#include "tests/host/rounds.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -16,11 +16,6 @@
 using namespace vorrel;
 
 namespace {
-
-std::uint64_t Rounds(std::uint64_t usual) {
-  const char* const factor = std::getenv("KESTAN_TEST_ROUNDS_FACTOR");
-  return usual * (factor ? std::strtoull(factor, nullptr, 10) : 1);
-}
 
 Vec3<double> Read(const std::string& text) {
   Vec3<double> lla;

@@ -66,6 +66,10 @@ TEST_F(UnknownContentTest, AttributesAreEscapedOnceAndKeepEveryCharacter) {
   EXPECT_TRUE(written.contains(
       QString::fromUtf8(" a=\"1\" \xC3\xA4=\"&lt;&amp;&#9;&#10;&#13;\xF0\x9F\x8C\x8D\">")));
   EXPECT_TRUE(written.contains("<name b=\"&quot;\">n</name>"));
+  const char* const list = "<gx:hiddenEdgeList a=\"1\">1 2";
+  EXPECT_TRUE(RoundTrip(QByteArray("<LinearRing xmlns:gx='http://www.vorrel.com/kml/ext/2.2'>") +
+                        list + "</gx:hiddenEdgeList></LinearRing>")
+                  .contains(list));
 }
 
 TEST_F(UnknownContentTest, ARepeatedFieldKeepsTheAttributesOfItsLastElement) {
