@@ -37,22 +37,16 @@ constexpr int kValueReserve = 128;
 /// Notes on the thread, for the length of a scope, that what exists by now isn't of this document.
 class ParseMark {
 public:
-  ParseMark() : context_(ThreadContext::GetCurrent()) {
-    if (!context_)
-      return;
-    former_ = context_->parseRevision;
-    context_->parseRevision = ++ObjectObserver::s_revision_counter_;
+  explicit ParseMark(ThreadContext& context) : context_(context), former_(context.parseRevision) {
+    context_.parseRevision = ++ObjectObserver::s_revision_counter_;
   }
   ParseMark(const ParseMark&) = delete;
   ParseMark& operator=(const ParseMark&) = delete;
-  ~ParseMark() {
-    if (context_)
-      context_->parseRevision = former_;
-  }
+  ~ParseMark() { context_.parseRevision = former_; }
 
 private:
-  ThreadContext* context_;
-  std::uint32_t former_ = 0;
+  ThreadContext& context_;
+  const std::uint32_t former_;
 };
 
 int Length(const unsigned short* text) {
@@ -138,52 +132,55 @@ ExpatHandler::~ExpatHandler() { ExpatHandler::Reset(); }
 
 RefPtr<SchemaObject> ExpatHandler::LoadXml(ExpatHandler& handler, const unsigned char* data,
                                            std::size_t size) {
-  const ParseMark mark;
+  const ParseMark mark(*handler.threadContext_);
   handler.BeginParse();
   QByteArray unpacked;
-  QString archiveError;
-  RefPtr<SchemaObject> result;
-  if (data) {
-    if (kmz::IsKmzData(data, size)) {
-      constexpr std::size_t kMaxArchive = std::numeric_limits<int>::max() / 2;
-      const QByteArray archive = QByteArray::fromRawData(
-          reinterpret_cast<const char*>(data), static_cast<int>(std::min(size, kMaxArchive)));
-      unpacked = kmz::UnzipBytes(archive, QString(), &archiveError);
-      if (unpacked.isNull()) {
-        handler.Fail(archiveError, archiveError);
-        return {};
-      }
-      data = reinterpret_cast<const unsigned char*>(unpacked.constData());
-      size = static_cast<std::size_t>(unpacked.size());
-    }
-    file::CleanupPathname(handler.url_);
-    result = DoLoadXml(handler, data, size);
-  } else {
-    handler.url_ = QFileInfo(handler.url_).absoluteFilePath();
-    bool exists = true;
-    if (kmz::IsKmzFile(handler.url_, &exists)) {
-      unpacked = kmz::UnzipFile(handler.url_, QString(), &archiveError);
-      if (unpacked.isEmpty()) {
-        QString text = tr("Could not parse zero byte kmz file \"%1\"").arg(handler.url_);
-        if (!archiveError.isEmpty())
-          text += QLatin1String(":\n\n\t") + archiveError;
-        handler.Fail(text, text);
-        return {};
-      }
-      file::CleanupPathname(handler.url_);
-      result = DoLoadXml(handler, unpacked.constData(), static_cast<std::size_t>(unpacked.size()));
-    } else {
-      FileXmlSource source(handler.url_);
-      if (!exists || !source.Open()) {
-        handler.FailToRead();
-        return {};
-      }
-      file::CleanupPathname(handler.url_);
-      result = handler.Load(source);
-    }
-  }
+  const std::unique_ptr<XmlSource> source =
+      data ? handler.OpenBytes(data, size, unpacked) : handler.OpenFile(unpacked);
+  if (!source)
+    return {};
+  file::CleanupPathname(handler.url_);
+  RefPtr<SchemaObject> result = handler.Load(*source);
   handler.EndParse();
   return result;
+}
+
+std::unique_ptr<XmlSource> ExpatHandler::OpenBytes(const unsigned char* data, std::size_t size,
+                                                   QByteArray& unpacked) {
+  if (!kmz::IsKmzData(data, size))
+    return std::make_unique<MemoryXmlSource>(data, size);
+  constexpr std::size_t kMaxArchive = std::numeric_limits<int>::max() / 2;
+  const QByteArray archive = QByteArray::fromRawData(reinterpret_cast<const char*>(data),
+                                                     static_cast<int>(std::min(size, kMaxArchive)));
+  QString reason;
+  unpacked = kmz::UnzipBytes(archive, QString(), &reason);
+  if (!unpacked.isNull())
+    return std::make_unique<MemoryXmlSource>(unpacked.constData(),
+                                               static_cast<std::size_t>(unpacked.size()));
+  FatalError(reason);
+  return nullptr;
+}
+
+std::unique_ptr<XmlSource> ExpatHandler::OpenFile(QByteArray& unpacked) {
+  url_ = QFileInfo(url_).absoluteFilePath();
+  bool exists = true;
+  if (kmz::IsKmzFile(url_, &exists)) {
+    QString reason;
+    unpacked = kmz::UnzipFile(url_, QString(), &reason);
+    if (!unpacked.isEmpty())
+      return std::make_unique<MemoryXmlSource>(unpacked.constData(),
+                                               static_cast<std::size_t>(unpacked.size()));
+    QString text = tr("Could not parse zero byte kmz file \"%1\"").arg(url_);
+    if (!reason.isEmpty())
+      text += QLatin1String(":\n\n\t") + reason;
+    FatalError(text);
+    return nullptr;
+  }
+  auto source = std::make_unique<FileXmlSource>(url_);
+  if (exists && source->Open())
+    return source;
+  FailToRead();
+  return nullptr;
 }
 
 RefPtr<SchemaObject> ExpatHandler::DoLoadXml(ExpatHandler& handler, const void* data,

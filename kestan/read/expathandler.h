@@ -7,6 +7,7 @@
 #include "kestan/host/refptr.h"
 #include "kestan/read/errorhandler.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstddef>
@@ -187,6 +188,11 @@ private:
 
   class Resources;
 
+  /// The document in the bytes or the file, of which `unpacked` holds what came out of an archive.
+  /// Null when there's none, with the reason in the error text.
+  std::unique_ptr<XmlSource> OpenBytes(const unsigned char* data, std::size_t size,
+                                       QByteArray& unpacked);
+  std::unique_ptr<XmlSource> OpenFile(QByteArray& unpacked);
   RefPtr<SchemaObject> Load(XmlSource& source);
   bool Parse(XmlSource& source);
   int ParseOnce(XmlSource& source, const char* encoding, QTextCodec* codec);
