@@ -156,7 +156,7 @@ std::unique_ptr<XmlSource> ExpatHandler::OpenBytes(const unsigned char* data, st
   unpacked = kmz::UnzipBytes(archive, QString(), &reason);
   if (!unpacked.isNull())
     return std::make_unique<MemoryXmlSource>(unpacked.constData(),
-                                               static_cast<std::size_t>(unpacked.size()));
+                                             static_cast<std::size_t>(unpacked.size()));
   FatalError(reason);
   return nullptr;
 }

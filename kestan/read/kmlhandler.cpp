@@ -211,8 +211,8 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
 
 void KmlHandler::AddUnknownAttrs(SchemaObject& object, AttributeList list) {
   const NamespaceList& namespaces = GetNamespacesFor(object, true, list);
-  object.SetUnknownAttrs(
-      object.unknownData().attrs + schemaobject_detail::GetAttrListString(list), &namespaces);
+  object.SetUnknownAttrs(object.unknownData().attrs + schemaobject_detail::GetAttrListString(list),
+                         &namespaces);
 }
 
 bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,

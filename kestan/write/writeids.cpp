@@ -26,9 +26,7 @@ bool WriteState::HasStylesOrSchemas() const {
 
 bool WriteState::AddStyle(const StyleSelector& style) { return Hoist(style, styleSets_); }
 
-bool WriteState::HasStyle(const StyleSelector& style) const {
-  return Contains(styleSets_, style);
-}
+bool WriteState::HasStyle(const StyleSelector& style) const { return Contains(styleSets_, style); }
 
 bool WriteState::AddSchema(const CustomSchema& schema) { return Hoist(schema, schemaSets_); }
 

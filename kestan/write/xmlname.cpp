@@ -23,8 +23,7 @@ bool IsNameChar(QChar c) {
 
 bool IsNcName(QStringView name) {
   return !name.isEmpty() && name.front() != ':' && IsNameStart(name.front()) &&
-         std::all_of(name.begin(), name.end(),
-                     [](QChar c) { return c != ':' && IsNameChar(c); });
+         std::all_of(name.begin(), name.end(), [](QChar c) { return c != ':' && IsNameChar(c); });
 }
 
 XmlName::XmlName(QStringView name) : local(name) {

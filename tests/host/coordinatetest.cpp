@@ -113,26 +113,6 @@ TEST(CoordinateTest, AnyStoredPositionIsStableOnceItWasWritten) {
   EXPECT_EQ("0,0,0", Write({infinity, std::nan(""), -infinity}));
 }
 
-TEST(CoordinateTest, APlainCoordinateReadsBackAsTheSameNumber) {
-  struct Case {
-    double value;
-    const char* text;
-  };
-  const Case cases[] = {{90.1, "90.1"},
-                        {0.1, "0.1"},
-                        {1e-12, "0.000000000001"},
-                        {1.0 / 3.0, "0.3333333333333333"},
-                        {-0.0, "-0"},
-                        {35786000.123, "35786000.123"},
-                        {1e300, "1e+300"},
-                        {0.1 + 0.2, "0.30000000000000004"}};
-  for (const Case& c : cases) {
-    char buffer[kMaxNumberLength];
-    EXPECT_EQ(c.text,
-              std::string(buffer, static_cast<std::size_t>(FormatCoordinate(c.value, buffer))));
-  }
-}
-
 TEST(CoordinateTest, TuplesAreFoundInWhateverPeopleWrite) {
   struct Case {
     const char* text;

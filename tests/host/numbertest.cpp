@@ -88,16 +88,6 @@ TEST(NumberTest, PrintsDoublesAndFloatsAsTheCLibraryDoes) {
   }
 }
 
-TEST(NumberTest, PrintsWholeNumbers) {
-  char buffer[kMaxNumberLength];
-  const auto text = [&buffer](int length) {
-    return std::string(buffer, static_cast<std::size_t>(length));
-  };
-  EXPECT_EQ("-9223372036854775808", text(FormatInt(std::numeric_limits<long long>::min(), buffer)));
-  EXPECT_EQ("18446744073709551615",
-            text(FormatUInt(std::numeric_limits<unsigned long long>::max(), buffer)));
-}
-
 TEST(NumberTest, ReadsTextToTheNearestDouble) {
   std::mt19937_64 random(2);
   const auto check = [](const std::string& text) {
