@@ -236,11 +236,14 @@ private:
   friend class ObjectObserver;
   friend class CreationObserver;
   friend class StyleSelector; // has several owners
+  friend class IdField;       // changes the id
 
   using HandlerMap = std::map<HandlerType, HandlerFunc>;
 
   void init(const KmlId& id, const QString& baseUrl);
   void AddToObjectHash(std::uint32_t hashValue);
+  /// Enters the object under an id that has changed.
+  void Rehash();
   void CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                   bool fresh) const;
 

@@ -14,11 +14,13 @@ public:
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
 };
 
-/// The `id` attribute. Writes the id that the object carries in the present output, if any.
+/// The `id` attribute. An object is found under its new id; written is the id that it carries in
+/// the present output.
 class KESTAN_EXPORT IdField final : public StrField {
 public:
   using StrField::StrField;
 
+  void SetTypedObject(SchemaObject& object, QString value) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
 };
 

@@ -29,7 +29,6 @@ namespace {
 /// On `coordinates` in an older form: pairs with the latitude in front.
 const QLatin1String kPolylineMark(" type=\"polyline\"");
 
-
 /// Text that goes out here stands between the quotes of an attribute.
 class AttributeScope {
 public:

@@ -26,9 +26,7 @@ bool WriteState::HasStylesOrSchemas() const {
 
 bool WriteState::AddStyle(const StyleSelector& style) { return Hoist(style, styleSets_); }
 
-bool WriteState::HasStyle(const StyleSelector& style) const {
-  return Contains(styleSets_, style);
-}
+bool WriteState::HasStyle(const StyleSelector& style) const { return Contains(styleSets_, style); }
 
 bool WriteState::AddSchema(const CustomSchema& schema) { return Hoist(schema, schemaSets_); }
 
@@ -38,8 +36,8 @@ bool WriteState::Contains(const ObjectSets& sets, const SchemaObject& object) {
 }
 
 bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork || Contains(sets, object) ||
-      leftStyles_.contains(&object))
+  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork ||
+      Contains(sets, object) || leftStyles_.contains(&object))
     return false;
   return sets.back()->insert(object);
 }

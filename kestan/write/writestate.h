@@ -79,7 +79,6 @@ public:
   void SetWriteDefaults(bool write) { writeDefaults_ = write; }
   /// A style may switch `writeDefaults` on for its sub-styles.
   bool styleDefaultsEnabled() const { return styleDefaultsEnabled_; }
-  void SetStyleDefaultsEnabled(bool enabled) { styleDefaultsEnabled_ = enabled; }
 
   /// The document so far: bytes and text as they are, and escaped.
   Utf8OStream& stream() { return stream_; }

@@ -3,6 +3,7 @@
 #include "kestan/core/field.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/unknowndata.h"
+#include "kestan/read/namespaces.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/styleselector.h"
 #include "tests/support/xml.h"
@@ -26,10 +27,10 @@ QString CompareText(const QString& what, const QString& a, const QString& b) {
 /// depend on where the declarations stood.
 QString CanonicalUnknown(const UnknownData& data) {
   QMap<QString, QString> uris{
-      {QString(), QStringLiteral("kml")},
-      {QStringLiteral("kml"), QStringLiteral("kml")},
-      {QStringLiteral("gx"), QStringLiteral("gx")},
-      {QStringLiteral("atom"), QStringLiteral("http://www.w3.org/2005/Atom")}};
+      {QString(), NamespaceEnumToString(Namespace::kKml)},
+      {QStringLiteral("kml"), NamespaceEnumToString(Namespace::kKml)},
+      {QStringLiteral("gx"), NamespaceEnumToString(Namespace::kExt)},
+      {QStringLiteral("atom"), NamespaceEnumToString(Namespace::kAtom)}};
   for (const RefPtr<UnknownNamespace>& declared : data.namespaces) {
     uris.insert(declared->prefix, declared->uri);
   }
@@ -39,11 +40,13 @@ QString CanonicalUnknown(const UnknownData& data) {
                     .arg(uri.key().isEmpty() ? QString() : QStringLiteral(":"), uri.key(),
                          uri.value().toHtmlEscaped());
   }
-  document += data.attrs + QLatin1Char('>') + data.fields;
+  document += QStringLiteral("><a%1/>").arg(data.attrs) + data.fields;
+  QStringList fields; // in an order that isn't that of the document
   for (const auto& [field, attributes] : data.fieldAttrs) {
-    document += QStringLiteral("<%1%2/>").arg(field->GetName(), attributes);
+    fields += QStringLiteral("<%1%2/>").arg(field->GetPrefixedElem(), attributes);
   }
-  return Canonical((document + QStringLiteral("</r>")).toUtf8());
+  fields.sort();
+  return Canonical((document + fields.join(QString()) + QStringLiteral("</r>")).toUtf8());
 }
 
 QString CompareUnknown(const SchemaObject& a, const SchemaObject& b) {
