@@ -13,7 +13,7 @@ namespace {
 
 /// The name that a document has for a selector: a built-in one goes by the text that asked for it.
 QString GetUrl(const StyleSelector& selector, const QString& written, const QString& baseUrl) {
-  return StyleSelector::IsBuiltInUrl(written) ? written : selector.MakeStyleUrl(baseUrl);
+  return StyleSelector::IsBuiltInUrl(written) ? written : selector.MakeStyleUrl(baseUrl, written);
 }
 
 QString NameStandIn(const Style* style) {
