@@ -2,6 +2,7 @@
 
 #include "bench/documents.h"
 #include "bench/plainwriter.h"
+#include "bench/scenes.h"
 #include "bench/subject.h"
 #include "bench/wideexpat.h"
 
@@ -89,6 +90,87 @@ void Destroy(benchmark::State& state, Kind kind) {
   SetCounters(state, document.text.size(), document.objects);
 }
 
+void SetCount(benchmark::State& state, std::size_t count) {
+  state.SetItemsProcessed(static_cast<std::int64_t>(count) * state.iterations());
+  state.SetComplexityN(static_cast<std::int64_t>(count));
+}
+
+void AskStyle(benchmark::State& state, Look look) {
+  const Subject subject;
+  const StyledFeatures features(subject, look, static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(features.Ask());
+  }
+  SetCount(state, features.size());
+}
+
+void AskStyleReference(benchmark::State& state) {
+  const Subject subject;
+  const StyledFeatures features(subject, Look::kShared, static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(features.AskPlain());
+  }
+  SetCount(state, features.size());
+}
+
+/// What was merged is merged again.
+void MergeStyle(benchmark::State& state, Look look) {
+  const Subject subject;
+  StyledFeatures features(subject, look, static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    state.PauseTiming();
+    features.ChangeSharedStyle();
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(features.Ask());
+  }
+  SetCount(state, features.size());
+}
+
+void ChangeField(benchmark::State& state, Audience audience) {
+  const Subject subject;
+  WatchedFeatures features(subject, audience, static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    features.Change();
+  }
+  SetCount(state, features.size());
+}
+
+void ReadReferences(benchmark::State& state, References references) {
+  const Subject subject;
+  const auto count = static_cast<std::size_t>(state.range(0));
+  const std::string text = MakeReferences(references, count);
+  for (auto _ : state) {
+    subject.Read(text);
+  }
+  SetCount(state, count);
+}
+
+/// At sizes that tell linear from quadratic.
+template <class... Arguments> void RegisterCounts(const std::string& name, Arguments... arguments) {
+  benchmark::RegisterBenchmark(name.c_str(), arguments...)
+      ->RangeMultiplier(10)
+      ->Range(1000, 100000)
+      ->Unit(benchmark::kMicrosecond)
+      ->Complexity();
+}
+
+void RegisterScenes() {
+  for (const Look look : {Look::kShared, Look::kMerged, Look::kMap}) {
+    RegisterCounts(std::string("style/") + Name(look), AskStyle, look);
+  }
+  RegisterCounts("style-reference", AskStyleReference);
+  for (const Look look : {Look::kMerged, Look::kOwn}) {
+    RegisterCounts(std::string("merge/") + Name(look), MergeStyle, look);
+  }
+  for (const Audience audience : {Audience::kNobody, Audience::kObserver, Audience::kOwners,
+                                  Audience::kObservedOwners}) {
+    RegisterCounts(std::string("change/") + Name(audience), ChangeField, audience);
+  }
+  RegisterCounts("references/forward", ReadReferences, References::kForward);
+  RegisterCounts("references/forward to one", ReadReferences, References::kForwardToOne);
+  RegisterCounts("references/backward", ReadReferences, References::kBackward);
+}
+
 void Register(const char* name, void (*benchmark)(benchmark::State&, Kind)) {
   for (const Kind kind : {Kind::kPlacemarks, Kind::kCoordinates, Kind::kMix}) {
     const std::string full = std::string(name) + "/" + Name(kind);
@@ -111,6 +193,7 @@ int main(int argc, char** argv) {
   bench::Register("write-reference", bench::WriteReference);
   bench::Register("clone", bench::Clone);
   bench::Register("destroy", bench::Destroy);
+  bench::RegisterScenes();
   benchmark::RunSpecifiedBenchmarks();
   return 0;
 }

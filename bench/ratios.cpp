@@ -1,16 +1,17 @@
 // Measures the library against its references in turn, and prints the median of the ratios.
-// kestan-bench-ratios [--rounds N] [--megabytes N] [read|write|lists|sizes]...
+// kestan-bench-ratios [--rounds N] [--megabytes N]
+//     [read|write|lists|sizes|styles|changes|references]...
 
+#include "bench/compare.h"
 #include "bench/documents.h"
 #include "bench/plainwriter.h"
+#include "bench/scenes.h"
 #include "bench/subject.h"
 #include "bench/wideexpat.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,19 +20,8 @@ namespace bench {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double Seconds(const std::function<void()>& action) {
-  const auto start = Clock::now();
-  action();
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const std::size_t half = values.size() / 2;
-  return values.size() % 2 != 0 ? values[half] : (values[half - 1] + values[half]) / 2;
-}
+constexpr const char* kParts[] = {"read",   "write",   "lists",     "sizes",
+                                  "styles", "changes", "references"};
 
 struct Options {
   int rounds = 7;
@@ -42,34 +32,6 @@ struct Options {
     return parts.empty() || std::find(parts.begin(), parts.end(), part) != parts.end();
   }
 };
-
-/// What one workload took. Times are those of one run, in seconds.
-struct Figures {
-  std::vector<double> reference;
-  std::vector<double> library;
-
-  std::vector<double> Ratios() const {
-    std::vector<double> ratios;
-    for (std::size_t i = 0; i < library.size(); ++i) {
-      ratios.push_back(reference[i] / library[i]);
-    }
-    return ratios;
-  }
-};
-
-/// Runs the two in turn. A pass before the first round warms caches and the allocator.
-/// `library` answers the time itself, since freeing what it made doesn't count.
-Figures Compare(int rounds, const std::function<void()>& reference,
-                const std::function<double()>& library) {
-  Figures figures;
-  reference();
-  library();
-  for (int round = 0; round < rounds; ++round) {
-    figures.reference.push_back(Seconds(reference));
-    figures.library.push_back(library());
-  }
-  return figures;
-}
 
 void PrintHead(const char* title) {
   std::printf("\n%-26s %6s %6s %6s %6s | %9s %9s %12s\n", title, "target", "median", "min", "max",
@@ -165,6 +127,133 @@ void Sizes(const Options& options, const Subject& subject, const WideExpat& expa
   }
 }
 
+constexpr std::size_t kCounts[] = {1000, 10000, 100000};
+
+void PrintCostHead(const char* title) {
+  std::printf("\n%-44s %7s %9s %9s | %7s %7s %7s\n", title, "count", "ns each", "ref ns", "median",
+              "min", "max");
+}
+
+/// Here the ratio is that of the times: how often the reference fits into the library's.
+void PrintCost(const char* name, std::size_t count, std::size_t operations,
+               const Figures& figures) {
+  const std::vector<double> rates = figures.Ratios();
+  const auto nanoseconds = [operations](const std::vector<double>& seconds) {
+    return Median(seconds) / static_cast<double>(operations) * 1e9;
+  };
+  std::printf("%-44s %7zu %9.1f %9.1f | %7.2f %7.2f %7.2f\n", name, count,
+              nanoseconds(figures.library), nanoseconds(figures.reference), 1.0 / Median(rates),
+              1.0 / *std::max_element(rates.begin(), rates.end()),
+              1.0 / *std::min_element(rates.begin(), rates.end()));
+  std::fflush(stdout);
+}
+
+/// So many passes over small sets that the clock can tell them.
+std::size_t GetPasses(std::size_t count) { return 100 * kCounts[0] / std::min(count, 100 * kCounts[0]); }
+
+/// Ends the program when something that was counted didn't happen; keeps calls alive too.
+void Require(bool holds) {
+  if (!holds) {
+    std::abort();
+  }
+}
+
+void Styles(const Options& options, const Subject& subject) {
+  PrintCostHead("getRenderStyle / plain virtual call");
+  for (const Look look : {Look::kShared, Look::kMerged, Look::kMap}) {
+    for (const std::size_t count : kCounts) {
+      const StyledFeatures features(subject, look, count);
+      const std::size_t passes = GetPasses(count);
+      const auto repeat = [passes](const auto& ask) {
+        std::uintptr_t sum = 0;
+        for (std::size_t i = 0; i < passes; ++i) {
+          sum += ask();
+        }
+        Require(sum != 0);
+      };
+      PrintCost(Name(look), count, count * passes,
+                Compare(
+                    options.rounds, [&] { repeat([&] { return features.AskPlain(); }); },
+                    [&] { return Seconds([&] { repeat([&] { return features.Ask(); }); }); }));
+    }
+  }
+  PrintCostHead("the first call after a change of the style");
+  for (const Look look : {Look::kMerged, Look::kOwn}) {
+    for (const std::size_t count : kCounts) {
+      StyledFeatures features(subject, look, count);
+      PrintCost(Name(look), count, count,
+                Compare(
+                    options.rounds, [&] { Require(features.AskPlain() != 0); },
+                    [&] {
+                      features.ChangeSharedStyle();
+                      return Seconds([&] { Require(features.Ask() != 0); });
+                    }));
+    }
+  }
+  PrintCostHead("a change of a style, by its features");
+  for (const Look look : {Look::kShared, Look::kMap}) {
+    for (const std::size_t count : kCounts) {
+      StyledFeatures features(subject, look, count);
+      PrintCost(Name(look), count, count,
+                Compare(
+                    options.rounds, [&] { Require(features.AskPlain() != 0); },
+                    [&] { return Seconds([&] { features.ChangeSharedStyle(); }); }));
+    }
+  }
+}
+
+void Changes(const Options& options, const Subject& subject) {
+  PrintCostHead("a field change / plain virtual call");
+  for (const Audience audience : {Audience::kNobody, Audience::kObserver, Audience::kOwners,
+                                  Audience::kObservedOwners}) {
+    for (const std::size_t count : kCounts) {
+      WatchedFeatures features(subject, audience, count);
+      const StyledFeatures plain(subject, Look::kShared, count);
+      const std::size_t passes = GetPasses(count);
+      const bool isHeard =
+          audience == Audience::kObserver || audience == Audience::kObservedOwners;
+      const std::size_t notices = features.GetNotices();
+      PrintCost(Name(audience), count, count * passes,
+                Compare(
+                    options.rounds,
+                    [&] {
+                      for (std::size_t i = 0; i < passes; ++i) {
+                        Require(plain.AskPlain() != 0);
+                      }
+                    },
+                    [&] {
+                      return Seconds([&] {
+                        for (std::size_t i = 0; i < passes; ++i) {
+                          features.Change();
+                        }
+                      });
+                    }));
+      Require((features.GetNotices() - notices >= count) == isHeard);
+    }
+  }
+}
+
+void ForwardReferences(const Options& options, const Subject& subject) {
+  PrintCostHead("loading a feature with a styleUrl / behind it");
+  struct Case {
+    const char* name;
+    References references;
+  };
+  for (const Case& c : {Case{"forward, a style for each", References::kForward},
+                        Case{"forward, one style for all", References::kForwardToOne}}) {
+    for (const std::size_t count : kCounts) {
+      const std::string text = MakeReferences(c.references, count);
+      const std::string other = MakeReferences(
+          c.references == References::kForward ? References::kBackward : References::kBackwardToOne,
+          count);
+      PrintCost(c.name, count, count,
+                Compare(
+                    options.rounds, [&] { subject.Read(other); },
+                    [&] { return Seconds([&] { subject.Read(text); }); }));
+    }
+  }
+}
+
 /// False when the arguments aren't understood.
 bool Parse(int argc, char** argv, Options& options) {
   for (int i = 1; i < argc; ++i) {
@@ -173,8 +262,7 @@ bool Parse(int argc, char** argv, Options& options) {
       options.rounds = std::atoi(argv[++i]);
     } else if (argument == "--megabytes" && i + 1 < argc) {
       options.megabytes = static_cast<std::size_t>(std::atoi(argv[++i]));
-    } else if (argument == "read" || argument == "write" || argument == "lists" ||
-               argument == "sizes") {
+    } else if (std::find(std::begin(kParts), std::end(kParts), argument) != std::end(kParts)) {
       options.parts.push_back(argument);
     } else {
       return false;
@@ -192,7 +280,8 @@ int main(int argc, char** argv) {
   Options options;
   if (!Parse(argc, argv, options)) {
     std::fputs(
-        "usage: kestan-bench-ratios [--rounds N] [--megabytes N] [read|write|lists|sizes]...\n",
+        "usage: kestan-bench-ratios [--rounds N] [--megabytes N] "
+        "[read|write|lists|sizes|styles|changes|references]...\n",
         stderr);
     return 2;
   }
@@ -210,6 +299,15 @@ int main(int argc, char** argv) {
   }
   if (options.Wants("sizes")) {
     Sizes(options, subject, expat);
+  }
+  if (options.Wants("styles")) {
+    Styles(options, subject);
+  }
+  if (options.Wants("changes")) {
+    Changes(options, subject);
+  }
+  if (options.Wants("references")) {
+    ForwardReferences(options, subject);
   }
   return 0;
 }

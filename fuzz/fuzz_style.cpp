@@ -1,15 +1,20 @@
-// Bytes to style maps that refer to each other: whatever the graph, each feature has a look, and
-// nothing of it outlives its document.
+// Bytes to styles and maps that refer to each other, and to edits of them: whatever the graph, each
+// feature has the look that its selectors say, and nothing of it outlives its document.
+//
+// The first byte is the number of maps; two bytes a map follow, then three bytes an edit.
 
 #include "fuzz/support.h"
 
 #include "kestan/core/watcher.h"
-#include "kestan/feature/abstractfeature.h"
+#include "kestan/feature/document.h"
+#include "kestan/feature/placemark.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemap.h"
+#include "kestan/style/stylemappair.h"
 
 #include <algorithm>
+#include <vector>
 
 using namespace vorrel;
 using namespace vorrel::kestan;
@@ -17,15 +22,27 @@ using namespace vorrel::kestan;
 namespace {
 
 constexpr std::size_t kMaxMaps = 64;
+constexpr std::size_t kMaxEdits = 200;
+
+const char kUrl[] = "http://example.com/fuzz.kml";
+const char kFarUrl[] = "http://example.com/far.kml";
+
+/// Refers to the other document in a loop.
+const char kFarDocument[] =
+    "<Document><Style id='s'><LineStyle><width>7</width></LineStyle></Style>"
+    "<StyleMap id='m'><Pair><key>normal</key><styleUrl>fuzz.kml#m0</styleUrl></Pair>"
+    "<Pair><key>highlight</key><styleUrl>#s</styleUrl></Pair></StyleMap>"
+    "<Placemark><styleUrl>fuzz.kml#m1</styleUrl></Placemark>"
+    "<Placemark><styleUrl>#m</styleUrl><Style/></Placemark></Document>";
 
 /// Maps come first; then a style, nothing, another document, and built-in styles.
 QString Target(unsigned choice, std::size_t maps) {
-  const std::size_t target = choice % (maps + 5);
-  if (target <= maps) {
-    return QStringLiteral("#m%1").arg(target);
-  }
-  const char* others[] = {"", "#missing", "far.kml#s", "root://styles#hl"};
-  return QLatin1String(others[target - maps - 1]);
+  const char* others[] = {"",           "#missing",         "far.kml#s",
+                          "far.kml#m",  "root://styles#hl", "root://styles#default?iconId=0x307",
+                          "far.kml#no", "root://styleMaps#default"};
+  const std::size_t target = choice % (maps + 1 + std::size(others));
+  return target <= maps ? QStringLiteral("#m%1").arg(target)
+                        : QLatin1String(others[target - maps - 1]);
 }
 
 QString Pair(const char* key, const QString& target, bool own) {
@@ -53,41 +70,194 @@ QByteArray MakeDocument(const std::uint8_t* data, std::size_t maps) {
   return ("<Document>" + text + "</Document>").toUtf8();
 }
 
-void Ask(const SchemaObject& document) {
-  mmvector<SchemaObject*> features;
-  document.FindBySchema(AbstractFeature::GetClassSchema(), features);
-  for (const SchemaObject* object : features) {
-    const auto* feature = static_cast<const AbstractFeature*>(object);
-    if (!feature->getRenderStyle(0) || !feature->getRenderStyle(1)) {
+void Ask(const AbstractFeature& feature) {
+  const StyleSelector* shared = feature.GetReferencedStyleSelector();
+  const StyleSelector* own = feature.GetInlineStyleSelector();
+  // What a merge of the two gives now, whatever was merged before.
+  const RefPtr<StyleSelector> merged = shared && own ? shared->InternalFlatten(own, false) : nullptr;
+  for (const int mode : {kStyleNormal, kStyleHighlight}) {
+    const Style* style = feature.getRenderStyle(mode);
+    if (!style || !feature.getRenderStyleSelector()) {
       fuzz::Fail(QStringLiteral("a feature without a style"));
     }
+    const Style* expected = merged ? merged->InternalGetSelectedStyle(mode) : style;
+    if (!(*style == (expected ? *expected : *Style::GetDefaultStyle(mode)))) {
+      fuzz::Fail(QStringLiteral("a look of the past"));
+    }
   }
+  feature.HasSpecifiedHighlightStyle();
+}
+
+/// Two documents, and what is taken out of them.
+class World {
+public:
+  World(const QByteArray& text, std::size_t maps) : maps_(maps), near_(ReadDocument(text, kUrl)) {
+    WatchSelectors(near_);
+  }
+
+  void AskAll() const {
+    for (AbstractFeature* feature : Features()) {
+      Ask(*feature);
+    }
+  }
+
+  void Edit(unsigned operation, unsigned a, unsigned b);
+
+  /// What is left of the documents without anybody who holds them.
+  QByteArray Finish() {
+    QByteArray text = fuzz::Write(near_);
+    removed_.clear();
+    near_.reset();
+    far_.reset();
+    for (const auto& watcher : watchers_) {
+      if (watcher->get()) {
+        fuzz::Fail(QStringLiteral("a selector outlives its document"));
+      }
+    }
+    return text;
+  }
+
+  /// False when a selector has been given to a feature beside its document: written, there are two.
+  bool IsTree() const { return isTree_; }
+
+private:
+  static fuzz::Tree ReadDocument(const QByteArray& text, const char* url) {
+    fuzz::Tree tree = fuzz::Read(text, QLatin1String(url));
+    if (!tree) {
+      fuzz::Fail(QStringLiteral("the document isn't read"));
+    }
+    return tree;
+  }
+
+  template <class T> std::vector<T*> FindAll() const {
+    std::vector<T*> result;
+    for (const fuzz::Tree& tree : {near_, far_}) {
+      mmvector<SchemaObject*> objects;
+      if (tree) {
+        tree->FindBySchema(T::GetClassSchema(), objects);
+      }
+      for (SchemaObject* object : objects) {
+        result.push_back(static_cast<T*>(object));
+      }
+    }
+    return result;
+  }
+  std::vector<AbstractFeature*> Features() const { return FindAll<AbstractFeature>(); }
+
+  template <class T> T* Pick(unsigned choice) const {
+    const std::vector<T*> all = FindAll<T>();
+    return all.empty() ? nullptr : all[choice % all.size()];
+  }
+
+  void WatchSelectors(const fuzz::Tree& tree) {
+    mmvector<SchemaObject*> objects;
+    tree->FindBySchema(SchemaObject::GetClassSchema(), objects);
+    for (SchemaObject* object : objects) {
+      watchers_.push_back(std::make_unique<Watcher<SchemaObject>>(object));
+    }
+  }
+
+  std::size_t maps_;
+  bool isTree_ = true;
+  fuzz::Tree near_;
+  fuzz::Tree far_;
+  std::vector<RefPtr<StyleSelector>> removed_;
+  std::vector<std::unique_ptr<Watcher<SchemaObject>>> watchers_;
+};
+
+void World::Edit(unsigned operation, unsigned a, unsigned b) {
+  auto& document = static_cast<Document&>(*near_);
+  AbstractFeature* feature = Pick<AbstractFeature>(a);
+  // Among a document's styles, nothing tells its own look from a shared one with an id.
+  auto* placemark = Pick<Placemark>(a);
+  auto* pair = Pick<StyleMap::Pair>(a);
+  const RefPtr<StyleSelector> selector(Pick<StyleSelector>(b));
+  const bool hasName = selector && !selector->GetId().isEmpty();
+  switch (operation % 13) {
+  case 0:
+    feature->SetStyleUrl(Target(b, maps_));
+    break;
+  case 1:
+    if (pair) {
+      pair->SetStyleUrl(Target(b, maps_));
+    }
+    break;
+  case 2:
+    if (selector && document.RemStyleSelector(*selector)) {
+      removed_.push_back(selector);
+    }
+    break;
+  case 3:
+    if (!removed_.empty()) {
+      document.AddStyleSelector(*removed_.back());
+      removed_.pop_back();
+    }
+    break;
+  case 4:
+    removed_.clear();
+    break;
+  case 5:
+    if (auto* style = Pick<Style>(a)) {
+      style->GetLineStyle()->SetWidth(static_cast<float>(b));
+    }
+    break;
+  case 6:
+    if (pair && hasName) {
+      pair->SetStyleSelector(selector.get());
+    }
+    break;
+  case 7:
+    feature->SetReferencedStyleSelector(hasName ? selector.get() : nullptr);
+    break;
+  case 8:
+    placemark->SetInlineStyleSelector(b % 2 != 0 ? selector.get() : nullptr);
+    isTree_ = isTree_ && b % 2 == 0;
+    break;
+  case 9:
+    placemark->InlineStyle()->GetLineStyle()->SetWidth(static_cast<float>(b));
+    break;
+  case 10:
+    if (selector) {
+      const RefPtr<SchemaObject> copy = selector->clone(true, nullptr);
+      placemark->SetInlineStyleSelector(static_cast<StyleSelector*>(copy.get()));
+    }
+    break;
+  case 11: {
+    const RefPtr<SchemaObject> copy = feature->clone(true, nullptr);
+    Ask(static_cast<AbstractFeature&>(*copy));
+    break;
+  }
+  default:
+    far_ = b % 2 != 0 ? ReadDocument(kFarDocument, kFarUrl) : fuzz::Tree();
+    if (far_) {
+      WatchSelectors(far_);
+    }
+  }
+  feature = Pick<AbstractFeature>(b);
+  Ask(*feature);
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Start();
-  const std::size_t maps = std::min(size / 2, kMaxMaps);
-  if (maps == 0) {
+  const std::size_t maps = size == 0 ? 0 : std::min<std::size_t>({data[0], kMaxMaps, size / 2});
+  if (2 * maps + 1 > size || maps == 0) {
     return 0;
   }
-  const QByteArray text = MakeDocument(data, maps);
-  fuzz::Tree document = fuzz::Read(reinterpret_cast<const std::uint8_t*>(text.constData()),
-                                   static_cast<std::size_t>(text.size()));
-  if (!document) {
-    fuzz::Fail(QStringLiteral("the document isn't read"));
+  World world(MakeDocument(data + 1, maps), maps);
+  world.AskAll();
+  const std::uint8_t* edit = data + 1 + 2 * maps;
+  const std::size_t edits = std::min((size - 1 - 2 * maps) / 3, kMaxEdits);
+  for (std::size_t i = 0; i < edits; ++i, edit += 3) {
+    world.Edit(edit[0], edit[1], edit[2]);
   }
-  Ask(*document);
-  if (Style* style = Style::find(document->GetUrl(), QStringLiteral("m%1").arg(maps))) {
-    style->GetLineStyle()->SetWidth(3);
-    Ask(*document);
-  }
-  fuzz::Write(document);
-  Watcher<StyleMap> first(StyleMap::find(document->GetUrl(), QStringLiteral("m0")));
-  document.reset();
-  if (first.get()) {
-    fuzz::Fail(QStringLiteral("a style map outlives its document"));
+  world.AskAll();
+  const QByteArray text = world.Finish();
+  const QByteArray again = fuzz::Write(fuzz::Read(text, QLatin1String(kUrl)));
+  if (world.IsTree() && again != text) {
+    fuzz::Fail(QStringLiteral("no fixed point:\n%1\n%2")
+                   .arg(QString::fromUtf8(text), QString::fromUtf8(again)));
   }
   return 0;
 }

@@ -35,16 +35,28 @@ void Start() {
   static_cast<void>(started);
 }
 
-Tree Read(const std::uint8_t* data, std::size_t size) {
+namespace {
+
+Tree Read(const QString& url, const std::uint8_t* data, std::size_t size) {
   const RefPtr<Listener> listener(new Listener);
-  KmlHandler handler(QStringLiteral("http://example.com/fuzz.kml"), 2, nullptr, nullptr,
-                     listener.get());
+  KmlHandler handler(url, 2, nullptr, nullptr, listener.get());
   static const std::uint8_t none = 0; // null data would name a file
   Tree tree = ExpatHandler::LoadXml(handler, data ? data : &none, size);
   if (!tree && !handler.GetRoot() && handler.GetErrorText().isEmpty()) {
     Fail(QStringLiteral("refused without a reason"));
   }
   return tree;
+}
+
+} // namespace
+
+Tree Read(const std::uint8_t* data, std::size_t size) {
+  return Read(QStringLiteral("http://example.com/fuzz.kml"), data, size);
+}
+
+Tree Read(const QByteArray& text, const QString& url) {
+  return Read(url, reinterpret_cast<const std::uint8_t*>(text.constData()),
+              static_cast<std::size_t>(text.size()));
 }
 
 QByteArray Write(const Tree& tree) {
@@ -54,6 +66,12 @@ QByteArray Write(const Tree& tree) {
     Fail(error);
   }
   return bytes;
+}
+
+QStringList Lines(const std::uint8_t* data, std::size_t size) {
+  QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<int>(size));
+  text.remove(QChar()); // no document can hold it
+  return text.split(QLatin1Char('\n'));
 }
 
 void Fail(const QString& message) {

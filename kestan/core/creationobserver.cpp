@@ -49,15 +49,16 @@ bool CreationObserver::DoNotifyPostCreate(SchemaObject& object, bool onMain) {
       const std::lock_guard<SpinLock> guard(s_lock_);
       if (i >= observers.size())
         break;
+      // Those that aren't called here may go as soon as the lock is open.
       observer = observers[i];
-    }
-    if (observer->threadSafety_ == kAnyThread) {
-      if (seenBySafe)
+      if (observer->threadSafety_ == kAnyThread) {
+        if (seenBySafe)
+          continue;
+        object.SetBit(kBitPostCreateSafeDone, true);
+      } else if (!onMain) {
+        reachedAll = false;
         continue;
-      object.SetBit(kBitPostCreateSafeDone, true);
-    } else if (!onMain) {
-      reachedAll = false;
-      continue;
+      }
     }
     // The object may still be in its constructor, without any reference: letting go of this one
     // must not delete it.

@@ -4,6 +4,15 @@
 
 namespace vorrel::kestan {
 
+namespace {
+
+/// Nobody counts an object that is built or dies.
+RefPtr<SchemaObject> Keep(SchemaObject& object) {
+  return RefPtr<SchemaObject>(object.GetRefCount() > 0 ? &object : nullptr);
+}
+
+} // namespace
+
 std::atomic<std::uint32_t> ObjectObserver::s_revision_counter_{0};
 
 const Field* SubFieldChangedEvent::GetObservedSubField() const {
@@ -55,6 +64,10 @@ void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject&
   const bool closesCycle =
       mayBeVisited && std::find(visited.begin(), visited.end(), &observed) != visited.end();
   observed.revision_ = s_revision_counter_.load(std::memory_order_relaxed);
+  // An observer may drop what the news is about, which those further up still hear of.
+  const bool isHeard = !observed.observers_.IsEmpty();
+  const RefPtr<SchemaObject> keepsChild = isHeard ? Keep(child) : nullptr;
+  const RefPtr<SchemaObject> keepsChanged = isHeard ? Keep(changed) : nullptr;
   const SubFieldChangedEvent event{observed, child, changed, field};
   const bool alive = observed.observers_.Dispatch([&](Observer& observer) {
     static_cast<ObjectObserver&>(observer).OnSubFieldChanged(event);

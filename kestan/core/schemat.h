@@ -5,23 +5,25 @@
 
 namespace vorrel::kestan {
 
+// Exported, since some compilers give a template no more visibility than its arguments have.
+
 /// An abstract class.
-template <class T> struct NoInstancePolicy {
+template <class T> struct KESTAN_EXPORT NoInstancePolicy {
   static constexpr bool kAbstract = true;
 };
 
 /// A class with instances: `T(KmlId, baseUrl)`.
-template <class T> struct NewInstancePolicy {
+template <class T> struct KESTAN_EXPORT NewInstancePolicy {
   static constexpr bool kAbstract = false;
 };
 
 /// A class that no document can derive from.
-template <class T> struct NoDerivedPolicy {
+template <class T> struct KESTAN_EXPORT NoDerivedPolicy {
   static constexpr bool kDerivable = false;
 };
 
 /// A class that documents can derive from: `T(schema, KmlId, baseUrl)`.
-template <class T> struct NewDerivedPolicy {
+template <class T> struct KESTAN_EXPORT NewDerivedPolicy {
   static constexpr bool kDerivable = true;
 };
 

@@ -57,6 +57,11 @@ bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator) {
   main.deferred.insert(main.deferred.end(), std::make_move_iterator(deferred.begin()),
                        std::make_move_iterator(deferred.end()));
   deferred.clear();
+  styleCache.reset(); // watches objects that are the main thread's now
+  for (const MergeNotice& notice : mmvector<MergeNotice>(std::move(mergeNotices))) {
+    if (notice.object->GetRefCount() > 1)
+      notice.send(*notice.object);
+  }
   // From here on nothing of this thread's is left behind, wherever the rest stops.
   LoadObserver::MoveToMain(*this, main, isFirst);
   if (!continuator.ShouldContinue() || LoadObserver::UpdateAll(main, continuator))

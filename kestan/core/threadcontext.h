@@ -49,6 +49,14 @@ public:
   int disableCount = 0; ///< Open `NotificationDisabler`s.
   int deferCount = 0;   ///< Open `NotificationDeferrer`s.
   mmvector<RefPtr<SchemaObject>> deferred; ///< Objects that wait for their creation notice.
+
+  /// A notice that the main thread sends once it has the object, unless nobody else holds that then.
+  struct MergeNotice {
+    RefPtr<SchemaObject> object;
+    void (*send)(SchemaObject& object);
+  };
+  mmvector<MergeNotice> mergeNotices;
+
   bool replaceDuplicates = true; ///< A newer object wins over one with the same id.
 
   // The last arguments and results of the URL rules.

@@ -1,5 +1,6 @@
 #include "kestan/feature/balloonvisibilityobserver.h"
 
+#include "kestan/core/threadcontext.h"
 #include "kestan/core/watcher.h"
 #include "kestan/feature/abstractfeature.h"
 #include "kestan/host/syncmethod.h"
@@ -35,6 +36,14 @@ BalloonVisibilityObserver::BalloonVisibilityObserver() { s_observers_.Add(*this)
 BalloonVisibilityObserver::~BalloonVisibilityObserver() = default;
 
 void BalloonVisibilityObserver::Notify(AbstractFeature& feature) {
+  ThreadContext* context = ThreadContext::GetCurrent();
+  if (context && context != ThreadContext::GetMain()) {
+    // The main thread mustn't look at the feature before it's merged.
+    context->mergeNotices.push_back({RefPtr<SchemaObject>(&feature), [](SchemaObject& object) {
+                                       Notify(static_cast<AbstractFeature&>(object));
+                                     }});
+    return;
+  }
   Timer::Execute(*new SyncNotify(feature), 0.0);
 }
 

@@ -15,8 +15,8 @@ public:
 
   virtual void OnNotify(AbstractFeature* feature) = 0;
 
-  /// Has the observers told on a later turn of the main thread, unless the feature goes before.
-  /// Thread: that of the feature.
+  /// Has the observers told on a later turn of the main thread, unless the feature goes before. A
+  /// feature that a worker builds waits until it's merged. Thread: that of the feature.
   static void Notify(AbstractFeature& feature);
 
 private:

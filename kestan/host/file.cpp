@@ -42,7 +42,10 @@ int PathStart(const QString& text, int end) {
   }
   if (end > 2 && IsSlash(text[0]) && IsSlash(text[1]) && !IsSlash(text[2]))
     return IndexOfSlash(text, 2, end);
-  if (end > 1 && IsLetter(text[0]) && text[1] == QLatin1Char(':'))
+  // Drives have letters; what else looks like one is taken for one by whoever classifies URLs.
+  const bool isDrive = end > 1 && text[1] == QLatin1Char(':') &&
+                       (IsLetter(text[0]) || (end > 2 && !IsSlash(text[0]) && IsSlash(text[2])));
+  if (isDrive)
     return 2;
   return 0;
 }

@@ -74,14 +74,35 @@ int SideOf(const QString& parameter, int& value) {
   return -1;
 }
 
+/// The side that a field holds; -1 for any other field.
+int SideOf(const Field& field) {
+  const auto& sides = Fields().sides;
+  const auto place = std::find(std::begin(sides), std::end(sides), &field);
+  return place == std::end(sides) ? -1 : static_cast<int>(place - std::begin(sides));
+}
+
+int LastQuery(const QString& url) { return static_cast<int>(url.lastIndexOf(QLatin1Char('?'))); }
+
+void ChopSeparators(QString& query) {
+  while (query.endsWith(QLatin1Char('&')))
+    query.chop(1);
+}
+
 QString Png() { return QLatin1String(ResourceManager::kResourceTypePng); }
 
 } // namespace
 
+void IconSideField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  WriteValue(object, state,
+             get(object) != GetDefault() ||
+                 static_cast<const Icon&>(object).IsSpecifiedBesideQuery(*this));
+}
+
 IconSchema::IconSchema() : SchemaT("Icon", &AbstractLink::GetClassSchema(), Namespace::kKml) {
-  for (SimpleField<int>* field : {&x, &y, &legacyX, &legacyY})
+  using Sides = std::initializer_list<SimpleField<int>*>;
+  for (SimpleField<int>* field : Sides{&x, &y, &legacyX, &legacyY})
     field->SetDefault(0);
-  for (SimpleField<int>* field : {&w, &h, &legacyW, &legacyH})
+  for (SimpleField<int>* field : Sides{&w, &h, &legacyW, &legacyH})
     field->SetDefault(-1);
   w.SetMin(-1);
   h.SetMin(-1);
@@ -185,6 +206,11 @@ bool Icon::HasSpecified(int side) const {
   return (fieldsSpecified_ & Fields().sides[side]->GetMaskBit()) != 0;
 }
 
+bool Icon::IsSpecifiedBesideQuery(const Field& field) const {
+  const int side = SideOf(field);
+  return side >= 0 && HasSpecified(side) && LastQuery(href_) >= 0;
+}
+
 bool Icon::HasSpecifiedX() const { return HasSpecified(kX); }
 bool Icon::HasSpecifiedY() const { return HasSpecified(kY); }
 bool Icon::HasSpecifiedW() const { return HasSpecified(kW); }
@@ -278,19 +304,16 @@ void Icon::NotifyFieldChanged(const Field& field) {
     fromBitmapForm_ = false;
     queryTaken_ = false;
   }
-  const auto& sides = Fields().sides;
-  const auto place = std::find(std::begin(sides), std::end(sides), &field);
-  const bool isSide = place != std::end(sides);
-  if (isSide) {
-    const int side = static_cast<int>(place - std::begin(sides));
+  const int side = SideOf(field);
+  if (side >= 0) {
     given_[side] = this->*kSides[side];
     givenSides_ |= SideBit(side);
   }
   // A URL may be long, and an icon may be told of many changes. So it's looked at only where the
   // outcome can be another one.
-  if (isHref || (isSide && isPalette_) || (urlDirty_ && (texId_ != kImageFile || !makeAbsolute_)))
+  if (isHref || (side >= 0 && isPalette_) || (urlDirty_ && (texId_ != kImageFile || !makeAbsolute_)))
     update();
-  else if (isSide)
+  else if (side >= 0)
     ResetRectangle();
   SchemaObject::NotifyFieldChanged(field);
 }
@@ -375,34 +398,38 @@ void Icon::MapOldRows() {
   y_ = OldRowToNew(y_ / kTileSize) * kTileSize;
 }
 
-/// Of several values for one side the first counts.
+/// Of several values for one side the first counts. What is left of the reference, taken as one, is
+/// left alone: a copy shows the same.
 void Icon::TakeQuery() {
   queryTaken_ = true;
   queriedSides_ = 0;
-  const int start = static_cast<int>(href_.lastIndexOf(QLatin1Char('?')));
+  int start = LastQuery(href_);
   hasQuery_ = start >= 0;
   if (!hasQuery_)
     return;
-  if (href_.endsWith(QLatin1Char('&')))
-    href_.chop(1);
   // A server may mean something else by these parameters, so that it gets them all the same.
   const QString url = makeAbsolute_ ? AbstractLink::GetResourceUrl() : href_;
   const bool isServer = GGetUrlType(url) == kUrlNetwork;
-  QStringList kept;
-  for (const QString& parameter : href_.mid(start + 1).split(QLatin1Char('&'))) {
-    int value = 0;
-    const int side = SideOf(parameter, value);
-    if (side >= 0 && !(queriedSides_ & SideBit(side))) {
-      queried_[side] = value;
-      queriedSides_ |= SideBit(side);
+  QString rest;
+  for (; start >= 0 && rest.isEmpty(); start = LastQuery(href_)) {
+    ChopSeparators(href_);
+    QStringList kept;
+    for (const QString& parameter : href_.mid(start + 1).split(QLatin1Char('&'))) {
+      int value = 0;
+      const int side = SideOf(parameter, value);
+      if (side >= 0 && !(queriedSides_ & SideBit(side))) {
+        queried_[side] = value;
+        queriedSides_ |= SideBit(side);
+      }
+      if (isServer || side < 0)
+        kept += parameter;
     }
-    if (isServer || side < 0)
-      kept += parameter;
+    rest = kept.join(QLatin1Char('&'));
+    ChopSeparators(rest);
+    href_.truncate(start);
+    if (!rest.isEmpty())
+      href_ += QLatin1Char('?') + rest;
   }
-  href_.truncate(start);
-  const QString rest = kept.join(QLatin1Char('&'));
-  if (!rest.isEmpty())
-    href_ += QLatin1Char('?') + rest;
 }
 
 void Icon::Classify() {
@@ -428,7 +455,7 @@ void Icon::Classify() {
   }
   if (showsTile && ShowTile())
     return;
-  const int query = static_cast<int>(keyText_.lastIndexOf(QLatin1Char('?')));
+  const int query = LastQuery(keyText_);
   if (urlType_ != kUrlNetwork && query >= 0)
     keyText_.truncate(query);
 }
@@ -448,6 +475,8 @@ bool Icon::TakeTile(int palette, int column, int row) {
     return false;
   paletteNumber_ = static_cast<short>(palette);
   texId_ = static_cast<short>(palette << 8 | row << 4 | column);
+  x_ = column * kTileSize;
+  y_ = row * kTileSize;
   return true;
 }
 
@@ -467,12 +496,8 @@ bool Icon::TakeServerForm(const QString& rest) {
     if (!isNumber || index < 0)
       return false;
     const int row = kTilesPerSide - 1 - index / kTilesPerSide;
-    if (!TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row))
-      return false;
-    isPalette_ = true;
-    x_ = index % kTilesPerSide * kTileSize;
-    y_ = row * kTileSize;
-    return true;
+    isPalette_ = TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row);
+    return isPalette_;
   }
   const QStringList parts = rest.split(QLatin1Char('.'));
   const ResourceRecord record = parts.size() == 2
@@ -489,9 +514,9 @@ bool Icon::ShowTile() {
   const int index = x_ / kTileSize + (kTilesPerSide - 1 - y_ / kTileSize) * kTilesPerSide;
   const ResourceRecord record = FindResource(MapPalIconToShape(paletteNumber_, index), Png());
   texId_ = record.found ? kBuiltInImage : kUnknownImage;
+  keyText_ = record.found ? record.text : absoluteUrl_;
   if (!record.found)
     return false;
-  keyText_ = record.text;
   hotSpotKind_ = IsCentredPaletteIcon(paletteNumber_, index) ? kCentre : kBottomCentre;
   return true;
 }

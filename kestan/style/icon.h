@@ -122,6 +122,7 @@ public:
 
 private:
   friend class IconSchema;
+  friend class IconSideField;
 
   enum HotSpotKind : unsigned char { kNoHotSpot, kCentre, kBottomCentre };
 
@@ -148,6 +149,8 @@ private:
   void ShowWholeImage();
   void SetSide(int side, int value);
   bool HasSpecified(int side) const;
+  /// True for a side that has a value of its own on an icon of which the URL has a query.
+  bool IsSpecifiedBesideQuery(const Field& field) const;
 
   std::int32_t x_ = 0;
   std::int32_t y_ = 0;

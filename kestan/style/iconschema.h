@@ -6,14 +6,23 @@
 
 namespace vorrel::kestan {
 
+/// A side of the rectangle. One that was given is written also when it's the default, where the
+/// URL has a query that could mean something else.
+class KESTAN_EXPORT IconSideField final : public SimpleField<int> {
+public:
+  using SimpleField::SimpleField;
+
+  void WriteKml(const SchemaObject& object, WriteState& state) const override;
+};
+
 class KESTAN_EXPORT IconSchema final : public SchemaT<Icon, NewInstancePolicy, NoDerivedPolicy> {
 public:
   IconSchema();
 
-  SimpleField<int> x{*this, "x", OffsetOf(&Icon::x_), Field::kElement, Field::kExtNamespace};
-  SimpleField<int> y{*this, "y", OffsetOf(&Icon::y_), Field::kElement, Field::kExtNamespace};
-  SimpleField<int> w{*this, "w", OffsetOf(&Icon::w_), Field::kElement, Field::kExtNamespace};
-  SimpleField<int> h{*this, "h", OffsetOf(&Icon::h_), Field::kElement, Field::kExtNamespace};
+  IconSideField x{*this, "x", OffsetOf(&Icon::x_), Field::kElement, Field::kExtNamespace};
+  IconSideField y{*this, "y", OffsetOf(&Icon::y_), Field::kElement, Field::kExtNamespace};
+  IconSideField w{*this, "w", OffsetOf(&Icon::w_), Field::kElement, Field::kExtNamespace};
+  IconSideField h{*this, "h", OffsetOf(&Icon::h_), Field::kElement, Field::kExtNamespace};
   SimpleField<int> legacyX{*this, "x", OffsetOf(&Icon::legacyX_), Field::kElement};
   SimpleField<int> legacyY{*this, "y", OffsetOf(&Icon::legacyY_), Field::kElement};
   SimpleField<int> legacyW{*this, "w", OffsetOf(&Icon::legacyW_), Field::kElement};
@@ -21,7 +30,7 @@ public:
 
   /// The extension fields, and the older ones, in the order x, y, w, h.
   static constexpr int kSideCount = 4;
-  const SimpleField<int>* const sides[kSideCount] = {&x, &y, &w, &h};
+  const IconSideField* const sides[kSideCount] = {&x, &y, &w, &h};
   const SimpleField<int>* const legacySides[kSideCount] = {&legacyX, &legacyY, &legacyW, &legacyH};
 };
 

@@ -102,7 +102,7 @@ template <Context context> constexpr std::array<bool, 128> MakeCopied() {
     copied[c] = true;
   copied['\t'] = copied['\n'] = context != Context::kAttribute;
   copied['\r'] = context == Context::kPlain;
-  for (const unsigned c : {'"', '&', '\'', '<', '>'})
+  for (const unsigned c : {U'"', U'&', U'\'', U'<', U'>'})
     copied[c] = context == Context::kPlain;
   return copied;
 }

@@ -41,6 +41,31 @@ private:
   QString& log_;
 };
 
+/// Notes that news of the `count` of some object came by, and the end of its own.
+class Climber final : public ObjectObserver {
+public:
+  Climber(SchemaObject* object, char name, QString& log, std::function<void(char)> act)
+      : ObjectObserver(object), name_(name), log_(log), act_(std::move(act)) {}
+
+  void OnFieldChanged(const FieldChangedEvent& event) override { Note(event.field); }
+  void OnSubFieldChanged(const SubFieldChangedEvent& event) override { Note(event.field); }
+  void OnPreDelete(const PreDeleteEvent&) override {
+    log_ += QStringLiteral("~") + QLatin1Char(name_);
+  }
+
+private:
+  void Note(const Field& field) {
+    if (&field != &Fields().count)
+      return;
+    log_ += QLatin1Char(name_);
+    act_(name_);
+  }
+
+  char name_;
+  QString& log_;
+  std::function<void(char)> act_;
+};
+
 class Counter final : public CreationObserver {
 public:
   using CreationObserver::CreationObserver;
@@ -120,6 +145,40 @@ TEST_F(ObserverTest, AChangeClimbsToTheOwners) {
   Change(*leaf);
   ThreadContext::GetCurrent()->notifyEnabled = true;
   EXPECT_EQ(revision, leaf->GetRevision());
+}
+
+TEST_F(ObserverTest, AClimbEndsWellWhateverIsDroppedOnItsWay) {
+  struct Case {
+    char observed; // whose observer drops
+    char dropped;
+    const char* log;
+  };
+  // The root holds the middle, and that the leaf, which changes.
+  const Case cases[] = {{'l', 'l', "l~l"},         {'l', 'm', "l~m~l"},     {'l', 'r', "l~r~m~l"},
+                        {'m', 'l', "lmr~l"},       {'m', 'm', "lm~m~l"},    {'m', 'r', "lm~r~m~l"},
+                        {'r', 'l', "lmr~l"},       {'r', 'm', "lmr~m~l"},   {'r', 'r', "lmr~r~m~l"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.observed << " drops " << c.dropped);
+    QString log;
+    auto root = Probe::Make();
+    Fields().child.set(*root, Probe::Make().get(), 0);
+    Probe* middle = Fields().child.get(*root).get();
+    Fields().child.set(*middle, Probe::Make().get(), 0);
+    Probe* leaf = Fields().child.get(*middle).get();
+    const auto act = [&](char name) {
+      if (name != c.observed)
+        return;
+      if (c.dropped == 'r')
+        root.reset();
+      else
+        Fields().child.set(c.dropped == 'l' ? *middle : *root, nullptr, 0);
+    };
+    const Climber r(root.get(), 'r', log, act);
+    const Climber m(middle, 'm', log, act);
+    const Climber l(leaf, 'l', log, act);
+    Change(*leaf);
+    EXPECT_EQ(c.log, log);
+  }
 }
 
 TEST_F(ObserverTest, AWatcherTurnsNullWithItsObject) {

@@ -12,7 +12,7 @@ template class SchemaT<Probe, NewInstancePolicy, NoDerivedPolicy>;
 template class ObjField<Probe>;
 template class ObjArrayField<Probe>;
 
-int Probe::s_alive = 0;
+std::atomic<int> Probe::s_alive{0};
 
 ProbeSchema::ProbeSchema() : SchemaT("Probe", nullptr, Namespace::kKml) {
   count.SetDefault(0).SetBounds(-10, 10);

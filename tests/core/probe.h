@@ -6,6 +6,8 @@
 #include "kestan/host/memory.h"
 #include "kestan/host/vec3.h"
 
+#include <atomic>
+
 namespace vorrel::kestan {
 
 class ProbeSchema;
@@ -16,7 +18,7 @@ public:
   using ClassSchema = ProbeSchema;
   static const Schema& GetClassSchema();
   static RefPtr<Probe> Make(const QString& id = QString());
-  static int s_alive; ///< Instances that exist.
+  static std::atomic<int> s_alive; ///< Instances that exist.
 
   Probe(const KmlId& id, const QString& baseUrl, bool notify = true);
   ~Probe() override;

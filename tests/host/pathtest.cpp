@@ -32,6 +32,7 @@ TEST(CleanupPathnameTest, RewritesThePathAndNothingElse) {
       {"/a/b/", "/a/b/"},
       {"a/.hidden/..x/y...", "a/.hidden/..x/y..."},
       {"C:\\a\\..\\..\\b", "C:/b"},
+      {"%:/../b", "%:/b"},
       {"\\\\server\\share\\..\\x", "//server/x"},
       {"//server/a//b", "//server/a/b"},
       {"http://host/a/../b//c?q=x/../y//z\\w#f/./g", "http://host/b/c?q=x/../y//z\\w#f/./g"},

@@ -163,6 +163,35 @@ TEST_F(IconTest, ManyChangesOfALongUrlCostInProportion) {
   }
 }
 
+TEST_F(IconTest, TheRectangleComesBackWhateverTheQuerySays) {
+  struct Case {
+    const char* content;
+    const char* rectangle;
+  };
+  const Case cases[] = {
+      {"<href>http://h/a.png?x=5&amp;y=6</href><gx:x>0</gx:x><gx:h>-1</gx:h>", "0,6,32,-1"},
+      {"<href>a.png?b=c</href><gx:y>9</gx:y><gx:w>-1</gx:w>", "0,9,-1,32"},
+      {"<href>file:///a.png??x=7</href>", "7,0,32,32"},
+      {"<href>file:///a.png?x=7?y=8</href>", "7,8,32,32"},
+      {"<href>file:///a.png?b&amp;x=7&amp;&amp;</href>", "7,0,32,32"},
+      {"<href>root://icons/palette-3.png</href><gx:y>36</gx:y>", "0,32,-1,-1"},
+      {"<href>root://icons/palette-1.png</href><gx:x>32</gx:x>", "32,0,-1,-1"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.content);
+    const auto icon = ReadIcon(c.content);
+    ASSERT_TRUE(icon);
+    EXPECT_EQ(c.rectangle, Rectangle(*icon));
+    const QString first = Element(Write(*icon), "Icon");
+    const auto again = ReadIcon(QString(first).remove("<Icon>\n").remove("</Icon>"));
+    ASSERT_TRUE(again);
+    EXPECT_EQ(icon->CreateIconKey(), again->CreateIconKey());
+    EXPECT_EQ(first, Element(Write(*again), "Icon"));
+    const auto copy = again->clone(true, nullptr);
+    EXPECT_EQ(icon->CreateIconKey(), static_cast<Icon&>(*copy).CreateIconKey());
+  }
+}
+
 TEST_F(IconTest, ALaterChangeLeavesNothingBehind) {
   const auto icon = Icon::create("root://icons/palette-3.png?x=64&y=32");
   ASSERT_TRUE(icon->IsWholeImage());

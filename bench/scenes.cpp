@@ -1,0 +1,171 @@
+#include "bench/scenes.h"
+
+#include "kestan/core/objectobserver.h"
+#include "kestan/feature/folder.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/style/linestyle.h"
+#include "kestan/style/style.h"
+
+using namespace vorrel::kestan;
+
+namespace bench {
+
+namespace {
+
+constexpr int kLevels = 10;
+
+std::string InDocument(const std::string& content) { return "<Document>" + content + "</Document>"; }
+
+std::string MakeStyle(const std::string& id, int width) {
+  return "<Style" + (id.empty() ? "" : " id='" + id + "'") + "><LineStyle><width>" +
+         std::to_string(width) + "</width></LineStyle></Style>";
+}
+
+std::string MakePlacemark(const std::string& content) {
+  return "<Placemark><name>feature</name>" + content + "</Placemark>";
+}
+
+std::string Reference(const std::string& id) { return "<styleUrl>#" + id + "</styleUrl>"; }
+
+std::string MakeStyled(Look look, std::size_t count) {
+  std::string text = MakeStyle("s", 1) +
+                     "<Style id='t'><PolyStyle><fill>0</fill></PolyStyle></Style>"
+                     "<StyleMap id='m'><Pair><key>normal</key>" +
+                     Reference("s") + "</Pair><Pair><key>highlight</key>" + Reference("t") +
+                     "</Pair></StyleMap>";
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto width = static_cast<int>(2 + (look == Look::kOwn ? i % 100 : 0));
+    const bool isMerged = look == Look::kMerged || look == Look::kOwn;
+    text += MakePlacemark(Reference(look == Look::kMap ? "m" : isMerged ? "t" : "s") +
+                      (isMerged ? MakeStyle("", width) : ""));
+  }
+  return InDocument(text);
+}
+
+std::string MakeNested(int levels, std::size_t count) {
+  std::string text;
+  for (int i = 0; i < levels; ++i) {
+    text += "<Folder>";
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    text += MakePlacemark("");
+  }
+  for (int i = 0; i < levels; ++i) {
+    text += "</Folder>";
+  }
+  return InDocument(text);
+}
+
+std::vector<AbstractFeature*> FindFeatures(const Subject::Tree& tree) {
+  vorrel::mmvector<SchemaObject*> objects;
+  tree->FindBySchema(Placemark::GetClassSchema(), objects);
+  std::vector<AbstractFeature*> features;
+  for (SchemaObject* object : objects) {
+    features.push_back(static_cast<AbstractFeature*>(object));
+  }
+  return features;
+}
+
+} // namespace
+
+const char* Name(Look look) {
+  const char* const names[] = {"one shared style", "inline over shared, alike",
+                               "inline over shared, different", "style map"};
+  return names[static_cast<int>(look)];
+}
+
+StyledFeatures::StyledFeatures(const Subject& subject, Look look, std::size_t count)
+    : tree_(subject.Read(MakeStyled(look, count))), features_(FindFeatures(tree_)) {
+  for (const AbstractFeature* feature : features_) {
+    plain_.push_back(MakePlainFeature(feature->getRenderStyle(0)));
+  }
+}
+
+std::uintptr_t StyledFeatures::Ask(int mode) const {
+  std::uintptr_t sum = 0;
+  for (const AbstractFeature* feature : features_) {
+    sum += reinterpret_cast<std::uintptr_t>(feature->getRenderStyle(mode));
+  }
+  return sum;
+}
+
+std::uintptr_t StyledFeatures::AskPlain(int mode) const {
+  std::uintptr_t sum = 0;
+  for (const std::unique_ptr<PlainFeature>& feature : plain_) {
+    sum += reinterpret_cast<std::uintptr_t>(feature->GetStyle(mode));
+  }
+  return sum;
+}
+
+void StyledFeatures::ChangeSharedStyle() {
+  for (const char* id : {"s", "t"}) {
+    vorrel::kestan::Style::find(tree_->GetUrl(), QLatin1String(id))->GetLineStyle()->SetWidth(++width_);
+  }
+}
+
+const char* Name(Audience audience) {
+  const char* const names[] = {"no observer", "one observer", "10 levels of owners",
+                               "10 levels, observer on top"};
+  return names[static_cast<int>(audience)];
+}
+
+class WatchedFeatures::Listener final : public ObjectObserver {
+public:
+  Listener(SchemaObject& object, std::size_t& notices)
+      : ObjectObserver(object), notices_(notices) {}
+
+  void OnFieldChanged(const FieldChangedEvent&) override { ++notices_; }
+  void OnSubFieldChanged(const SubFieldChangedEvent&) override { ++notices_; }
+  void OnPreDelete(const PreDeleteEvent&) override { SetObserved(nullptr); }
+
+private:
+  std::size_t& notices_;
+};
+
+WatchedFeatures::WatchedFeatures(const Subject& subject, Audience audience, std::size_t count)
+    : tree_(subject.Read(
+          MakeNested(audience == Audience::kOwners || audience == Audience::kObservedOwners
+                         ? kLevels - 1 // the document is one more
+                         : 0,
+                     count))),
+      features_(FindFeatures(tree_)) {
+  if (audience == Audience::kObserver) {
+    for (AbstractFeature* feature : features_) {
+      listeners_.push_back(std::make_unique<Listener>(*feature, notices_));
+    }
+  }
+  if (audience == Audience::kOwners || audience == Audience::kObservedOwners) {
+    tree_->SetInheritedShouldNotifySubFieldChanged(true);
+  }
+  if (audience == Audience::kObservedOwners) {
+    listeners_.push_back(std::make_unique<Listener>(*tree_, notices_));
+  }
+}
+
+WatchedFeatures::~WatchedFeatures() = default;
+
+void WatchedFeatures::Change() {
+  open_ = !open_;
+  for (AbstractFeature* feature : features_) {
+    feature->SetIsOpen(open_);
+  }
+}
+
+std::string MakeReferences(References references, std::size_t count) {
+  const bool isToOne =
+      references == References::kBackwardToOne || references == References::kForwardToOne;
+  const bool isForward =
+      references == References::kForward || references == References::kForwardToOne;
+  std::string features;
+  std::string styles;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::string id = isToOne ? "s" : "s" + std::to_string(i);
+    features += MakePlacemark(Reference(id));
+    if (!isToOne || i == 0) {
+      styles += MakeStyle(id, 2);
+    }
+  }
+  return InDocument(isForward ? features + styles : styles + features);
+}
+
+} // namespace bench
