@@ -1,4 +1,5 @@
 #include "kestan/host/net.h"
+#include "kestan/link/abstractlink.h"
 #include "kestan/link/url.h" // what is fetched from a server lies in no archive
 #include "kestan/write/writestate.h"
 
@@ -7,23 +8,52 @@
 
 namespace vorrel::kestan {
 
-QString WriteState::GetRelativeUrl(const QString& url) const {
-  const bool isBelow = !baseDir_.isEmpty() && url.startsWith(baseDir_, Qt::CaseInsensitive);
-  return isBelow ? url.mid(baseDir_.size()) : url;
+namespace {
+
+bool MayLieInArchive(UrlType type) {
+  return type == kUrlRelative || type == kUrlFragment || type == kUrlLocal;
 }
 
-QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, bool) {
+} // namespace
+
+QString WriteState::GetRelativeUrl(const QString& url) const {
+  const bool isBelow = !baseDir_.isEmpty() && url.startsWith(baseDir_, Qt::CaseInsensitive);
+  if (!isBelow)
+    return url;
+  const QString path = url.mid(baseDir_.size());
+  // A reader takes the archive for a folder: what lies beside it is one level up.
+  return mode_ == kWriteKmzFile ? QLatin1String("../") + path : path;
+}
+
+QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed) {
   if (url.isEmpty())
     return QString();
   // What can't be made absolute means nothing elsewhere either; at least its text is kept.
-  if (keepRelativeUrls_ || absoluteUrl.isEmpty())
+  if (absoluteUrl.isEmpty())
     return url;
-  if (mode_ == kWriteKmlFile && GGetUrlType(absoluteUrl) != kUrlNetwork) {
+  const UrlType type = GGetUrlType(absoluteUrl);
+  if (mode_ == kWriteKmzFile) {
+    const QString copy =
+        embed && MayLieInArchive(type) ? kmzFiles_.Register(absoluteUrl) : QString();
+    return copy.isEmpty() ? GetRelativeUrl(absoluteUrl) : copy;
+  }
+  if (keepRelativeUrls_)
+    return url;
+  if (mode_ == kWriteKmlFile && type != kUrlNetwork) {
     const QString extracted = Extract(absoluteUrl);
     if (!extracted.isEmpty())
       return extracted;
   }
   return GetRelativeUrl(absoluteUrl);
+}
+
+QString WriteState::RegisterLink(const AbstractLink& link) {
+  return RegisterUrl(link.GetHref(), link.GetResourceUrl(), link.GetEmbedInKmz());
+}
+
+void WriteState::AddResourceMapEntry(const QString& name, const QString& value,
+                                     const QString& object) {
+  resourceDictionary_.Insert(name, object, value);
 }
 
 /// Brings a file that lies in an archive out beside the document, under a name that is free there.

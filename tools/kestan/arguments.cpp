@@ -10,7 +10,7 @@ const char kHelpText[] =
        kestan check FILE...
        kestan --help | --version
 
-Reads KML and KMZ documents.
+Reads KML and KMZ documents, and writes them.
 
 Commands:
   cat    write the document as KML to standard output
@@ -18,7 +18,8 @@ Commands:
   check  report what the reader objects to, as file:line:column: message
 
 Options of cat:
-  -o OUT      write to the file OUT; a name without a suffix gets ".kml"
+  -o OUT      write to the file OUT; a name without a suffix gets ".kml". A name that ends in
+              ".kmz" makes an archive, with the local files that the document refers to
   --no-hoist  leave shared styles and schemas where they are, outside of the written object
   --no-hint   leave out the "hint" attribute of the root
 
@@ -27,8 +28,8 @@ Options of all commands:
               read elements of namespaces that start with BASE as KML or as its extensions.
               The variable KESTAN_NAMESPACES holds more of them, separated by blanks.
 
-Exit status: 0 all is well; 1 there are findings, or a document can't be read; 2 wrong usage;
-3 the output can't be written.
+Exit status: 0 all is well; 1 there are findings, a document can't be read, or a file that it
+refers to can't be packed; 2 wrong usage; 3 the output can't be written.
 )";
 
 namespace {
