@@ -268,7 +268,7 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
 }
 
 void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
-  const QString& url = Member<QString>(object);
+  const QString url = state.GetDocumentUrl(object, Member<QString>(object));
   if (GetType() == kAttribute && !url.isEmpty()) {
     WriteAttributeStart(*this, object, state);
     const AttributeScope scope(state.stream());

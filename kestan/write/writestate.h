@@ -140,6 +140,9 @@ public:
   QString GenerateUniqueId(const QString& id);
   /// The id that the object carries in this output.
   QString GetObjectId(const SchemaObject& object) const;
+  /// The URL by which `owner` refers to an object in another document. In an archive, a relative one
+  /// would lead there and no longer to what lies beside it, so that it comes absolute.
+  QString GetDocumentUrl(const SchemaObject& owner, const QString& url) const;
   /// Writes a reference: to a hoisted object by its id, else by `url`. `object` may be null.
   void WriteObjUrl(SchemaObject* object, const QString& url);
 

@@ -47,6 +47,14 @@ QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, 
   return GetRelativeUrl(absoluteUrl);
 }
 
+QString WriteState::GetDocumentUrl(const SchemaObject& owner, const QString& url) const {
+  if (mode_ != kWriteKmzFile || GGetUrlType(url) != kUrlRelative ||
+      !url.contains(QLatin1Char('#')))
+    return url;
+  const KmlId target = SchemaObject::MakeAbsoluteId(owner.GetBaseUrl(), url);
+  return target.url.isEmpty() ? url : target.url + QLatin1Char('#') + target.id;
+}
+
 QString WriteState::RegisterLink(const AbstractLink& link) {
   return RegisterUrl(link.GetHref(), link.GetResourceUrl(), link.GetEmbedInKmz());
 }
