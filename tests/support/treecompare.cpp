@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QMap>
 #include <QRegularExpression>
+#include <QUrl>
 
 namespace vorrel::kestan {
 
@@ -74,10 +75,14 @@ QString GetTarget(const QString& url) {
   QByteArray bytes;
   if (net::Fetcher::FindInKmz(url, &archive, &inner)) {
     bytes = net::Fetcher::GetBytesFromKmz(archive, inner);
-  } else if (QFileInfo(url).isFile()) {
-    QFile file(url);
-    if (file.open(QIODevice::ReadOnly)) {
-      bytes = file.readAll();
+  } else {
+    const QString unescaped = QUrl::fromPercentEncoding(url.toUtf8());
+    for (const QString& path : {url, unescaped, QUrl(url).toLocalFile()}) {
+      QFile file(path);
+      if (bytes.isNull() && QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
+        bytes = file.readAll();
+        bytes.append(""); // an empty file is there too
+      }
     }
   }
   if (bytes.isNull()) {
