@@ -4,6 +4,8 @@
 #include "kestan/host/tr.h"
 
 #include <QIODevice>
+#include <QScopedValueRollback>
+#include <QtEndian>
 
 #include <minizip/unzip.h>
 
@@ -15,28 +17,12 @@ namespace {
 
 constexpr qint64 kLargestByteArray = (qint64(1) << 31) - (qint64(1) << 20);
 
-// minizip reads through these; the stream is the device itself.
-QIODevice* Device(voidpf stream) { return static_cast<QIODevice*>(stream); }
+/// Stands in an archive's fields of 32 bits for what doesn't fit; the value is elsewhere then.
+constexpr quint64 kElsewhere = 0xFFFFFFFF;
 
 voidpf OpenDevice(voidpf, const void* device, int) { return const_cast<void*>(device); }
 
-uLong ReadDevice(voidpf, voidpf stream, void* buffer, uLong size) {
-  const qint64 count = Device(stream)->read(static_cast<char*>(buffer), static_cast<qint64>(size));
-  return count < 0 ? 0 : static_cast<uLong>(count);
-}
-
 uLong WriteDevice(voidpf, voidpf, const void*, uLong) { return 0; }
-
-ZPOS64_T TellDevice(voidpf, voidpf stream) { return static_cast<ZPOS64_T>(Device(stream)->pos()); }
-
-long SeekDevice(voidpf, voidpf stream, ZPOS64_T offset, int origin) {
-  QIODevice* const device = Device(stream);
-  const qint64 base = origin == ZLIB_FILEFUNC_SEEK_CUR   ? device->pos()
-                      : origin == ZLIB_FILEFUNC_SEEK_END ? device->size()
-                                                         : 0;
-  const qint64 target = base + static_cast<qint64>(offset);
-  return target >= 0 && target <= device->size() && device->seek(target) ? 0 : -1;
-}
 
 int CloseDevice(voidpf, voidpf) { return 0; }
 
@@ -92,11 +78,34 @@ qint64 GetLargest(const unz_file_info64& info, qint64 archiveSize, const Limits&
 
 } // namespace
 
-Archive::Archive(QIODevice& device) : size_(device.size()) {
-  zlib_filefunc64_def functions = {OpenDevice, ReadDevice,  WriteDevice, TellDevice,
-                                   SeekDevice, CloseDevice, DeviceError, nullptr};
+long Archive::Input::Seek(void*, void* stream, quint64 offset, int origin) {
+  const auto& input = *static_cast<Input*>(stream);
+  QIODevice& device = *input.device;
+  const qint64 base = origin == ZLIB_FILEFUNC_SEEK_CUR   ? device.pos()
+                      : origin == ZLIB_FILEFUNC_SEEK_END ? device.size()
+                                                         : 0;
+  if (origin == ZLIB_FILEFUNC_SEEK_SET && offset >= kElsewhere)
+    offset += input.shift;
+  const qint64 target = base + static_cast<qint64>(offset);
+  return target >= 0 && target <= device.size() && device.seek(target) ? 0 : -1;
+}
+
+Archive::Archive(QIODevice& device) : input_{&device, 0}, size_(device.size()) {
+  const auto read = [](voidpf, voidpf stream, void* buffer, uLong size) {
+    const qint64 count = static_cast<Input*>(stream)->device->read(static_cast<char*>(buffer),
+                                                                   static_cast<qint64>(size));
+    return count < 0 ? 0 : static_cast<uLong>(count);
+  };
+  const auto tell = [](voidpf, voidpf stream) {
+    return static_cast<ZPOS64_T>(static_cast<Input*>(stream)->device->pos());
+  };
+  const auto seek = [](voidpf opaque, voidpf stream, ZPOS64_T offset, int origin) {
+    return Input::Seek(opaque, stream, offset, origin);
+  };
+  zlib_filefunc64_def functions = {OpenDevice, read,        WriteDevice, tell,
+                                   seek,       CloseDevice, DeviceError, nullptr};
   if (device.isOpen())
-    file_ = unzOpen2_64(&device, &functions);
+    file_ = unzOpen2_64(&input_, &functions);
 }
 
 Archive::~Archive() {
@@ -163,6 +172,33 @@ bool Archive::GoTo(const Position& position) {
   return unzGoToFilePos64(file_, &place) == UNZ_OK;
 }
 
+/// Where an entry begins is told elsewhere beyond 4 GiB. minizip doesn't look there.
+quint64 Archive::GetShift() const {
+  unz_file_info64 info;
+  if (!GetInfo(file_, info) || info.size_file_extra == 0)
+    return 0;
+  QByteArray extra(static_cast<int>(info.size_file_extra), '\0');
+  if (unzGetCurrentFileInfo64(file_, &info, nullptr, 0, extra.data(), info.size_file_extra, nullptr,
+                              0) != UNZ_OK)
+    return 0;
+  constexpr int kHeader = 4;
+  constexpr int kLargeSizes = 1;
+  for (int at = 0; at + kHeader <= extra.size();) {
+    const char* const field = extra.constData() + at;
+    const int size = qFromLittleEndian<quint16>(field + 2);
+    const int before =
+        (info.uncompressed_size == kElsewhere) + (info.compressed_size == kElsewhere);
+    const int place = kHeader + 8 * before;
+    if (qFromLittleEndian<quint16>(field) == kLargeSizes && kHeader + size >= place + 8 &&
+        at + place + 8 <= extra.size()) {
+      const auto offset = qFromLittleEndian<quint64>(field + place);
+      return offset > kElsewhere && offset < static_cast<quint64>(size_) ? offset - kElsewhere : 0;
+    }
+    at += kHeader + size;
+  }
+  return 0;
+}
+
 bool Archive::IsReadable(const Limits& limits, QString& reason) const {
   constexpr uLong kEncrypted = 1;
   unz_file_info64 info;
@@ -186,7 +222,10 @@ QByteArray Archive::Read(const Limits& limits, QString& reason) {
   if (!IsReadable(limits, reason))
     return QByteArray();
   unz_file_info64 info;
-  if (!GetInfo(file_, info) || unzOpenCurrentFile(file_) != UNZ_OK) {
+  const bool known = GetInfo(file_, info);
+  // As long as the entry is open, nothing reads the directory, which may lie that far out too.
+  const QScopedValueRollback<quint64> guard(input_.shift, GetShift());
+  if (!known || unzOpenCurrentFile(file_) != UNZ_OK) {
     reason = Damaged();
     return QByteArray();
   }

@@ -43,6 +43,13 @@ public:
   QByteArray Read(const Limits& limits, QString& reason);
 
 private:
+  /// What minizip reads through.
+  struct Input {
+    QIODevice* device;
+    quint64 shift; ///< For places that minizip takes from a field too small for them.
+
+    static long Seek(void* opaque, void* stream, quint64 offset, int origin);
+  };
   struct Position {
     quint64 offset;
     quint64 number;
@@ -51,9 +58,11 @@ private:
   bool FindDocument();
   void MakeIndex();
   bool GoTo(const Position& position);
+  quint64 GetShift() const;
   Position GetPosition() const;
   bool ReadOpen(qint64 expected, qint64 largest, QByteArray& bytes, QString& reason);
 
+  Input input_;
   void* file_ = nullptr; ///< minizip's.
   qint64 size_;
   bool hasIndex_ = false;

@@ -255,3 +255,19 @@ TEST_F(ArchiveTest, AnArchiveThatLacksAnyByteIsNotComplete) {
     EXPECT_EQ(room == whole.size(), write(target)) << room;
   }
 }
+
+TEST_F(ArchiveTest, PlacesBeyondFourGibibytesAreToldAndFound) {
+  QFile file(folder_.filePath("large.kmz"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(file.seek((qint64(1) << 32) - 100)); // takes no room on the disk
+  kmz::Writer writer(file);
+  const QByteArray noise = Noise(2000);
+  for (const char* name : {"doc.kml", "files/a.png", "files/b.jpg"})
+    EXPECT_TRUE(writer.Add(name, noise.constData(), noise.size()));
+  ASSERT_TRUE(writer.Close());
+  file.close();
+  for (const char* name : {"doc.kml", "files/a.png", "files/b.jpg"}) {
+    QString error;
+    EXPECT_EQ(noise, kmz::UnzipFile(file.fileName(), name, &error)) << error.toStdString();
+  }
+}
