@@ -1,16 +1,12 @@
 #include "kestan/write/kmzfiles.h"
 
 #include "kestan/host/file.h"
-#include "kestan/host/kmz.h"
-#include "kestan/host/kmzarchive.h"
-#include "kestan/host/kmzwriter.h"
 #include "kestan/host/net.h"
 #include "kestan/host/tr.h"
 #include "kestan/link/url.h" // what is no file of this machine
 
 #include <QFile>
 #include <QFileInfo>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -54,21 +50,9 @@ QString MakeSafeName(const QString& fileName) {
   return name;
 }
 
-QString Clean(QString path) {
-  file::CleanupPathname(path);
-  return path;
-}
-
-/// The path that `text` stands for, escaped as references often are. Null for one that only
-/// unescaping leads upwards: it isn't what the document's rules allowed.
-QString Unescaped(const QString& text) {
-  const QString path = QUrl::fromPercentEncoding(text.toUtf8());
-  return Clean(path) == path && !path.contains(QChar(QChar::Null)) ? path : QString();
-}
-
-QString Describe(const KmzDictionaryEntry& entry) {
-  return entry.innerPath.isNull() ? entry.sourceUrl
-                                  : entry.sourceUrl + QLatin1Char('/') + entry.innerPath;
+QString Describe(const SourceFile& source) {
+  return source.innerPath.isNull() ? source.path
+                                   : source.path + QLatin1Char('/') + source.innerPath;
 }
 
 bool IsLocal(const QString& url) {
@@ -77,30 +61,7 @@ bool IsLocal(const QString& url) {
          GGetUrlType(url) == kUrlRelative;
 }
 
-bool IsReadableFile(const QString& path) {
-  // Only a plain file is opened: a pipe would block, a device may have no end.
-  const QFileInfo info(path);
-  return info.isFile() && info.isReadable();
-}
-
-QFile& Opened(QFile& file) {
-  file.open(QIODevice::ReadOnly);
-  return file;
-}
-
 } // namespace
-
-/// The archive that was used last. Nearly always it's the only one: that of the document.
-struct KmzFiles::OpenArchive {
-  explicit OpenArchive(const QString& path) : file(path), contents(Opened(file)) {}
-
-  QFile file;
-  kmz::Archive contents;
-};
-
-KmzFiles::KmzFiles() = default;
-
-KmzFiles::~KmzFiles() = default;
 
 QString KmzFiles::Register(const QString& url) {
   auto known = entriesByUrl_.constFind(url);
@@ -114,66 +75,29 @@ QString KmzFiles::Register(const QString& url) {
 
 int KmzFiles::Add(const QString& url) {
   KmzDictionaryEntry entry;
-  if (!Locate(url, entry)) {
+  SourceFile& source = entry.source;
+  if (!sources_.Locate(url, source)) {
     if (IsLocal(url))
       unreadable_ += url;
     return kNone;
   }
-  const bool inArchive = !entry.innerPath.isNull();
+  const bool inArchive = !source.innerPath.isNull();
   // With its own destination inside, a document would grow with every write.
-  if (!inArchive && file::isSame(entry.sourceUrl, destination_))
+  if (!inArchive && file::isSame(source.path, destination_))
     return kNone;
-  const QString file = QFileInfo(entry.sourceUrl).canonicalFilePath() + QChar(QChar::Null) +
-                       entry.innerPath.toCaseFolded();
+  const QString file = QFileInfo(source.path).canonicalFilePath() + QChar(QChar::Null) +
+                       source.innerPath.toCaseFolded();
   const auto same = entriesByFile_.constFind(file);
   if (same != entriesByFile_.constEnd())
     return *same;
 
-  const QFileInfo source(inArchive ? entry.innerPath : entry.sourceUrl);
-  entry.fileName = CreateUniqueKmzDataFileName(MakeSafeName(source.fileName()));
+  const QFileInfo info(inArchive ? source.innerPath : source.path);
+  entry.fileName = CreateUniqueKmzDataFileName(MakeSafeName(info.fileName()));
   entry.directory = QLatin1String(kDirectory);
   const int index = static_cast<int>(entries_.size());
   entries_.push_back(entry);
   entriesByFile_.insert(file, index);
   return index;
-}
-
-bool KmzFiles::Locate(const QString& url, KmzDictionaryEntry& entry) {
-  QString archive;
-  QString inner;
-  if (net::Fetcher::FindInKmz(url, &archive, &inner)) {
-    for (const QString& path : {inner, Unescaped(inner)}) {
-      QString reason;
-      kmz::Archive& contents = Open(archive).contents;
-      if (path.isEmpty() || !contents.Find(path) || !contents.IsReadable(kmz::GetLimits(), reason))
-        continue;
-      entry.sourceUrl = archive;
-      entry.innerPath = path;
-      return true;
-    }
-    return false;
-  }
-  const bool isFileUrl = url.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
-  const QString literal = isFileUrl ? Clean(QUrl(url).toLocalFile()) : url;
-  for (const QString& path : {literal, Unescaped(literal)}) {
-    if (!path.isEmpty() && IsReadableFile(path)) {
-      entry.sourceUrl = path;
-      return true;
-    }
-  }
-  return false;
-}
-
-KmzFiles::OpenArchive& KmzFiles::Open(const QString& path) {
-  if (!archive_ || archive_->file.fileName() != path)
-    archive_ = std::make_unique<OpenArchive>(path);
-  return *archive_;
-}
-
-QByteArray KmzFiles::ReadFromArchive(const KmzDictionaryEntry& entry) {
-  kmz::Archive& contents = Open(entry.sourceUrl).contents;
-  QString reason;
-  return contents.Find(entry.innerPath) ? contents.Read(kmz::GetLimits(), reason) : QByteArray();
 }
 
 QString KmzFiles::CreateUniqueKmzDataFileName(const QString& fileName) {
@@ -194,33 +118,30 @@ QString KmzFiles::CreateUniqueKmzDataFileName(const QString& fileName) {
   }
 }
 
+kmz::Writer::Result KmzFiles::Copy(const KmzDictionaryEntry& entry, kmz::Writer& archive) {
+  const QString name = entry.directory + entry.fileName;
+  if (entry.source.innerPath.isNull()) {
+    QFile file(entry.source.path);
+    return SourceFiles::Open(file) ? archive.Add(name, file) : kmz::Writer::kUnreadable;
+  }
+  // Whether it is damaged shows only at its end: too late to leave it out of the archive.
+  const QByteArray bytes = sources_.ReadFromArchive(entry.source);
+  if (bytes.isNull())
+    return kmz::Writer::kUnreadable;
+  return archive.Add(name, bytes.constData(), bytes.size()) ? kmz::Writer::kAdded
+                                                            : kmz::Writer::kFailed;
+}
+
 QString KmzFiles::Pack(kmz::Writer& archive) {
   for (const KmzDictionaryEntry& entry : entries_) {
-    const QString name = entry.directory + entry.fileName;
-    kmz::Writer::Result result = kmz::Writer::kUnreadable;
-    if (!entry.innerPath.isNull()) {
-      // Whether it is damaged shows only at its end: too late to leave it out of the archive.
-      const QByteArray bytes = ReadFromArchive(entry);
-      if (!bytes.isNull())
-        result = archive.Add(name, bytes.constData(), bytes.size()) ? kmz::Writer::kAdded
-                                                                    : kmz::Writer::kFailed;
-    } else if (IsReadableFile(entry.sourceUrl)) {
-      QFile file(entry.sourceUrl);
-      if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        result = archive.Add(name, file);
-    }
-    switch (result) {
-    case kmz::Writer::kAdded:
-      break;
-    case kmz::Writer::kUnreadable:
-      unreadable_ += Describe(entry);
-      break;
-    case kmz::Writer::kCutShort:
+    const kmz::Writer::Result result = Copy(entry, archive);
+    if (result == kmz::Writer::kUnreadable)
+      unreadable_ += Describe(entry.source);
+    else if (result == kmz::Writer::kCutShort)
       return tr("Could not read all of \"%1\".", "Unable to add a file to a KMZ file")
-          .arg(entry.sourceUrl);
-    case kmz::Writer::kFailed:
-      return QString(); // told when the archive is closed
-    }
+          .arg(entry.source.path);
+    else if (result == kmz::Writer::kFailed)
+      break; // told when the archive is closed
   }
   return QString();
 }

@@ -1,26 +1,22 @@
 #pragma once
 
-#include <QByteArray>
+#include "kestan/host/kmzwriter.h"
+#include "kestan/write/sourcefiles.h"
+
 #include <QHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
-#include <memory>
 #include <vector>
-
-namespace vorrel::kmz {
-class Writer;
-}
 
 namespace vorrel::kestan {
 
 /// A file that travels with a document in its archive.
 struct KmzDictionaryEntry {
-  QString sourceUrl; ///< Path of the local file that holds its bytes.
-  QString innerPath; ///< Its path within that file when that is an archive; else null.
-  QString fileName;  ///< Its name in the archive being written, unique within the directory.
-  QString directory; ///< What stands in front of the name there, with "/" behind.
+  SourceFile source; ///< Where its bytes are.
+  QString fileName;  ///< Unique within the directory.
+  QString directory; ///< What stands in front of the name, with "/" behind.
 };
 
 /// The files that a document takes along into an archive. They are named while the document is
@@ -29,9 +25,6 @@ struct KmzDictionaryEntry {
 /// Files come in the order in which they were named. A file counts once, under however many URLs.
 class KmzFiles {
 public:
-  KmzFiles();
-  ~KmzFiles();
-
   /// The archive that is being written: no document takes in its own destination.
   void SetDestination(const QString& path) { destination_ = path; }
 
@@ -45,12 +38,8 @@ public:
   const QStringList& GetUnreadable() const { return unreadable_; }
 
 private:
-  struct OpenArchive;
-
   int Add(const QString& url);
-  bool Locate(const QString& url, KmzDictionaryEntry& entry);
-  OpenArchive& Open(const QString& path);
-  QByteArray ReadFromArchive(const KmzDictionaryEntry& entry);
+  kmz::Writer::Result Copy(const KmzDictionaryEntry& entry, kmz::Writer& archive);
   QString CreateUniqueKmzDataFileName(const QString& fileName);
 
   QString destination_;
@@ -59,7 +48,7 @@ private:
   QHash<QString, int> entriesByFile_; ///< By what the file is, whatever it's called.
   QSet<QString> names_;               ///< Without their case.
   QHash<QString, int> nextAttempts_;  ///< Where the search for a unique name goes on, by name.
-  std::unique_ptr<OpenArchive> archive_;
+  SourceFiles sources_;
   QStringList unreadable_;
 };
 

@@ -140,8 +140,8 @@ public:
   QString GenerateUniqueId(const QString& id);
   /// The id that the object carries in this output.
   QString GetObjectId(const SchemaObject& object) const;
-  /// The URL by which `owner` refers to an object in another document. In an archive, a relative one
-  /// would lead there and no longer to what lies beside it, so that it comes absolute.
+  /// The URL by which `owner` refers to an object in another document. In an archive, a relative
+  /// one would lead there and no longer to what lies beside it, so that it comes absolute.
   QString GetDocumentUrl(const SchemaObject& owner, const QString& url) const;
   /// Writes a reference: to a hoisted object by its id, else by `url`. `object` may be null.
   void WriteObjUrl(SchemaObject* object, const QString& url);
@@ -206,6 +206,8 @@ private:
   QHash<const SchemaObject*, QString> idsByObject_;
   QHash<QString, int> nextSuffixes_;       ///< Where the search for a unique id goes on, by id.
   QHash<QString, QString> extractedFiles_; ///< References to files brought out of archives.
+  QHash<QString, int> nextExtracts_;       ///< Where the search for a free name goes on, by name.
+  SourceFiles sources_;
   KmzFiles kmzFiles_;
   ResourceDictionary resourceDictionary_;
 };

@@ -48,8 +48,7 @@ QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, 
 }
 
 QString WriteState::GetDocumentUrl(const SchemaObject& owner, const QString& url) const {
-  if (mode_ != kWriteKmzFile || GGetUrlType(url) != kUrlRelative ||
-      !url.contains(QLatin1Char('#')))
+  if (mode_ != kWriteKmzFile || GGetUrlType(url) != kUrlRelative || !url.contains(QLatin1Char('#')))
     return url;
   const KmlId target = SchemaObject::MakeAbsoluteId(owner.GetBaseUrl(), url);
   return target.url.isEmpty() ? url : target.url + QLatin1Char('#') + target.id;
@@ -69,22 +68,24 @@ void WriteState::AddResourceMapEntry(const QString& name, const QString& value,
 QString WriteState::Extract(const QString& absoluteUrl) {
   QString archive;
   QString inner;
-  if (!net::Fetcher::FindInKmz(absoluteUrl, &archive, &inner) || inner.isEmpty())
+  if (!net::Fetcher::FindInKmz(absoluteUrl, &archive, &inner))
     return QString();
   const auto known = extractedFiles_.constFind(absoluteUrl);
   if (known != extractedFiles_.constEnd())
     return *known;
-  const QByteArray bytes = net::Fetcher::GetBytesFromKmz(archive, inner);
+  SourceFile source;
+  const QByteArray bytes =
+      sources_.Locate(absoluteUrl, source) ? sources_.ReadFromArchive(source) : QByteArray();
   if (bytes.isEmpty())
     return QString();
 
   const QFileInfo innerInfo(inner);
   const QString folder = QFileInfo(fileName_).absolutePath() + QLatin1Char('/');
-  const QString stem = innerInfo.baseName();
-  const QString suffix = innerInfo.completeSuffix();
   QString name = innerInfo.fileName();
-  for (int i = 0; QFileInfo::exists(folder + name); ++i)
-    name = stem + QLatin1Char('_') + QString::number(i) + QLatin1Char('.') + suffix;
+  // Names that were taken before are so still.
+  for (int& next = nextExtracts_[name]; QFileInfo::exists(folder + name); ++next)
+    name = innerInfo.baseName() + QLatin1Char('_') + QString::number(next) + QLatin1Char('.') +
+           innerInfo.completeSuffix();
 
   QFile file(folder + name);
   if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
