@@ -11,28 +11,9 @@ namespace vorrel::kmz {
 
 namespace {
 
-// minizip writes through these; the stream is the device itself.
-QIODevice* Device(voidpf stream) { return static_cast<QIODevice*>(stream); }
-
 voidpf OpenDevice(voidpf, const void* device, int) { return const_cast<void*>(device); }
 
 uLong ReadDevice(voidpf, voidpf, void*, uLong) { return 0; }
-
-uLong WriteDevice(voidpf, voidpf stream, const void* buffer, uLong size) {
-  const qint64 count =
-      Device(stream)->write(static_cast<const char*>(buffer), static_cast<qint64>(size));
-  return count < 0 ? 0 : static_cast<uLong>(count);
-}
-
-ZPOS64_T TellDevice(voidpf, voidpf stream) { return static_cast<ZPOS64_T>(Device(stream)->pos()); }
-
-long SeekDevice(voidpf, voidpf stream, ZPOS64_T offset, int origin) {
-  QIODevice* const device = Device(stream);
-  const qint64 base = origin == ZLIB_FILEFUNC_SEEK_CUR   ? device->pos()
-                      : origin == ZLIB_FILEFUNC_SEEK_END ? device->size()
-                                                         : 0;
-  return device->seek(base + static_cast<qint64>(offset)) ? 0 : -1;
-}
 
 int CloseDevice(voidpf, voidpf) { return 0; }
 
@@ -54,10 +35,30 @@ constexpr qint64 kPiece = 1 << 18;
 
 } // namespace
 
-Writer::Writer(QIODevice& device) {
-  zlib_filefunc64_def functions = {OpenDevice, ReadDevice,  WriteDevice, TellDevice,
-                                   SeekDevice, CloseDevice, DeviceError, nullptr};
-  file_ = zipOpen2_64(&device, APPEND_STATUS_CREATE, nullptr, &functions);
+Writer::Writer(QIODevice& device) : output_{&device, true} {
+  // minizip loses memory when a write fails, so that it doesn't hear of it: nothing more is written
+  // then, and the archive is never good.
+  const auto write = [](voidpf, voidpf stream, const void* buffer, uLong size) {
+    auto& output = *static_cast<Output*>(stream);
+    const auto count = static_cast<qint64>(size);
+    output.good =
+        output.good && output.device->write(static_cast<const char*>(buffer), count) == count;
+    return size;
+  };
+  const auto tell = [](voidpf, voidpf stream) {
+    return static_cast<ZPOS64_T>(static_cast<Output*>(stream)->device->pos());
+  };
+  const auto seek = [](voidpf, voidpf stream, ZPOS64_T offset, int origin) {
+    auto& output = *static_cast<Output*>(stream);
+    const qint64 base = origin == ZLIB_FILEFUNC_SEEK_CUR   ? output.device->pos()
+                        : origin == ZLIB_FILEFUNC_SEEK_END ? output.device->size()
+                                                           : 0;
+    output.good = output.good && output.device->seek(base + static_cast<qint64>(offset));
+    return 0L;
+  };
+  zlib_filefunc64_def functions = {OpenDevice, ReadDevice,  write,       tell,
+                                   seek,       CloseDevice, DeviceError, nullptr};
+  file_ = zipOpen2_64(&output_, APPEND_STATUS_CREATE, nullptr, &functions);
   good_ = file_ != nullptr;
 }
 
@@ -71,20 +72,20 @@ bool Writer::Open(const QString& name, qint64 size) {
   // From here on, the packed form of a content that doesn't pack may need more than 32 bits.
   constexpr qint64 kLarge = 0xF0000000;
   const bool stored = name.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive);
-  good_ = good_ && zipOpenNewFileInZip4_64(file_, name.toUtf8().constData(), nullptr, nullptr, 0,
-                                           nullptr, 0, nullptr, stored ? 0 : Z_DEFLATED,
-                                           stored ? Z_NO_COMPRESSION : Z_DEFAULT_COMPRESSION, 0,
-                                           -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY, nullptr,
-                                           0, 0, kNameIsUtf8, size >= kLarge) == ZIP_OK;
+  good_ = IsGood() && zipOpenNewFileInZip4_64(file_, name.toUtf8().constData(), nullptr, nullptr, 0,
+                                              nullptr, 0, nullptr, stored ? 0 : Z_DEFLATED,
+                                              stored ? Z_NO_COMPRESSION : Z_DEFAULT_COMPRESSION, 0,
+                                              -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY,
+                                              nullptr, 0, 0, kNameIsUtf8, size >= kLarge) == ZIP_OK;
   return good_;
 }
 
 bool Writer::Write(const char* data, qint64 size) {
-  for (qint64 at = 0; good_ && at < size; at += kPiece) {
+  for (qint64 at = 0; IsGood() && at < size; at += kPiece) {
     const auto count = static_cast<unsigned>(std::min(kPiece, size - at));
     good_ = zipWriteInFileInZip(file_, data + at, count) == ZIP_OK;
   }
-  return good_;
+  return IsGood();
 }
 
 bool Writer::Add(const QString& name, const char* data, qint64 size) {
@@ -92,7 +93,7 @@ bool Writer::Add(const QString& name, const char* data, qint64 size) {
     return false;
   Write(data, size);
   good_ = zipCloseFileInZip(file_) == ZIP_OK && good_;
-  return good_;
+  return IsGood();
 }
 
 Writer::Result Writer::Add(const QString& name, QIODevice& contents) {
@@ -118,13 +119,13 @@ Writer::Result Writer::Add(const QString& name, QIODevice& contents) {
   }
   const bool closed = zipCloseFileInZip(file_) == ZIP_OK;
   good_ = good_ && closed && result == kAdded;
-  return result == kAdded && !good_ ? kFailed : result;
+  return result == kAdded && !IsGood() ? kFailed : result;
 }
 
 bool Writer::Close() {
   const bool closed = file_ && zipClose(file_, nullptr) == ZIP_OK;
   file_ = nullptr;
-  return closed && good_;
+  return closed && IsGood();
 }
 
 } // namespace vorrel::kmz

@@ -36,9 +36,18 @@ public:
   bool Close();
 
 private:
+  /// What minizip writes through.
+  struct Output {
+    QIODevice* device;
+    bool good;
+  };
+
   bool Open(const QString& name, qint64 size);
   bool Write(const char* data, qint64 size);
 
+  bool IsGood() const { return good_ && output_.good; }
+
+  Output output_;
   void* file_; ///< minizip's.
   bool good_;
 };
