@@ -44,6 +44,9 @@ SchemaObject::SchemaObject(const Schema& schema, const KmlId& id, const QString&
 }
 
 void SchemaObject::init(const KmlId& id, const QString& baseUrl) {
+  const std::uint32_t hashValue = hash<KmlId>()(id);
+  if (!id.id.isEmpty())
+    ThreadContext::GetCurrent()->Prefetch(hashValue);
   schema_->ref();
   bits_[0] = 1U << kBitVisibility | 1U << kBitInheritedVisibility | 1U << kBitVisibleWithoutOwner |
              1U << kBitNotifySubField;
@@ -55,7 +58,8 @@ void SchemaObject::init(const KmlId& id, const QString& baseUrl) {
   baseUrl_ = baseUrl;
   if (baseUrl_.isEmpty() && GGetUrlType(url_) != kUrlRuntime)
     baseUrl_ = url_;
-  AddToObjectHash();
+  if (!id_.isEmpty())
+    AddToObjectHash(hashValue);
 }
 
 SchemaObject::~SchemaObject() {
@@ -89,13 +93,10 @@ void SchemaObject::orphaned() {
   --t_deletions.depth;
 }
 
-void SchemaObject::AddToObjectHash() {
-  if (id_.isEmpty())
-    return;
+/// Only for an object with an id.
+void SchemaObject::AddToObjectHash(std::uint32_t hashValue) {
   ThreadContext* context = ThreadContext::GetCurrent();
-  const KmlId key = GetKmlId();
-  const std::uint32_t hashValue = hash<KmlId>()(key);
-  SchemaObject* present = context->find(hashValue, key);
+  SchemaObject* present = context->find(hashValue, GetKmlId());
   if (present == this)
     return;
   if (present) {

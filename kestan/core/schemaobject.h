@@ -243,12 +243,11 @@ private:
   friend class ObjectObserver;
   friend class CreationObserver;
   friend class StyleSelector; // has several owners
-  friend class StyleClimb;
 
   using HandlerMap = std::map<HandlerType, HandlerFunc>;
 
   void init(const KmlId& id, const QString& baseUrl);
-  void AddToObjectHash();
+  void AddToObjectHash(std::uint32_t hashValue);
   void CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                   bool fresh) const;
 

@@ -135,7 +135,7 @@ void SchemaObject::AssignPermanentUniqueId(const QString& stem) {
   for (int n = 0; candidate.isEmpty() || find(KmlId(candidate, url_)); ++n)
     candidate = clean + QLatin1Char('_') + QString::number(n);
   id_ = candidate;
-  AddToObjectHash();
+  AddToObjectHash(hash<KmlId>()(GetKmlId()));
 }
 
 } // namespace vorrel::kestan

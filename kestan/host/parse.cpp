@@ -11,9 +11,15 @@
 #include <limits>
 #include <system_error>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace vorrel::math {
 
 namespace {
+
+constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
 
 bool IsSpace(ushort unit) {
   return unit == ' ' || (unit >= '\t' && unit <= '\r') || (unit >= 0x80 && QChar(unit).isSpace());
@@ -25,7 +31,7 @@ bool EndsComponent(const ushort* at, const ushort* end) {
   return at == end || *at == ',' || IsSpace(*at);
 }
 
-const ushort* SkipSpace(const ushort* at, const ushort* end) {
+inline const ushort* SkipSpace(const ushort* at, const ushort* end) {
   while (at != end && IsSpace(*at))
     ++at;
   return at;
@@ -35,27 +41,6 @@ const ushort* SkipSpace(const ushort* at, const ushort* end) {
 inline void TakeDigits(const ushort*& at, const ushort* end, std::uint64_t& value) {
   for (; at != end && IsDigit(*at); ++at)
     value = value * 10 + static_cast<std::uint64_t>(*at - '0');
-}
-
-/// The same for the many digits behind a point: four at a time, in the lanes of one word, where
-/// the first digit is the lowest.
-inline void TakeManyDigits(const ushort*& at, const ushort* end, std::uint64_t& value) {
-  if constexpr (std::endian::native == std::endian::little) {
-    constexpr std::uint64_t kZeros = 0x0030003000300030;
-    constexpr std::uint64_t kLift = 0x0076007600760076; // lifts 10, and not 9, to 128
-    constexpr std::uint64_t kBeyondSevenBits = 0xFF80FF80FF80FF80;
-    constexpr std::uint64_t kWeights = 0x03E80064000A0001; // 1000, 100, 10, 1
-    while (end - at >= 4) {
-      std::uint64_t lanes = 0;
-      std::memcpy(&lanes, at, sizeof lanes);
-      lanes ^= kZeros;
-      if (((lanes | (lanes + kLift)) & kBeyondSevenBits) != 0)
-        break;
-      value = value * 10000 + ((lanes * kWeights) >> 48);
-      at += 4;
-    }
-  }
-  TakeDigits(at, end, value);
 }
 
 /// What a scan found out about a number: its first digits as an integer, and the power of ten to
@@ -98,7 +83,7 @@ bool ScanNumber(const ushort*& at, const ushort* end, Scan& scan) {
   TakeDigits(p, end, mantissa);
   if (p != end && *p == '.') {
     point = p++;
-    TakeManyDigits(p, end, mantissa);
+    TakeDigits(p, end, mantissa);
   }
   scan.digitsEnd = p;
   const std::ptrdiff_t written = (p - scan.digits) - (point ? 1 : 0);
@@ -179,8 +164,85 @@ bool Convert(const Scan& scan, double& value) {
   return true;
 }
 
+#ifdef __SSE2__
+
+/// The value of `count` digits (1 to 8) at `at`, where eight units can be read.
+double TakeEight(const ushort* at, int count) {
+  std::uint64_t halves[2];
+  std::memcpy(halves, at, sizeof halves);
+  // The units become the bytes of one word, the first one the lowest.
+  const auto pack = [](std::uint64_t units) {
+    units = (units | units >> 8) & 0x0000FFFF0000FFFF;
+    return (units | units >> 16) & 0x00000000FFFFFFFF;
+  };
+  std::uint64_t bytes = (pack(halves[0]) | pack(halves[1]) << 32) ^ 0x3030303030303030;
+  // With zeros in front there are always eight of them: pairs, fours, and then all.
+  bytes <<= 64 - 8 * count;
+  bytes = bytes * 10 + (bytes >> 8);
+  constexpr std::uint64_t kEveryOther = 0x000000FF000000FF;
+  constexpr std::uint64_t kFirst = 100 + (std::uint64_t(1000000) << 32);
+  constexpr std::uint64_t kSecond = 1 + (std::uint64_t(10000) << 32);
+  return static_cast<double>(static_cast<std::uint32_t>(
+      ((bytes & kEveryOther) * kFirst + ((bytes >> 16) & kEveryOther) * kSecond) >> 32));
+}
+
+/// One bit for each of the sixteen units at `at` that is no digit.
+unsigned FindOthers(const ushort* at) {
+  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 8));
+  // What isn't Latin-1 becomes 0 or 255, which are no digits either.
+  const __m128i values = _mm_sub_epi8(_mm_packus_epi16(low, high), _mm_set1_epi8('0'));
+  const __m128i digits = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
+  return static_cast<unsigned>(_mm_movemask_epi8(digits)) ^ 0xFFFF;
+}
+
+/// Reads a component in the form that nearly all have: a sign or none, at most eight digits, and
+/// at most eight behind a point. False, with `at` where it was, for any other.
+///
+/// Where the next component begins depends on few steps and on no loop, so that the processor can
+/// work on several components at a time.
+inline bool ParsePlainComponent(const ushort*& at, const ushort* end, double& value) {
+  constexpr std::ptrdiff_t kWindow = 16;
+  constexpr std::ptrdiff_t kBehind = 8;
+  if (end - at < kWindow + kBehind)
+    return false;
+  const unsigned negative = *at == '-' ? 1 : 0;
+  const ushort* const whole = at + negative;
+  const unsigned others = FindOthers(at) >> negative;
+  const int wholeCount = std::countr_zero(others);
+  if (wholeCount == 0 || wholeCount > 8)
+    return false;
+  const ushort* p = whole + wholeCount;
+  double size = TakeEight(whole, wholeCount);
+  if (*p == '.') {
+    const int count = std::countr_zero(others & (others - 1)) - wholeCount - 1;
+    if (count < 1 || count > 8)
+      return false;
+    // The window leaves fourteen digits at most. They are exact, and so is the power: the one
+    // division rounds correctly.
+    const double power = kPowers[count];
+    size = (size * power + TakeEight(p + 1, count)) / power;
+    p += 1 + count;
+  }
+  if (!EndsComponent(p, end))
+    return false;
+  // The sign goes in as a bit: half of the branches on it would be foreseen wrongly.
+  const std::uint64_t sign = static_cast<std::uint64_t>(negative) << 63;
+  value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) | sign);
+  at = p;
+  return true;
+}
+
+#else
+
+inline bool ParsePlainComponent(const ushort*&, const ushort*, double&) { return false; }
+
+#endif
+
 /// Reads one component and moves `at` to what ended it. False when it is no number.
 bool ParseComponent(const ushort*& at, const ushort* end, double& value) {
+  if (ParsePlainComponent(at, end, value))
+    return true;
   Scan scan;
   if (ScanNumber(at, end, scan) && EndsComponent(at, end))
     return Convert(scan, value);

@@ -582,8 +582,8 @@ const unsigned short** ExpatHandler::PushNamespaces(const unsigned short** attrs
       plainAttributes_.push_back(attrs[1]);
       continue;
     }
-    const QString prefix = QString::fromUtf16(attrs[0] + prefixStart);
-    const QString uri = QString::fromUtf16(attrs[1]);
+    const QString prefix = ToString(attrs[0] + prefixStart);
+    const QString uri = ToString(attrs[1]);
     namespaces_->Declare(depth_, prefix, uri, NamespaceStringToEnum(uri), url_);
   }
   if (plainAttributes_.empty())
@@ -680,6 +680,10 @@ int ExpatHandler::GetAttrIndex(const unsigned short** attrs, const XmlCharString
     return colon == attribute || ns == Namespace::kKml ? i : -1;
   }
   return -1;
+}
+
+QString ExpatHandler::ToString(const unsigned short* characters) {
+  return QString(reinterpret_cast<const QChar*>(characters), Length(characters));
 }
 
 void ExpatHandler::Assign(QString& text, const unsigned short* characters) {

@@ -157,6 +157,8 @@ protected:
   /// True while unknown content is kept rather than dropped.
   bool KeepsUnknown() const { return !discardUnknown_; }
 
+  /// A string of the characters up to the 0.
+  static QString ToString(const unsigned short* characters);
   /// `text` with other characters, in the same memory when nobody else refers to it.
   static void Assign(QString& text, const unsigned short* characters);
   static void Assign(QString& text, const QChar* characters, int length);

@@ -243,7 +243,7 @@ bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, c
 RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned short** attrs,
                                            int idIndex, int& targetIndex) {
   targetIndex = -1;
-  const QString id = idIndex < 0 ? QString() : QString::fromUtf16(attrs[2 * idIndex + 1]);
+  const QString id = idIndex < 0 ? QString() : ToString(attrs[2 * idIndex + 1]);
   RefPtr<SchemaObject> object = schema.CreateInstance(KmlId(id, url_), url_, memoryManager_);
   if (object)
     object->SetAccess(access_);
@@ -383,23 +383,28 @@ void KmlHandler::EndField(TagInfo& tag) {
   if (field.GetType() != Field::kObject) {
     const QStringView text = text_->GetTrimmed();
     const int length = static_cast<int>(text.size());
-    if (length == 0)
-      value_ = QString();
-    else if (field.KeepsText())
-      value_ = QString(text.data(), length);
-    else if (length <= kShortValue)
+    bool goOn = true;
+    if (length == 0) {
+      goOn = SetValue(tag, QString());
+    } else if (field.KeepsText()) {
+      goOn = SetValue(tag, QString(text.data(), length));
+    } else if (length <= kShortValue) {
       Assign(value_, text.data(), length);
-    else
-      value_ = QString::fromRawData(text.data(), length);
-    const FromStringResult result =
-        field.fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_, value_, -1, editTarget_);
-    if (!HandleParseResult(result, value_))
+      goOn = SetValue(tag, value_);
+    } else {
+      goOn = SetValue(tag, QString::fromRawData(text.data(), length));
+    }
+    if (!goOn)
       return;
-    if (field.KeepsText() || length > kShortValue)
-      value_ = QString();
   }
   tag.field = nullptr;
   text_->clear();
+}
+
+bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
+  return HandleParseResult(tag.field->fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_,
+                                                 value, -1, editTarget_),
+                           value);
 }
 
 bool KmlHandler::EndObject(TagInfo& tag) {

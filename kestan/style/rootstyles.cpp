@@ -26,8 +26,10 @@ bool StyleSelector::IsBuiltInUrl(const QString& url) {
   return !url.isEmpty() && GGetUrlType(url) == kUrlRoot;
 }
 
-QString StyleSelector::MakeStyleUrl(const QString& baseUrl) const {
+QString StyleSelector::MakeStyleUrl(const QString& baseUrl, const QString& present) const {
   const bool local = GetUrl() == baseUrl;
+  if (local && present.startsWith(QLatin1Char('#')) && QStringView(present).mid(1) == GetId())
+    return present;
   const QString document = local ? QString() : GetUrl();
   return local || !GetId().isEmpty() ? document + QLatin1Char('#') + GetId() : document;
 }

@@ -62,12 +62,8 @@ bool StyleClimb::Contains(StyleSelector& selector) const {
 
 void StyleClimb::TellOwners(StyleSelector& selector) {
   InlinedVector<SchemaObject*, 16> owners;
-  if (selector.owners_) {
-    for (SchemaObject* owner : *selector.owners_)
-      owners.push_back(owner);
-  } else if (selector.owner_) {
-    owners.push_back(selector.owner_);
-  }
+  for (int i = 0, count = selector.GetOwnerCount(); i < count; ++i)
+    owners.push_back(selector.GetOwner(i));
   for (SchemaObject* owner : owners) {
     if (selector.HasOwner(*owner)) // still, after what observers did
       ObjectObserver::NotifySubFieldChanged(*owner, selector, changed_, field_, visited_);

@@ -5,10 +5,12 @@
 #include "kestan/style/icon.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemapschema.h"
+#include "kestan/style/stylesource.h"
 #include "kestan/style/stylevisitor.h"
 #include "kestan/write/writestate.h" // shared maps are collected for the output
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace vorrel::kestan {
 
@@ -143,15 +145,7 @@ const StyleMap::Pair* StyleMap::FindPair(int state) const {
   return pair == pairs_.end() ? nullptr : pair->get();
 }
 
-/// Where the walk over maps ends: at a style, at a pair that leads nowhere, or where it has been
-/// before. All empty: at a map that has no pair for the mode.
-struct StyleMap::Selection {
-  const Style* style = nullptr;
-  const Pair* open = nullptr;
-  bool isLoop = false;
-};
-
-StyleMap::Selection StyleMap::Select(int mode) const {
+StyleSource StyleMap::Select(int mode) const {
   const StyleMap* map = this;
   const StyleMap* mark = this; // moves up at doubling distances, so that any loop meets it
   std::size_t steps = 0;
@@ -159,12 +153,12 @@ StyleMap::Selection StyleMap::Select(int mode) const {
   while (const Pair* pair = map->FindPair(mode)) {
     const StyleSelector* selector = pair->GetStyleSelector();
     if (!selector)
-      return {nullptr, pair, false};
+      return {pair->GetStandIn(), this, pair, StyleSource::kMissing};
     map = AsMap(*selector);
     if (!map)
-      return {static_cast<const Style*>(selector), nullptr, false};
+      return {static_cast<const Style*>(selector), this, pair, StyleSource::kGiven};
     if (map == mark)
-      return {nullptr, nullptr, true};
+      return {Style::GetDefaultStyle(), this, pair, StyleSource::kLoop};
     if (++steps == limit) {
       mark = map;
       limit *= 2;
@@ -174,22 +168,16 @@ StyleMap::Selection StyleMap::Select(int mode) const {
   return {};
 }
 
-const Style* StyleMap::InternalGetSelectedStyle(int mode) const {
-  const Selection selection = Select(mode);
-  if (selection.isLoop)
-    return Style::GetDefaultStyle();
-  return selection.open ? selection.open->GetStandIn() : selection.style;
-}
+const Style* StyleMap::InternalGetSelectedStyle(int mode) const { return Select(mode).style; }
 
 RefPtr<StyleSelector> StyleMap::FlattenLook(int mode, const StyleSelector* other,
                                             bool entered) const {
-  const Selection selection = Select(mode);
-  if (selection.isLoop)
-    return Style::GetDefaultStyle()->InternalFlatten(nullptr, true);
-  const Style* otherStyle = other ? other->InternalGetSelectedStyle(mode) : nullptr;
-  if (selection.style)
-    return selection.style->InternalFlatten(otherStyle, entered);
-  return otherStyle ? otherStyle->InternalFlatten(nullptr, !entered) : nullptr;
+  const StyleSources sources(entered ? this : other, entered ? other : this, mode);
+  const StyleSource* top = sources.begin();
+  if (top == sources.end())
+    return nullptr;
+  const StyleSource* below = top + 1;
+  return top->style->InternalFlatten(below == sources.end() ? nullptr : below->style, true);
 }
 
 RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool entered) const {

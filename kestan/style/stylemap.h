@@ -8,6 +8,7 @@
 namespace vorrel::kestan {
 
 class StyleMapSchema;
+struct StyleSource;
 
 /// A choice between looks by what the feature's state is: usually one for normal and one for
 /// highlight.
@@ -58,15 +59,15 @@ public:
   /// Reports what the map leads to, but not the map.
   void CollectReferences(WriteState& state) const;
   const Style* InternalGetSelectedStyle(int mode) const override;
+  /// Follows the maps from this one to the style for `mode`, and tells the way. Without a style
+  /// where a map on the way says nothing about the mode.
+  StyleSource Select(int mode) const;
 
 private:
   friend class StyleMapSchema;
-  struct Selection;
 
   void AddPair(StyleStateMode mode, Style& style);
   const Pair* FindPair(int state) const;
-  /// Follows the maps from this one to a style.
-  Selection Select(int mode) const;
   RefPtr<StyleSelector> FlattenLook(int mode, const StyleSelector* other, bool entered) const;
 
   mmvector<RefPtr<Pair>> pairs_;

@@ -65,7 +65,7 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
     AvoidLoop();
     SchemaObject::NotifyFieldChanged(Fields().styleSelector);
   } else {
-    styleUrl_ = selector->MakeStyleUrl(GetBaseUrl());
+    styleUrl_ = selector->MakeStyleUrl(GetBaseUrl(), QString());
     SetReference(selector);
   }
 }

@@ -9,8 +9,6 @@
 #include "kestan/style/styleselectorschema.h"
 #include "kestan/style/stylevisitor.h"
 
-#include <iterator>
-
 namespace vorrel::kestan {
 
 template class SchemaT<StyleSelector, NoInstancePolicy, NoDerivedPolicy>;
@@ -53,7 +51,9 @@ void StyleSelector::AddOwner(SchemaObject& newOwner) {
   } else if (!owner_) {
     owner_ = &newOwner;
   } else if (owner_ != &newOwner) {
-    owners_ = std::make_unique<OwnerSet>(OwnerSet{owner_, &newOwner});
+    owners_ = std::make_unique<OwnerSet>();
+    owners_->insert(owner_);
+    owners_->insert(&newOwner);
     owner_ = nullptr;
   }
 }
@@ -66,23 +66,23 @@ void StyleSelector::RemOwner(SchemaObject& former) {
   }
   owners_->erase(&former);
   if (owners_->size() == 1) {
-    owner_ = *owners_->begin();
+    owner_ = (*owners_)[0];
     owners_.reset();
   }
 }
 
 bool StyleSelector::HasOwner(const SchemaObject& object) const {
-  return owners_ ? owners_->count(const_cast<SchemaObject*>(&object)) != 0 : owner_ == &object;
+  return owners_ ? owners_->contains(&object) : owner_ == &object;
 }
 
 int StyleSelector::GetOwnerCount() const {
-  return owners_ ? static_cast<int>(owners_->size()) : SchemaObject::GetOwnerCount();
+  return owners_ ? owners_->size() : SchemaObject::GetOwnerCount();
 }
 
 SchemaObject* StyleSelector::GetOwner(int index) const {
   if (!owners_)
     return index == 0 ? owner_ : nullptr;
-  return index >= 0 && index < GetOwnerCount() ? *std::next(owners_->begin(), index) : nullptr;
+  return index >= 0 && index < GetOwnerCount() ? (*owners_)[index] : nullptr;
 }
 
 void StyleSelector::NotifySubFieldChanged(SchemaObject& changed, const Field& field,

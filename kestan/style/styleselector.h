@@ -1,10 +1,10 @@
 #pragma once
 
 #include "kestan/core/schemaobject.h"
+#include "kestan/host/pointerset.h"
 
 #include <cstdint>
 #include <memory>
-#include <unordered_set>
 
 namespace vorrel::kestan {
 
@@ -43,8 +43,9 @@ public:
   static RefPtr<StyleSelector> resolve(const KmlId& id, Icon& normal, Icon& highlight);
   /// True for the URL of something built in: it's a name of its own, and travels as it is.
   static bool IsBuiltInUrl(const QString& url);
-  /// The URL that names this selector in a document under `baseUrl`.
-  QString MakeStyleUrl(const QString& baseUrl) const;
+  /// The URL that names this selector in a document under `baseUrl`: `present` itself, in the same
+  /// memory, when it says so already.
+  QString MakeStyleUrl(const QString& baseUrl, const QString& present) const;
 
   /// Of a flattened selector: the count of changes when it was made.
   std::uint32_t GetFlattenRevision() const { return flattenRevision_; }
@@ -75,9 +76,7 @@ protected:
   StyleSelector(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
 private:
-  friend class StyleClimb;
-
-  using OwnerSet = std::unordered_set<SchemaObject*>;
+  using OwnerSet = PointerSet<SchemaObject>;
 
   std::unique_ptr<OwnerSet> owners_; // where there are several; else the plain owner, if any
   std::uint32_t flattenRevision_ = 0;

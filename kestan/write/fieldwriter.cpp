@@ -244,6 +244,7 @@ void ObjFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const
 }
 
 void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
+  constexpr int kAhead = 4; // elements lie anywhere in memory: asked for ahead of time
   const int count = HasFlag(kNoWrite) ? 0 : getCount(object);
   const bool hasElement = !GetName().isEmpty();
   if (count == 0 && !(hasElement && HasUnknownAttrs(object, *this)))
@@ -255,6 +256,8 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
   }
   for (int i = 0; i < count; ++i) {
     const SchemaObject* const child = GetObject(object, i);
+    if (i + kAhead < count)
+      __builtin_prefetch(GetObject(object, i + kAhead));
     if (child)
       child->WriteKml(state);
     if (!state.error().isEmpty())

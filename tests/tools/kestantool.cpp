@@ -1,57 +1,11 @@
 // The command-line tool, run as a user runs it.
 
 #include "kestan/host/kmz.h"
-#include "tests/support/kmltest.h"
-
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
+#include "tests/tools/tooltest.h"
 
 namespace vorrel::kestan {
 
 namespace {
-
-struct Result {
-  int status = -1;
-  QString out;
-  QString err;
-};
-
-class KestanToolTest : public KmlTest {
-protected:
-  KestanToolTest() { environment_ = QProcessEnvironment::systemEnvironment(); }
-
-  Result Run(const QStringList& words, const QString& standardOutput = QString()) const {
-    QProcess process;
-    process.setProcessEnvironment(environment_);
-    if (!standardOutput.isNull()) {
-      process.setStandardOutputFile(standardOutput);
-    }
-    process.start(QStringLiteral(KESTAN_TOOL), words);
-    EXPECT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(QProcess::NormalExit, process.exitStatus());
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-  }
-
-  QString MakeFile(const QString& name, const QByteArray& bytes) const {
-    QFile file(Path(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    return file.fileName();
-  }
-  QString Path(const QString& name) const { return folder_.filePath(name); }
-  QByteArray Contents(const QString& name) const {
-    QFile file(Path(name));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
-    return file.readAll();
-  }
-
-  QProcessEnvironment environment_;
-
-private:
-  QTemporaryDir folder_;
-};
 
 const char kTwoFindings[] = "<kml xmlns=\"http://www.opengis.net/kml/2.2\">\n"
                             "<Placemark odd=\"1\">\n"
@@ -141,6 +95,14 @@ TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
       {{"cat", "--loud", good}, 2},
       {{"cat", good, "-o"}, 2},
       {{"cat", "--namespace", "atom=x", good}, 2},
+      {{"cat", "--json", good}, 2},
+      {{"links", good, good}, 2},
+      {{"links", "--view", "1,2,3", good}, 2},
+      {{"links", "--view", "1,2,3,nan", good}, 2},
+      {{"links", "--view", "91,0,0,0", good}, 2},
+      {{"links", "--view", "0,1,0,0", good}, 2},
+      {{"links", "--json=1", good}, 2},
+      {{"links", "--base", "http://example.com/a.kml", Path("none.kml")}, 1},
       {{"tree", Path("none.kml")}, 1},
       {{"cat", Path("none.kml")}, 1},
       {{"cat", "-o", Path("no/such/folder/out.kml"), good}, 3},
@@ -157,7 +119,9 @@ TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
     EXPECT_EQ(c.status == 0, result.err.isEmpty()) << result.err.toStdString();
     EXPECT_EQ(c.status == 0, !result.out.isEmpty());
   }
-  EXPECT_EQ(3, Run({"cat", good}, "/dev/full").status);
+  for (const char* command : {"cat", "tree", "style"}) {
+    EXPECT_EQ(3, Run({command, good}, "/dev/full").status) << command;
+  }
 }
 
 TEST_F(KestanToolTest, CatPacksWhatTheDocumentRefersTo) {

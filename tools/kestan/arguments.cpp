@@ -1,41 +1,29 @@
 #include "tools/kestan/arguments.h"
 
+#include "tools/kestan/commands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+
 namespace tool {
 
 using vorrel::kestan::Namespace;
-
-const char kHelpText[] =
-    R"(Usage: kestan cat [-o OUT] [--no-hoist] [--no-hint] FILE
-       kestan tree FILE
-       kestan check FILE...
-       kestan --help | --version
-
-Reads KML and KMZ documents, and writes them.
-
-Commands:
-  cat    write the document as KML to standard output
-  tree   show the document's objects, one a line: class, id, name, counts
-  check  report what the reader objects to, as file:line:column: message
-
-Options of cat:
-  -o OUT      write to the file OUT; a name without a suffix gets ".kml". A name that ends in
-              ".kmz" makes an archive, with the local files that the document refers to
-  --no-hoist  leave shared styles and schemas where they are, outside of the written object
-  --no-hint   leave out the "hint" attribute of the root
-
-Options of all commands:
-  --namespace kml=BASE, --namespace gx=BASE
-              read elements of namespaces that start with BASE as KML or as its extensions.
-              The variable KESTAN_NAMESPACES holds more of them, separated by blanks.
-
-Exit status: 0 all is well; 1 there are findings, a document can't be read, or a file that it
-refers to can't be packed; 2 wrong usage; 3 the output can't be written.
-)";
+using vorrel::kestan::ViewParams;
 
 namespace {
 
-/// "kml=BASE" or "gx=BASE"; false for anything else.
-bool ParseNamespace(const QString& text, Arguments& arguments) {
+constexpr int kMany = std::numeric_limits<int>::max();
+
+const Command kCommands[] = {{"cat", Cat, 1},
+                             {"tree", Tree, 1},
+                             {"check", Check, kMany},
+                             {"style", ShowStyles, kMany},
+                             {"links", ShowLinks, 1}};
+
+/// "kml=BASE" or "gx=BASE".
+bool TakeNamespace(const QString& text, Arguments& arguments) {
   const int equals = text.indexOf(QLatin1Char('='));
   const QString prefix = text.left(equals);
   const QString base = text.mid(equals + 1);
@@ -52,76 +40,153 @@ bool ParseNamespace(const QString& text, Arguments& arguments) {
   return true;
 }
 
-bool ParseCommand(const QString& word, Arguments& arguments) {
-  using Command = Arguments::Command;
-  if (word == QLatin1String("cat")) {
-    arguments.command = Command::kCat;
-  } else if (word == QLatin1String("tree")) {
-    arguments.command = Command::kTree;
-  } else if (word == QLatin1String("check")) {
-    arguments.command = Command::kCheck;
-  } else {
+bool TakeOutput(const QString& text, Arguments& arguments) {
+  arguments.output = text;
+  return !text.isEmpty();
+}
+
+bool TakeBase(const QString& text, Arguments& arguments) {
+  arguments.base = text;
+  return !text.isEmpty();
+}
+
+/// "NORTH,SOUTH,EAST,WEST". The east of a view across the antimeridian is the smaller number.
+bool TakeView(const QString& text, Arguments& arguments) {
+  constexpr double kDegrees = 180.0;
+  ViewParams view;
+  double* const sides[] = {&view.north, &view.south, &view.east, &view.west};
+  const double limits[] = {90.0, 90.0, 180.0, 180.0};
+  const QStringList items = text.split(QLatin1Char(','));
+  if (items.size() != std::ssize(sides)) {
     return false;
   }
-  return true;
+  for (int i = 0; i < items.size(); ++i) {
+    bool isNumber = false;
+    const double degrees = items[i].toDouble(&isNumber);
+    if (!isNumber || !(std::fabs(degrees) <= limits[i])) {
+      return false;
+    }
+    *sides[i] = degrees / kDegrees;
+  }
+  if (view.east < view.west) {
+    view.east += 2.0;
+  }
+  arguments.view = view;
+  return view.south <= view.north;
+}
+
+/// What may stand on the command line beside the operands.
+struct Option {
+  const char* name;
+  QStringList commands; ///< Those that have it; empty for all.
+  const char* value;    ///< What has to follow; null where nothing has to.
+  bool (*take)(const QString& value, Arguments& arguments); ///< False for a wrong value.
+};
+
+const Option* FindOption(const QString& name) {
+  static const Option options[] = {
+      {"-o", {"cat"}, "the name of a file", TakeOutput},
+      {"--no-hoist",
+       {"cat"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.hoist = false;
+         return true;
+       }},
+      {"--no-hint",
+       {"cat"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.hint = false;
+         return true;
+       }},
+      {"--json",
+       {"style", "links"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.json = true;
+         return true;
+       }},
+      {"--base", {"links"}, "a URL", TakeBase},
+      {"--view", {"links"}, "NORTH,SOUTH,EAST,WEST in degrees", TakeView},
+      {"--namespace", {}, "kml=BASE or gx=BASE", TakeNamespace},
+  };
+  const auto option =
+      std::find_if(std::begin(options), std::end(options),
+                   [&](const Option& known) { return name == QLatin1String(known.name); });
+  return option == std::end(options) ? nullptr : option;
+}
+
+/// Takes the option at `words[place]`, and moves on to its value. Answers what is wrong.
+QString TakeOption(const QStringList& words, int& place, Arguments& arguments, QStringList& given) {
+  const QString& word = words[place];
+  const int equals = word.startsWith(QLatin1String("--")) ? word.indexOf(QLatin1Char('=')) : -1;
+  const Option* option = FindOption(word.left(equals));
+  if (!option || (!option->value && equals >= 0)) {
+    return QStringLiteral("unknown option \"%1\"").arg(word);
+  }
+  given += word.left(equals);
+  QString value;
+  if (equals >= 0) {
+    value = word.mid(equals + 1);
+  } else if (option->value) {
+    if (++place == words.size()) {
+      return QStringLiteral("%1 needs %2").arg(word, QLatin1String(option->value));
+    }
+    value = words[place];
+  }
+  if (!option->take(value, arguments)) {
+    return QStringLiteral("%1 needs %2, not \"%3\"")
+        .arg(given.last(), QLatin1String(option->value), value);
+  }
+  return QString();
+}
+
+const Command* FindCommand(const QString& name) {
+  const auto command =
+      std::find_if(std::begin(kCommands), std::end(kCommands),
+                   [&](const Command& known) { return name == QLatin1String(known.name); });
+  return command == std::end(kCommands) ? nullptr : command;
 }
 
 /// Reads options and operands; answers what is wrong.
 QString ParseWords(const QStringList& words, Arguments& arguments) {
-  bool command = false;
-  bool options = true;
-  QString catOption; // an option that only `cat` has
+  bool isOptionAllowed = true;
+  QStringList given;
   for (int i = 0; i < words.size(); ++i) {
     const QString& word = words[i];
-    const bool isOption = options && word.startsWith(QLatin1Char('-'));
-    if (!isOption) {
-      if (command) {
-        arguments.files += word;
-      } else if (ParseCommand(word, arguments)) {
-        command = true;
-      } else {
+    if (isOptionAllowed && word == QLatin1String("--")) {
+      isOptionAllowed = false;
+    } else if (isOptionAllowed &&
+               (word == QLatin1String("--help") || word == QLatin1String("-h"))) {
+      arguments.page = Arguments::Page::kHelp;
+      return QString();
+    } else if (isOptionAllowed && word == QLatin1String("--version")) {
+      arguments.page = Arguments::Page::kVersion;
+      return QString();
+    } else if (isOptionAllowed && word.startsWith(QLatin1Char('-'))) {
+      const QString wrong = TakeOption(words, i, arguments, given);
+      if (!wrong.isEmpty()) {
+        return wrong;
+      }
+    } else if (arguments.command) {
+      arguments.operands += word;
+    } else {
+      arguments.command = FindCommand(word);
+      if (!arguments.command) {
         return QStringLiteral("unknown command \"%1\"").arg(word);
       }
-    } else if (word == QLatin1String("--")) {
-      options = false;
-    } else if (word == QLatin1String("--help") || word == QLatin1String("-h")) {
-      arguments.command = Arguments::Command::kHelp;
-      return QString();
-    } else if (word == QLatin1String("--version")) {
-      arguments.command = Arguments::Command::kVersion;
-      return QString();
-    } else if (word == QLatin1String("--no-hoist")) {
-      arguments.hoist = false;
-      catOption = word;
-    } else if (word == QLatin1String("--no-hint")) {
-      arguments.hint = false;
-      catOption = word;
-    } else if (word == QLatin1String("-o") || word == QLatin1String("--namespace")) {
-      if (++i == words.size()) {
-        return QStringLiteral("%1 needs a value").arg(word);
-      }
-      if (word == QLatin1String("-o")) {
-        arguments.output = words[i];
-        catOption = word;
-        if (words[i].isEmpty()) {
-          return QStringLiteral("-o needs the name of a file");
-        }
-      } else if (!ParseNamespace(words[i], arguments)) {
-        return QStringLiteral("\"%1\" is neither kml=BASE nor gx=BASE").arg(words[i]);
-      }
-    } else if (word.startsWith(QLatin1String("--namespace="))) {
-      if (!ParseNamespace(word.section(QLatin1Char('='), 1), arguments)) {
-        return QStringLiteral("\"%1\" names neither kml=BASE nor gx=BASE").arg(word);
-      }
-    } else {
-      return QStringLiteral("unknown option \"%1\"").arg(word);
     }
   }
-  if (!command) {
+  if (!arguments.command) {
     return QStringLiteral("no command given");
   }
-  if (arguments.command != Arguments::Command::kCat && !catOption.isNull()) {
-    return QStringLiteral("%1 belongs to \"cat\"").arg(catOption);
+  for (const QString& name : given) {
+    const QStringList& commands = FindOption(name)->commands;
+    if (!commands.isEmpty() && !commands.contains(QLatin1String(arguments.command->name))) {
+      return QStringLiteral("%1 belongs to \"%2\"")
+          .arg(name, commands.join(QLatin1String("\" and \"")));
+    }
   }
   return QString();
 }
@@ -130,20 +195,18 @@ QString ParseWords(const QStringList& words, Arguments& arguments) {
 
 QString ParseArguments(const QStringList& words, Arguments& arguments) {
   const QString wrong = ParseWords(words, arguments);
-  using Command = Arguments::Command;
-  if (!wrong.isEmpty() || arguments.command == Command::kHelp ||
-      arguments.command == Command::kVersion) {
+  if (!wrong.isEmpty() || arguments.page != Arguments::Page::kNone) {
     return wrong;
   }
-  if (arguments.files.isEmpty()) {
+  if (arguments.operands.isEmpty()) {
     return QStringLiteral("no file given");
   }
-  if (arguments.command != Command::kCheck && arguments.files.size() > 1) {
+  if (arguments.operands.size() > arguments.command->maxOperands) {
     return QStringLiteral("more than one file given");
   }
   const QString variable = QString::fromLocal8Bit(qgetenv("KESTAN_NAMESPACES")).simplified();
   for (const QString& item : variable.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-    if (!ParseNamespace(item, arguments)) {
+    if (!TakeNamespace(item, arguments)) {
       return QStringLiteral("KESTAN_NAMESPACES: \"%1\" is neither kml=BASE nor gx=BASE").arg(item);
     }
   }

@@ -1,28 +1,49 @@
 #pragma once
 
 #include "kestan/core/namespace.h"
+#include "kestan/link/viewparams.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
 namespace tool {
+
+struct Arguments;
+
+/// One of the things that the tool can do.
+struct Command {
+  const char* name;
+  int (*run)(const Arguments& arguments); ///< Answers the exit status. The library is up.
+  int maxOperands;
+};
 
 /// A base URI that documents use for one of the two vocabularies.
 using NamespaceBase = std::pair<vorrel::kestan::Namespace, QString>;
 
 /// What the user asked for.
 struct Arguments {
-  enum class Command { kHelp, kVersion, kCat, kTree, kCheck };
+  enum class Page { kNone, kHelp, kVersion };
 
-  Command command = Command::kHelp;
-  QStringList files;
-  QString output; ///< Of `cat`; empty for standard output.
+  Page page = Page::kNone;          ///< To show instead of any work.
+  const Command* command = nullptr; ///< Set unless a page is asked for.
+  QStringList operands;             ///< Files, and for `style` ids; at least one.
+  bool json = false;
+  std::vector<NamespaceBase> namespaces;
+
+  // Of `cat`.
+  QString output; ///< Empty for standard output.
   bool hoist = true;
   bool hint = true;
-  std::vector<NamespaceBase> namespaces;
+
+  // Of `links`.
+  QString base; ///< Where the document comes from; empty for the file itself.
+  std::optional<vorrel::kestan::ViewParams> view;
+
+  const QString& GetFile() const { return operands.first(); }
 };
 
 /// Reads the command line, and the variable KESTAN_NAMESPACES. Answers what is wrong, or an empty

@@ -1,5 +1,6 @@
 #include "tools/kestan/commands.h"
 #include "tools/kestan/document.h"
+#include "tools/kestan/output.h"
 #include "tools/kestan/progress.h"
 
 #include <QByteArray>
@@ -9,7 +10,7 @@ namespace tool {
 
 int Cat(const Arguments& arguments) {
   const QString& output = arguments.output;
-  const Document document = ReadDocument(arguments.files.first());
+  const Document document = ReadDocument(arguments.GetFile());
   if (!document.root) {
     Complain(document.error);
     return kFindings;

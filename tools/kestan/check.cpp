@@ -1,6 +1,7 @@
 #include "kestan/core/kestanoptions.h"
 #include "tools/kestan/commands.h"
 #include "tools/kestan/document.h"
+#include "tools/kestan/output.h"
 
 #include <cstdio>
 
@@ -52,7 +53,7 @@ int Check(const Arguments& arguments) {
   // The setting that sends recoverable errors to the handler.
   KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(1);
   int status = kFine;
-  for (const QString& file : arguments.files) {
+  for (const QString& file : arguments.operands) {
     bool printed = true;
     if (!CheckFile(file, printed)) {
       status = kFindings;

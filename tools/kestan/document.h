@@ -16,6 +16,13 @@ struct Document {
 
 /// Reads a KML or KMZ file. `handler`, which may be null, hears of recoverable errors.
 Document ReadDocument(const QString& file, vorrel::kestan::IErrorHandler* handler = nullptr);
+/// Reads it as if it came from `url`.
+Document ReadDocumentAs(const QString& file, const QString& url);
+
+/// The name of a feature; empty for any other object.
+QString GetName(const vorrel::kestan::SchemaObject& object);
+/// Class, id and name of an object, fit for a terminal.
+QString GetTitle(const vorrel::kestan::SchemaObject& object);
 
 /// An error as one line, "file:line:column: message"; without the place when `line` is 0.
 QString FormatError(const QString& file, qint64 line, qint64 column, const QString& message);

@@ -3,6 +3,7 @@
 #include "kestan/core/library.h"
 #include "kestan/read/namespaces.h"
 #include "tools/kestan/commands.h"
+#include "tools/kestan/output.h"
 
 #include <QString>
 #include <QStringList>
@@ -19,36 +20,12 @@ int Run(const Arguments& arguments) {
     vorrel::kestan::RegisterNamespaceBase(ns, base);
   }
   vorrel::kestan::GInitialize();
-  int status = kFine;
-  switch (arguments.command) {
-  case Arguments::Command::kCat:
-    status = Cat(arguments);
-    break;
-  case Arguments::Command::kTree:
-    status = Tree(arguments);
-    break;
-  default:
-    status = Check(arguments);
-    break;
-  }
+  const int status = arguments.command->run(arguments);
   vorrel::kestan::GShutdown();
   return status;
 }
 
 } // namespace
-
-void Complain(const QString& message) {
-  std::fprintf(stderr, "kestan: %s\n", message.toUtf8().constData());
-}
-
-bool Print(const QByteArray& bytes) {
-  const auto size = static_cast<std::size_t>(bytes.size());
-  if (std::fwrite(bytes.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0) {
-    return true;
-  }
-  Complain(QStringLiteral("can't write to standard output"));
-  return false;
-}
 
 } // namespace tool
 
@@ -68,10 +45,10 @@ int main(int argc, char** argv) {
     std::fputs("Try 'kestan --help'.\n", stderr);
     return kWrongUsage;
   }
-  switch (arguments.command) {
-  case Arguments::Command::kHelp:
+  switch (arguments.page) {
+  case Arguments::Page::kHelp:
     return Print(kHelpText) ? kFine : kNoOutput;
-  case Arguments::Command::kVersion:
+  case Arguments::Page::kVersion:
     return Print("kestan " KESTAN_VERSION "\n") ? kFine : kNoOutput;
   default:
     return Run(arguments);

@@ -8,8 +8,9 @@
 
 namespace tool {
 
-Progress::Progress(std::string what) : what_(std::move(what)) {
-  if (isatty(STDERR_FILENO) != 0) {
+Progress::Progress(std::string what, Output output) : what_(std::move(what)) {
+  const bool isInTheWay = output == kAsItGoes && isatty(STDOUT_FILENO) != 0;
+  if (isatty(STDERR_FILENO) != 0 && !isInTheWay) {
     thread_ = std::thread(&Progress::Run, this);
   }
 }

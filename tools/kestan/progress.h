@@ -8,10 +8,13 @@
 namespace tool {
 
 /// Says on standard error what is going on, once it has taken more than a second, and how long it
-/// has taken so far; wipes that out again at the end. Silent unless standard error is a terminal.
+/// has taken so far; wipes that out again at the end. Silent unless standard error is a terminal,
+/// and, for work that writes to standard output as it goes, where that is one too.
 class Progress {
 public:
-  explicit Progress(std::string what);
+  enum Output { kAtEnd, kAsItGoes };
+
+  explicit Progress(std::string what, Output output = kAtEnd);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;

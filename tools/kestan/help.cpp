@@ -1,0 +1,62 @@
+#include "tools/kestan/arguments.h"
+
+namespace tool {
+
+const char kHelpText[] =
+    R"(Usage: kestan cat [-o OUT] [--no-hoist] [--no-hint] FILE
+       kestan tree FILE
+       kestan check FILE...
+       kestan style [--json] FILE [ID...]
+       kestan links [--json] [--base URL] [--view NORTH,SOUTH,EAST,WEST] FILE
+       kestan --help | --version
+
+Reads KML and KMZ documents, and writes them.
+
+Commands:
+  cat    write the document as KML to standard output
+  tree   show the document's objects, one a line: class, id, name, counts
+  check  report what the reader objects to, as file:line:column: message
+  style  show how each feature, or each of those with these ids, is drawn: every property as it is
+         and when highlighted, and where its value comes from
+  links  show each URL that a client would fetch for the document, as written and absolute, its
+         kind, and when it is fetched again
+
+Options of cat:
+  -o OUT      write to the file OUT; a name without a suffix gets ".kml". A name that ends in
+              ".kmz" makes an archive, with the local files that the document refers to
+  --no-hoist  leave shared styles and schemas where they are, outside of the written object
+  --no-hint   leave out the "hint" attribute of the root
+
+Options of links:
+  --base URL  read FILE as if it came from URL
+  --view NORTH,SOUTH,EAST,WEST
+              the view that servers are told of, in degrees; all zero without it
+
+Options of style and links:
+  --json      for programs; see below
+
+Options of all commands:
+  --namespace kml=BASE, --namespace gx=BASE
+              read elements of namespaces that start with BASE as KML or as its extensions.
+              The variable KESTAN_NAMESPACES holds more of them, separated by blanks.
+
+JSON of style: {"features": [FEATURE...]}, one FEATURE a line:
+  {"class", "id", "name", "styleUrl", "normal": LOOK, "highlight": LOOK}
+  LOOK    {"sources": [SOURCE...], "properties": {NAME: PROPERTY...}}; the uppermost source first
+  PROPERTY  SOURCE and "value", always a text; null for a child that isn't there
+  SOURCE  {"from"} with "inline", "shared", "styleMap" or "default"; "map" and "style" are the URLs
+          of a style map and of a style that aren't inline. In "sources" also "failed" and
+          "fetching", for a style that isn't there or lies in another document, and "loop", for
+          maps that lead back to themselves; such sources give no property.
+
+JSON of links: {"links": [LINK...]}, one LINK a line:
+  {"kind", "href", "url", "builtIn", "refresh": REFRESH}; "url" is absolute, and empty where that
+  can't be had; "builtIn" is true for what clients have without fetching it
+  REFRESH  {"refreshMode", "refreshInterval", "viewRefreshMode", "viewRefreshTime"}, modes as in
+           KML, times in seconds; null for what is fetched once
+
+Exit status: 0 all is well; 1 there are findings, a document can't be read, or a file that it
+refers to can't be packed; 2 wrong usage; 3 the output can't be written.
+)";
+
+} // namespace tool
