@@ -211,7 +211,7 @@ void AbstractLink::CopyNonFieldStuff(const SchemaObject& src) {
 void AbstractLink::WriteKml(WriteState& state) const {
   // Here the object is its own scratch copy: the fields write what the members hold.
   auto& self = const_cast<AbstractLink&>(*this);
-  QString written = state.RegisterUrl(href_, GetResourceUrl(), embedInKmz_);
+  QString written = state.RegisterLink(*this);
   std::swap(self.href_, written);
   WriteKmlFieldsSpecified(state, GetFieldsSpecified());
   std::swap(self.href_, written);

@@ -277,14 +277,21 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
 
 void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
   const QString& url = Member<QString>(object);
+  const auto write = [&](SchemaObject* target) {
+    // A reference costs no copy of its text where it stays as it is.
+    if (state.mode() == WriteState::kWriteKmzFile)
+      state.WriteObjUrl(target, state.GetDocumentUrl(object, url));
+    else
+      state.WriteObjUrl(target, url);
+  };
   if (GetType() == kAttribute && !url.isEmpty()) {
     WriteAttributeStart(*this, object, state);
     const AttributeScope scope(state.stream());
-    state.WriteObjUrl(GetTarget(object), url);
+    write(GetTarget(object));
     state.out("\"");
   } else if (GetType() == kElement && (!url.isEmpty() || HasUnknownAttrs(object, *this))) {
     WriteElementStart(object, state);
-    state.WriteObjUrl(url.isEmpty() ? nullptr : GetTarget(object), url);
+    write(url.isEmpty() ? nullptr : GetTarget(object));
     WriteElementEnd(state);
   }
 }
