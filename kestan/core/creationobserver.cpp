@@ -76,17 +76,21 @@ void CreationObserver::NotifyDeferred() {
   ThreadContext* context = ThreadContext::GetCurrent();
   const bool onMain = System::IsMainThread();
   mmvector<RefPtr<SchemaObject>> waiting;
-  // Objects that are deferred during the walk are served too.
-  for (std::size_t i = 0; i < context->deferred.size(); ++i) {
-    const RefPtr<SchemaObject> object = std::move(context->deferred[i]);
-    object->SetBit(kBitDeferredCreate, false);
-    const bool heldElsewhere = object->GetRefCount() > 1;
-    if (heldElsewhere && !DoNotifyPostCreate(*object, onMain)) {
-      object->SetBit(kBitDeferredCreate, true);
-      waiting.push_back(object);
+  // Objects that are deferred during the walk are served too, if need be by a walk inside of it.
+  while (!context->deferred.empty()) {
+    mmvector<RefPtr<SchemaObject>> objects;
+    objects.swap(context->deferred);
+    for (RefPtr<SchemaObject>& entry : objects) {
+      const RefPtr<SchemaObject> object = std::move(entry);
+      object->SetBit(kBitDeferredCreate, false);
+      const bool heldElsewhere = object->GetRefCount() > 1;
+      if (heldElsewhere && !DoNotifyPostCreate(*object, onMain)) {
+        object->SetBit(kBitDeferredCreate, true);
+        waiting.push_back(object);
+      }
     }
   }
-  context->deferred = std::move(waiting);
+  context->deferred.swap(waiting);
 }
 
 void CreationObserver::EndNotificationDeferrer() {

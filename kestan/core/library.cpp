@@ -18,6 +18,8 @@ namespace {
 
 bool s_initialized = false;
 std::unique_ptr<ResourceManager> s_resource_manager;
+/// Resources that the client's installation may add; there needn't be such a file.
+std::unique_ptr<QResourceRegistrar> s_local_shapes;
 
 } // namespace
 
@@ -34,6 +36,7 @@ void GInitialize(const KestanCreationParams& params) {
   s_resource_manager->AddLoader(std::make_unique<LocalShapes>());
   s_resource_manager->AddLoader(std::make_unique<QtResourceLoader>());
   s_resource_manager->AddLoader(std::make_unique<FileResourceLoader>());
+  s_local_shapes = std::make_unique<QResourceRegistrar>(QStringLiteral("localshapes"));
   ThreadContext::Initialize();
   const NotificationDeferrer deferrer;
   Schema::Initialize(params);
@@ -46,6 +49,7 @@ void GShutdown() {
   DeprecationManager::DeleteSingleton();
   Schema::Shutdown();
   ThreadContext::Shutdown();
+  s_local_shapes.reset();
   s_resource_manager.reset();
   ExpatHandler::Shutdown();
   LoadObserver::Shutdown();

@@ -20,16 +20,17 @@ bool ObjArrayFieldBase::Accepts(const SchemaObject& owner, const SchemaObject& c
   return &child != &owner && child.isOfType(*objSchema_);
 }
 
-void ObjArrayFieldBase::Renumber(const SchemaObject& owner, int from, int end) const {
-  for (int i = from; i < end; ++i) {
-    if (SchemaObject* element = GetObject(owner, i))
-      element->SetArrayIndex(i);
-  }
-}
-
 int ObjArrayFieldBase::FindObject(const SchemaObject& owner, const SchemaObject& child) const {
-  const int index = child.GetArrayIndex();
-  return child.HasOwner(owner) && GetObject(owner, index) == &child ? index : -1;
+  if (!child.HasOwner(owner) || !child.isOfType(*objSchema_))
+    return -1;
+  if (GetObject(owner, child.GetArrayIndex()) == &child)
+    return child.GetArrayIndex();
+  // A shared style has several owners, and knows its place in one of them at most.
+  for (int i = 0, count = getCount(owner); i < count; ++i) {
+    if (GetObject(owner, i) == &child)
+      return i;
+  }
+  return -1;
 }
 
 QString ObjArrayFieldBase::toString(const SchemaObject& object, int index) const {
@@ -86,10 +87,8 @@ bool ObjArrayFieldBase::set(SchemaObject& owner, SchemaObject* child, int index)
   if (from >= 0) {
     // The child stood elsewhere in this array: that place closes.
     child->RemArrayOwner(owner, from);
-    const int last = getCount(owner) - 1;
-    Move(owner, from, last);
-    setCount(owner, static_cast<unsigned>(last));
-    Renumber(owner, from, last);
+    Erase(owner, {&from, 1});
+    Renumber(owner, from, getCount(owner));
     if (from < index)
       --index;
   }
@@ -118,26 +117,16 @@ int ObjArrayFieldBase::EraseMultiple(SchemaObject* owner,
     if (SchemaObject* element = GetObject(*owner, *place))
       gone.emplace_back(element, *place);
   }
-  const int first = *places.begin();
-  int to = first;
-  auto erased = places.begin();
-  for (int from = first; from < count; ++from) {
-    if (erased != end && from == *erased)
-      ++erased;
-    else
-      Store(*owner, to++, GetObject(*owner, from));
-  }
-  setCount(*owner, static_cast<unsigned>(to));
-  Renumber(*owner, first, to);
+  const auto erased = static_cast<std::size_t>(end - places.begin());
+  Erase(*owner, {places.begin(), erased});
+  Renumber(*owner, places[0], getCount(*owner));
   for (const auto& [element, place] : gone)
     element->RemArrayOwner(*owner, place);
-  return count - to;
+  return static_cast<int>(erased);
 }
 
 bool ObjArrayFieldBase::remove(SchemaObject& owner, SchemaObject* child) const {
-  if (!child || child == &owner || !child->HasOwner(owner))
-    return false;
-  return remove(owner, child->GetArrayIndex());
+  return child && remove(owner, FindObject(owner, *child));
 }
 
 bool ObjArrayFieldBase::remove(SchemaObject& owner, int index) const {
@@ -151,11 +140,10 @@ int ObjArrayFieldBase::RemoveMultiple(SchemaObject* owner,
                                       const ArraySlice<RefPtr<SchemaObject>>& children) const {
   InlinedVector<int, 64> places;
   for (const RefPtr<SchemaObject>& child : children) {
-    if (child && child.get() != owner && child->HasOwner(*owner))
-      places.push_back(child->GetArrayIndex());
+    if (child)
+      places.push_back(FindObject(*owner, *child)); // -1 is passed over
   }
-  const int erased =
-      EraseMultiple(owner, ArraySlice<const int>(places.begin(), places.size()));
+  const int erased = EraseMultiple(owner, ArraySlice<const int>(places.begin(), places.size()));
   if (erased > 0)
     NotifyFieldChanged(*owner);
   return erased;
@@ -170,7 +158,7 @@ int ObjArrayFieldBase::AddMultiple(SchemaObject* owner,
                                    const ArraySlice<RefPtr<SchemaObject>>& children) const {
   int added = 0;
   for (const RefPtr<SchemaObject>& child : children) {
-    if (!child || !Accepts(*owner, *child) || child->HasOwner(*owner))
+    if (!child || !Accepts(*owner, *child) || FindObject(*owner, *child) >= 0)
       continue;
     Append(*owner, child.get());
     child->AddArrayOwner(*owner, getCount(*owner) - 1);
@@ -179,6 +167,12 @@ int ObjArrayFieldBase::AddMultiple(SchemaObject* owner,
   if (added > 0)
     NotifyFieldChanged(*owner);
   return added;
+}
+
+void ObjArrayFieldBase::reverse(SchemaObject& owner) const {
+  Reverse(owner);
+  Renumber(owner, 0, getCount(owner));
+  NotifyFieldChanged(owner);
 }
 
 void ObjArrayFieldBase::clone(SchemaObject& dst, const SchemaObject& src, bool deep) const {
@@ -195,14 +189,16 @@ void ObjArrayFieldBase::clone(SchemaObject& dst, const SchemaObject& src, bool d
 void ObjArrayFieldBase::copy(SchemaObject& dst, const SchemaObject& src, bool deep) const {
   const int count = getCount(src);
   for (int i = 0; i < count; ++i) {
-    SchemaObject* source = GetObject(src, deep ? i : 0);
-    SchemaObject* present = GetObject(dst, i);
+    // A child that moves leaves its former array: those go from the end.
+    const int place = deep ? i : count - 1 - i;
+    SchemaObject* source = GetObject(src, place);
+    SchemaObject* present = GetObject(dst, place);
     if (!deep)
-      set(dst, source, i); // leaves its former array, so that the next one moves to the front
+      set(dst, source, place);
     else if (source && present && &source->GetSchema() == &present->GetSchema())
       present->copy(*source, true, nullptr);
     else if (source)
-      set(dst, CloneObject(*source, true, nullptr).get(), i);
+      set(dst, CloneObject(*source, true, nullptr).get(), place);
   }
   while (getCount(dst) > count)
     remove(dst, getCount(dst) - 1);

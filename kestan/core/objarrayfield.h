@@ -37,10 +37,15 @@ public:
   /// Appends the children that aren't here yet, with one notice; answers their number.
   virtual int AddMultiple(SchemaObject* owner,
                           const ArraySlice<RefPtr<SchemaObject>>& children) const;
+  /// Swaps the entries end for end, with one notice, however few they are.
+  void reverse(SchemaObject& owner) const;
   /// Erases without a notice; answers the number of entries that went.
   int EraseMultiple(SchemaObject* owner, const ArraySlice<const int>& indices) const;
 
 protected:
+  /// Whether `child` may become a child of `owner` at all.
+  virtual bool Accepts(const SchemaObject& owner, const SchemaObject& child) const;
+
   ObjArrayFieldBase(Schema& schema, const QString& name, const Schema& objSchema, unsigned offset,
                     unsigned flags, unsigned size, unsigned align);
 
@@ -48,11 +53,13 @@ protected:
   virtual void Append(SchemaObject& owner, SchemaObject* child) const = 0;
   /// Takes the entry at `from` to the place `to`; those between move one place towards `from`.
   virtual void Move(SchemaObject& owner, int from, int to) const = 0;
+  /// Drops the entries at `places`, which ascend; the others close up.
+  virtual void Erase(SchemaObject& owner, const ArraySlice<const int>& places) const = 0;
+  virtual void Reverse(SchemaObject& owner) const = 0;
+  /// Tells the elements from `from` to before `end` their places.
+  virtual void Renumber(const SchemaObject& owner, int from, int end) const = 0;
 
 private:
-  bool Accepts(const SchemaObject& owner, const SchemaObject& child) const;
-  void Renumber(const SchemaObject& owner, int from, int end) const;
-
   const Schema* objSchema_;
 };
 
@@ -74,6 +81,9 @@ protected:
   void Store(SchemaObject& owner, int index, SchemaObject* child) const override;
   void Append(SchemaObject& owner, SchemaObject* child) const override;
   void Move(SchemaObject& owner, int from, int to) const override;
+  void Erase(SchemaObject& owner, const ArraySlice<const int>& places) const override;
+  void Reverse(SchemaObject& owner) const override;
+  void Renumber(const SchemaObject& owner, int from, int end) const override;
 
 private:
   mmvector<RefPtr<T>>& Array(const SchemaObject& object) const {

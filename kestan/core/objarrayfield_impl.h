@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace vorrel::kestan {
 
@@ -57,10 +58,37 @@ template <class T> void ObjArrayField<T>::Append(SchemaObject& owner, SchemaObje
 
 template <class T> void ObjArrayField<T>::Move(SchemaObject& owner, int from, int to) const {
   const auto begin = Array(owner).begin();
+  RefPtr<T> moving = std::move(begin[from]);
   if (from < to)
-    std::rotate(begin + from, begin + from + 1, begin + to + 1);
+    std::move(begin + from + 1, begin + to + 1, begin + from);
   else
-    std::rotate(begin + to, begin + from, begin + from + 1);
+    std::move_backward(begin + to, begin + from, begin + from + 1);
+  begin[to] = std::move(moving);
+}
+
+template <class T>
+void ObjArrayField<T>::Erase(SchemaObject& owner, const ArraySlice<const int>& places) const {
+  mmvector<RefPtr<T>>& array = Array(owner);
+  const auto begin = array.begin();
+  auto to = begin + places[0];
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const auto end = i + 1 < places.size() ? begin + places[i + 1] : array.end();
+    to = std::move(begin + places[i] + 1, end, to);
+  }
+  array.erase(to, array.end());
+}
+
+template <class T> void ObjArrayField<T>::Reverse(SchemaObject& owner) const {
+  std::reverse(Array(owner).begin(), Array(owner).end());
+}
+
+template <class T>
+void ObjArrayField<T>::Renumber(const SchemaObject& owner, int from, int end) const {
+  const auto begin = Array(owner).begin();
+  for (int i = from; i < end; ++i) {
+    if (begin[i])
+      begin[i]->SetArrayIndex(i);
+  }
 }
 
 } // namespace vorrel::kestan

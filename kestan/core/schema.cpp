@@ -72,6 +72,7 @@ Schema::Schema(unsigned size, const Schema* base) : size_(size) { construct(base
 Schema::~Schema() {
   {
     const std::lock_guard<SpinLock> guard(s_lock_);
+    const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
     if (base_)
       EraseFirst<Schema>(base_->derived_, this);
     for (Schema* schema : derived_)
@@ -93,6 +94,7 @@ void Schema::construct(const Schema* base) {
 
 void Schema::SetBase(const Schema* newBase) {
   const std::lock_guard<SpinLock> guard(s_lock_);
+  const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
   if (newBase == base_)
     return;
   serializedFields_.clear();

@@ -111,8 +111,10 @@ public:
   void AddCreationObserver(CreationObserver& observer) const;
   void RemCreationObserver(CreationObserver& observer) const;
   const mmvector<CreationObserver*>& GetCreationObservers() const { return creationObservers_; }
-  /// Whether there is any; without the lock.
-  bool HasCreationObservers() const { return hasCreationObservers_.load(std::memory_order_relaxed); }
+  /// The same question without the lock.
+  bool HasCreationObservers() const {
+    return hasCreationObservers_.load(std::memory_order_relaxed);
+  }
 
   static void NotifyPostCreate(SchemaObject& object);
 
@@ -139,7 +141,7 @@ private:
   Namespace ns_ = Namespace::kKml;
   unsigned fieldCount_ = 0;
   mutable mmvector<Schema*> derived_;
-  mutable mmvector<CreationObserver*> creationObservers_;
+  mutable mmvector<CreationObserver*> creationObservers_; ///< Under the lock of `CreationObserver`.
   mutable std::atomic<bool> hasCreationObservers_{false};
   bool experimental_ = false;
 

@@ -107,6 +107,13 @@ void SchemaObject::AddToObjectHash(std::uint32_t hashValue) {
   context->insert(*this, hashValue);
 }
 
+void SchemaObject::Rehash() {
+  if (IsInMap())
+    GetMap()->erase(*this);
+  if (!id_.isEmpty())
+    AddToObjectHash(hash<KmlId>()(GetKmlId()));
+}
+
 SchemaObject* SchemaObject::find(const KmlId& id) {
   return id.id.isEmpty() ? nullptr : ThreadContext::GetCurrent()->find(id);
 }

@@ -13,6 +13,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 #include <map>
@@ -155,9 +156,15 @@ public:
   /// The stored text; null when there's none.
   QString GetUnknownFieldAttrs(const Field& field) const;
 
-  /// Writes the object to a KML or KMZ file, `flags` from `WriteFlag`. Answers the failure text,
-  /// empty when all went well. The caller keeps the tree still meanwhile.
-  QString WriteKmlFile(const QString& path, unsigned flags = 0) const;
+  /// Writes the object to a file, `flags` from `WriteFlag`: KML, or with a name that ends in ".kmz"
+  /// an archive of the document with the local files that it refers to. The old file stays as it
+  /// was until the new one is complete.
+  ///
+  /// Answers the failure text, empty when all went well. A file that can't be read doesn't travel,
+  /// and is no failure: `unreadableFiles`, when given, gets their paths. The caller keeps the tree
+  /// still meanwhile.
+  QString WriteKmlFile(const QString& path, unsigned flags = 0,
+                       QStringList* unreadableFiles = nullptr) const;
   /// The same into `bytes`, as KML.
   QString WriteKmlString(QByteArray& bytes, unsigned flags = 0) const;
 
@@ -236,11 +243,14 @@ private:
   friend class ObjectObserver;
   friend class CreationObserver;
   friend class StyleSelector; // has several owners
+  friend class IdField;       // changes the id
 
   using HandlerMap = std::map<HandlerType, HandlerFunc>;
 
   void init(const KmlId& id, const QString& baseUrl);
   void AddToObjectHash(std::uint32_t hashValue);
+  /// Enters the object under an id that has changed.
+  void Rehash();
   void CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                   bool fresh) const;
 

@@ -77,20 +77,25 @@ QString Resolve(const QString& base, const QString& url) {
 } // namespace
 
 QString SchemaObject::MakeAbsoluteUrl(const QString& base, const QString& url) {
-  ThreadContext& context = *ThreadContext::GetCurrent();
-  if (url != context.lastUrl || base != context.lastUrlBase) {
-    context.lastUrl = url;
-    context.lastUrlBase = base;
-    const QString absolute = Clean(Resolve(base, url));
-    context.lastAbsoluteUrl = IsForbidden(absolute) ? QString() : absolute;
+  // Threads that build no objects ask too; they have no memory of the last answer.
+  ThreadContext* const context = ThreadContext::GetCurrent();
+  if (context && url == context->lastUrl && base == context->lastUrlBase)
+    return context->lastAbsoluteUrl;
+  QString absolute = Clean(Resolve(base, url));
+  if (IsForbidden(absolute))
+    absolute = QString();
+  if (context) {
+    context->lastUrl = url;
+    context->lastUrlBase = base;
+    context->lastAbsoluteUrl = absolute;
   }
-  return context.lastAbsoluteUrl;
+  return absolute;
 }
 
 KmlId SchemaObject::MakeAbsoluteId(const QString& base, const QString& id) {
-  ThreadContext& context = *ThreadContext::GetCurrent();
-  if (id == context.lastId && base == context.lastIdBase)
-    return context.lastAbsoluteId;
+  ThreadContext* const context = ThreadContext::GetCurrent();
+  if (context && id == context->lastId && base == context->lastIdBase)
+    return context->lastAbsoluteId;
 
   const auto resolve = [&base, &id] {
     const UrlType type = GGetUrlType(id);
@@ -102,10 +107,13 @@ KmlId SchemaObject::MakeAbsoluteId(const QString& base, const QString& id) {
     const QString url = MakeAbsoluteUrl(base, id.left(hash));
     return KmlId(Clean(url + id.mid(hash)));
   };
-  context.lastAbsoluteId = resolve();
-  context.lastId = id;
-  context.lastIdBase = base;
-  return context.lastAbsoluteId;
+  const KmlId absolute = resolve();
+  if (context) {
+    context->lastId = id;
+    context->lastIdBase = base;
+    context->lastAbsoluteId = absolute;
+  }
+  return absolute;
 }
 
 QString SchemaObject::MakeRuntimeUrl(const QString& url) {

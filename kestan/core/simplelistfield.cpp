@@ -36,15 +36,17 @@ SimpleListField<T>::SimpleListField(Schema& schema, const QString& name, unsigne
     : TypedArrayField<T>(schema, name, offset, type, flags) {}
 
 template <class T>
-FromStringResult SimpleListField<T>::fromString(SchemaObject& object, const AttributeList*,
-                                                const NamespaceList*, const QString& text, int,
-                                                Update*) const {
+FromStringResult SimpleListField<T>::fromString(SchemaObject& object, const AttributeList* attrs,
+                                                const NamespaceList* namespaces,
+                                                const QString& text, int, Update*) const {
   std::size_t count = 0;
   SplitOnWhitespace(text, [&](const QString&) { ++count; });
   mmvector<T>& array = this->Array(object);
   array.clear();
   array.reserve(count);
   SplitOnWhitespace(text, [&](const QString& token) { array.push_back(Entry<T>(token)); });
+  if (attrs && !attrs->empty())
+    object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
   this->NotifyFieldChanged(object);
   return FromStringResult::kOk;
 }
@@ -52,7 +54,8 @@ FromStringResult SimpleListField<T>::fromString(SchemaObject& object, const Attr
 template <class T>
 void SimpleListField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
   const mmvector<T>& array = this->Array(object);
-  if (array.empty() || this->HasFlag(Field::kNoWrite))
+  const bool isGiven = !array.empty() && !this->HasFlag(Field::kNoWrite);
+  if (!isGiven && object.GetUnknownFieldAttrs(*this).isNull())
     return;
   this->WriteElementStart(object, state);
   const char* separator = "";

@@ -1,9 +1,19 @@
 #include "kestan/core/strfield.h"
 
+#include "kestan/core/schemaobject.h"
+
+#include <utility>
+
 namespace vorrel::kestan {
 
 bool StrField::IsUndefined(const SchemaObject& object) const {
-  return Member<QString>(object).isEmpty();
+  return Member<QString>(object).isEmpty() && (object.GetFieldsSpecified() & GetMaskBit()) == 0;
+}
+
+void IdField::SetTypedObject(SchemaObject& object, QString value) const {
+  Member<QString>(object) = std::move(value);
+  object.Rehash();
+  NotifyFieldChanged(object);
 }
 
 HrefStrField::HrefStrField(Schema& schema, const QString& name, unsigned offset, Field::Type type,

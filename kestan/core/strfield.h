@@ -4,7 +4,8 @@
 
 namespace vorrel::kestan {
 
-/// A string that is written escaped, and not at all when it's empty.
+/// A string that is written escaped. An empty one isn't written, unless the object knows that it was
+/// given: then it may stand in the way of another one.
 class KESTAN_EXPORT StrField : public SimpleField<QString> {
 public:
   using SimpleField::SimpleField;
@@ -13,12 +14,14 @@ public:
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
 };
 
-/// The `id` attribute. Writes the id that the object carries in the present output.
+/// The `id` attribute. An object is found under its new id; written is the id that it carries in
+/// the present output.
 class KESTAN_EXPORT IdField final : public StrField {
 public:
   using StrField::StrField;
 
-  void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+  void SetTypedObject(SchemaObject& object, QString value) const override;
+  void WriteKml(const SchemaObject& object, WriteState& state) const override;
 };
 
 /// A reference whose text is kept as it was read, in its escaped form, beside the value.

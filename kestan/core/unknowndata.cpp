@@ -10,6 +10,8 @@ namespace vorrel::kestan {
 UnknownNamespace::~UnknownNamespace() = default;
 
 QString schemaobject_detail::GetAttrListString(const AttributeList& list) {
+  if (list.empty())
+    return QString();
   QString text;
   for (const auto& [name, value] : list) {
     text += QLatin1Char(' ');

@@ -142,7 +142,7 @@ void AbstractFeature::SetSnippetIfExists(const QString& text) {
   if (snippetObject_ && !HasNewSnippet()) {
     snippetObject_->SetText(text);
     NotifyFieldChanged(Fields().snippetObject);
-  } else if (HasNewSnippet() || !snippet_.isEmpty() || !text.isEmpty()) {
+  } else if (HasNewSnippet() || !text.isEmpty()) {
     snippet_ = text;
     NotifyFieldChanged(Fields().snippet);
   }

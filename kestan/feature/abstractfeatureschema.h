@@ -50,7 +50,7 @@ public:
                              false,
                              SchemaObject::GetBitsOffset(),
                              Field::kElement,
-                             Field::kExtNamespace};
+                             Field::kUpdateAnywhere | Field::kExtNamespace};
   PhantomField styleMode{*this, "styleMode"};
   SimpleField<float> opacity{*this, "opacity", OffsetOf(&AbstractFeature::opacity_),
                              Field::kElement, Field::kNoWrite};

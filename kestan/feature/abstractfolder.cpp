@@ -35,6 +35,14 @@ AbstractFolderSchema::AbstractFolderSchema()
     : SchemaT("AbstractFolder", &AbstractFeature::GetClassSchema(), Namespace::kKml),
       icon(*this, QString(), Icon::GetClassSchema(), OffsetOf(&AbstractFolder::icon_)) {}
 
+bool FolderChildrenField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
+  if (!ObjArrayField::Accepts(owner, child))
+    return false;
+  return !child.isOfType(AbstractFolder::GetClassSchema()) ||
+         !static_cast<const AbstractFolder&>(owner).IsDescendantOf(
+             static_cast<const AbstractFolder&>(child));
+}
+
 const Schema& AbstractFolder::GetClassSchema() { return AbstractFolderSchema::GetSingleton(); }
 
 AbstractFolder::AbstractFolder(const Schema& schema, const KmlId& id, const QString& baseUrl)

@@ -22,10 +22,11 @@ public:
   void SetIcon(Icon* icon);
 
   /// Puts a feature behind the last child, taking it out of its former folder. False for one that
-  /// is here already.
+  /// is here already, and for a folder that this one lies in.
   bool AddChild(AbstractFeature& child);
   /// False when the feature isn't a child.
   bool RemChild(AbstractFeature& child);
+  /// The index must be in range.
   bool RemChild(int index);
   /// Moves all children of `from` behind those of `to`, with one notice each.
   static void MoveAllChildren(AbstractFolder* from, AbstractFolder* to);

@@ -67,18 +67,6 @@ int Channel::RemoveChildren(const ArraySlice<RefPtr<AbstractFeature>>& children)
   return count;
 }
 
-int Channel::AddChildren(const ArraySlice<RefPtr<AbstractFeature>>& children) {
-  int count = 0;
-  for (const RefPtr<AbstractFeature>& child : children) {
-    if (child->HasOwner(*this))
-      continue;
-    children_.push_back(child);
-    child->AddArrayOwner(*this, GetChildCount() - 1);
-    ++count;
-  }
-  return count;
-}
-
 void Channel::CollectStylesAndSchemas(WriteState&) const {}
 
 void Channel::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
@@ -86,6 +74,12 @@ void Channel::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 void FeatureVisitor::visit(Channel& channel) {
   if (ShouldVisitBaseClass(channel))
     visit(static_cast<AbstractFolder&>(channel));
+}
+
+void Channel::stolen(SchemaObject& child) {
+  if (!child.isOfType(AbstractFeature::GetClassSchema()) ||
+      !InternalRemoveChild(static_cast<AbstractFeature&>(child)))
+    AbstractFolder::stolen(child);
 }
 
 void Channel::NotifyFieldChanged(const Field& field) {

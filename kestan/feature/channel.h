@@ -36,9 +36,9 @@ public:
 
   /// Null entries aren't allowed.
   int RemoveChildren(const ArraySlice<RefPtr<AbstractFeature>>& children) override;
-  int AddChildren(const ArraySlice<RefPtr<AbstractFeature>>& children) override;
   void CollectStylesAndSchemas(WriteState& state) const override;
   void accept(FeatureVisitor& visitor) override;
+  void stolen(SchemaObject& child) override;
   void NotifyFieldChanged(const Field& field) override;
 
 private:

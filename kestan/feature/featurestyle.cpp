@@ -16,11 +16,6 @@ namespace {
 
 const AbstractFeatureSchema& Fields() { return AbstractFeatureSchema::GetSingleton(); }
 
-/// True when `selector` was made after the last change of `source`.
-bool IsCurrent(const StyleSelector& selector, const StyleSelector& source) {
-  return static_cast<std::int32_t>(selector.GetFlattenRevision() - source.GetRevision()) >= 0;
-}
-
 } // namespace
 
 void AbstractFeature::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSet(*this, url); }
@@ -129,8 +124,8 @@ const StyleSelector* AbstractFeature::UpdateRenderStyleSelector() const {
   if (!inlineStyleSelector_ || !referencedStyleSelector_)
     return inlineStyleSelector_ ? inlineStyleSelector_.get() : referencedStyleSelector_.get();
   if (!flattenedStyleSelector_ ||
-      !IsCurrent(*flattenedStyleSelector_, *referencedStyleSelector_) ||
-      !IsCurrent(*flattenedStyleSelector_, *inlineStyleSelector_))
+      !flattenedStyleSelector_->IsFlattenedAfter(*referencedStyleSelector_) ||
+      !flattenedStyleSelector_->IsFlattenedAfter(*inlineStyleSelector_))
     FlattenStyleSelectors();
   return flattenedStyleSelector_ ? flattenedStyleSelector_.get() : inlineStyleSelector_.get();
 }

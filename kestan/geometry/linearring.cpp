@@ -115,7 +115,7 @@ void LinearRing::DelCoord(int index) {
 }
 
 void LinearRing::SetSelectedCoord(int index) {
-  if (index < GetCoordCount() - 1)
+  if (index == -1 || index < GetCoordCount() - 1)
     LineString::SetSelectedCoord(index);
 }
 

@@ -31,9 +31,9 @@ public:
   bool IsInner() const;
   bool IsOuter() const;
 
+  virtual void SetCoordAlt(int index, double altitude);
   /// Turns as seen from above, on a flat map. True for fewer than 4 positions and for no area.
   virtual bool IsCounterClockwise() const;
-  virtual void SetCoordAlt(int index, double altitude);
 
   void accept(GeometryVisitorConst& visitor) const override;
   void accept(GeometryVisitor& visitor) override;

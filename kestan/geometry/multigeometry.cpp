@@ -6,8 +6,6 @@
 #include "kestan/geometry/geometryvisitor.h"
 #include "kestan/geometry/multigeometryschema.h"
 
-#include <algorithm>
-
 namespace vorrel::kestan {
 
 template class SchemaT<MultiGeometry, NewInstancePolicy, NoDerivedPolicy>;
@@ -45,14 +43,7 @@ MultiGeometry::MultiGeometry(const Schema& schema, AbstractFeature* feature, con
 MultiGeometry::~MultiGeometry() { NotifyPreDelete(); }
 
 void MultiGeometry::ReverseGeometryOrder() {
-  std::reverse(geometries_.begin(), geometries_.end());
-  int index = 0;
-  for (const RefPtr<Geometry>& geometry : geometries_) {
-    if (geometry)
-      geometry->SetArrayIndex(index);
-    ++index;
-  }
-  NotifyFieldChanged(MultiGeometrySchema::GetSingleton().geometries);
+  MultiGeometrySchema::GetSingleton().geometries.reverse(*this);
 }
 
 void MultiGeometry::RequireParentInheritedVisibility(bool update) {

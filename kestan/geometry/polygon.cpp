@@ -7,8 +7,6 @@
 #include "kestan/geometry/geometryvisitor.h"
 #include "kestan/geometry/polygonschema.h"
 
-#include <algorithm>
-
 namespace vorrel::kestan {
 
 template class SchemaT<Polygon, NewInstancePolicy, NoDerivedPolicy>;
@@ -85,14 +83,7 @@ int Polygon::FindInnerBoundary(const LinearRing* ring) const {
 }
 
 void Polygon::ReverseInnerBoundaryOrder() {
-  std::reverse(innerBoundaries_.begin(), innerBoundaries_.end());
-  int index = 0;
-  for (const RefPtr<LinearRing>& ring : innerBoundaries_) {
-    if (ring)
-      ring->SetArrayIndex(index);
-    ++index;
-  }
-  NotifyFieldChanged(PolygonSchema::GetSingleton().innerBoundaryIs);
+  PolygonSchema::GetSingleton().innerBoundaryIs.reverse(*this);
 }
 
 void Polygon::MakeCounterClockwise() {
@@ -130,7 +121,7 @@ void Polygon::GetAltitudes(mmvector<double>& out) const {
 }
 
 void Polygon::SetAltitude(double altitude) {
-  ForEachRing([altitude](LinearRing& ring) { ring.LineString::SetAltitude(altitude); });
+  ForEachRing([altitude](LinearRing& ring) { ring.SetAltitude(altitude); });
 }
 
 const Vec3<double>* Polygon::GetCoords(int& count) const {

@@ -21,7 +21,6 @@ public:
   CellManagerPool(const CellManagerPool&) = delete;
   CellManagerPool& operator=(const CellManagerPool&) = delete;
 
-  std::size_t GetCellSize() const { return cellSize_; }
   void* allocate();
   void free(void* cell);
 

@@ -24,8 +24,12 @@ namespace vorrel {
 constexpr std::size_t kMaxNormLLALength = 96;
 
 /// Writes longitude, latitude and altitude of a normalised position with `separator` between
-/// them, each as `FormatCoordinate` would. Answers the count of characters, at most
-/// `kMaxNormLLALength`; there is no zero behind them. Reading the text gives the position again.
+/// them. Answers the count of characters, at most `kMaxNormLLALength`; there is no zero behind
+/// them.
+///
+/// Each is the shortest text that reads back as the stored number, of 15, 16 or 17 digits: what
+/// people write comes back digit for digit. A multiple of 1e-12 is written without an exponent, a
+/// negative zero as "-0", and a number that isn't finite, which has no text, as "0".
 KESTAN_EXPORT int FormatNormLLA(const Vec3<double>& norm, char separator, char* buffer);
 
 } // namespace vorrel

@@ -11,7 +11,6 @@
 
 namespace vorrel::coordinate {
 
-const Kind kPlain = {1.0, 1e12, 999.0, 12};
 const Kind kDegrees = {180.0, 1e12, 999.0, 12};
 const Kind kAltitude = {Units::s_planet_radius, 1e9, 999999.0, 9};
 

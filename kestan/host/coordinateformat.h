@@ -11,7 +11,6 @@ struct Kind {
   int decimals;        ///< how many decimals people write at most
 };
 
-extern const Kind kPlain;    ///< stored as it is written
 extern const Kind kDegrees;  ///< longitude and latitude
 extern const Kind kAltitude; ///< metres
 

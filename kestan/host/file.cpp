@@ -5,8 +5,11 @@
 #include <QStringList>
 #include <QTemporaryFile>
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
+
+#include <unistd.h>
 
 namespace vorrel::file {
 
@@ -149,6 +152,16 @@ bool move(const QString& from, const QString& to) {
   }
   QFile::remove(from);
   return true;
+}
+
+bool isSame(const QString& a, const QString& b) {
+  std::error_code error;
+  return std::filesystem::equivalent(NativePath(a), NativePath(b), error) && !error;
+}
+
+bool sync(QFileDevice& file) {
+  // Some file systems have nothing to wait for, and say so.
+  return file.flush() && (::fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP);
 }
 
 FileDeleter::~FileDeleter() {

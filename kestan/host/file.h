@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class QFileDevice;
+
 namespace vorrel::file {
 
 /// Brings a path or URL into its plain form: "/" for backslashes, and no ".", ".." or doubled "/"
@@ -17,6 +19,12 @@ KESTAN_EXPORT void CleanupPathname(QString& path);
 /// Moves a file, also to another file system. A file at the destination is replaced in one step:
 /// whoever looks sees the old one or the new one. False, and both stay, when that fails.
 KESTAN_EXPORT bool move(const QString& from, const QString& to);
+
+/// True when both paths lead to one and the same file that exists.
+KESTAN_EXPORT bool isSame(const QString& a, const QString& b);
+
+/// Sends what was written to an open file down to the disk. False when the disk didn't take it.
+KESTAN_EXPORT bool sync(QFileDevice& file);
 
 /// Removes a file when the scope ends.
 class KESTAN_EXPORT FileDeleter {

@@ -8,7 +8,8 @@
 
 #include <cstddef>
 
-/// Reading of KMZ archives. Nothing is ever unpacked into a file.
+/// KMZ archives: reading here, several reads of one archive in `kmzarchive.h`, writing in
+/// `kmzwriter.h`. Nothing is ever unpacked into a file.
 ///
 /// Entry names are compared without regard to case, with "/" for backslashes and without "/" or
 /// "./" in front, since archives in the wild have all of these. All operations are safe from any

@@ -1,6 +1,5 @@
 #include "kestan/host/numberformat.h"
 
-#include "kestan/host/coordinateformat.h"
 #include "kestan/host/digits.h"
 
 #include <charconv>
@@ -38,14 +37,6 @@ int FormatFloat(float value, char* buffer) {
 
 int FormatInt(long long value, char* buffer) {
   return static_cast<int>(std::to_chars(buffer, buffer + kMaxNumberLength, value).ptr - buffer);
-}
-
-int FormatUInt(unsigned long long value, char* buffer) {
-  return static_cast<int>(std::to_chars(buffer, buffer + kMaxNumberLength, value).ptr - buffer);
-}
-
-int FormatCoordinate(double value, char* buffer) {
-  return static_cast<int>(coordinate::Write(value, coordinate::kPlain, buffer) - buffer);
 }
 
 } // namespace vorrel

@@ -18,14 +18,5 @@ KESTAN_EXPORT int FormatDouble(double value, char* buffer);
 KESTAN_EXPORT int FormatFloat(float value, char* buffer);
 /// The characters of "%lld".
 KESTAN_EXPORT int FormatInt(long long value, char* buffer);
-/// The characters of "%llu".
-KESTAN_EXPORT int FormatUInt(unsigned long long value, char* buffer);
-
-/// The shortest text that reads back as this very number, preferring 15, then 16, then 17 digits.
-///
-/// A number with at most 15 digits, as people write coordinates, comes back digit for digit; a
-/// multiple of 1e-12 is written without an exponent. A negative zero is "-0". A number that is not
-/// finite has no text that reads back, and is written as "0".
-KESTAN_EXPORT int FormatCoordinate(double value, char* buffer);
 
 } // namespace vorrel

@@ -37,10 +37,6 @@ QString AppendQuery(QString url, const QString& query) {
 
 } // namespace
 
-bool ViewFormatField::IsUndefined(const SchemaObject& object) const {
-  return (object.GetFieldsSpecified() & GetMaskBit()) == 0;
-}
-
 void ViewFormatField::WriteKml(const SchemaObject& object, WriteState& state) const {
   WriteValue(object, state, true);
 }
@@ -215,7 +211,7 @@ void AbstractLink::CopyNonFieldStuff(const SchemaObject& src) {
 void AbstractLink::WriteKml(WriteState& state) const {
   // Here the object is its own scratch copy: the fields write what the members hold.
   auto& self = const_cast<AbstractLink&>(*this);
-  QString written = state.RegisterUrl(href_, GetResourceUrl(), embedInKmz_);
+  QString written = state.RegisterLink(*this);
   std::swap(self.href_, written);
   WriteKmlFieldsSpecified(state, GetFieldsSpecified());
   std::swap(self.href_, written);

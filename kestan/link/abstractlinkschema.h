@@ -8,13 +8,12 @@
 
 namespace vorrel::kestan {
 
-/// The view format, which is written whenever it was given: one that is empty, or that says what
-/// is the default elsewhere, isn't the same as none.
+/// The view format, which is written whenever it was given: one that says what is the default
+/// elsewhere isn't the same as none.
 class KESTAN_EXPORT ViewFormatField final : public StrField {
 public:
   using StrField::StrField;
 
-  bool IsUndefined(const SchemaObject& object) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
 };
 

@@ -23,7 +23,6 @@
 
 #include <expat.h>
 
-#include <atomic>
 #include <cstring>
 #include <limits>
 
@@ -34,34 +33,21 @@ namespace {
 constexpr char kFallbackEncoding[] = "ISO-8859-1";
 constexpr int kNameReserve = 32;
 constexpr int kValueReserve = 128;
-/// Cost of kept declarations that a document of any length may have, and that each byte adds.
-constexpr qint64 kFreeNamespaceCost = qint64(64) << 20;
-constexpr qint64 kNamespaceCostPerByte = 16;
-
-std::atomic<int> s_max_element_depth{kMaxElementDepth};
 
 /// Notes on the thread, for the length of a scope, that what exists by now isn't of this document.
 class ParseMark {
 public:
-  ParseMark() : context_(ThreadContext::GetCurrent()) {
-    if (!context_)
-      return;
-    former_ = context_->parseRevision;
-    context_->parseRevision = ++ObjectObserver::s_revision_counter_;
+  explicit ParseMark(ThreadContext& context) : context_(context), former_(context.parseRevision) {
+    context_.parseRevision = ++ObjectObserver::s_revision_counter_;
   }
   ParseMark(const ParseMark&) = delete;
   ParseMark& operator=(const ParseMark&) = delete;
-  ~ParseMark() {
-    if (context_)
-      context_->parseRevision = former_;
-  }
+  ~ParseMark() { context_.parseRevision = former_; }
 
 private:
-  ThreadContext* context_;
-  std::uint32_t former_ = 0;
+  ThreadContext& context_;
+  const std::uint32_t former_;
 };
-
-IntSetting& ErrorHandling() { return KestanOptionsContext::kestanOptions.kmlErrorHandling; }
 
 int Length(const unsigned short* text) {
   return static_cast<int>(
@@ -116,9 +102,6 @@ public:
 };
 
 ExpatHandler::Resources* ExpatHandler::s_resources_ = nullptr;
-IErrorHandler* ExpatHandler::default_error_handler_ = nullptr;
-
-IErrorHandler::~IErrorHandler() = default;
 
 void ExpatHandler::Startup() {
   if (!s_resources_)
@@ -129,23 +112,6 @@ void ExpatHandler::Shutdown() {
   delete s_resources_;
   s_resources_ = nullptr;
 }
-
-void ExpatHandler::SetDefaultErrorHandler(IErrorHandler* handler) {
-  if (handler == default_error_handler_)
-    return;
-  if (handler)
-    handler->ref();
-  IErrorHandler* const former = default_error_handler_;
-  default_error_handler_ = handler;
-  if (former)
-    former->unref();
-}
-
-void ExpatHandler::SetMaxElementDepth(int depth) {
-  s_max_element_depth = depth < 1 ? kMaxElementDepth : depth;
-}
-
-int ExpatHandler::GetMaxElementDepth() { return s_max_element_depth; }
 
 ExpatHandler::ExpatHandler(const QString& url, unsigned access, MemoryManager* memoryManager,
                            IErrorHandler* errorHandler)
@@ -166,52 +132,55 @@ ExpatHandler::~ExpatHandler() { ExpatHandler::Reset(); }
 
 RefPtr<SchemaObject> ExpatHandler::LoadXml(ExpatHandler& handler, const unsigned char* data,
                                            std::size_t size) {
-  const ParseMark mark;
+  const ParseMark mark(*handler.threadContext_);
   handler.BeginParse();
   QByteArray unpacked;
-  QString archiveError;
-  RefPtr<SchemaObject> result;
-  if (data) {
-    if (kmz::IsKmzData(data, size)) {
-      constexpr std::size_t kMaxArchive = std::numeric_limits<int>::max() / 2;
-      const QByteArray archive = QByteArray::fromRawData(
-          reinterpret_cast<const char*>(data), static_cast<int>(std::min(size, kMaxArchive)));
-      unpacked = kmz::UnzipBytes(archive, QString(), &archiveError);
-      if (unpacked.isNull()) {
-        handler.Fail(archiveError, archiveError);
-        return {};
-      }
-      data = reinterpret_cast<const unsigned char*>(unpacked.constData());
-      size = static_cast<std::size_t>(unpacked.size());
-    }
-    file::CleanupPathname(handler.url_);
-    result = DoLoadXml(handler, data, size);
-  } else {
-    handler.url_ = QFileInfo(handler.url_).absoluteFilePath();
-    bool exists = true;
-    if (kmz::IsKmzFile(handler.url_, &exists)) {
-      unpacked = kmz::UnzipFile(handler.url_, QString(), &archiveError);
-      if (unpacked.isEmpty()) {
-        QString text = tr("Could not parse zero byte kmz file \"%1\"").arg(handler.url_);
-        if (!archiveError.isEmpty())
-          text += QLatin1String(":\n\n\t") + archiveError;
-        handler.Fail(text, text);
-        return {};
-      }
-      file::CleanupPathname(handler.url_);
-      result = DoLoadXml(handler, unpacked.constData(), static_cast<std::size_t>(unpacked.size()));
-    } else {
-      FileXmlSource source(handler.url_);
-      if (!exists || !source.Open()) {
-        handler.FailToRead();
-        return {};
-      }
-      file::CleanupPathname(handler.url_);
-      result = handler.Load(source);
-    }
-  }
+  const std::unique_ptr<XmlSource> source =
+      data ? handler.OpenBytes(data, size, unpacked) : handler.OpenFile(unpacked);
+  if (!source)
+    return {};
+  file::CleanupPathname(handler.url_);
+  RefPtr<SchemaObject> result = handler.Load(*source);
   handler.EndParse();
   return result;
+}
+
+std::unique_ptr<XmlSource> ExpatHandler::OpenBytes(const unsigned char* data, std::size_t size,
+                                                   QByteArray& unpacked) {
+  if (!kmz::IsKmzData(data, size))
+    return std::make_unique<MemoryXmlSource>(data, size);
+  constexpr std::size_t kMaxArchive = std::numeric_limits<int>::max() / 2;
+  const QByteArray archive = QByteArray::fromRawData(reinterpret_cast<const char*>(data),
+                                                     static_cast<int>(std::min(size, kMaxArchive)));
+  QString reason;
+  unpacked = kmz::UnzipBytes(archive, QString(), &reason);
+  if (!unpacked.isNull())
+    return std::make_unique<MemoryXmlSource>(unpacked.constData(),
+                                             static_cast<std::size_t>(unpacked.size()));
+  FatalError(reason);
+  return nullptr;
+}
+
+std::unique_ptr<XmlSource> ExpatHandler::OpenFile(QByteArray& unpacked) {
+  url_ = QFileInfo(url_).absoluteFilePath();
+  bool exists = true;
+  if (kmz::IsKmzFile(url_, &exists)) {
+    QString reason;
+    unpacked = kmz::UnzipFile(url_, QString(), &reason);
+    if (!unpacked.isEmpty())
+      return std::make_unique<MemoryXmlSource>(unpacked.constData(),
+                                               static_cast<std::size_t>(unpacked.size()));
+    QString text = tr("Could not parse zero byte kmz file \"%1\"").arg(url_);
+    if (!reason.isEmpty())
+      text += QLatin1String(":\n\n\t") + reason;
+    FatalError(text);
+    return nullptr;
+  }
+  auto source = std::make_unique<FileXmlSource>(url_);
+  if (exists && source->Open())
+    return source;
+  FailToRead();
+  return nullptr;
 }
 
 RefPtr<SchemaObject> ExpatHandler::DoLoadXml(ExpatHandler& handler, const void* data,
@@ -295,6 +264,8 @@ RefPtr<SchemaObject> ExpatHandler::ReadOtherContent() {
     object = root_;
     RootContent::MoveAttributesTo(*object, *root);
     object->SetHintTarget(root->GetHintTarget());
+  } else {
+    ForgetFailure(); // a class of which there are no objects
   }
   root_ = root;
   return object;
@@ -310,16 +281,6 @@ void ExpatHandler::characters(const unsigned short* text, int length) {
   else
     raw_->AppendText(text, length);
   CheckTextLength();
-}
-
-bool ExpatHandler::CheckTextLength() {
-  if (!text_->IsTooLong() || fatal_)
-    return !fatal_;
-  return HandleError(tr("The text of an element has more than %1 characters",
-                        "Error message shown when a KML file holds a text that is too long. VAL_1 "
-                        "is the greatest possible length.")
-                         .arg(CharBuf::kMaxSize),
-                     kErrorFatal);
 }
 
 ushort* ExpatHandler::GetPlaceForText(int length) {
@@ -341,21 +302,6 @@ void ExpatHandler::EndCdata() {
     raw_->EndCdata();
 }
 
-void ExpatHandler::RefuseAttributes() {
-  HandleError(tr("The attributes of an element have more than %1 bytes",
-                 "Error message shown when a KML file holds attributes that are too long. VAL_1 is "
-                 "the greatest possible length.")
-                  .arg(ExpatParser::kMaxAttributeBytes),
-              kErrorFatal);
-}
-
-void ExpatHandler::RefuseName() {
-  HandleError(tr("A name has a character that is no letter in UTF-8",
-                 "Error message shown when an element or attribute of a KML file has a name that "
-                 "can't be written."),
-              kErrorFatal);
-}
-
 void ExpatHandler::Reset() {
   // From the innermost object outwards: none of them holds another yet.
   while (!tagStack_.empty())
@@ -373,135 +319,16 @@ void ExpatHandler::Reset() {
   mergedNamespaces_.clear();
   ignoreErrors_ = false;
   inCdata_ = false;
-  discardUnknown_ = ErrorHandling().Get() == 3;
+  discardUnknown_ = KestanOptionsContext::kestanOptions.kmlErrorHandling.Get() == 3;
 }
 
 void ExpatHandler::BeginParse() {
   Reset();
-  fatal_ = false;
-  error_ = QString();
-  bareError_ = QString();
-  errorLine_ = 0;
-  errorColumn_ = 0;
+  ForgetFailure();
   threadContext_->fatalText.clear();
 }
 
 void ExpatHandler::EndParse() {}
-
-bool ExpatHandler::IgnoresErrors() const {
-  return ignoreErrors_ || discardUnknown_ || ErrorHandling().Get() == 0;
-}
-
-bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how) {
-  if (how == kErrorRecoverable && (ignoreErrors_ || discardUnknown_))
-    return true;
-  const int handling = how == kErrorFatal ? 2 : ErrorHandling().Get();
-  if (handling == 0)
-    return true;
-  if (handling < 0 || handling > 2) {
-    discardUnknown_ = true;
-    return true;
-  }
-  const QString fullText = tr("Error while parsing file \"%1\" at line %2, column %3:\n\n%4",
-                              "Error message shown when KML file cannot be parsed")
-                               .arg(url_, QString::number(parser_ ? parser_->GetLine() : 0),
-                                    QString::number(parser_ ? parser_->GetColumn() : 0), message) +
-                           QLatin1String("\n\n");
-  if (handling == 2) {
-    Fail(fullText, message);
-    return false;
-  }
-  return Report(fullText, message);
-}
-
-bool ExpatHandler::Report(const QString& fullText, const QString& message) {
-  IErrorHandler* const handler = errorHandler_ ? errorHandler_.get() : default_error_handler_;
-  ErrorReport report;
-  report.message = fullText;
-  report.text = message;
-  report.line = parser_ ? parser_->GetLine() : 0;
-  report.column = parser_ ? parser_->GetColumn() + 1 : 0;
-  if (handler) {
-    handler->OnParseError(report);
-  } else {
-    report.action = ErrorReport::kActionIgnoreRest;
-    report.sticky = true;
-  }
-  if (report.action == ErrorReport::kActionIgnoreRest)
-    ignoreErrors_ = true;
-  if (report.action == ErrorReport::kActionAbort) {
-    Fail(fullText, message);
-    return false;
-  }
-  if (report.sticky)
-    ErrorHandling().Set(0);
-  return true;
-}
-
-bool ExpatHandler::HandleParseResult(FromStringResult result, const QString& text) {
-  bool goOn = true;
-  switch (result) {
-  case FromStringResult::kOk:
-    break;
-  case FromStringResult::kOutOfRange:
-    goOn = HandleRecoverable([&] {
-      return tr("Value out of range (%1).",
-                "Error message shown when parsing a kml fileand a bounded value is out of "
-                "allowable range. VALUE_1 is the value which is out of range.")
-          .arg(text);
-    });
-    break;
-  case FromStringResult::kUnknownEnumeration:
-    goOn = HandleRecoverable([&] {
-      return tr("Unknown enumeration (%1).",
-                "Error message shown when parsing a kml file and an enumeration is not "
-                "recognized. VALUE_1 is the unknown enumeration.")
-          .arg(text);
-    });
-    break;
-  case FromStringResult::kSecurityViolation:
-    goOn = HandleRecoverable([] {
-      return tr("<Update> Security Violation!",
-                "Error message shown when a KML Update tag cannot be applied for security "
-                "reasons");
-    });
-    break;
-  default:
-    goOn = HandleRecoverable([&] {
-      return tr("Unsupported data in kml object (%1).",
-                "Error message shown when parsing a kml file fails because the feature is not "
-                "yet implemented. VALUE_1 is the unknown data.")
-          .arg(text);
-    });
-  }
-  return CheckFatalText() && goOn;
-}
-
-bool ExpatHandler::CheckFatalText() {
-  if (threadContext_->fatalText.isEmpty())
-    return true;
-  FatalError(threadContext_->fatalText);
-  return false;
-}
-
-void ExpatHandler::FatalError(const QString& text) { Fail(text, text); }
-
-void ExpatHandler::FailToRead() {
-  FatalError(tr("Could not open file \"%1\"",
-                "Error message shown when a KML file cannot be read. VAL_1 is the location of the "
-                "file.")
-                 .arg(url_));
-}
-
-void ExpatHandler::Fail(const QString& text, const QString& bareText) {
-  fatal_ = true;
-  error_ = text;
-  bareError_ = bareText;
-  errorLine_ = parser_ ? parser_->GetLine() : 0;
-  errorColumn_ = parser_ ? parser_->GetColumn() + 1 : 0;
-  if (parser_)
-    parser_->Stop();
-}
 
 void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short** attrs,
                                     int skipIndex) {
@@ -549,26 +376,6 @@ const NamespaceList& ExpatHandler::GetNamespacesFor(const SchemaObject& object, 
                        mergedNamespaces_, attributes);
   CheckNamespaceCost();
   return mergedNamespaces_;
-}
-
-void ExpatHandler::CheckNamespaceCost() {
-  const qint64 bytes = parser_ ? parser_->GetByteCount() : 0;
-  if (fatal_ || namespaces_->GetCost() <= kFreeNamespaceCost + kNamespaceCostPerByte * bytes)
-    return;
-  HandleError(tr("Too many namespaces around unknown content",
-                 "Error message shown when a KML file declares so many namespaces that keeping "
-                 "them with each unknown element would take too much memory."),
-              kErrorFatal);
-}
-
-bool ExpatHandler::CheckDepth() {
-  if (depth_ + skipDepth_ < GetMaxElementDepth())
-    return true;
-  return HandleError(tr("Elements are nested more than %1 levels deep",
-                        "Error message shown when a KML file is nested too deeply. VAL_1 is the "
-                        "greatest possible depth.")
-                         .arg(GetMaxElementDepth()),
-                     kErrorFatal);
 }
 
 const unsigned short** ExpatHandler::PushNamespaces(const unsigned short** attrs) {

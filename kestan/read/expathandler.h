@@ -7,6 +7,7 @@
 #include "kestan/host/refptr.h"
 #include "kestan/read/errorhandler.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstddef>
@@ -189,6 +190,11 @@ private:
 
   class Resources;
 
+  /// The document in the bytes or the file, of which `unpacked` holds what came out of an archive.
+  /// Null when there's none, with the reason in the error text.
+  std::unique_ptr<XmlSource> OpenBytes(const unsigned char* data, std::size_t size,
+                                       QByteArray& unpacked);
+  std::unique_ptr<XmlSource> OpenFile(QByteArray& unpacked);
   RefPtr<SchemaObject> Load(XmlSource& source);
   bool Parse(XmlSource& source);
   int ParseOnce(XmlSource& source, const char* encoding, QTextCodec* codec);
@@ -208,6 +214,7 @@ private:
   bool IgnoresErrors() const;
   void Fail(const QString& text, const QString& bareText);
   void FailToRead();
+  void ForgetFailure();
   bool Report(const QString& fullText, const QString& message);
 
   std::unique_ptr<ExpatParser> parser_;

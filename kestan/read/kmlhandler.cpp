@@ -190,7 +190,11 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
               .arg(tagName_);
         }))
       return true;
-    [[fallthrough]];
+    tag.field = field;
+    fieldAttrs_.clear();
+    if (attrs && KeepsUnknown())
+      AddUnknownAttrs(object, GetAttributeList(attrs));
+    return true;
   case Field::kElement:
     tag.field = field;
     fieldAttrs_.clear();
@@ -203,6 +207,12 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     break;
   }
   return false;
+}
+
+void KmlHandler::AddUnknownAttrs(SchemaObject& object, AttributeList list) {
+  const NamespaceList& namespaces = GetNamespacesFor(object, true, list);
+  object.SetUnknownAttrs(object.unknownData().attrs + schemaobject_detail::GetAttrListString(list),
+                         &namespaces);
 }
 
 bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,

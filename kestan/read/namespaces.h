@@ -20,6 +20,8 @@ inline constexpr char kAtomNamespaceString[] = "http://www.w3.org/2005/Atom";
 inline constexpr char kXalNamespaceString[] = "urn:oasis:names:tc:ciq:xsdschema:xAL:";
 inline constexpr char kWmsNamespaceString[] = "";
 inline constexpr char kNullNamespaceString[] = "";
+/// With a prefix behind it, what content is written in that uses the prefix without a declaration.
+inline constexpr char kUndeclaredNamespaceString[] = "urn:undeclared:";
 
 /// The namespace that a URI stands for; `kUnknown` when nothing fits.
 ///

@@ -114,10 +114,10 @@ void NamespaceScope::Pop(int depth) {
 }
 
 QString NamespaceScope::GetForeignDefaultUri() const {
-  if (default_ == Namespace::kKml)
-    return QString();
   const int index = Find(nullptr, 0);
-  return index < 0 ? QString() : bindings_[static_cast<std::size_t>(index)].uri;
+  if (index < 0)
+    return default_ == initialDefault_ ? QString() : QLatin1String(kUndeclaredNamespaceString);
+  return default_ == Namespace::kKml ? QString() : bindings_[static_cast<std::size_t>(index)].uri;
 }
 
 const NamespaceList& NamespaceScope::GetSnapshot() {

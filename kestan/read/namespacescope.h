@@ -35,7 +35,8 @@ public:
   /// Ends the declarations of the element at `depth`, if it made any.
   void Pop(int depth);
 
-  /// The URI in which unprefixed elements are; null where that is the KML namespace.
+  /// The URI in which unprefixed elements are; null where that is the KML namespace. Where the
+  /// only default namespace of a document has ended, one that stands for none.
   QString GetForeignDefaultUri() const;
 
   enum Own {

@@ -29,6 +29,8 @@ enum Side { kX, kY, kW, kH };
 const char* const kSideParameters[] = {"x=", "y=", "w=", "h="};
 constexpr int kNoRectangle[] = {0, 0, -1, -1};
 
+constexpr unsigned char SideBit(int side) { return static_cast<unsigned char>(1U << side); }
+
 constexpr char kBitmapPrefix[] = "root://icons/bitmap-";
 constexpr char kPalettePrefix[] = "root://icons/palette-";
 
@@ -97,9 +99,10 @@ void IconSideField::WriteKml(const SchemaObject& object, WriteState& state) cons
 }
 
 IconSchema::IconSchema() : SchemaT("Icon", &AbstractLink::GetClassSchema(), Namespace::kKml) {
-  for (SimpleField<int>* field : std::initializer_list<SimpleField<int>*>{&x, &y, &legacyX, &legacyY})
+  using Sides = std::initializer_list<SimpleField<int>*>;
+  for (SimpleField<int>* field : Sides{&x, &y, &legacyX, &legacyY})
     field->SetDefault(0);
-  for (SimpleField<int>* field : std::initializer_list<SimpleField<int>*>{&w, &h, &legacyW, &legacyH})
+  for (SimpleField<int>* field : Sides{&w, &h, &legacyW, &legacyH})
     field->SetDefault(-1);
   w.SetMin(-1);
   h.SetMin(-1);
@@ -140,8 +143,8 @@ Icon::~Icon() { NotifyPreDelete(); }
 void Icon::init(const QString& url, bool makeAbsolute, bool clientFlag) {
   makeAbsolute_ = makeAbsolute;
   clientFlag_ = clientFlag;
-  std::copy(std::begin(kNoRectangle), std::end(kNoRectangle), given_);
-  SetHref(url);
+  if (!url.isEmpty()) // else nobody gave a reference
+    SetHref(url);
 }
 
 RefPtr<Icon> Icon::CreateEmptyIcon(bool clientFlag) { return RefPtr<Icon>(new Icon(clientFlag)); }
@@ -193,9 +196,9 @@ void Icon::SetSide(int side, int value) {
     field.SetTypedObject(*this, value);
     return;
   }
-  if (!(givenSides_ & (1 << side)))
+  if (!(givenSides_ & SideBit(side)))
     given_[side] = value;
-  givenSides_ |= static_cast<unsigned char>(1 << side);
+  givenSides_ |= SideBit(side);
   fieldsSpecified_ |= field.GetMaskBit();
 }
 
@@ -221,6 +224,11 @@ void Icon::AdoptLegacyRectangle() {
     const int value = legacy.get(*this);
     SetSide(side, side == kX || side == kY ? value : std::max(value, -1));
   }
+}
+
+const QString& Icon::GetKeyText() const {
+  // What a server is asked for depends on the view, too.
+  return texId_ == kImageFile && urlType_ == kUrlNetwork ? GetAbsoluteUrl() : keyText_;
 }
 
 bool Icon::operator==(const Icon& other) const { return CreateIconKey() == other.CreateIconKey(); }
@@ -291,17 +299,22 @@ FromStringResult Icon::fromString(const QString& text) {
 
 void Icon::NotifyFieldChanged(const Field& field) {
   MarkChanged(field);
-  if (&field == &AbstractLinkSchema::GetSingleton().href) {
+  const bool isHref = &field == &AbstractLinkSchema::GetSingleton().href;
+  if (isHref) {
     fromBitmapForm_ = false;
-    query_ = QString();
+    queryTaken_ = false;
   }
   const int side = SideOf(field);
   if (side >= 0) {
     given_[side] = this->*kSides[side];
-    givenSides_ |= static_cast<unsigned char>(1 << side);
+    givenSides_ |= SideBit(side);
   }
-  if (urlDirty_ || side >= 0)
+  // A URL may be long, and an icon may be told of many changes. So it's looked at only where the
+  // outcome can be another one.
+  if (isHref || (side >= 0 && isPalette_) || (urlDirty_ && (texId_ != kImageFile || !makeAbsolute_)))
     update();
+  else if (side >= 0)
+    ResetRectangle();
   SchemaObject::NotifyFieldChanged(field);
 }
 
@@ -310,7 +323,7 @@ void Icon::merge(const SchemaObject& a, const SchemaObject& b) {
   // Each side was set on the way; only those count that one of the two has.
   for (int side = 0; side < kSideCount; ++side) {
     if (!HasSpecified(side))
-      givenSides_ &= static_cast<unsigned char>(~(1 << side));
+      givenSides_ &= static_cast<unsigned char>(~SideBit(side));
   }
   const unsigned href = AbstractLinkSchema::GetSingleton().href.GetMaskBit();
   const SchemaObject& source = b.GetFieldsSpecified() & href ? b : a;
@@ -327,8 +340,11 @@ void Icon::CopyNonFieldStuff(const SchemaObject& src) {
   refreshStamp_ = icon.refreshStamp_;
   makeAbsolute_ = icon.makeAbsolute_;
   fromBitmapForm_ = icon.fromBitmapForm_;
-  query_ = icon.query_;
+  queryTaken_ = icon.queryTaken_;
+  hasQuery_ = icon.hasQuery_;
+  queriedSides_ = icon.queriedSides_;
   givenSides_ = icon.givenSides_;
+  std::copy(std::begin(icon.queried_), std::end(icon.queried_), queried_);
   std::copy(std::begin(icon.given_), std::end(icon.given_), given_);
   update();
 }
@@ -340,14 +356,11 @@ void Icon::update() {
   paletteNumber_ = -1;
   hotSpotKind_ = kNoHotSpot;
   wholeImage_ = false;
+  isPalette_ = false;
   urlType_ = 0;
-  ResetToGiven();
-  if (query_.isNull())
+  if (!queryTaken_)
     TakeQuery();
-  if (!query_.isNull())
-    ApplyQuery();
-  if (fromBitmapForm_)
-    MapOldRows();
+  ResetRectangle();
   if (href_.isEmpty()) {
     texId_ = kNoImage;
     absoluteUrl_ = keyText_ = QString();
@@ -362,13 +375,22 @@ void Icon::update() {
     Classify();
 }
 
-void Icon::ResetToGiven() {
+void Icon::ResetRectangle() {
   for (int side = 0; side < kSideCount; ++side) {
-    const bool isGiven = givenSides_ & (1 << side);
+    const bool isGiven = givenSides_ & SideBit(side);
+    const bool isQueried = queriedSides_ & SideBit(side);
+    const bool isTileSize = hasQuery_ && (side == kW || side == kH) && (x_ > 0 || y_ > 0);
     const unsigned bit = Fields().sides[side]->GetMaskBit();
-    this->*kSides[side] = isGiven ? given_[side] : kNoRectangle[side];
-    fieldsSpecified_ = isGiven ? fieldsSpecified_ | bit : fieldsSpecified_ & ~bit;
+    if (isGiven || isQueried || isTileSize) {
+      this->*kSides[side] = isGiven ? given_[side] : isQueried ? queried_[side] : kTileSize;
+      fieldsSpecified_ |= bit;
+    } else {
+      this->*kSides[side] = kNoRectangle[side];
+      fieldsSpecified_ &= ~bit;
+    }
   }
+  if (fromBitmapForm_)
+    MapOldRows();
 }
 
 void Icon::MapOldRows() {
@@ -376,15 +398,14 @@ void Icon::MapOldRows() {
   y_ = OldRowToNew(y_ / kTileSize) * kTileSize;
 }
 
-void Icon::Derive(int side, int value) {
-  this->*kSides[side] = value;
-  fieldsSpecified_ |= Fields().sides[side]->GetMaskBit();
-}
-
-/// What is left of the reference, taken as one, is left alone: a copy shows the same.
+/// Of several values for one side the first counts. What is left of the reference, taken as one, is
+/// left alone: a copy shows the same.
 void Icon::TakeQuery() {
+  queryTaken_ = true;
+  queriedSides_ = 0;
   int start = LastQuery(href_);
-  if (start < 0)
+  hasQuery_ = start >= 0;
+  if (!hasQuery_)
     return;
   // A server may mean something else by these parameters, so that it gets them all the same.
   const QString url = makeAbsolute_ ? AbstractLink::GetResourceUrl() : href_;
@@ -392,11 +413,15 @@ void Icon::TakeQuery() {
   QString rest;
   for (; start >= 0 && rest.isEmpty(); start = LastQuery(href_)) {
     ChopSeparators(href_);
-    query_ += query_.isNull() ? href_.mid(start) : QLatin1Char('&') + href_.mid(start + 1);
     QStringList kept;
     for (const QString& parameter : href_.mid(start + 1).split(QLatin1Char('&'))) {
       int value = 0;
-      if (isServer || SideOf(parameter, value) < 0)
+      const int side = SideOf(parameter, value);
+      if (side >= 0 && !(queriedSides_ & SideBit(side))) {
+        queried_[side] = value;
+        queriedSides_ |= SideBit(side);
+      }
+      if (isServer || side < 0)
         kept += parameter;
     }
     rest = kept.join(QLatin1Char('&'));
@@ -407,48 +432,32 @@ void Icon::TakeQuery() {
   }
 }
 
-void Icon::ApplyQuery() {
-  for (const QString& parameter : query_.mid(1).split(QLatin1Char('&'))) {
-    int value = 0;
-    const int side = SideOf(parameter, value);
-    if (side >= 0 && !HasSpecified(side))
-      Derive(side, value);
-  }
-  if (x_ <= 0 && y_ <= 0)
-    return;
-  for (const int side : {kW, kH}) {
-    if (!HasSpecified(side))
-      Derive(side, kTileSize);
-  }
-}
-
 void Icon::Classify() {
   urlType_ = GGetUrlType(absoluteUrl_);
   if (urlType_ == kUrlFlatfile) {
     texId_ = kFlatfileImage;
     return;
   }
-  bool isTile = false;
+  bool showsTile = false;
   if (StartsWith(absoluteUrl_, kBitmapPrefix) &&
       !TakeBitmapForm(DigitAt(absoluteUrl_, static_cast<int>(sizeof(kBitmapPrefix)) - 1)))
     return;
   if (StartsWith(absoluteUrl_, kPalettePrefix)) {
+    isPalette_ = true;
     const int palette = DigitAt(absoluteUrl_, static_cast<int>(sizeof(kPalettePrefix)) - 1);
-    isTile = TakeTile(palette, x_ / kTileSize, y_ / kTileSize);
-    if (!isTile)
+    showsTile = TakeTile(palette, x_ / kTileSize, y_ / kTileSize);
+    if (!showsTile)
       return;
   } else if (StartsWith(absoluteUrl_, kIconServerBase)) {
-    isTile = TakeServerForm(absoluteUrl_.mid(static_cast<int>(sizeof(kIconServerBase)) - 1));
+    showsTile = TakeServerForm(absoluteUrl_.mid(static_cast<int>(sizeof(kIconServerBase)) - 1));
   } else {
     texId_ = kImageFile;
   }
-  if (urlType_ != kUrlNetwork) {
-    const int query = LastQuery(absoluteUrl_);
-    if (query >= 0)
-      keyText_ = absoluteUrl_.left(query);
-  }
-  if (isTile)
-    ShowTile();
+  if (showsTile && ShowTile())
+    return;
+  const int query = LastQuery(keyText_);
+  if (urlType_ != kUrlNetwork && query >= 0)
+    keyText_.truncate(query);
 }
 
 bool Icon::TakeBitmapForm(int palette) {
@@ -478,13 +487,17 @@ bool Icon::TakeServerForm(const QString& rest) {
     constexpr int kPalettePosition = 3;
     constexpr int kNumberPosition = 9;
     constexpr int kSuffixLength = 4;
+    constexpr int kMaxDigits = 9;
     bool isNumber = false;
     const int length = static_cast<int>(rest.size()) - kNumberPosition - kSuffixLength;
-    const int index = length > 0 ? rest.midRef(kNumberPosition, length).toInt(&isNumber) : 0;
+    const int index = length > 0 && length <= kMaxDigits
+                          ? rest.midRef(kNumberPosition, length).toInt(&isNumber)
+                          : 0;
     if (!isNumber || index < 0)
       return false;
     const int row = kTilesPerSide - 1 - index / kTilesPerSide;
-    return TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row);
+    isPalette_ = TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row);
+    return isPalette_;
   }
   const QStringList parts = rest.split(QLatin1Char('.'));
   const ResourceRecord record = parts.size() == 2
@@ -496,15 +509,16 @@ bool Icon::TakeServerForm(const QString& rest) {
   return false;
 }
 
-void Icon::ShowTile() {
+bool Icon::ShowTile() {
   absoluteUrl_ = MapTexIdToIconFile(static_cast<unsigned short>(texId_));
   const int index = x_ / kTileSize + (kTilesPerSide - 1 - y_ / kTileSize) * kTilesPerSide;
   const ResourceRecord record = FindResource(MapPalIconToShape(paletteNumber_, index), Png());
   texId_ = record.found ? kBuiltInImage : kUnknownImage;
   keyText_ = record.found ? record.text : absoluteUrl_;
   if (!record.found)
-    return;
+    return false;
   hotSpotKind_ = IsCentredPaletteIcon(paletteNumber_, index) ? kCentre : kBottomCentre;
+  return true;
 }
 
 void Icon::ShowWholeImage() {

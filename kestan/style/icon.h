@@ -84,8 +84,8 @@ public:
   bool IsWholeImage() const { return wholeImage_; }
   bool GetClientFlag() const { return clientFlag_; }
   /// The text that identifies the image.
-  const QString& GetKeyText() const { return keyText_; }
-  IconKey CreateIconKey() const { return IconKey(keyText_, x_, y_, w_, h_); }
+  const QString& GetKeyText() const;
+  IconKey CreateIconKey() const { return IconKey(GetKeyText(), x_, y_, w_, h_); }
   /// Icons are equal when they show the same.
   bool operator==(const Icon& other) const;
   bool operator!=(const Icon& other) const { return !(*this == other); }
@@ -136,16 +136,16 @@ private:
   void init(const QString& url, bool makeAbsolute, bool clientFlag);
   /// Finds out what is shown.
   void update();
-  void ResetToGiven();
+  /// The rectangle as it was set; elsewhere as the query says, or by default.
+  void ResetRectangle();
   void TakeQuery();
-  void ApplyQuery();
-  void Derive(int side, int value);
   void Classify();
   bool TakeBitmapForm(int palette);
   bool TakeServerForm(const QString& rest);
   bool TakeTile(int palette, int column, int row);
   void MapOldRows();
-  void ShowTile();
+  /// False when there's no shape for it.
+  bool ShowTile();
   void ShowWholeImage();
   void SetSide(int side, int value);
   bool HasSpecified(int side) const;
@@ -162,9 +162,13 @@ private:
   std::int32_t legacyW_ = -1;
   std::int32_t legacyH_ = -1;
   QString keyText_;
-  QString query_;                  // as it came with the reference; null without one
-  std::int32_t given_[kSideCount]; // the rectangle as it was set
-  unsigned char givenSides_ = 0;   // one bit for each side of it that was set
+  std::int32_t given_[kSideCount] = {};   // the rectangle as it was set
+  std::int32_t queried_[kSideCount] = {}; // as the reference's query has it
+  unsigned char givenSides_ = 0;          // one bit for each side that was set
+  unsigned char queriedSides_ = 0;        // and for each one that the query has
+  bool queryTaken_ = false;               // false after a change of the reference
+  bool hasQuery_ = false;
+  bool isPalette_ = false; // the URL is of a palette or a tile, and decides with the rectangle
   HotSpotKind hotSpotKind_ = kNoHotSpot;
   short texId_ = kNoImage;
   short paletteNumber_ = -1;

@@ -26,7 +26,7 @@ IconStyleSchema::IconStyleSchema()
     : SchemaT("IconStyle", &ColorStyle::GetClassSchema(), Namespace::kKml) {
   scale.SetDefault(1.0F);
   heading.SetDefault(0.0F);
-  hotSpot.SetDefault({0.5, 0.5, LegacyScreenVec::kFraction, LegacyScreenVec::kFraction});
+  hotSpot.SetDefault(IconStyle::kDefaultHotSpot);
   stackOrder.SetDefault(0);
   overlappable.SetDefault(false);
 }
@@ -34,33 +34,13 @@ IconStyleSchema::IconStyleSchema()
 const Schema& IconStyle::GetClassSchema() { return IconStyleSchema::GetSingleton(); }
 
 IconStyle::IconStyle(const KmlId& id, const QString& baseUrl, bool notify)
-    : ColorStyle(GetClassSchema(), id, baseUrl), hotSpot_(Fields().hotSpot.GetDefault()) {
+    : MarkStyle(GetClassSchema(), id, baseUrl) {
   FinishCreation(notify);
 }
 
 IconStyle::~IconStyle() { NotifyPreDelete(); }
 
-void IconStyle::SetScale(float scale) { Fields().scale.CheckSet(*this, scale, specified_); }
-
-void IconStyle::SetHeading(float heading) {
-  Fields().heading.CheckSet(*this, heading, specified_);
-}
-
-void IconStyle::SetOverlappable(bool overlappable) {
-  Fields().overlappable.CheckSet(*this, overlappable, specified_);
-}
-
-void IconStyle::SetHeadingMode(HeadingMode mode) {
-  Fields().headingMode.CheckSet(*this, mode, specified_);
-}
-
-void IconStyle::SetFacingMode(FacingMode mode) {
-  Fields().facingMode.CheckSet(*this, mode, specified_);
-}
-
-void IconStyle::SetHotSpotMode(HotSpotMode mode) {
-  Fields().hotSpotMode.CheckSet(*this, mode, specified_);
-}
+const MarkFields& IconStyle::GetMarkFields() const { return Fields().mark; }
 
 void IconStyle::SetStackOrder(int order) { Fields().stackOrder.CheckSet(*this, order, specified_); }
 
@@ -87,10 +67,6 @@ const LegacyScreenVec& IconStyle::GetHotSpot() const {
   static const LegacyScreenVec tip{kPinTipX, kPinTipY, LegacyScreenVec::kPixels,
                                    LegacyScreenVec::kPixels};
   return tip;
-}
-
-void IconStyle::SetHotSpot(const LegacyScreenVec& hotSpot) {
-  Fields().hotSpot.CheckSet(*this, hotSpot, specified_);
 }
 
 unsigned IconStyle::GetFieldsSpecified() const {

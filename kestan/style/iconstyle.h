@@ -1,9 +1,7 @@
 #pragma once
 
-#include "kestan/host/legacyscreenvec.h"
 #include "kestan/host/refptr.h"
-#include "kestan/style/colorstyle.h"
-#include "kestan/style/stylemodes.h"
+#include "kestan/style/markstyle.h"
 
 namespace vorrel::kestan {
 
@@ -11,7 +9,7 @@ class Icon;
 class IconStyleSchema;
 
 /// How the mark of a point is drawn.
-class KESTAN_EXPORT IconStyle final : public ColorStyle {
+class KESTAN_EXPORT IconStyle final : public MarkStyle {
 public:
   using ClassSchema = IconStyleSchema;
   static const Schema& GetClassSchema();
@@ -24,19 +22,6 @@ public:
   IconStyle(const KmlId& id, const QString& baseUrl, bool notify = true);
   ~IconStyle() override;
 
-  float GetScale() const { return scale_; }
-  void SetScale(float scale);
-  /// In degrees.
-  float GetHeading() const { return heading_; }
-  void SetHeading(float heading);
-  bool GetOverlappable() const { return overlappable_; }
-  void SetOverlappable(bool overlappable);
-  HeadingMode GetHeadingMode() const { return static_cast<HeadingMode>(headingMode_); }
-  void SetHeadingMode(HeadingMode mode);
-  FacingMode GetFacingMode() const { return static_cast<FacingMode>(facingMode_); }
-  void SetFacingMode(FacingMode mode);
-  HotSpotMode GetHotSpotMode() const { return static_cast<HotSpotMode>(hotSpotMode_); }
-  void SetHotSpotMode(HotSpotMode mode);
   int GetStackOrder() const { return stackOrder_; }
   void SetStackOrder(int order);
   ScalingMode GetScalingMode() const { return scalingMode_; }
@@ -52,7 +37,6 @@ public:
   /// The point of the image that stands on the place. An icon that brings its own wins; the default
   /// icon, with nothing said, stands on the tip of its pin.
   const LegacyScreenVec& GetHotSpot() const;
-  void SetHotSpot(const LegacyScreenVec& hotSpot);
 
   /// The fields that were given. A change inside of the icon counts too.
   unsigned GetFieldsSpecified() const override;
@@ -65,14 +49,9 @@ public:
 private:
   friend class IconStyleSchema;
 
+  const MarkFields& GetMarkFields() const override;
+
   RefPtr<Icon> icon_;
-  float scale_ = 1.0F;
-  float heading_ = 0.0F;
-  bool overlappable_ = false;
-  int headingMode_ = kHeadingAuto;
-  int facingMode_ = kFacingScreenProjection;
-  int hotSpotMode_ = kHotSpotBegin;
-  LegacyScreenVec hotSpot_;
   ScalingMode scalingMode_ = 0;
   int stackOrder_ = 0;
 };

@@ -52,6 +52,8 @@ public:
   ExperimentalField<SimpleField<bool>> overlappable{*this, "overlappable",
                                                     OffsetOf(&IconStyle::overlappable_),
                                                     experimental_, Field::kExtNamespace};
+
+  const MarkFields mark{scale, heading, overlappable, headingMode, facingMode, hotSpotMode, hotSpot};
 };
 
 extern template class SchemaT<IconStyle, NewInstancePolicy, NoDerivedPolicy>;

@@ -25,7 +25,7 @@ LabelStyleSchema::LabelStyleSchema()
   outlineColor.SetDefault(Color32(0xFF000000U));
   groupId.SetDefault(QString());
   text.SetDefault(QStringLiteral("$[name]"));
-  hotSpot.SetDefault({0.5, 0.5, LegacyScreenVec::kFraction, LegacyScreenVec::kFraction});
+  hotSpot.SetDefault(LabelStyle::kDefaultHotSpot);
 }
 
 const Schema& LabelStyle::GetClassSchema() { return LabelStyleSchema::GetSingleton(); }
@@ -39,34 +39,13 @@ void LabelStyle::Shutdown() { s_default_label_style.reset(); }
 LabelStyle* LabelStyle::GetDefaultLabelStyle() { return s_default_label_style.get(); }
 
 LabelStyle::LabelStyle(const KmlId& id, const QString& baseUrl, bool notify)
-    : ColorStyle(GetClassSchema(), id, baseUrl), hotSpot_(Fields().hotSpot.GetDefault()),
-      outlineColor_(Fields().outlineColor.GetDefault()), text_(Fields().text.GetDefault()) {
+    : MarkStyle(GetClassSchema(), id, baseUrl), text_(Fields().text.GetDefault()) {
   FinishCreation(notify);
 }
 
 LabelStyle::~LabelStyle() { NotifyPreDelete(); }
 
-void LabelStyle::SetScale(float scale) { Fields().scale.CheckSet(*this, scale, specified_); }
-
-void LabelStyle::SetHeading(float heading) {
-  Fields().heading.CheckSet(*this, heading, specified_);
-}
-
-void LabelStyle::SetOverlappable(bool overlappable) {
-  Fields().overlappable.CheckSet(*this, overlappable, specified_);
-}
-
-void LabelStyle::SetHeadingMode(HeadingMode mode) {
-  Fields().headingMode.CheckSet(*this, mode, specified_);
-}
-
-void LabelStyle::SetFacingMode(FacingMode mode) {
-  Fields().facingMode.CheckSet(*this, mode, specified_);
-}
-
-void LabelStyle::SetHotSpotMode(HotSpotMode mode) {
-  Fields().hotSpotMode.CheckSet(*this, mode, specified_);
-}
+const MarkFields& LabelStyle::GetMarkFields() const { return Fields().mark; }
 
 void LabelStyle::SetOutlineColor(const Color32& color) {
   Fields().outlineColor.CheckSet(*this, color, specified_);
@@ -75,10 +54,6 @@ void LabelStyle::SetOutlineColor(const Color32& color) {
 void LabelStyle::SetGroupId(const QString& id) { Fields().groupId.CheckSet(*this, id, specified_); }
 
 void LabelStyle::SetText(const QString& text) { Fields().text.CheckSet(*this, text, specified_); }
-
-void LabelStyle::SetHotSpot(const LegacyScreenVec& hotSpot) {
-  Fields().hotSpot.CheckSet(*this, hotSpot, specified_);
-}
 
 bool LabelStyle::operator==(const LabelStyle& other) const {
   return this == &other ||

@@ -64,6 +64,8 @@ public:
   StrField text{*this, "text", OffsetOf(&LabelStyle::text_), Field::kElement,
                 Field::kExtNamespace};
   ScreenVecField hotSpot{*this, "hotSpot", OffsetOf(&LabelStyle::hotSpot_), Field::kElement};
+
+  const MarkFields mark{scale, heading, overlappable, headingMode, facingMode, hotSpotMode, hotSpot};
 };
 
 extern template class SchemaT<LabelStyle, NewInstancePolicy, NoDerivedPolicy>;

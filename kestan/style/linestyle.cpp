@@ -74,8 +74,7 @@ void LineStyle::SetLabelVisibility(bool visible) {
 bool LineStyle::operator==(const LineStyle& other) const {
   return HasEqualColors(other) && width_ == other.width_ &&
          physicalWidth_ == other.physicalWidth_ && outerColor_ == other.outerColor_ &&
-         outerWidth_ == other.outerWidth_ && icon_ == other.icon_ && repeat_ == other.repeat_ &&
-         labelVisibility_ == other.labelVisibility_;
+         outerWidth_ == other.outerWidth_ && icon_ == other.icon_ && repeat_ == other.repeat_;
 }
 
 } // namespace vorrel::kestan

@@ -40,6 +40,7 @@ public:
   bool GetLabelVisibility() const { return labelVisibility_; }
   void SetLabelVisibility(bool visible);
 
+  /// Whether labels show isn't compared: it changes no line.
   bool operator==(const LineStyle& other) const;
 
 private:

@@ -41,10 +41,6 @@ bool MergeAlike(const SchemaObject* a, const SchemaObject* b) {
   return true;
 }
 
-template <class T> bool AreEqual(const T* own, const T* other, const T* standIn) {
-  return own == other || *(own ? own : standIn) == *(other ? other : standIn);
-}
-
 } // namespace
 
 StyleSchema::StyleSchema() : SchemaT("Style", &StyleSelector::GetClassSchema(), Namespace::kKml) {
@@ -181,19 +177,17 @@ RefPtr<Style> Style::Clone() const {
 }
 
 RefPtr<Style> Style::CloneIcon(const QString& role, Icon& icon, bool* isNew) const {
-  RefPtr<Style> result;
   *isNew = true;
-  if (GetId().isEmpty()) {
-    result = Clone();
-  } else {
-    const KmlId id(GetId() + role + icon.GetKeyText(), GetUrl());
-    *isNew = find(id) == nullptr;
-    result = create(id, GetBaseUrl(), nullptr);
-    if (*isNew) {
-      result->copy(*this, true, nullptr);
-      result->GetIconStyle()->SetIcon(&icon);
-    }
+  if (GetId().isEmpty())
+    return Clone();
+  const KmlId id(GetId() + role + icon.GetKeyText(), GetUrl());
+  if (Style* present = find(id)) {
+    *isNew = false;
+    return RefPtr<Style>(present);
   }
+  const RefPtr<Style> result(new Style(id, GetBaseUrl()));
+  result->copy(*this, true, nullptr);
+  result->GetIconStyle()->SetIcon(&icon);
   return result;
 }
 

@@ -18,9 +18,10 @@ StyleSelector* StyleCache::Find(const Style& inlineStyle, const StyleSelector& r
   StyleSelector* flattened = flattened_.get();
   if (!last || !flattened || referenced_.get() != &referenced)
     return nullptr;
-  const std::uint32_t made = flattened->GetFlattenRevision();
-  const bool isCurrent = static_cast<std::int32_t>(made - last->GetRevision()) >= 0 &&
-                         static_cast<std::int32_t>(made - referenced.GetRevision()) >= 0;
+  // One that is older than the inline style would be looked up again and again.
+  const bool isCurrent = flattened->IsFlattenedAfter(*last) &&
+                         flattened->IsFlattenedAfter(inlineStyle) &&
+                         flattened->IsFlattenedAfter(referenced);
   return isCurrent && last->MergesLike(inlineStyle) ? flattened : nullptr;
 }
 

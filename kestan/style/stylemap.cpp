@@ -67,8 +67,8 @@ RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl,
 RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl, Style& normal,
                                   Style& highlight, MemoryManager* manager) {
   RefPtr<StyleMap> map(new (manager) StyleMap(id, baseUrl));
-  map->AddPair(kStyleNormal, normal);
-  map->AddPair(kStyleHighlight, highlight);
+  new Pair(GetKeyOf(kStyleNormal), normal, *map);
+  new Pair(GetKeyOf(kStyleHighlight), highlight, *map);
   return map;
 }
 
@@ -97,8 +97,8 @@ StyleMap::StyleMap(const KmlId& id, const QString& baseUrl, bool notify)
 StyleMap::StyleMap(const Style& style, Icon& normal, Icon& highlight, const KmlId& id,
                    const QString& baseUrl)
     : StyleSelector(GetClassSchema(), id, baseUrl) {
-  AddPair(kStyleNormal, *style.CloneIcon(normal));
-  AddPair(kStyleHighlight, *style.CloneHighlightIcon(highlight));
+  new Pair(GetKeyOf(kStyleNormal), *style.CloneIcon(normal), *this);
+  new Pair(GetKeyOf(kStyleHighlight), *style.CloneHighlightIcon(highlight), *this);
   NotifyPostCreate();
 }
 
@@ -128,14 +128,7 @@ void StyleMap::setStyle(StyleStateMode mode, Style& style) {
   if (Pair* pair = GetStyleMapPair(mode, key))
     pair->SetStyleSelector(&style);
   else
-    AddPair(mode, style);
-}
-
-void StyleMap::AddPair(StyleStateMode mode, Style& style) {
-  const RefPtr<Pair> pair(new Pair(KmlId(QString(), GetUrl()), GetBaseUrl()));
-  pair->SetKey(GetKeyOf(mode));
-  pair->SetStyleSelector(&style);
-  StyleMapSchema::GetSingleton().pairs.add(*this, pair.get());
+    new Pair(key, style, *this);
 }
 
 const StyleMap::Pair* StyleMap::FindPair(int state) const {
@@ -190,7 +183,7 @@ RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool
   for (const StyleStateMode mode : {kStyleNormal, kStyleHighlight}) {
     const RefPtr<StyleSelector> look = FlattenLook(mode, other, entered);
     if (look)
-      map.AddPair(mode, static_cast<Style&>(*look));
+      new Pair(GetKeyOf(mode), static_cast<Style&>(*look), map);
   }
   return RefPtr<StyleSelector>(&map);
 }

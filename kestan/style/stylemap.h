@@ -66,11 +66,11 @@ public:
 private:
   friend class StyleMapSchema;
 
-  void AddPair(StyleStateMode mode, Style& style);
   const Pair* FindPair(int state) const;
   RefPtr<StyleSelector> FlattenLook(int mode, const StyleSelector* other, bool entered) const;
 
   mmvector<RefPtr<Pair>> pairs_;
+  bool isInline_ = false; // it is, or was, a pair's own
 };
 
 } // namespace vorrel::kestan

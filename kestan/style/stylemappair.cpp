@@ -2,10 +2,10 @@
 
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/schemat_impl.h"
-#include "kestan/host/inlinedvector.h"
 #include "kestan/read/typedloadobserver.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemappairschema.h"
+#include "kestan/style/stylemapschema.h"
 
 #include <algorithm>
 
@@ -16,15 +16,14 @@ template class ObjArrayField<StyleMap::Pair>;
 
 namespace {
 
-/// The search for a loop ends after so many pairs: what leads so far is taken for one.
+/// The search for a loop ends after so many pairs.
 constexpr int kMaxLoopSearch = 100;
 
 const StyleMapPairSchema& Fields() { return StyleMapPairSchema::GetSingleton(); }
 
-StyleMap* AsMap(StyleSelector* selector) {
-  return selector && selector->isOfType(StyleMap::GetClassSchema())
-             ? static_cast<StyleMap*>(selector)
-             : nullptr;
+StyleMap* AsMap(SchemaObject* object) {
+  return object && object->isOfType(StyleMap::GetClassSchema()) ? static_cast<StyleMap*>(object)
+                                                                : nullptr;
 }
 
 } // namespace
@@ -39,6 +38,13 @@ StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
     NotifyPostCreate();
   else
     SetBit(kBitNoCreationNotify, true);
+}
+
+StyleMap::Pair::Pair(const QString& key, Style& style, StyleMap& map)
+    : Pair(KmlId(QString(), map.GetUrl()), map.GetBaseUrl()) {
+  SetKey(key);
+  SetStyleSelector(&style);
+  StyleMapSchema::GetSingleton().pairs.add(map, this);
 }
 
 StyleMap::Pair::~Pair() {
@@ -62,7 +68,7 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
   if (selector->GetUrl().isEmpty() && selector->GetId().isEmpty()) {
     inlineSelector_ = selector;
     selector->AddOwner(*this);
-    AvoidLoop();
+    MarkInline();
     SchemaObject::NotifyFieldChanged(Fields().styleSelector);
   } else {
     styleUrl_ = selector->MakeStyleUrl(GetBaseUrl(), QString());
@@ -74,8 +80,19 @@ void StyleMap::Pair::SetReference(StyleSelector* selector) {
   ReleaseReference();
   referencedSelector_ = selector;
   selector->AddOwner(*this);
-  AvoidLoop();
+  UpdateKeepsReference();
   SchemaObject::NotifyFieldChanged(Fields().styleUrl); // the reference is resolved already
+}
+
+void StyleMap::Pair::MarkInline() {
+  StyleMap* map = AsMap(inlineSelector_.get());
+  if (!map || map->isInline_)
+    return;
+  map->isInline_ = true;
+  for (const RefPtr<Pair>& pair : map->pairs_) {
+    if (pair)
+      pair->UpdateKeepsReference();
+  }
 }
 
 /// A reference of which the target doesn't count: the pointer is there, the count isn't.
@@ -103,36 +120,33 @@ void StyleMap::Pair::ForgetReference() {
   SchemaObject::NotifyFieldChanged(Fields().styleUrl);
 }
 
-/// Maps that hold each other would never go. So a reference that closes a loop doesn't count. It
-/// ends when its target does.
-void StyleMap::Pair::AvoidLoop() {
-  StyleMap* target = AsMap(GetStyleSelector());
-  SchemaObject* owner = GetOwner(0);
-  if (!target || !owner)
-    return;
-  bool found = target == owner;
+/// Maps that hold each other would never go. So a reference doesn't count where it leads back to
+/// its own map, nor where that map is a pair's own, and may be part of any other. It ends when its
+/// target does.
+void StyleMap::Pair::UpdateKeepsReference() {
+  const StyleMap* target = AsMap(referencedSelector_.get());
+  const StyleMap* owner = AsMap(GetOwner(0));
+  if (target && owner)
+    SetKeepsReference(IsBuiltInUrl(styleUrl_) || (!owner->isInline_ && !Keeps(*target, *owner)));
+}
+
+/// True when references that count lead from `map` to `other`, or too far to tell.
+bool StyleMap::Pair::Keeps(const StyleMap& map, const StyleMap& other) {
   int steps = 0;
-  InlinedVector<Pair*, 8> closing; // the references that lead back to the owner
-  mmvector<StyleMap*> maps{target};
-  for (std::size_t i = 0; i < maps.size() && !found; ++i) {
+  mmvector<const StyleMap*> maps{&map};
+  for (std::size_t i = 0; i < maps.size(); ++i) {
+    if (maps[i] == &other)
+      return true;
     for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
-      StyleMap* map = pair ? AsMap(pair->GetStyleSelector()) : nullptr;
-      if (map == owner)
-        closing.push_back(pair.get());
-      else if (map && std::find(maps.begin(), maps.end(), map) == maps.end())
-        maps.push_back(map);
-      found = found || ++steps > kMaxLoopSearch;
+      if (++steps > kMaxLoopSearch)
+        return true;
+      const StyleMap* next =
+          pair && pair->keepsReference_ ? AsMap(pair->referencedSelector_.get()) : nullptr;
+      if (next && std::find(maps.begin(), maps.end(), next) == maps.end())
+        maps.push_back(next);
     }
   }
-  if (!inlineSelector_) {
-    if (found || !closing.empty())
-      SetKeepsReference(false);
-    return;
-  }
-  for (Pair* pair : closing) {
-    if (!pair->inlineSelector_)
-      pair->SetKeepsReference(false);
-  }
+  return false;
 }
 
 const Style* StyleMap::Pair::GetStandIn() const {
@@ -171,7 +185,7 @@ void StyleMap::Pair::NotifyFieldChanged(const Field& field) {
     if (inlineSelector_) {
       LoadObserver::Cancel(*this);
       SetBit(kBitLoadFailed, false);
-      AvoidLoop();
+      MarkInline();
     } else {
       TypedLoadObserver<StyleSelector>::Create(*this, fields.styleUrl);
     }
@@ -181,7 +195,7 @@ void StyleMap::Pair::NotifyFieldChanged(const Field& field) {
 
 void StyleMap::Pair::NotifyOwnerChanged() {
   SchemaObject::NotifyOwnerChanged();
-  AvoidLoop();
+  UpdateKeepsReference();
 }
 
 void StyleMap::Pair::UpdateKeyState() {

@@ -13,6 +13,8 @@ public:
   static const Schema& GetClassSchema();
 
   Pair(const KmlId& id, const QString& baseUrl, bool notify = true);
+  /// A new look of `map`, which keeps it.
+  Pair(const QString& key, Style& style, StyleMap& map);
   ~Pair() override;
 
   const QString& GetKey() const { return key_; }
@@ -49,14 +51,16 @@ private:
   void SetKeepsReference(bool keeps);
   void ReleaseReference();
   void UpdateKeyState();
-  void AvoidLoop();
+  void UpdateKeepsReference();
+  static bool Keeps(const StyleMap& map, const StyleMap& other);
+  void MarkInline();
 
   QString key_;
   int keyState_ = -1;
   RefPtr<StyleSelector> inlineSelector_;
   RefPtr<StyleSelector> referencedSelector_;
   QString styleUrl_;
-  bool keepsReference_ = true; // false where the count would close a loop
+  bool keepsReference_ = true; // false where counts could close a loop
 };
 
 } // namespace vorrel::kestan

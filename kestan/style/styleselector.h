@@ -47,9 +47,12 @@ public:
   /// memory, when it says so already.
   QString MakeStyleUrl(const QString& baseUrl, const QString& present) const;
 
-  /// Of a flattened selector: the count of changes when it was made.
-  std::uint32_t GetFlattenRevision() const { return flattenRevision_; }
+  /// Of a flattened selector: the count of changes when it was made, and whether `source` has been
+  /// as it is since then.
   void SetFlattenRevision(std::uint32_t revision) { flattenRevision_ = revision; }
+  bool IsFlattenedAfter(const StyleSelector& source) const {
+    return static_cast<std::int32_t>(flattenRevision_ - source.GetRevision()) >= 0;
+  }
 
   // Operations that selectors add, in the order of their slots.
   virtual void accept(StyleVisitor& visitor);

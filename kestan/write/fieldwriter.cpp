@@ -29,7 +29,6 @@ namespace {
 /// On `coordinates` in an older form: pairs with the latitude in front.
 const QLatin1String kPolylineMark(" type=\"polyline\"");
 
-
 /// Text that goes out here stands between the quotes of an attribute.
 class AttributeScope {
 public:
@@ -138,8 +137,14 @@ void StrField::WriteKmlString(const SchemaObject& object, WriteState& state) con
   state.xml() << Member<QString>(object);
 }
 
-void IdField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
-  state.xml() << state.GetObjectId(object);
+void IdField::WriteKml(const SchemaObject& object, WriteState& state) const {
+  const QString id = state.GetObjectId(object);
+  if (id.isEmpty())
+    return;
+  WriteAttributeStart(*this, object, state);
+  const AttributeScope scope(state.stream());
+  state.xml() << id;
+  state.out("\"");
 }
 
 void HrefStrField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
@@ -272,14 +277,21 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
 
 void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
   const QString& url = Member<QString>(object);
+  const auto write = [&](SchemaObject* target) {
+    // A reference costs no copy of its text where it stays as it is.
+    if (state.mode() == WriteState::kWriteKmzFile)
+      state.WriteObjUrl(target, state.GetDocumentUrl(object, url));
+    else
+      state.WriteObjUrl(target, url);
+  };
   if (GetType() == kAttribute && !url.isEmpty()) {
     WriteAttributeStart(*this, object, state);
     const AttributeScope scope(state.stream());
-    state.WriteObjUrl(GetTarget(object), url);
+    write(GetTarget(object));
     state.out("\"");
   } else if (GetType() == kElement && (!url.isEmpty() || HasUnknownAttrs(object, *this))) {
     WriteElementStart(object, state);
-    state.WriteObjUrl(url.isEmpty() ? nullptr : GetTarget(object), url);
+    write(url.isEmpty() ? nullptr : GetTarget(object));
     WriteElementEnd(state);
   }
 }

@@ -22,11 +22,13 @@ void WriteAttributes(const SchemaObject& object, WriteState& state) {
 
 } // namespace
 
-QString SchemaObject::WriteKmlFile(const QString& path, unsigned flags) const {
+QString SchemaObject::WriteKmlFile(const QString& path, unsigned flags,
+                                   QStringList* unreadableFiles) const {
   const QString hint = flags & kWriteNoHint ? QString() : ComposeHintString();
   // Written back to where it came from, the object's relative references hold as they are.
   const bool keepRelativeUrls = QDir(path) == QDir(baseUrl_);
-  return WriteState::WriteFile(*this, path, hint, !(flags & kWriteNoHoist), keepRelativeUrls);
+  return WriteState::WriteFile(*this, path, hint, !(flags & kWriteNoHoist), keepRelativeUrls,
+                               unreadableFiles);
 }
 
 QString SchemaObject::WriteKmlString(QByteArray& bytes, unsigned flags) const {

@@ -33,7 +33,7 @@ QString UndeclaredUri(const QString& prefix) {
     return NamespaceEnumToString(Namespace::kKml);
   if (prefix == QLatin1String(kAtomPrefix))
     return NamespaceEnumToString(Namespace::kAtom);
-  return QLatin1String("urn:undeclared:") + prefix;
+  return QLatin1String(kUndeclaredNamespaceString) + prefix;
 }
 
 void SkipSpace(QStringView& text) {

@@ -26,9 +26,7 @@ bool WriteState::HasStylesOrSchemas() const {
 
 bool WriteState::AddStyle(const StyleSelector& style) { return Hoist(style, styleSets_); }
 
-bool WriteState::HasStyle(const StyleSelector& style) const {
-  return Contains(styleSets_, style);
-}
+bool WriteState::HasStyle(const StyleSelector& style) const { return Contains(styleSets_, style); }
 
 bool WriteState::AddSchema(const CustomSchema& schema) { return Hoist(schema, schemaSets_); }
 
@@ -38,8 +36,8 @@ bool WriteState::Contains(const ObjectSets& sets, const SchemaObject& object) {
 }
 
 bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork || Contains(sets, object) ||
-      leftStyles_.contains(&object))
+  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork ||
+      Contains(sets, object) || leftStyles_.contains(&object))
     return false;
   return sets.back()->insert(object);
 }
@@ -79,8 +77,12 @@ QString WriteState::AssignId(const SchemaObject& object) {
   if (known != idsByObject_.constEnd())
     return *known;
   QString id = object.GetId();
-  if (objectsById_.contains(id))
+  const bool isNameless = id.isEmpty();
+  if (isNameless) // and yet something refers to it
+    id = GenerateUniqueId(object.getType());
+  else if (objectsById_.contains(id))
     id = GenerateUniqueId(id);
+  namesNameless_ |= isNameless;
   objectsById_.insert(id, &object);
   idsByObject_.insert(&object, id);
   return id;
@@ -95,7 +97,7 @@ QString WriteState::GenerateUniqueId(const QString& id) {
 }
 
 QString WriteState::GetObjectId(const SchemaObject& object) const {
-  if (idsByObject_.isEmpty())
+  if (idsByObject_.isEmpty() || (object.GetId().isEmpty() && !namesNameless_))
     return object.GetId();
   return idsByObject_.value(&object, object.GetId());
 }

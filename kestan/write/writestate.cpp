@@ -2,6 +2,7 @@
 
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/file.h"
+#include "kestan/host/kmzwriter.h"
 #include "kestan/host/tr.h"
 #include "kestan/read/namespaces.h" // the URIs of the standard prefixes
 
@@ -20,6 +21,10 @@ QString OpenFault() {
 QString WriteFault() {
   return tr("Could not write file.", "Unable to write the contents of a KML or KMZ file");
 }
+
+QString RemoveFault() { return tr("Could not remove file.", "Unable to delete a KML or KMZ file"); }
+
+QString RenameFault() { return tr("Could not rename file.", "Unable to rename a KML or KMZ file"); }
 
 /// True for a pipe, a terminal, a device: what can't be replaced by another file, and what opening
 /// may already change.
@@ -46,8 +51,7 @@ WriteState::WriteState(const QString& fileName, const QString& hint, bool keepRe
   const QString suffix = QFileInfo(fileName).suffix().toLower();
   if (suffix == QLatin1String("kmz")) {
     mode_ = kWriteKmzFile;
-    error_ = tr("Writing KMZ archives isn't supported yet.", "Unable to write a KMZ file");
-    return;
+    kmzFiles_.SetDestination(fileName_);
   }
   if (suffix.isEmpty() && !IsSpecialFile(fileName))
     fileName_ += QLatin1String(".kml");
@@ -71,8 +75,9 @@ WriteState::WriteState(QByteArray& bytes, const QString& hint)
 WriteState::~WriteState() { Finish(); }
 
 QString WriteState::GetDestinationFault() {
+  // An archive isn't written from its start to its end.
   if (IsSpecialFile(fileName_))
-    return QString(); // told when it's written
+    return mode_ == kWriteKmzFile ? OpenFault() : QString(); // the rest is told when it's written
   const bool existed = QFileInfo::exists(fileName_);
   QFile file(fileName_);
   if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
@@ -82,7 +87,7 @@ QString WriteState::GetDestinationFault() {
 }
 
 QString WriteState::WriteFile(const SchemaObject& object, const QString& path, const QString& hint,
-                              bool hoist, bool keepRelativeUrls) {
+                              bool hoist, bool keepRelativeUrls, QStringList* unreadableFiles) {
   WriteState state(path, hint, keepRelativeUrls);
   if (state.error_.isEmpty()) {
     if (hoist)
@@ -91,6 +96,8 @@ QString WriteState::WriteFile(const SchemaObject& object, const QString& path, c
       object.WriteKml(state);
     state.Finish();
   }
+  if (unreadableFiles)
+    *unreadableFiles = state.GetUnreadableFiles();
   return state.error_;
 }
 
@@ -117,7 +124,9 @@ void WriteState::Finish() {
                       static_cast<std::size_t>(preamble.size()));
     }
     WritePostamble();
-    error_ = bytes_ ? FinishBytes() : FinishFile();
+    error_ = mode_ == kWriteByteArray ? FinishBytes()
+             : mode_ == kWriteKmzFile ? FinishArchive()
+                                      : FinishFile();
   }
   if (!error_.isEmpty() && createdFile_)
     QFile::remove(fileName_);
@@ -144,6 +153,25 @@ QString WriteState::FinishFile() {
   if (!file.open(QIODevice::WriteOnly))
     return OpenFault();
   return WriteAll(file, stream_) && file.commit() ? QString() : WriteFault();
+}
+
+QString WriteState::FinishArchive() {
+  // The archive is complete and on the disk before it takes the place of the old one.
+  QSaveFile file(fileName_);
+  if (!file.open(QIODevice::WriteOnly))
+    return RemoveFault(); // the folder takes no new file, so that the old one can't go
+  kmz::Writer archive(file);
+  archive.Add(QStringLiteral("doc.kml"), stream_.data(), static_cast<qint64>(stream_.size()));
+  if (!resourceDictionary_.IsEmpty()) {
+    const QByteArray text = resourceDictionary_.ExportToString().toUtf8();
+    archive.Add(QStringLiteral("textures.txt"), text.constData(), text.size());
+  }
+  const QString error = kmzFiles_.Pack(archive);
+  if (!error.isEmpty())
+    return error;
+  if (!archive.Close() || !file::sync(file))
+    return WriteFault();
+  return file.commit() ? QString() : RenameFault();
 }
 
 void WriteState::WritePreamble() {

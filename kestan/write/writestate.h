@@ -5,6 +5,8 @@
 #include "kestan/host/export.h"
 #include "kestan/host/memory.h"
 #include "kestan/host/refptr.h"
+#include "kestan/host/resourcedictionary.h"
+#include "kestan/write/kmzfiles.h"
 #include "kestan/write/objectset.h"
 #include "kestan/write/rawxmlwriter.h"
 #include "kestan/write/rootnamespaces.h"
@@ -13,12 +15,14 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <memory>
 
 namespace vorrel::kestan {
 
+class AbstractLink;
 class CustomSchema;
 class SchemaObject;
 class StyleSelector;
@@ -37,8 +41,9 @@ public:
     kWriteByteArray = 2,
   };
 
-  /// For a file. A name without a suffix gets ".kml". `error` tells when it can't be written;
-  /// otherwise an empty file is there from now on. With `keepRelativeUrls`, URLs keep their text.
+  /// For a file: an archive when the name ends in ".kmz", in any case. A name without a suffix gets
+  /// ".kml". `error` tells when it can't be written; otherwise an empty file is there from now on.
+  /// With `keepRelativeUrls`, URLs keep their text, except in an archive.
   WriteState(const QString& fileName, const QString& hint, bool keepRelativeUrls);
   /// For KML in `bytes`, which must live until the state is finished.
   WriteState(QByteArray& bytes, const QString& hint);
@@ -48,9 +53,11 @@ public:
   ~WriteState();
 
   /// Write one object with all below it: with `hoist`, behind the styles and schemas that it refers
-  /// to. Both answer the failure text, empty when all went well.
+  /// to. Both answer the failure text, empty when all went well. `unreadableFiles`: see
+  /// `GetUnreadableFiles`.
   static QString WriteFile(const SchemaObject& object, const QString& path, const QString& hint,
-                           bool hoist, bool keepRelativeUrls);
+                           bool hoist, bool keepRelativeUrls,
+                           QStringList* unreadableFiles = nullptr);
   static QString WriteString(const SchemaObject& object, QByteArray& bytes, const QString& hint,
                              bool hoist);
 
@@ -79,7 +86,6 @@ public:
   void SetWriteDefaults(bool write) { writeDefaults_ = write; }
   /// A style may switch `writeDefaults` on for its sub-styles.
   bool styleDefaultsEnabled() const { return styleDefaultsEnabled_; }
-  void SetStyleDefaultsEnabled(bool enabled) { styleDefaultsEnabled_ = enabled; }
 
   /// The document so far: bytes and text as they are, and escaped.
   Utf8OStream& stream() { return stream_; }
@@ -133,12 +139,26 @@ public:
   QString GenerateUniqueId(const QString& id);
   /// The id that the object carries in this output.
   QString GetObjectId(const SchemaObject& object) const;
+  /// The URL by which `owner` refers to an object in another document. In an archive, a relative
+  /// one would lead there and no longer to what lies beside it, so that it comes absolute.
+  QString GetDocumentUrl(const SchemaObject& owner, const QString& url) const;
   /// Writes a reference: to a hoisted object by its id, else by `url`. `object` may be null.
   void WriteObjUrl(SchemaObject* object, const QString& url);
 
-  /// The text of a URL in this output; `absoluteUrl` is what it means now. `embed` asks for a copy
-  /// in an archive.
+  /// The text of a URL in this output; `absoluteUrl` is what it means now.
+  ///
+  /// In an archive, `embed` asks for a copy of the local file, from an archive too, and the text
+  /// leads to that copy; what can't be read stays outside, and the text goes on leading to it. In a
+  /// KML file, what lies in an archive is brought out beside the document.
   QString RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed);
+  /// The same for the `href` of a link.
+  QString RegisterLink(const AbstractLink& link);
+  /// The local files that were to be in the archive and couldn't be read. Complete when the state
+  /// is finished.
+  const QStringList& GetUnreadableFiles() const { return kmzFiles_.GetUnreadable(); }
+  /// For clients: gives the archive a list of names, "textures.txt", and enters `value` there under
+  /// `name` and `object`, in place of an earlier one.
+  void AddResourceMapEntry(const QString& name, const QString& value, const QString& object);
 
   /// The declaration and the start tag of the root, in UTF-8. Complete after the walk.
   QByteArray GetPreamble() const;
@@ -157,6 +177,7 @@ private:
   void WritePreamble();
   QString FinishBytes();
   QString FinishFile();
+  QString FinishArchive();
   QString Extract(const QString& absoluteUrl);
 
   WriteMode mode_ = kWriteKmlFile;
@@ -182,8 +203,13 @@ private:
   ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
   QHash<QString, const SchemaObject*> objectsById_;
   QHash<const SchemaObject*, QString> idsByObject_;
-  QHash<QString, int> nextSuffixes_; ///< Where the search for a unique id goes on, by id.
+  bool namesNameless_ = false; ///< An object without an id has one in this output.
+  QHash<QString, int> nextSuffixes_;       ///< Where the search for a unique id goes on, by id.
   QHash<QString, QString> extractedFiles_; ///< References to files brought out of archives.
+  QHash<QString, int> nextExtracts_;       ///< Where the search for a free name goes on, by name.
+  SourceFiles sources_;
+  KmzFiles kmzFiles_;
+  ResourceDictionary resourceDictionary_;
 };
 
 } // namespace vorrel::kestan

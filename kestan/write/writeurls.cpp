@@ -1,5 +1,6 @@
 #include "kestan/host/net.h"
-#include "kestan/link/url.h" // what is fetched from a server lies in no archive
+#include "kestan/link/abstractlink.h" // what a link tells of its target
+#include "kestan/link/url.h"          // what is fetched from a server lies in no archive
 #include "kestan/write/writestate.h"
 
 #include <QFile>
@@ -7,18 +8,38 @@
 
 namespace vorrel::kestan {
 
-QString WriteState::GetRelativeUrl(const QString& url) const {
-  const bool isBelow = !baseDir_.isEmpty() && url.startsWith(baseDir_, Qt::CaseInsensitive);
-  return isBelow ? url.mid(baseDir_.size()) : url;
+namespace {
+
+bool MayLieInArchive(UrlType type) {
+  return type == kUrlRelative || type == kUrlFragment || type == kUrlLocal;
 }
 
-QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, bool) {
+} // namespace
+
+QString WriteState::GetRelativeUrl(const QString& url) const {
+  const bool isBelow = !baseDir_.isEmpty() && url.startsWith(baseDir_, Qt::CaseInsensitive);
+  if (!isBelow)
+    return url;
+  const QString path = url.mid(baseDir_.size());
+  // A reader takes the archive for a folder: what lies beside it is one level up.
+  return mode_ == kWriteKmzFile ? QLatin1String("../") + path : path;
+}
+
+QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed) {
   if (url.isEmpty())
     return QString();
   // What can't be made absolute means nothing elsewhere either; at least its text is kept.
-  if (keepRelativeUrls_ || absoluteUrl.isEmpty())
+  if (absoluteUrl.isEmpty())
     return url;
-  if (mode_ == kWriteKmlFile && GGetUrlType(absoluteUrl) != kUrlNetwork) {
+  const UrlType type = GGetUrlType(absoluteUrl);
+  if (mode_ == kWriteKmzFile) {
+    const QString copy =
+        embed && MayLieInArchive(type) ? kmzFiles_.Register(absoluteUrl) : QString();
+    return copy.isEmpty() ? GetRelativeUrl(absoluteUrl) : copy;
+  }
+  if (keepRelativeUrls_)
+    return url;
+  if (mode_ == kWriteKmlFile && type != kUrlNetwork) {
     const QString extracted = Extract(absoluteUrl);
     if (!extracted.isEmpty())
       return extracted;
@@ -26,27 +47,45 @@ QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, 
   return GetRelativeUrl(absoluteUrl);
 }
 
+QString WriteState::GetDocumentUrl(const SchemaObject& owner, const QString& url) const {
+  if (mode_ != kWriteKmzFile || GGetUrlType(url) != kUrlRelative || !url.contains(QLatin1Char('#')))
+    return url;
+  const KmlId target = SchemaObject::MakeAbsoluteId(owner.GetBaseUrl(), url);
+  return target.url.isEmpty() ? url : target.url + QLatin1Char('#') + target.id;
+}
+
+QString WriteState::RegisterLink(const AbstractLink& link) {
+  return RegisterUrl(link.GetHref(), link.GetResourceUrl(), link.GetEmbedInKmz());
+}
+
+void WriteState::AddResourceMapEntry(const QString& name, const QString& value,
+                                     const QString& object) {
+  resourceDictionary_.Insert(name, object, value);
+}
+
 /// Brings a file that lies in an archive out beside the document, under a name that is free there.
 /// Answers the reference to it; a null text when there's nothing to bring out, or it fails.
 QString WriteState::Extract(const QString& absoluteUrl) {
   QString archive;
   QString inner;
-  if (!net::Fetcher::FindInKmz(absoluteUrl, &archive, &inner) || inner.isEmpty())
+  if (!net::Fetcher::FindInKmz(absoluteUrl, &archive, &inner))
     return QString();
   const auto known = extractedFiles_.constFind(absoluteUrl);
   if (known != extractedFiles_.constEnd())
     return *known;
-  const QByteArray bytes = net::Fetcher::GetBytesFromKmz(archive, inner);
+  SourceFile source;
+  const QByteArray bytes =
+      sources_.Locate(absoluteUrl, source) ? sources_.ReadFromArchive(source) : QByteArray();
   if (bytes.isEmpty())
     return QString();
 
   const QFileInfo innerInfo(inner);
   const QString folder = QFileInfo(fileName_).absolutePath() + QLatin1Char('/');
-  const QString stem = innerInfo.baseName();
-  const QString suffix = innerInfo.completeSuffix();
   QString name = innerInfo.fileName();
-  for (int i = 0; QFileInfo::exists(folder + name); ++i)
-    name = stem + QLatin1Char('_') + QString::number(i) + QLatin1Char('.') + suffix;
+  // Names that were taken before are so still.
+  for (int& next = nextExtracts_[name]; QFileInfo::exists(folder + name); ++next)
+    name = innerInfo.baseName() + QLatin1Char('_') + QString::number(next) + QLatin1Char('.') +
+           innerInfo.completeSuffix();
 
   QFile file(folder + name);
   if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))

@@ -6,10 +6,24 @@
 
 namespace vorrel::kestan {
 
+bool IsNameStart(QChar c) {
+  if (c == '_' || c == ':' || c.isLetter())
+    return true;
+  // To XML these are letters too.
+  const ushort u = c.unicode();
+  return u == 0x212E || (u >= 0x2180 && u <= 0x2182) || u == 0x3007 || (u >= 0x3021 && u <= 0x3029);
+}
+
+bool IsNameChar(QChar c) {
+  if (IsNameStart(c) || c == '-' || c == '.' || c.isDigit() || c.isMark())
+    return true;
+  const ushort u = c.unicode();
+  return u == 0xB7 || u == 0x387 || u == 0x6DD || u == 0x6DE;
+}
+
 bool IsNcName(QStringView name) {
   return !name.isEmpty() && name.front() != ':' && IsNameStart(name.front()) &&
-         std::all_of(name.begin(), name.end(),
-                     [](QChar c) { return c != ':' && IsNameChar(c); });
+         std::all_of(name.begin(), name.end(), [](QChar c) { return c != ':' && IsNameChar(c); });
 }
 
 XmlName::XmlName(QStringView name) : local(name) {

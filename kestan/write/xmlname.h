@@ -8,10 +8,8 @@ class Utf8OStream;
 
 /// White space of XML.
 inline bool IsXmlSpace(QChar c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-inline bool IsNameStart(QChar c) { return c == '_' || c == ':' || c.isLetter(); }
-inline bool IsNameChar(QChar c) {
-  return IsNameStart(c) || c == '-' || c == '.' || c.isDigit() || c.isMark() || c == QChar(0xB7);
-}
+bool IsNameStart(QChar c);
+bool IsNameChar(QChar c);
 /// True for a name without a colon.
 bool IsNcName(QStringView name);
 

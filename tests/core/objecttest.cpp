@@ -180,6 +180,11 @@ TEST_F(ObjectTest, CopyKeepsChildrenWhenDeepAndMovesThemWhenShallow) {
   EXPECT_EQ("ab", Kids(*thief));
   EXPECT_EQ(0, Fields().kids.getCount(*source));
   EXPECT_FALSE(Fields().child.get(*source));
+
+  const auto padded = MakeWithKids("ab");
+  Fields().kids.set(*padded, Probe::Make("c").get(), 3);
+  thief->copy(*padded, false, nullptr);
+  EXPECT_EQ("abc", Kids(*thief)) << "an empty place doesn't hold up what's behind it";
 }
 
 TEST_F(ObjectTest, FindBySchemaWalksParentsFirst) {

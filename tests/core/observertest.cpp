@@ -215,4 +215,24 @@ TEST_F(ObserverTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
   EXPECT_EQ(2, probes.seen);
 }
 
+TEST_F(ObserverTest, DeferredNoticesMayBeAskedForWhileTheyAreGiven) {
+  class Eager final : public CreationObserver {
+  public:
+    using CreationObserver::CreationObserver;
+    void OnPostCreate(const Event& event) override {
+      seen += event.object->GetId();
+      CreationObserver::NotifyDeferred();
+    }
+    QString seen;
+  };
+  Eager eager(Probe::GetClassSchema());
+  RefPtr<Probe> probes[3];
+  {
+    const NotificationDeferrer deferrer;
+    for (int i = 0; i < 3; ++i)
+      probes[i] = Probe::Make(QString::number(i));
+  }
+  EXPECT_EQ("012", eager.seen);
+}
+
 } // namespace vorrel::kestan

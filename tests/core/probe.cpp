@@ -57,4 +57,9 @@ void Probe::NotifyFieldChanged(const Field& field) {
   SchemaObject::NotifyFieldChanged(field);
 }
 
+void Probe::CopyNonFieldStuff(const SchemaObject& src) {
+  specified_ = src.GetFieldsSpecified(); // copying has marked all fields
+  SchemaObject::CopyNonFieldStuff(src);
+}
+
 } // namespace vorrel::kestan

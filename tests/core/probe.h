@@ -25,6 +25,7 @@ public:
 
   unsigned GetFieldsSpecified() const override { return specified_; }
   void NotifyFieldChanged(const Field& field) override;
+  void CopyNonFieldStuff(const SchemaObject& src) override;
 
   unsigned specified_ = 0;
   int notices_ = 0; ///< Field changes that this object was told of.

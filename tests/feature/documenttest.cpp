@@ -44,19 +44,26 @@ TEST_F(DocumentTest, AStyleWithoutAnIdBecomesTheDocumentsOwn) {
   EXPECT_TRUE(anonymous->HasOwner(*document));
 }
 
-TEST_F(DocumentTest, SharedStylesHaveAnOrder) {
-  const RefPtr<Document> document(new Document(KmlId(), QString()));
-  const auto a = MakeStyle("a");
-  const auto b = MakeStyle("b");
-  const auto c = MakeStyle("c");
-  document->AddStyleSelector(*a);
-  EXPECT_TRUE(document->InsertStyleSelector(0, *b));
-  EXPECT_TRUE(document->InsertStyleSelector(7, *c));
-  EXPECT_EQ(0, document->FindStyleSelector(*b));
-  EXPECT_EQ(1, document->FindStyleSelector(*a));
-  EXPECT_EQ(2, document->FindStyleSelector(*c));
-  EXPECT_TRUE(document->RemStyleSelector(*b));
-  EXPECT_EQ(-1, document->FindStyleSelector(*b));
+TEST_F(DocumentTest, AStyleOfSeveralDocumentsLeavesTheOneThatIsMeant) {
+  const RefPtr<Document> home(new Document(KmlId(), QString()));
+  const RefPtr<Document> other(new Document(KmlId(), QString()));
+  const auto shared = MakeStyle("s");
+  const auto own = MakeStyle("o");
+  home->AddStyleSelector(*MakeStyle("a"));
+  home->AddStyleSelector(*shared);
+  other->AddStyleSelector(*own);
+  other->SetReferencedStyleSelector(shared.get());
+  EXPECT_EQ(-1, other->FindStyleSelector(*shared)) << "it only refers to it";
+  EXPECT_FALSE(other->RemStyleSelector(*shared));
+  EXPECT_EQ(own.get(), other->GetStyleSelector(0));
+
+  EXPECT_TRUE(other->InsertStyleSelector(7, *shared)) << "beyond the end";
+  EXPECT_FALSE(other->AddStyleSelector(*shared));
+  EXPECT_TRUE(other->InsertStyleSelector(0, *shared));
+  EXPECT_EQ(1, home->FindStyleSelector(*shared));
+  EXPECT_TRUE(home->RemStyleSelector(*shared));
+  EXPECT_EQ("a", home->GetStyleSelector(0)->GetId());
+  EXPECT_EQ(0, other->FindStyleSelector(*shared));
 }
 
 TEST_F(DocumentTest, AFeatureWithASharedStyleIsWrappedInADocument) {
@@ -89,23 +96,6 @@ TEST_F(DocumentTest, EachDocumentWritesTheStylesOfItsOwnFeatures) {
   EXPECT_EQ(1, text.count("<Style id=\"a\">"));
   EXPECT_EQ(1, text.count("<Style id=\"b\">"));
   EXPECT_GT(text.indexOf("id=\"b\""), text.indexOf("<Document>", text.indexOf("<Document>") + 1));
-}
-
-TEST_F(DocumentTest, ClientDataGoesWithTheDocument) {
-  class Data final : public Document::ClientData {
-  public:
-    explicit Data(bool& gone) : gone_(gone) {}
-    ~Data() override { gone_ = true; }
-
-  private:
-    bool& gone_;
-  };
-  bool gone = false;
-  RefPtr<Document> document(new Document(KmlId(), QString()));
-  document->SetClientData(std::make_unique<Data>(gone));
-  EXPECT_FALSE(gone);
-  document.reset();
-  EXPECT_TRUE(gone);
 }
 
 TEST_F(DocumentTest, OwnerDocumentIsTheNearest) {

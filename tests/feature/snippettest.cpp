@@ -1,6 +1,6 @@
 #include "kestan/feature/snippet.h"
 #include "kestan/feature/placemark.h"
-#include "tests/feature/fieldlog.h"
+#include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
 
 namespace vorrel::kestan {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "kestan/core/objectobserver.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/geometry/geometry.h"
 #include "kestan/host/convert.h"
 #include "kestan/host/memory.h"
+#include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
 
 namespace vorrel::kestan {
@@ -64,24 +64,5 @@ inline mmvector<double> Altitudes(const Geometry& geometry) {
   geometry.GetAltitudes(altitudes);
   return altitudes;
 }
-
-/// Notes the fields of which an object reports a change.
-class FieldLog final : public ObjectObserver {
-public:
-  explicit FieldLog(SchemaObject* object) : ObjectObserver(object) {}
-
-  void OnFieldChanged(const FieldChangedEvent& event) override { names_ += event.field.GetName(); }
-  void OnPreDelete(const PreDeleteEvent&) override { SetObserved(nullptr); }
-
-  /// What was noted since the last call, joined by blanks.
-  QString Take() {
-    const QString text = names_.join(' ');
-    names_.clear();
-    return text;
-  }
-
-private:
-  QStringList names_;
-};
 
 } // namespace vorrel::kestan

@@ -79,6 +79,11 @@ TEST_F(LinearRingTest, TheSelectionNeverReachesTheClosingPosition) {
   EXPECT_EQ(0, ring->GetSelectedCoord());
   ring->DelCoord(0);
   EXPECT_EQ(-1, ring->GetSelectedCoord());
+  ring->SetCoordCount(3);
+  ring->SetSelectedCoord(1);
+  ring->SetCoordCount(0);
+  ring->SetSelectedCoord(-1);
+  EXPECT_EQ(-1, ring->GetSelectedCoord()) << "can be dropped, also in an empty ring";
 
   const auto first = Ring("0,0 1,0 1,1 0,0");
   first->SetSelectedCoord(0);

@@ -52,15 +52,17 @@ TEST_F(LineStringTest, APolylineHasPairsWithTheLatitudeFirst) {
 TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
   const auto line = ReadShape<LineString>(
       "<LineString><gx:altitudeOffset>2.5</gx:altitudeOffset><gx:extrudeWidth>4</gx:extrudeWidth>"
-      "<gx:endCap>1</gx:endCap><gx:beginCap>1</gx:beginCap><gx:name>path</gx:name></LineString>");
+      "<gx:endCap>1</gx:endCap><gx:beginCap>1</gx:beginCap><gx:name>path</gx:name>"
+      "<gx:drawOrder>3</gx:drawOrder><extrude>1</extrude></LineString>");
   ASSERT_TRUE(line);
   EXPECT_EQ(2.5, line->GetAltitudeOffset());
   EXPECT_EQ(4.0F, line->GetExtrudeWidth());
   EXPECT_TRUE(line->GetBeginCap() && line->GetEndCap());
   EXPECT_EQ("path", line->GetName());
+  EXPECT_TRUE(line->IsDrawOrderSet() && line->GetDrawOrder() == 3);
   const QString text = WriteShape(*line);
-  for (const char* const name :
-       {"gx:name", "gx:altitudeOffset", "gx:extrudeWidth", "gx:endCap", "gx:beginCap"})
+  for (const char* const name : {"extrude", "gx:name", "gx:drawOrder", "gx:altitudeOffset",
+                                 "gx:extrudeWidth", "gx:endCap", "gx:beginCap"})
     EXPECT_NE("", Element(text, name)) << name;
   EXPECT_EQ("", Element(Write(*Line("")), "gx:altitudeOffset")) << "a default";
 }
@@ -68,12 +70,12 @@ TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
 TEST_F(LineStringTest, EditingKeepsTheListAndTheSelection) {
   const auto line = Line("0,0 1,1 2,2 3,3");
   ASSERT_TRUE(line);
-  FieldLog log(line.get());
+  FieldLog log(*line);
   line->SetSelectedCoord(4);
   line->SetSelectedCoord(-2);
-  EXPECT_EQ("", log.Take());
+  EXPECT_EQ("", log.take());
   line->SetSelectedCoord(2);
-  EXPECT_EQ("selection", log.Take());
+  EXPECT_EQ("selection", log.take());
 
   EXPECT_EQ(0, line->AddCoord(-1, At(9, 9)));
   EXPECT_EQ(3, line->AddCoord(2, At(8, 8)));
@@ -85,10 +87,10 @@ TEST_F(LineStringTest, EditingKeepsTheListAndTheSelection) {
   line->DelCoord(0);
   EXPECT_EQ(0, line->GetSelectedCoord());
   EXPECT_EQ("8,8,0 2,2,0 3,3,0", Coords(*line));
-  EXPECT_EQ("coordinates coordinates coordinates coordinates coordinates", log.Take());
+  EXPECT_EQ("coordinates coordinates coordinates coordinates coordinates", log.take());
   line->DelCoord(3);
   line->DelCoord(-1);
-  EXPECT_EQ("", log.Take());
+  EXPECT_EQ("", log.take());
   line->SetCoordCount(1);
   line->DelCoord(0);
   EXPECT_EQ(-1, line->GetSelectedCoord());
@@ -101,22 +103,6 @@ TEST_F(LineStringTest, EditingKeepsTheListAndTheSelection) {
   EXPECT_EQ("2,2,6 7,7,5", Coords(*line));
   line->SetCoordCount(3);
   EXPECT_EQ("2,2,6 7,7,5 0,0,0", Coords(*line));
-}
-
-TEST_F(LineStringTest, AltitudesAreSetOneByOneOrTogether) {
-  const auto line = Line("0,0,1 1,1,2 2,2,3");
-  ASSERT_TRUE(line);
-  FieldLog log(line.get());
-  const double values[] = {0.5, 0.25, 0.125, 7.0};
-  line->SetAltitudes(values, 2);
-  EXPECT_EQ(0.25, line->GetAltitude(1));
-  EXPECT_NE(0.125, line->GetAltitude(2));
-  line->SetAltitudes(values, 4);
-  EXPECT_EQ((mmvector<double>{0.5, 0.25, 0.125}), Altitudes(*line));
-  line->SetAltitude(1, 2.0);
-  line->SetAltitude(3.0);
-  EXPECT_EQ((mmvector<double>{3.0, 3.0, 3.0}), Altitudes(*line));
-  EXPECT_EQ("altBound altBound altBound altBound", log.Take());
 }
 
 TEST_F(LineStringTest, TheBoxFollowsTheListAcrossTheDateLine) {

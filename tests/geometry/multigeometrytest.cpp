@@ -62,7 +62,7 @@ TEST_F(MultiGeometryTest, ANarrowCollectionWritesEachMemberOnceAndKeepsStrangers
   EXPECT_EQ(2, text.count("<Point>"));
   EXPECT_EQ(1, text.count("stranger"));
 
-  FieldLog log(multi.get());
+  FieldLog log(*multi);
   const auto point = NewPoint(1, 1);
   EXPECT_TRUE(multi->AddGeometry(*point));
   EXPECT_TRUE(multi->RemGeometry(0));
@@ -95,11 +95,11 @@ TEST_F(MultiGeometryTest, TheFeatureReachesEveryLevel) {
   EXPECT_EQ(placemark.get(), point->GetFeature());
   EXPECT_TRUE(point->GetBit(kBitInheritedVisibility));
 
-  FieldLog log(point);
+  FieldLog log(*point);
   const auto other = Placemark::CreatePlacemark();
   other->SetGeometry(top.get());
   EXPECT_EQ(other.get(), point->GetFeature());
-  EXPECT_TRUE(log.Take().contains("feature"));
+  EXPECT_TRUE(log.take().contains("feature"));
   other->SetVisibility(false);
   EXPECT_FALSE(point->GetBit(kBitInheritedVisibility));
   static_cast<MultiGeometry*>(top.get())->RemGeometry(*inner);
@@ -138,14 +138,14 @@ TEST_F(MultiGeometryTest, FlagsAndModesReachEveryMember) {
   const auto multi = ReadShape<MultiGeometry>("<MultiGeometry><MultiGeometry><Point></Point>"
                                               "</MultiGeometry></MultiGeometry>");
   ASSERT_TRUE(multi);
-  FieldLog log(multi.get());
+  FieldLog log(*multi);
   multi->SetTessellate(true);
   multi->SetExtrude(true);
   multi->SetAltitudeMode(kAbsolute);
   const Geometry* const point = Child(Child(multi.get(), 0), 0);
   EXPECT_TRUE(point->GetTessellate() && point->GetExtrude());
   EXPECT_EQ(kAbsolute, point->GetAltitudeMode());
-  QStringList notices = log.Take().split(' ');
+  QStringList notices = log.take().split(' ');
   notices.removeAll("bound"); // from below
   EXPECT_EQ((QStringList{"tessellate", "extrude", "altitudeMode"}), notices);
 }
@@ -166,15 +166,14 @@ TEST_F(MultiGeometryTest, TheBoxFollowsItsMembers) {
 
 TEST_F(MultiGeometryTest, ReversingTheOrderTellsOnce) {
   const RefPtr<MultiGeometry> multi(new MultiGeometry(KmlId(), ""));
-  FieldLog log(multi.get());
+  FieldLog log(*multi);
   multi->ReverseGeometryOrder();
-  EXPECT_EQ("", log.Take().trimmed());
+  EXPECT_EQ("Geometry", log.take()) << "also without members";
   const auto a = NewPoint(1, 1), b = NewPoint(2, 2);
   multi->AddGeometry(*a);
   multi->AddGeometry(*b);
   multi->ReverseGeometryOrder();
   EXPECT_EQ(0, multi->FindGeometry(*b));
-  EXPECT_EQ(1, multi->FindGeometry(*a));
   EXPECT_EQ(a.get(), multi->GetGeometry(1));
 }
 

@@ -1,12 +1,15 @@
 #include "kestan/host/kmz.h"
+#include "kestan/host/kmzwriter.h"
 #include "kestan/host/net.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 #include <minizip/zip.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -47,6 +50,32 @@ protected:
 
   QTemporaryDir folder_;
 };
+
+/// Holds bytes, and fails from some place on.
+class FailingDevice : public QBuffer {
+public:
+  FailingDevice(OpenMode mode, qint64 good) : good_(good) { open(mode | Unbuffered); }
+
+protected:
+  qint64 readData(char* data, qint64 size) override {
+    return pos() >= good_ ? -1 : QBuffer::readData(data, std::min(size, good_ - pos()));
+  }
+  qint64 writeData(const char* data, qint64 size) override {
+    return pos() + size > good_ ? -1 : QBuffer::writeData(data, size);
+  }
+
+private:
+  qint64 good_;
+};
+
+/// Bytes that don't pack.
+QByteArray Noise(int size) {
+  QByteArray noise(size, '\0');
+  unsigned state = 1;
+  for (char& byte : noise)
+    byte = static_cast<char>((state = state * 1664525U + 1013904223U) >> 24);
+  return noise;
+}
 
 } // namespace
 
@@ -155,4 +184,90 @@ TEST_F(ArchiveTest, WhatUnpacksToTooMuchIsRefused) {
   for (int i = 0; i < 4; ++i)
     lie[directory + 24 + i] = i == 0 ? 100 : 0;
   EXPECT_NE("", Error(lie));
+}
+
+TEST_F(ArchiveTest, WrittenArchivesReadBackAndAreTheSameEveryTime) {
+  const QByteArray noise = Noise(600000);
+  const int sizes[] = {0, 1, (1 << 18) - 1, 1 << 18, (1 << 18) + 1, 600000};
+  QByteArray archives[2];
+  for (QByteArray& bytes : archives) {
+    QBuffer target(&bytes);
+    target.open(QIODevice::WriteOnly);
+    kmz::Writer writer(target);
+    for (const int size : sizes) {
+      QBuffer contents;
+      contents.setData(noise.left(size));
+      contents.open(QIODevice::ReadOnly);
+      EXPECT_EQ(kmz::Writer::kAdded, writer.Add(QString("d%1.jpG").arg(size), contents));
+      EXPECT_TRUE(writer.Add(QString("b%1").arg(size), noise.constData(), size));
+    }
+    EXPECT_TRUE(writer.Close());
+  }
+  EXPECT_EQ(archives[0], archives[1]);
+  EXPECT_EQ(static_cast<int>(2 * std::size(sizes)), kmz::ListEntries(archives[0]).size());
+  for (const int size : sizes) {
+    EXPECT_EQ(noise.left(size), kmz::UnzipBytes(archives[0], QString("d%1.jpg").arg(size)));
+    EXPECT_EQ(noise.left(size), kmz::UnzipBytes(archives[0], QString("b%1").arg(size)));
+  }
+}
+
+TEST_F(ArchiveTest, ContentsThatEndEarlySayHowFarTheyCame) {
+  struct Case {
+    int size;
+    qint64 good;
+    kmz::Writer::Result result;
+  };
+  const Case cases[] = {{1000, 0, kmz::Writer::kUnreadable},
+                        {1000, 999, kmz::Writer::kUnreadable},
+                        {600000, 100000, kmz::Writer::kUnreadable},
+                        {600000, 300000, kmz::Writer::kCutShort},
+                        {600000, 1 << 19, kmz::Writer::kCutShort}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.good);
+    QByteArray archive;
+    QBuffer target(&archive);
+    target.open(QIODevice::WriteOnly);
+    kmz::Writer writer(target);
+    FailingDevice contents(QIODevice::ReadOnly, c.good);
+    contents.buffer() = Noise(c.size);
+    EXPECT_EQ(c.result, writer.Add("a", contents));
+    const bool good = c.result == kmz::Writer::kUnreadable;
+    EXPECT_EQ(good, writer.Add("b", "1", 1));
+    EXPECT_EQ(good, writer.Close());
+    EXPECT_EQ(good ? QStringList("b") : QStringList(),
+              good ? kmz::ListEntries(archive) : QStringList());
+  }
+}
+
+TEST_F(ArchiveTest, AnArchiveThatLacksAnyByteIsNotComplete) {
+  const QByteArray noise = Noise(3000);
+  const auto write = [&noise](QIODevice& target) {
+    kmz::Writer writer(target);
+    writer.Add("doc.kml", noise.constData(), noise.size());
+    writer.Add("a.jpg", noise.constData(), 100);
+    return writer.Close();
+  };
+  QBuffer whole;
+  whole.open(QIODevice::WriteOnly);
+  ASSERT_TRUE(write(whole));
+  for (qint64 room = 0; room <= whole.size(); ++room) {
+    FailingDevice target(QIODevice::WriteOnly, room);
+    EXPECT_EQ(room == whole.size(), write(target)) << room;
+  }
+}
+
+TEST_F(ArchiveTest, PlacesBeyondFourGibibytesAreToldAndFound) {
+  QFile file(folder_.filePath("large.kmz"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(file.seek((qint64(1) << 32) - 100)); // takes no room on the disk
+  kmz::Writer writer(file);
+  const QByteArray noise = Noise(2000);
+  for (const char* name : {"doc.kml", "files/a.png", "files/b.jpg"})
+    EXPECT_TRUE(writer.Add(name, noise.constData(), noise.size()));
+  ASSERT_TRUE(writer.Close());
+  file.close();
+  for (const char* name : {"doc.kml", "files/a.png", "files/b.jpg"}) {
+    QString error;
+    EXPECT_EQ(noise, kmz::UnzipFile(file.fileName(), name, &error)) << error.toStdString();
+  }
 }

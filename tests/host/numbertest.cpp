@@ -1,5 +1,6 @@
 #include "kestan/host/numberformat.h"
 #include "kestan/host/parse.h"
+#include "tests/host/rounds.h"
 
 #include <gtest/gtest.h>
 
@@ -15,12 +16,6 @@
 using namespace vorrel;
 
 namespace {
-
-/// Raised by a one-off run to try many millions of numbers.
-std::uint64_t Rounds(std::uint64_t usual) {
-  const char* const factor = std::getenv("KESTAN_TEST_ROUNDS_FACTOR");
-  return usual * (factor ? std::strtoull(factor, nullptr, 10) : 1);
-}
 
 std::string Print(double value) {
   char buffer[kMaxNumberLength];
@@ -50,29 +45,12 @@ bool Parse(const std::string& text, double& value) {
 
 const std::vector<double>& AwkwardNumbers() {
   static const std::vector<double> numbers = [] {
-    std::vector<double> all = {0.0,
-                               -0.0,
-                               90.1,
-                               0.1,
-                               1e-4,
-                               9.9999999999999999e-5,
-                               123456.5,
-                               1234565,
-                               0.5,
-                               2.5,
-                               999999.5,
-                               9999995,
-                               9007199254740993.0,
-                               8999999999999999.5,
-                               1e15,
-                               1e16,
-                               1e17,
-                               1e22,
-                               1e23,
-                               5e-324,
-                               2.2250738585072014e-308,
-                               std::numeric_limits<double>::max(),
-                               std::numeric_limits<double>::infinity()};
+    // Ties, ends of the ranges with and without an exponent, and of those that doubles have.
+    std::vector<double> all = {
+        0.0,    90.1,     0.1,     1e-4, 9.9999999999999999e-5, 123456.5, 1234565, 0.5,   2.5,
+        1e15,   999999.5, 9999995, 1e16, 9007199254740993.0,    1e17,     1e22,    1e23,  5e-324,
+        8999999999999999.5, 2.2250738585072014e-308, std::numeric_limits<double>::max(),
+        std::numeric_limits<double>::infinity()};
     for (int power = -30; power <= 30; ++power) {
       const double ten = std::pow(10.0, power);
       all.insert(all.end(), {ten, std::nextafter(ten, 0.0), std::nextafter(ten, 1e300),
@@ -110,16 +88,6 @@ TEST(NumberTest, PrintsDoublesAndFloatsAsTheCLibraryDoes) {
   }
 }
 
-TEST(NumberTest, PrintsWholeNumbers) {
-  char buffer[kMaxNumberLength];
-  const auto text = [&buffer](int length) {
-    return std::string(buffer, static_cast<std::size_t>(length));
-  };
-  EXPECT_EQ("-9223372036854775808", text(FormatInt(std::numeric_limits<long long>::min(), buffer)));
-  EXPECT_EQ("18446744073709551615",
-            text(FormatUInt(std::numeric_limits<unsigned long long>::max(), buffer)));
-}
-
 TEST(NumberTest, ReadsTextToTheNearestDouble) {
   std::mt19937_64 random(2);
   const auto check = [](const std::string& text) {
@@ -155,37 +123,24 @@ TEST(NumberTest, ReadsTextToTheNearestDouble) {
 TEST(NumberTest, TellsNumbersFromOtherText) {
   struct Case {
     const char* text;
-    bool good;
     double value;
   };
-  const Case cases[] = {{" 1.5\n", true, 1.5},
-                        {"+2", true, 2.0},
-                        {"-.5", true, -0.5},
-                        {"3.", true, 3.0},
-                        {"1E2", true, 100.0},
-                        {"1e-400", true, 0.0},
-                        {"0e999999999999999999999", true, 0.0},
-                        {"1.797693134862316e+308", true, std::numeric_limits<double>::max()},
-                        {"1e309", false, 0.0},
-                        {"1e99999999999999999999", false, 0.0},
-                        {"", false, 0.0},
-                        {" ", false, 0.0},
-                        {".", false, 0.0},
-                        {"-", false, 0.0},
-                        {"1e", false, 0.0},
-                        {"1e+", false, 0.0},
-                        {"1 2", false, 0.0},
-                        {"1,5", false, 0.0},
-                        {"0x10", false, 0.0},
-                        {"inf", false, 0.0},
-                        {"nan", false, 0.0},
-                        {"--1", false, 0.0},
-                        {"1.2.3", false, 0.0}};
+  const Case cases[] = {
+      {" 1.5\n", 1.5}, {"+2", 2.0}, {"-.5", -0.5}, {"3.", 3.0}, {"1E2", 100.0},
+      {"1e-400", 0.0}, {"0e999999999999999999999", 0.0},
+      {"1.797693134862316e+308", std::numeric_limits<double>::max()}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
     double value = 77.0;
-    EXPECT_EQ(c.good, Parse(c.text, value));
-    EXPECT_EQ(c.good ? c.value : 77.0, value);
+    EXPECT_TRUE(Parse(c.text, value));
+    EXPECT_EQ(c.value, value);
+  }
+  for (const char* text : {"1e309", "1e99999999999999999999", "", " ", ".", "-", "1e", "1e+", "1 2",
+                           "1,5", "0x10", "inf", "nan", "--1", "1.2.3"}) {
+    SCOPED_TRACE(text);
+    double value = 77.0;
+    EXPECT_FALSE(Parse(text, value));
+    EXPECT_EQ(77.0, value);
   }
   float narrow = 5.0F;
   EXPECT_FALSE(math::ParseFloat("1e39", narrow));

@@ -1,6 +1,4 @@
 #include "kestan/host/file.h"
-#include "kestan/host/hexencode.h"
-#include "kestan/host/languagecode.h"
 #include "kestan/host/net.h"
 
 #include <QDir>
@@ -9,8 +7,6 @@
 #include <QUrl>
 
 #include <gtest/gtest.h>
-
-#include <string>
 
 using namespace vorrel;
 
@@ -109,12 +105,4 @@ TEST(NetTest, FindsFilesInsideArchives) {
     EXPECT_FALSE(net::Fetcher::FindInKmz(other, &kmz, &inner)) << other.toStdString();
     EXPECT_TRUE(kmz.isEmpty() && inner.isEmpty());
   }
-}
-
-TEST(TextTest, SmallForms) {
-  EXPECT_EQ("%0A", std::string(HexEncode(10).data(), 3));
-  EXPECT_EQ("%FF", std::string(HexEncode(255).data(), 3));
-  EXPECT_EQ("pt", LanguageCode("pt_BR.UTF-8").GetLanguage());
-  EXPECT_EQ("zh-Hant-TW", LanguageCode("zh-Hant-TW").ToString());
-  EXPECT_TRUE(LanguageCode("de-de") == LanguageCode("de_DE"));
 }

@@ -92,10 +92,9 @@ TEST_F(PumpTest, RunsWhatIsDueInTheOrderOfTime) {
   EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
   Timer::Execute(NewCall('a'), 0);
   Timer::Execute(NewCall('b'), -5); // no earlier than now
-  Timer::Execute(NewCall('c'), 0);
   Timer::Execute(NewCall('z'), kLong);
   const double next = Pump::Run(kLong);
-  EXPECT_EQ("abc", log);
+  EXPECT_EQ("ab", log);
   EXPECT_GT(next, kLong - 600.0);
   EXPECT_LE(next, kLong);
 }
@@ -113,18 +112,15 @@ TEST_F(PumpTest, WithoutTimeItStillMovesOn) {
 }
 
 TEST_F(PumpTest, WhatIsAddedMeanwhileWaits) {
-  std::function<void()> again;
-  again = [&] {
+  Call* self = nullptr;
+  Call again([&] {
     log += 'r';
-    auto* const call = new Call(again);
-    call->SetAutoDelete(true);
-    Timer::Execute(call, 0);
-  };
-  again();
+    Timer::Execute(*self, 0);
+  });
+  self = &again;
+  Timer::Execute(again, 0);
   EXPECT_EQ(0.0, Pump::Run(kLong));
-  EXPECT_EQ("rr", log);
-  Pump::Clear();
-  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  EXPECT_EQ("r", log);
 }
 
 TEST_F(PumpTest, JobsTakeTurnsUntilTheyAreDone) {
@@ -156,36 +152,31 @@ TEST_F(PumpTest, ACallbackCanRunThePump) {
   EXPECT_EQ("naj", log);
 }
 
-TEST_F(PumpTest, TimersRepeatStopAndStartAnew) {
-  Ticker ticker([this] { log += 't'; });
+TEST_F(PumpTest, TimersRepeatStopAndDeleteEachOther) {
+  Ticker* self = nullptr;
+  Ticker ticker([&] {
+    log += 't';
+    if (log == "ttt")
+      self->Stop();
+  });
+  self = &ticker;
   ticker.Start(0, false);
-  for (int i = 0; i < 3; ++i)
-    EXPECT_EQ(0.0, Pump::Run(kLong));
-  EXPECT_EQ("ttt", log);
-  ticker.Start(0, true);
+  EXPECT_EQ(0.0, Pump::Run(kLong));
+  Pump::Run(kLong);
   EXPECT_TRUE(ticker.IsActive());
-  EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
+  Pump::Run(kLong);
   EXPECT_FALSE(ticker.IsActive());
-  EXPECT_EQ("tttt", log);
   ticker.Start(0, true);
-  ticker.Stop();
   EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
   EXPECT_EQ("tttt", log);
-}
 
-TEST_F(PumpTest, ATimerCanStopOrDeleteItself) {
-  Ticker* stopped = nullptr;
-  Ticker stopping([&] { stopped->Stop(); });
-  stopped = &stopping;
-  stopping.Start(0, false);
-  auto* const deleted = new Ticker([&] { log += 'd'; });
-  std::unique_ptr<Ticker> owner(deleted);
-  Ticker deleting([&] { owner.reset(); });
+  auto deleted = std::make_unique<Ticker>([this] { log += 'd'; });
+  Ticker deleting([&] { deleted.reset(); });
   deleted->Start(0, false);
   deleting.Start(0, true);
   Pump::Run(kLong);
   EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
-  EXPECT_EQ("d", log);
+  EXPECT_EQ("ttttd", log);
 }
 
 TEST_F(PumpTest, MethodsThatWaitAreDroppedWithTheirOwnerOrTheQueue) {
@@ -210,7 +201,6 @@ TEST_F(PumpTest, TheWakerIsCalledWhenSomethingIsDueSooner) {
   Ticker late([] {});
   Ticker later([] {});
   late.Start(kLong, true);
-  EXPECT_EQ(1, woken);
   later.Start(2 * kLong, true);
   EXPECT_EQ(1, woken);
   Timer::Execute(NewCall('a'), 0);

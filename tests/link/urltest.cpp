@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <thread>
+
 namespace vorrel::kestan {
 
 using UrlTest = KmlTest;
@@ -103,6 +105,17 @@ TEST_F(UrlTest, UrlsAreMadeAbsolute) {
     }
   }
   EXPECT_TRUE(SchemaObject::MakeAbsoluteUrl("", "b.png").isNull());
+}
+
+TEST_F(UrlTest, ThreadsThatBuildNothingMayAsk) {
+  QString url;
+  KmlId id;
+  std::thread([&] {
+    url = SchemaObject::MakeAbsoluteUrl("http://h/a/doc.kml", "b.png");
+    id = SchemaObject::MakeAbsoluteId("http://h/a/doc.kml", "c.kml#x");
+  }).join();
+  EXPECT_EQ("http://h/a/b.png", url);
+  EXPECT_EQ(KmlId("x", "http://h/a/c.kml"), id);
 }
 
 TEST_F(UrlTest, ALocalArchiveCountsAsADirectoryWhenItExists) {

@@ -66,6 +66,7 @@ TEST_F(DocumentTest, AnObjectThatIsNoFeatureComesBackFromItsKmlRoot) {
                         "<Point><f:y/></Point></kml>")
                   .contains("<Point f:b=\"1\">"));
   for (const char* text : {"<kml><Point/><Point/></kml>", "<kml><Geometry/></kml>",
+                           "<kml><Planet/></kml>",
                            "<kml><kml><Placemark/></kml></kml>"}) {
     SCOPED_TRACE(text);
     EXPECT_FALSE(ReadObject(QByteArray(text)));
@@ -90,6 +91,14 @@ TEST_F(DocumentTest, IdsComeFromTheFirstAttributeOfThatName) {
     EXPECT_EQ(*c.id ? placemark.get() : nullptr,
               SchemaObject::find(GetDocumentUrl(), QString::fromLatin1(c.id)));
   }
+}
+
+TEST_F(DocumentTest, AnIdElementNamesTheObjectAndItsAttributesJoinTheObjects) {
+  const auto placemark = Read<Placemark>("<Placemark id='a' c='1'><id f:d='2'>b</id></Placemark>");
+  EXPECT_EQ(nullptr, SchemaObject::find(GetDocumentUrl(), "a"));
+  EXPECT_EQ(placemark.get(), SchemaObject::find(GetDocumentUrl(), "b"));
+  EXPECT_TRUE(RoundTrip("<Placemark id='a' c='1'><id xmlns:f='urn:f' f:d='2'>b</id></Placemark>")
+                  .contains("<Placemark id=\"b\" c=\"1\" f:d=\"2\">"));
 }
 
 TEST_F(DocumentTest, ObjectsBelongToTheDocument) {

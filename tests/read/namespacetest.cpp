@@ -105,11 +105,14 @@ TEST_F(NamespaceReadTest, AnEmptyUriMeansKmlAndAnUndeclaredPrefixNothing) {
 }
 
 TEST_F(NamespaceReadTest, AfterAnInnerOnlyDefaultUnprefixedNamesAreUnknown) {
-  const auto placemark = Read<Placemark>(
-      "<Placemark><name xmlns='http://www.opengis.net/kml/2.2'>a</name><open>1</open></Placemark>");
+  const char* const text =
+      "<Placemark><name xmlns='http://www.opengis.net/kml/2.2'>a</name><open>1</open></Placemark>";
+  const auto placemark = Read<Placemark>(text);
   ASSERT_TRUE(placemark);
   EXPECT_EQ("a", placemark->GetName());
   EXPECT_EQ(QStringList{"Unknown element <open>"}, messages());
+  // They stay so, rather than become known by being written.
+  EXPECT_EQ("<open xmlns=\"urn:undeclared:\">1</open>", Element(RoundTrip(text), "open"));
 }
 
 TEST_F(NamespaceReadTest, AHandlerStartsEachDocumentInTheKmlNamespace) {

@@ -5,12 +5,9 @@
 
 namespace vorrel::kestan {
 
-/// Reads documents, and checks that what comes out is well-formed and comes back the same.
+/// Reads documents around what a test looks at.
 class ReadTest : public KmlTest {
 protected:
-  /// The written form of a document, after two rounds that must agree.
-  QString RoundTrip(const QByteArray& text);
-
   /// The content of the `Placemark` in the written form of a document that holds `content` in one,
   /// without white space at its ends.
   QString Keep(const QString& content, const QString& rootAttributes = QString(),

@@ -40,6 +40,8 @@ TEST_F(UnknownContentTest, ElementsAreKeptWhole) {
        "<foo a=\"&#9;&#10;&#13;&lt;&gt;&amp;&quot;&apos;\"></foo>"},
       {"<f\xC3\xBC\xC3\xBC \xC3\xA4='\xE4\xB8\xAD'>\xF0\x9F\x8C\x8D</f\xC3\xBC\xC3\xBC>",
        "<f\xC3\xBC\xC3\xBC \xC3\xA4=\"\xE4\xB8\xAD\">\xF0\x9F\x8C\x8D</f\xC3\xBC\xC3\xBC>"},
+      {"<\xE3\x80\x87\xCE\x87 \xE2\x86\x80='1'>t</\xE3\x80\x87\xCE\x87>",
+       "<\xE3\x80\x87\xCE\x87 \xE2\x86\x80=\"1\">t</\xE3\x80\x87\xCE\x87>"},
       {"<foo><Placemark><name>not read</name></Placemark></foo>",
        "<foo><Placemark><name>not read</name></Placemark></foo>"},
   };
@@ -66,6 +68,10 @@ TEST_F(UnknownContentTest, AttributesAreEscapedOnceAndKeepEveryCharacter) {
   EXPECT_TRUE(written.contains(
       QString::fromUtf8(" a=\"1\" \xC3\xA4=\"&lt;&amp;&#9;&#10;&#13;\xF0\x9F\x8C\x8D\">")));
   EXPECT_TRUE(written.contains("<name b=\"&quot;\">n</name>"));
+  const char* const list = "<gx:hiddenEdgeList a=\"1\">1 2";
+  EXPECT_TRUE(RoundTrip(QByteArray("<LinearRing xmlns:gx='http://www.vorrel.com/kml/ext/2.2'>") +
+                        list + "</gx:hiddenEdgeList></LinearRing>")
+                  .contains(list));
 }
 
 TEST_F(UnknownContentTest, ARepeatedFieldKeepsTheAttributesOfItsLastElement) {

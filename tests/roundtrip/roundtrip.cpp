@@ -1,9 +1,11 @@
 // Reads each KML and KMZ file of some folders, writes it, reads the result and writes that again.
 // The two texts have to be the same bytes and the two trees equal; a file that can't be read has
-// to say why. Folders are given as arguments, and in the environment variable KESTAN_CORPUS.
+// to say why. The same with an archive, which has to hold equal copies of the local files that are
+// referred to. Folders are given as arguments, and in the environment variable KESTAN_CORPUS.
 // Exit status: 0 fine, 1 a file that doesn't come back, 2 no folder given or no file in them.
 
 #include "kestan/core/library.h"
+#include "kestan/host/kmz.h"
 #include "kestan/read/kmlhandler.h"
 #include "tests/support/treecompare.h"
 #include "tests/support/xml.h"
@@ -11,6 +13,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -22,7 +25,9 @@ namespace {
 struct Outcome {
   enum Kind { kRead, kEmpty, kRefused, kUnequal };
   Kind kind = kRead;
-  QString text; ///< Why it was refused, or what differs.
+  QString text;       ///< Why it was refused, or what differs.
+  int packed = 0;     ///< Files in its archive, without the document.
+  int unreadable = 0; ///< Files that it refers to and that aren't there.
 };
 
 struct Document {
@@ -83,6 +88,48 @@ bool LacksDeclaration(const QString& path) {
          FindXmlError(file.readAll()).contains(QLatin1String("unbound prefix"));
 }
 
+QByteArray Contents(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Packs `tree` twice, and packs what it reads from the first archive.
+Outcome PackAndRead(const SchemaObject& tree) {
+  const QTemporaryDir folder;
+  const QString first = folder.filePath(QStringLiteral("first.kmz"));
+  const QString again = folder.filePath(QStringLiteral("again.kmz"));
+  QStringList unreadable;
+  QString error = tree.WriteKmlFile(first, 0, &unreadable);
+  if (error.isEmpty()) {
+    error = tree.WriteKmlFile(again);
+  }
+  if (!error.isEmpty()) {
+    return Unequal(QStringLiteral("archive: ") + error);
+  }
+  if (Contents(first) != Contents(again)) {
+    return Unequal(QStringLiteral("two archives of one tree differ"));
+  }
+  const Document copy = Read(first);
+  if (!copy.tree) {
+    return Unequal(QStringLiteral("archive: ") + copy.error);
+  }
+  QString difference = FindDifference(tree, *copy.tree);
+  if (difference.isEmpty()) {
+    const QString second = folder.filePath(QStringLiteral("second.kmz"));
+    difference = copy.tree->WriteKmlFile(second);
+    if (difference.isEmpty() && Contents(first) != Contents(second)) {
+      difference =
+          QStringLiteral("its own archive differs: ") +
+          FirstDifferentLine(kmz::UnzipFile(first, QString()), kmz::UnzipFile(second, QString()));
+    }
+  }
+  Outcome outcome =
+      difference.isEmpty() ? Outcome{} : Unequal(QStringLiteral("archive: ") + difference);
+  outcome.packed = static_cast<int>(kmz::ListFileEntries(first).size()) - 1;
+  outcome.unreadable = static_cast<int>(unreadable.size());
+  return outcome;
+}
+
 Outcome RoundTrip(const QString& path) {
   const Document original = Read(path);
   if (original.empty) {
@@ -102,7 +149,7 @@ Outcome RoundTrip(const QString& path) {
   }
   if (first.text == second.text) {
     const QString difference = FindDifference(*original.tree, *first.document.tree);
-    return difference.isEmpty() ? Outcome{} : Unequal(difference);
+    return difference.isEmpty() ? PackAndRead(*original.tree) : Unequal(difference);
   }
   if (LacksDeclaration(path)) {
     const Copy third(*second.document.tree, path);
@@ -144,9 +191,13 @@ int main(int argc, char** argv) {
 
   GInitialize();
   int counts[4] = {};
+  int packed = 0;
+  int unreadable = 0;
   for (const QString& file : files) {
     const Outcome outcome = RoundTrip(file);
     ++counts[outcome.kind];
+    packed += outcome.packed;
+    unreadable += outcome.unreadable;
     if (!outcome.text.isEmpty()) {
       std::printf("%s %s\n    %s\n", outcome.kind == Outcome::kRefused ? "refused" : "UNEQUAL",
                   qPrintable(file), outcome.text.toUtf8().constData());
@@ -154,6 +205,7 @@ int main(int argc, char** argv) {
   }
   std::printf("read %d, without a feature %d, refused %d, unequal %d\n", counts[Outcome::kRead],
               counts[Outcome::kEmpty], counts[Outcome::kRefused], counts[Outcome::kUnequal]);
+  std::printf("files packed %d, not there %d\n", packed, unreadable);
   GShutdown();
   return counts[Outcome::kUnequal] == 0 ? 0 : 1;
 }

@@ -150,6 +150,19 @@ TEST_F(IconTest, TheOrderOfTheElementsDoesNotCount) {
   }
 }
 
+TEST_F(IconTest, ManyChangesOfALongUrlCostInProportion) {
+  // A look at the whole URL for each would take minutes.
+  constexpr int kCount = 30000;
+  for (const char* base : {"http://h/a?", "file:///a?", "root://icons/palette-3.png?"}) {
+    const auto icon =
+        ReadIcon("<href>" + QLatin1String(base) + QString("x=1&amp;").repeated(kCount) + "</href>" +
+                 QString("<gx:y>0</gx:y>").repeated(kCount) +
+                 QString("<viewBoundScale>2</viewBoundScale>").repeated(kCount));
+    ASSERT_TRUE(icon);
+    EXPECT_EQ(1, icon->GetX());
+  }
+}
+
 TEST_F(IconTest, TheRectangleComesBackWhateverTheQuerySays) {
   struct Case {
     const char* content;
@@ -207,9 +220,11 @@ TEST_F(IconTest, OlderElementsFillInAndStay) {
   EXPECT_EQ("<gx:x>20</gx:x>", Element(text, "gx:x"));
   EXPECT_EQ("<gx:y>30</gx:y>", Element(text, "gx:y"));
   EXPECT_EQ("<w>-7</w>", Element(text, "w"));
+  EXPECT_EQ("0,0,-1,-1", Rectangle(*ReadIcon("<href>a.png</href><gx:w>-7</gx:w><gx:h>-2</gx:h>")));
 }
 
-TEST_F(IconTest, ATextureNameIsNotResolved) {
+TEST_F(IconTest, TheOlderFormOfTheElementIsTheUrlAndATextureNameIsNotResolved) {
+  EXPECT_EQ("http://h/a.png", ReadIcon("http://h/a.png")->GetUrl());
   const auto icon = Icon::CreateFromTextureName("crosshair");
   EXPECT_EQ("crosshair", icon->GetAbsoluteUrl());
   EXPECT_EQ("crosshair", icon->GetKeyText());
@@ -229,12 +244,6 @@ TEST_F(IconTest, TheUrlFollowsTheViewAndIsWrittenWithoutIt) {
   EXPECT_EQ("http://h/a.png?BBOX=0,0,90,0", icon->GetAbsoluteUrl());
   EXPECT_EQ(icon->GetAbsoluteUrl(), icon->GetKeyText());
   EXPECT_EQ("<href>http://h/a.png</href>", Element(Write(*icon), "href"));
-}
-
-TEST_F(IconTest, TheOlderFormOfTheElementIsTheUrl) {
-  const auto icon = ReadIcon("http://h/a.png");
-  ASSERT_TRUE(icon);
-  EXPECT_EQ("http://h/a.png", icon->GetUrl());
 }
 
 TEST_F(IconTest, AFlatfileImageIsWrittenAsTheHalfThatIsShown) {

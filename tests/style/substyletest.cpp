@@ -85,8 +85,11 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
       {"<LineStyle id=\"l\"></LineStyle>", nullptr, nullptr},
       {"<LineStyle><odd>1</odd></LineStyle>", nullptr, nullptr},
       {"<PolyStyle><fill a=\"b\">1</fill></PolyStyle>", nullptr, nullptr},
-      {"<BalloonStyle odd=\"1\"><text></text></BalloonStyle>",
-       "<BalloonStyle odd=\"1\"></BalloonStyle>", nullptr},
+      {"<BalloonStyle odd=\"1\"></BalloonStyle>", nullptr, nullptr},
+      // An empty text stands in the way of the shared style's, or of the default.
+      {"<BalloonStyle><text></text></BalloonStyle>", nullptr, nullptr},
+      {"<LabelStyle><gx:groupId></gx:groupId><gx:text></gx:text></LabelStyle>", nullptr,
+       "<LabelStyle><gx:text></gx:text></LabelStyle>"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.content);

@@ -3,6 +3,7 @@
 #include "kestan/core/kestanoptions.h"
 #include "kestan/core/library.h"
 #include "kestan/read/kmlhandler.h"
+#include "tests/support/xml.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -46,6 +47,22 @@ QString KmlTest::Write(const SchemaObject& object, unsigned flags) const {
   const QString failure = object.WriteKmlString(bytes, flags);
   EXPECT_EQ(QString(), failure);
   return QString::fromUtf8(bytes);
+}
+
+QString KmlTest::RoundTrip(const QByteArray& text) {
+  const RefPtr<SchemaObject> first = ReadObject(text);
+  if (!first) {
+    ADD_FAILURE() << "refused: " << error().toStdString();
+    return QString();
+  }
+  const QString written = Write(*first);
+  EXPECT_EQ(QString(), FindXmlError(written.toUtf8())) << written.toStdString();
+  const RefPtr<SchemaObject> second = ReadObject(written);
+  if (second)
+    EXPECT_EQ(written, Write(*second));
+  else
+    ADD_FAILURE() << "refused: " << error().toStdString();
+  return written;
 }
 
 QByteArray KmlTest::ReadData(const QString& name) {

@@ -39,6 +39,12 @@ protected:
   /// The object as a KML document; a failure fails the test.
   QString Write(const SchemaObject& object, unsigned flags = 0) const;
 
+  /// The written form of a document. It has to be well-formed, also for a parser with namespaces,
+  /// and a second round has to give the same.
+  QString RoundTrip(const QByteArray& text);
+  QString RoundTrip(const QString& text) { return RoundTrip(text.toUtf8()); }
+  QString RoundTrip(const char* text) { return RoundTrip(QByteArray(text)); }
+
   /// What the reader reported on the last document, one text an error, without the place.
   const QStringList& messages() const { return messages_; }
   /// Why the last document was refused; empty when it wasn't.

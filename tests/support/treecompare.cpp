@@ -3,12 +3,18 @@
 #include "kestan/core/field.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/unknowndata.h"
+#include "kestan/host/net.h"
+#include "kestan/read/namespaces.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/styleselector.h"
 #include "tests/support/xml.h"
 
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
 #include <QMap>
 #include <QRegularExpression>
+#include <QUrl>
 
 namespace vorrel::kestan {
 
@@ -26,10 +32,10 @@ QString CompareText(const QString& what, const QString& a, const QString& b) {
 /// depend on where the declarations stood.
 QString CanonicalUnknown(const UnknownData& data) {
   QMap<QString, QString> uris{
-      {QString(), QStringLiteral("kml")},
-      {QStringLiteral("kml"), QStringLiteral("kml")},
-      {QStringLiteral("gx"), QStringLiteral("gx")},
-      {QStringLiteral("atom"), QStringLiteral("http://www.w3.org/2005/Atom")}};
+      {QString(), NamespaceEnumToString(Namespace::kKml)},
+      {QStringLiteral("kml"), NamespaceEnumToString(Namespace::kKml)},
+      {QStringLiteral("gx"), NamespaceEnumToString(Namespace::kExt)},
+      {QStringLiteral("atom"), NamespaceEnumToString(Namespace::kAtom)}};
   for (const RefPtr<UnknownNamespace>& declared : data.namespaces) {
     uris.insert(declared->prefix, declared->uri);
   }
@@ -39,11 +45,13 @@ QString CanonicalUnknown(const UnknownData& data) {
                     .arg(uri.key().isEmpty() ? QString() : QStringLiteral(":"), uri.key(),
                          uri.value().toHtmlEscaped());
   }
-  document += data.attrs + QLatin1Char('>') + data.fields;
+  document += QStringLiteral("><a%1/>").arg(data.attrs) + data.fields;
+  QStringList fields; // in an order that isn't that of the document
   for (const auto& [field, attributes] : data.fieldAttrs) {
-    document += QStringLiteral("<%1%2/>").arg(field->GetName(), attributes);
+    fields += QStringLiteral("<%1%2/>").arg(field->GetPrefixedElem(), attributes);
   }
-  return Canonical((document + QStringLiteral("</r>")).toUtf8());
+  fields.sort();
+  return Canonical((document + fields.join(QString()) + QStringLiteral("</r>")).toUtf8());
 }
 
 QString CompareUnknown(const SchemaObject& a, const SchemaObject& b) {
@@ -62,6 +70,31 @@ QString CompareUnknown(const SchemaObject& a, const SchemaObject& b) {
                   right.attrs + right.fields);
 }
 
+/// What a reference leads to: the contents of a local file, also one in an archive, and the URL of
+/// anything else. So a document and its archive with a copy of the file agree.
+QString GetTarget(const QString& url) {
+  QString archive;
+  QString inner;
+  QByteArray bytes;
+  if (net::Fetcher::FindInKmz(url, &archive, &inner)) {
+    bytes = net::Fetcher::GetBytesFromKmz(archive, inner);
+  } else {
+    const QString unescaped = QUrl::fromPercentEncoding(url.toUtf8());
+    for (const QString& path : {url, unescaped, QUrl(url).toLocalFile()}) {
+      QFile file(path);
+      if (bytes.isNull() && QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
+        bytes = file.readAll();
+        bytes.append(""); // an empty file is there too
+      }
+    }
+  }
+  if (bytes.isNull()) {
+    return url;
+  }
+  return QStringLiteral("file of %1 bytes, ").arg(bytes.size()) +
+         QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex());
+}
+
 /// Markup in which the sources of images don't depend on where the document lies.
 QString AbsoluteSources(const SchemaObject& object, const QString& text) {
   static const QRegularExpression source(QStringLiteral("(src\\s*=\\s*[\"'])([^\"']*)"),
@@ -71,7 +104,7 @@ QString AbsoluteSources(const SchemaObject& object, const QString& text) {
   for (auto matches = source.globalMatch(text); matches.hasNext();) {
     const QRegularExpressionMatch match = matches.next();
     result += text.mid(end, match.capturedStart(2) - end);
-    result += SchemaObject::MakeAbsoluteUrl(object.GetBaseUrl(), match.captured(2));
+    result += GetTarget(SchemaObject::MakeAbsoluteUrl(object.GetBaseUrl(), match.captured(2)));
     end = match.capturedEnd(2);
   }
   return result + text.mid(end);
@@ -103,9 +136,11 @@ QString CompareValues(const Field& field, const SchemaObject& a, const SchemaObj
     return QString();
   }
   if (isReference) {
-    return CompareText(field.GetName(),
-                       SchemaObject::MakeAbsoluteUrl(a.GetBaseUrl(), field.toString(a, -1)),
-                       SchemaObject::MakeAbsoluteUrl(b.GetBaseUrl(), field.toString(b, -1)));
+    const auto target = [&field](const SchemaObject& object) {
+      return GetTarget(
+          SchemaObject::MakeAbsoluteUrl(object.GetBaseUrl(), field.toString(object, -1)));
+    };
+    return CompareText(field.GetName(), target(a), target(b));
   }
   if (field.GetDataType() == 4 && field.toString(a, -1).contains(QLatin1String("<img"))) {
     return CompareText(field.GetName(), AbsoluteSources(a, field.toString(a, -1)),

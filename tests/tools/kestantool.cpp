@@ -1,5 +1,6 @@
 // The command-line tool, run as a user runs it.
 
+#include "kestan/host/kmz.h"
 #include "tests/tools/tooltest.h"
 
 namespace vorrel::kestan {
@@ -105,7 +106,7 @@ TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
       {{"tree", Path("none.kml")}, 1},
       {{"cat", Path("none.kml")}, 1},
       {{"cat", "-o", Path("no/such/folder/out.kml"), good}, 3},
-      {{"cat", "-o", Path("out.KMZ"), good}, 3},
+      {{"cat", "-o", Path("no/such/folder/out.kmz"), good}, 3},
       {{"cat", "-o", "/dev/full", good}, 3},
       {{"--help"}, 0},
       {{"cat", "--help"}, 0},
@@ -118,10 +119,33 @@ TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
     EXPECT_EQ(c.status == 0, result.err.isEmpty()) << result.err.toStdString();
     EXPECT_EQ(c.status == 0, !result.out.isEmpty());
   }
-  EXPECT_FALSE(QFile::exists(Path("out.KMZ")));
   for (const char* command : {"cat", "tree", "style"}) {
     EXPECT_EQ(3, Run({command, good}, "/dev/full").status) << command;
   }
+}
+
+TEST_F(KestanToolTest, CatPacksWhatTheDocumentRefersTo) {
+  MakeFile("a.png", "A");
+  const QByteArray image = "<img src='a.png'>";
+  const QByteArray text = "<kml><Placemark><description><![CDATA[%1]]></description></Placemark></kml>";
+  const QString whole = MakeFile("whole.kml", QByteArray(text).replace("%1", image));
+  const QString part =
+      MakeFile("part.kml", QByteArray(text).replace("%1", image + "<img src='none.png'>"));
+
+  const Result packed = Run({"cat", "-o", Path("whole.KMZ"), whole});
+  EXPECT_EQ(0, packed.status);
+  EXPECT_EQ("", packed.out + packed.err);
+  EXPECT_EQ("A", kmz::UnzipFile(Path("whole.KMZ"), "files/a.png"));
+
+  const Result incomplete = Run({"cat", "-o", Path("part.kmz"), part});
+  EXPECT_EQ(1, incomplete.status);
+  EXPECT_EQ(1, incomplete.err.count('\n'));
+  EXPECT_TRUE(incomplete.err.contains(Path("none.png"))) << incomplete.err.toStdString();
+  EXPECT_EQ("A", kmz::UnzipFile(Path("part.kmz"), "files/a.png"));
+
+  // Out of an archive, another process makes the same bytes.
+  EXPECT_EQ(0, Run({"cat", "-o", Path("copy.kmz"), Path("whole.KMZ")}).status);
+  EXPECT_EQ(Contents("whole.KMZ"), Contents("copy.kmz"));
 }
 
 TEST_F(KestanToolTest, OtherNamespaceBasesAreReadTypedAndWrittenBuiltIn) {

@@ -65,6 +65,18 @@ TEST_F(HoistTest, StylesOfOneIdAreToldApart) {
   EXPECT_EQ(xml, Write(*folder)); // the order doesn't come from addresses
 }
 
+TEST_F(HoistTest, StylesWithoutAnIdGetOne) {
+  const RefPtr<Style> styles[] = {MakeStyle("", "a.kml"), MakeStyle("", "a.kml")};
+  const auto folder = Read<Folder>("<Folder/>");
+  for (const RefPtr<Style>& style : styles)
+    folder->AddChild(*Make(*style));
+  const QString xml = Write(*folder);
+  for (const char* id : {"Style", "Style0"}) {
+    EXPECT_TRUE(xml.contains(QString("<Style id=\"%1\">").arg(id))) << xml.toStdString();
+    EXPECT_TRUE(xml.contains(QString("<styleUrl>#%1</styleUrl>").arg(id)));
+  }
+}
+
 TEST_F(HoistTest, StylesOfAServerStayWhereTheyAre) {
   const auto style = MakeStyle("s", "http://example.org/styles.kml");
   const QString xml = Write(*Make(*style));

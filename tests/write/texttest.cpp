@@ -159,10 +159,11 @@ TEST(UrlTextTest, FormEncoding) {
             std::string(stream.data(), stream.size()));
 }
 
-TEST(IndentTest, IsClamped) {
-  EXPECT_STREQ("", GIndent(-1));
-  EXPECT_STREQ("\t\t", GIndent(2));
-  EXPECT_EQ(std::string(32, '\t'), GIndent(40));
+TEST_F(TextTest, IndentationEndsAtThirtyTwoTabs) {
+  const QString xml =
+      RoundTrip(QString("<Folder>").repeated(40) + QString("</Folder>").repeated(40));
+  EXPECT_TRUE(xml.contains('\n' + QString(32, '\t') + "<Folder>"));
+  EXPECT_FALSE(xml.contains(QString(33, '\t')));
 }
 
 } // namespace vorrel::kestan

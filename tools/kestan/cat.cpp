@@ -4,18 +4,12 @@
 #include "tools/kestan/progress.h"
 
 #include <QByteArray>
-#include <QFileInfo>
+#include <QStringList>
 
 namespace tool {
 
 int Cat(const Arguments& arguments) {
   const QString& output = arguments.output;
-  if (QFileInfo(output).suffix().compare(QLatin1String("kmz"), Qt::CaseInsensitive) == 0) {
-    Complain(QStringLiteral("\"%1\": KMZ output isn't supported yet; use a name that ends in .kml")
-                 .arg(output));
-    return kNoOutput;
-  }
-
   const Document document = ReadDocument(arguments.GetFile());
   if (!document.root) {
     Complain(document.error);
@@ -26,16 +20,21 @@ int Cat(const Arguments& arguments) {
                          (arguments.hoist ? 0U : vorrel::kestan::kWriteNoHoist);
   QByteArray bytes;
   QString error;
+  QStringList unreadable;
   {
     const Progress progress("Writing");
     error = output.isEmpty() ? document.root->WriteKmlString(bytes, flags)
-                             : document.root->WriteKmlFile(output, flags);
+                             : document.root->WriteKmlFile(output, flags, &unreadable);
   }
   if (!error.isEmpty()) {
     Complain(output.isEmpty() ? error : QStringLiteral("\"%1\": %2").arg(output, error));
     return kNoOutput;
   }
-  return output.isEmpty() && !Print(bytes) ? kNoOutput : kFine;
+  for (const QString& file : unreadable)
+    Complain(QStringLiteral("\"%1\": can't read \"%2\"; it isn't packed").arg(output, file));
+  if (output.isEmpty() && !Print(bytes))
+    return kNoOutput;
+  return unreadable.isEmpty() ? kFine : kFindings;
 }
 
 } // namespace tool

@@ -10,7 +10,7 @@ const char kHelpText[] =
        kestan links [--json] [--base URL] [--view NORTH,SOUTH,EAST,WEST] FILE
        kestan --help | --version
 
-Reads KML and KMZ documents.
+Reads KML and KMZ documents, and writes them.
 
 Commands:
   cat    write the document as KML to standard output
@@ -22,7 +22,8 @@ Commands:
          kind, and when it is fetched again
 
 Options of cat:
-  -o OUT      write to the file OUT; a name without a suffix gets ".kml"
+  -o OUT      write to the file OUT; a name without a suffix gets ".kml". A name that ends in
+              ".kmz" makes an archive, with the local files that the document refers to
   --no-hoist  leave shared styles and schemas where they are, outside of the written object
   --no-hint   leave out the "hint" attribute of the root
 
@@ -54,8 +55,8 @@ JSON of links: {"links": [LINK...]}, one LINK a line:
   REFRESH  {"refreshMode", "refreshInterval", "viewRefreshMode", "viewRefreshTime"}, modes as in
            KML, times in seconds; null for what is fetched once
 
-Exit status: 0 all is well; 1 there are findings, or a document can't be read; 2 wrong usage;
-3 the output can't be written.
+Exit status: 0 all is well; 1 there are findings, a document can't be read, or a file that it
+refers to can't be packed; 2 wrong usage; 3 the output can't be written.
 )";
 
 } // namespace tool

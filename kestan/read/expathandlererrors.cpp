@@ -1,0 +1,216 @@
+// How a parse deals with errors: those of the document, by grade, and the limits of the reader.
+
+#include "kestan/core/kestanoptions.h"
+#include "kestan/core/threadcontext.h"
+#include "kestan/host/tr.h"
+#include "kestan/read/charbuf.h"
+#include "kestan/read/expathandler.h"
+#include "kestan/read/expatparser.h"
+#include "kestan/read/namespacescope.h"
+
+#include <atomic>
+
+namespace vorrel::kestan {
+
+namespace {
+
+/// Cost of kept declarations that a document of any length may have, and that each byte adds.
+constexpr qint64 kFreeNamespaceCost = qint64(64) << 20;
+constexpr qint64 kNamespaceCostPerByte = 16;
+
+std::atomic<int> s_max_element_depth{kMaxElementDepth};
+
+IntSetting& ErrorHandling() { return KestanOptionsContext::kestanOptions.kmlErrorHandling; }
+
+} // namespace
+
+IErrorHandler* ExpatHandler::default_error_handler_ = nullptr;
+
+IErrorHandler::~IErrorHandler() = default;
+
+void ExpatHandler::SetDefaultErrorHandler(IErrorHandler* handler) {
+  if (handler == default_error_handler_)
+    return;
+  if (handler)
+    handler->ref();
+  IErrorHandler* const former = default_error_handler_;
+  default_error_handler_ = handler;
+  if (former)
+    former->unref();
+}
+
+void ExpatHandler::SetMaxElementDepth(int depth) {
+  s_max_element_depth = depth < 1 ? kMaxElementDepth : depth;
+}
+
+int ExpatHandler::GetMaxElementDepth() { return s_max_element_depth; }
+
+bool ExpatHandler::IgnoresErrors() const {
+  return ignoreErrors_ || discardUnknown_ || ErrorHandling().Get() == 0;
+}
+
+bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how) {
+  if (how == kErrorRecoverable && (ignoreErrors_ || discardUnknown_))
+    return true;
+  const int handling = how == kErrorFatal ? 2 : ErrorHandling().Get();
+  if (handling == 0)
+    return true;
+  if (handling < 0 || handling > 2) {
+    discardUnknown_ = true;
+    return true;
+  }
+  const QString fullText = tr("Error while parsing file \"%1\" at line %2, column %3:\n\n%4",
+                              "Error message shown when KML file cannot be parsed")
+                               .arg(url_, QString::number(parser_ ? parser_->GetLine() : 0),
+                                    QString::number(parser_ ? parser_->GetColumn() : 0), message) +
+                           QLatin1String("\n\n");
+  if (handling == 2) {
+    Fail(fullText, message);
+    return false;
+  }
+  return Report(fullText, message);
+}
+
+bool ExpatHandler::Report(const QString& fullText, const QString& message) {
+  IErrorHandler* const handler = errorHandler_ ? errorHandler_.get() : default_error_handler_;
+  ErrorReport report;
+  report.message = fullText;
+  report.text = message;
+  report.line = parser_ ? parser_->GetLine() : 0;
+  report.column = parser_ ? parser_->GetColumn() + 1 : 0;
+  if (handler) {
+    handler->OnParseError(report);
+  } else {
+    report.action = ErrorReport::kActionIgnoreRest;
+    report.sticky = true;
+  }
+  if (report.action == ErrorReport::kActionIgnoreRest)
+    ignoreErrors_ = true;
+  if (report.action == ErrorReport::kActionAbort) {
+    Fail(fullText, message);
+    return false;
+  }
+  if (report.sticky)
+    ErrorHandling().Set(0);
+  return true;
+}
+
+bool ExpatHandler::HandleParseResult(FromStringResult result, const QString& text) {
+  bool goOn = true;
+  switch (result) {
+  case FromStringResult::kOk:
+    break;
+  case FromStringResult::kOutOfRange:
+    goOn = HandleRecoverable([&] {
+      return tr("Value out of range (%1).",
+                "Error message shown when parsing a kml fileand a bounded value is out of "
+                "allowable range. VALUE_1 is the value which is out of range.")
+          .arg(text);
+    });
+    break;
+  case FromStringResult::kUnknownEnumeration:
+    goOn = HandleRecoverable([&] {
+      return tr("Unknown enumeration (%1).",
+                "Error message shown when parsing a kml file and an enumeration is not "
+                "recognized. VALUE_1 is the unknown enumeration.")
+          .arg(text);
+    });
+    break;
+  case FromStringResult::kSecurityViolation:
+    goOn = HandleRecoverable([] {
+      return tr("<Update> Security Violation!",
+                "Error message shown when a KML Update tag cannot be applied for security "
+                "reasons");
+    });
+    break;
+  default:
+    goOn = HandleRecoverable([&] {
+      return tr("Unsupported data in kml object (%1).",
+                "Error message shown when parsing a kml file fails because the feature is not "
+                "yet implemented. VALUE_1 is the unknown data.")
+          .arg(text);
+    });
+  }
+  return CheckFatalText() && goOn;
+}
+
+bool ExpatHandler::CheckFatalText() {
+  if (threadContext_->fatalText.isEmpty())
+    return true;
+  FatalError(threadContext_->fatalText);
+  return false;
+}
+
+void ExpatHandler::FatalError(const QString& text) { Fail(text, text); }
+
+void ExpatHandler::FailToRead() {
+  FatalError(tr("Could not open file \"%1\"",
+                "Error message shown when a KML file cannot be read. VAL_1 is the location of the "
+                "file.")
+                 .arg(url_));
+}
+
+void ExpatHandler::Fail(const QString& text, const QString& bareText) {
+  fatal_ = true;
+  error_ = text;
+  bareError_ = bareText;
+  errorLine_ = parser_ ? parser_->GetLine() : 0;
+  errorColumn_ = parser_ ? parser_->GetColumn() + 1 : 0;
+  if (parser_)
+    parser_->Stop();
+}
+
+void ExpatHandler::ForgetFailure() {
+  fatal_ = false;
+  error_ = QString();
+  bareError_ = QString();
+  errorLine_ = 0;
+  errorColumn_ = 0;
+}
+
+void ExpatHandler::RefuseAttributes() {
+  HandleError(tr("The attributes of an element have more than %1 bytes",
+                 "Error message shown when a KML file holds attributes that are too long. VAL_1 is "
+                 "the greatest possible length.")
+                  .arg(ExpatParser::kMaxAttributeBytes),
+              kErrorFatal);
+}
+
+void ExpatHandler::RefuseName() {
+  HandleError(tr("A name has a character that is no letter in UTF-8",
+                 "Error message shown when an element or attribute of a KML file has a name that "
+                 "can't be written."),
+              kErrorFatal);
+}
+
+bool ExpatHandler::CheckTextLength() {
+  if (!text_->IsTooLong() || fatal_)
+    return !fatal_;
+  return HandleError(tr("The text of an element has more than %1 characters",
+                        "Error message shown when a KML file holds a text that is too long. VAL_1 "
+                        "is the greatest possible length.")
+                         .arg(CharBuf::kMaxSize),
+                     kErrorFatal);
+}
+
+void ExpatHandler::CheckNamespaceCost() {
+  const qint64 bytes = parser_ ? parser_->GetByteCount() : 0;
+  if (fatal_ || namespaces_->GetCost() <= kFreeNamespaceCost + kNamespaceCostPerByte * bytes)
+    return;
+  HandleError(tr("Too many namespaces around unknown content",
+                 "Error message shown when a KML file declares so many namespaces that keeping "
+                 "them with each unknown element would take too much memory."),
+              kErrorFatal);
+}
+
+bool ExpatHandler::CheckDepth() {
+  if (depth_ + skipDepth_ < GetMaxElementDepth())
+    return true;
+  return HandleError(tr("Elements are nested more than %1 levels deep",
+                        "Error message shown when a KML file is nested too deeply. VAL_1 is the "
+                        "greatest possible depth.")
+                         .arg(GetMaxElementDepth()),
+                     kErrorFatal);
+}
+
+} // namespace vorrel::kestan

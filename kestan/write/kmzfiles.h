@@ -1,0 +1,55 @@
+#pragma once
+
+#include "kestan/host/kmzwriter.h"
+#include "kestan/write/sourcefiles.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace vorrel::kestan {
+
+/// A file that travels with a document in its archive.
+struct KmzDictionaryEntry {
+  SourceFile source; ///< Where its bytes are.
+  QString fileName;  ///< Unique within the directory.
+  QString directory; ///< What stands in front of the name, with "/" behind.
+};
+
+/// The files that a document takes along into an archive. They are named while the document is
+/// written, and read only when they are packed.
+///
+/// Files come in the order in which they were named. A file counts once, under however many URLs.
+class KmzFiles {
+public:
+  /// The archive that is being written: no document takes in its own destination.
+  void SetDestination(const QString& path) { destination_ = path; }
+
+  /// The reference to the copy of a local file; a null text when there's no such file to read.
+  QString Register(const QString& url);
+  /// Adds them all, behind what is in the archive. Answers the failure text, empty when all went
+  /// well. What can't be read is left out.
+  QString Pack(kmz::Writer& archive);
+
+  /// The local files that were asked for and couldn't be read, in that order.
+  const QStringList& GetUnreadable() const { return unreadable_; }
+
+private:
+  int Add(const QString& url);
+  kmz::Writer::Result Copy(const KmzDictionaryEntry& entry, kmz::Writer& archive);
+  QString CreateUniqueKmzDataFileName(const QString& fileName);
+
+  QString destination_;
+  std::vector<KmzDictionaryEntry> entries_;
+  QHash<QString, int> entriesByUrl_;  ///< -1 for what isn't taken along.
+  QHash<QString, int> entriesByFile_; ///< By what the file is, whatever it's called.
+  QSet<QString> names_;               ///< Without their case.
+  QHash<QString, int> nextAttempts_;  ///< Where the search for a unique name goes on, by name.
+  SourceFiles sources_;
+  QStringList unreadable_;
+};
+
+} // namespace vorrel::kestan

@@ -1,0 +1,94 @@
+#include "kestan/write/sourcefiles.h"
+
+#include "kestan/host/file.h"
+#include "kestan/host/kmz.h"
+#include "kestan/host/kmzarchive.h"
+#include "kestan/host/net.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace vorrel::kestan {
+
+namespace {
+
+QString Clean(QString path) {
+  file::CleanupPathname(path);
+  return path;
+}
+
+/// The path that `text` stands for, escaped as references often are. Null for one that only
+/// unescaping leads upwards: it isn't what the document's rules allowed.
+QString Unescaped(const QString& text) {
+  const QString path = QUrl::fromPercentEncoding(text.toUtf8());
+  return Clean(path) == path && !path.contains(QChar(QChar::Null)) ? path : QString();
+}
+
+bool IsReadableFile(const QString& path) {
+  // Only a plain file is opened: a pipe would block, a device may have no end.
+  const QFileInfo info(path);
+  return info.isFile() && info.isReadable();
+}
+
+QFile& Opened(QFile& file) {
+  file.open(QIODevice::ReadOnly);
+  return file;
+}
+
+} // namespace
+
+struct SourceFiles::OpenArchive {
+  explicit OpenArchive(const QString& path) : file(path), contents(Opened(file)) {}
+
+  QFile file;
+  kmz::Archive contents;
+};
+
+SourceFiles::SourceFiles() = default;
+
+SourceFiles::~SourceFiles() = default;
+
+bool SourceFiles::Locate(const QString& url, SourceFile& source) {
+  QString archive;
+  QString inner;
+  if (net::Fetcher::FindInKmz(url, &archive, &inner)) {
+    for (const QString& path : {inner, Unescaped(inner)}) {
+      QString reason;
+      kmz::Archive& contents = GetArchive(archive).contents;
+      if (path.isEmpty() || !contents.Find(path) || !contents.IsReadable(kmz::GetLimits(), reason))
+        continue;
+      source.path = archive;
+      source.innerPath = path;
+      return true;
+    }
+    return false;
+  }
+  const bool isFileUrl = url.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
+  const QString literal = isFileUrl ? Clean(QUrl(url).toLocalFile()) : url;
+  for (const QString& path : {literal, Unescaped(literal)}) {
+    if (!path.isEmpty() && IsReadableFile(path)) {
+      source.path = path;
+      return true;
+    }
+  }
+  return false;
+}
+
+SourceFiles::OpenArchive& SourceFiles::GetArchive(const QString& path) {
+  if (!archive_ || archive_->file.fileName() != path)
+    archive_ = std::make_unique<OpenArchive>(path);
+  return *archive_;
+}
+
+bool SourceFiles::Open(QFile& file) {
+  return IsReadableFile(file.fileName()) && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
+
+QByteArray SourceFiles::ReadFromArchive(const SourceFile& source) {
+  kmz::Archive& contents = GetArchive(source.path).contents;
+  QString reason;
+  return contents.Find(source.innerPath) ? contents.Read(kmz::GetLimits(), reason) : QByteArray();
+}
+
+} // namespace vorrel::kestan

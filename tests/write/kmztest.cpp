@@ -1,0 +1,289 @@
+// Archives: what is packed under which name, seen with the project's reader and with minizip.
+
+#include "kestan/host/kmz.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/link/link.h"
+#include "kestan/read/kmlhandler.h"
+#include "kestan/write/writestate.h"
+#include "tests/support/kmltest.h"
+#include "tests/support/treecompare.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <minizip/unzip.h>
+#include <minizip/zip.h>
+
+#include <csignal>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace vorrel::kestan {
+
+class KmzTest : public KmlTest {
+protected:
+  QString Path(const QString& name) const { return folder_.filePath(name); }
+  QStringList Files() const {
+    return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+  }
+  QString MakeFile(const QString& name, const QByteArray& contents) const {
+    QDir(folder_.path()).mkpath(QFileInfo(Path(name)).path());
+    QFile file(Path(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << name.toStdString();
+    file.write(contents);
+    return file.fileName();
+  }
+  static QByteArray Contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+
+  /// A document with an image for each reference.
+  static QByteArray DocumentWith(const QStringList& references) {
+    QString text;
+    for (const QString& reference : references)
+      text += QStringLiteral("<Placemark><Style><IconStyle><Icon><href>%1</href></Icon>"
+                             "</IconStyle></Style></Placemark>")
+                  .arg(reference.toHtmlEscaped());
+    return "<kml><Document>" + text.toUtf8() + "</Document></kml>";
+  }
+  static RefPtr<SchemaObject> Load(const QString& path) {
+    KmlHandler handler(path, 2, nullptr, nullptr, nullptr);
+    const RefPtr<SchemaObject> object = ExpatHandler::LoadXml(handler, nullptr, 0);
+    EXPECT_TRUE(object) << handler.GetErrorText().toStdString();
+    return object;
+  }
+  /// The references of a packed document, in its order.
+  static QStringList References(const QString& archive) {
+    QStringList result;
+    const QString text = QString::fromUtf8(kmz::UnzipFile(archive, QString()));
+    for (const QString& part : text.split(QStringLiteral("<href>")).mid(1))
+      result += part.section(QStringLiteral("</href>"), 0, 0)
+                    .replace(QLatin1String("&amp;"), QLatin1String("&"))
+                    .replace(QLatin1String("&apos;"), QLatin1String("'"));
+    return result;
+  }
+
+  QTemporaryDir folder_;
+};
+
+TEST_F(KmzTest, ReferencesLeadToCopiesOrStayWhatTheyAre) {
+  const QString name200(200, QLatin1Char('n'));
+  const QString wide(80, QChar(0x20AC)); // of 240 bytes
+  struct Case {
+    QString reference;
+    QString file; // that is there; none when empty
+    QString written;
+  };
+  const Case cases[] = {
+      {"a/x.png", "a/x.png", "files/x.png"},
+      {"b/x.png", "b/x.png", "files/x_01.png"},
+      {"X.PNG", "X.PNG", "files/X_02.PNG"}, // no two names that differ only in case
+      {"./a/../a/x.png", "", "files/x.png"},
+      {Path("a/x.png"), "", "files/x.png"},
+      {"file://" + Path("a/x.png"), "", "files/x.png"},
+      {"c/x_01.png", "c/x_01.png", "files/x_01_01.png"},
+      {"doc.kml", "doc.kml", "files/doc.kml"}, // the document itself
+      {"two words.png", "two words.png", "files/two words.png"},
+      {"two%20words.png", "", "files/two words.png"},
+      {QString::fromUtf8("f/\xC3\xBC\xF0\x9F\x8C\x8D.png"),
+       QString::fromUtf8("f/\xC3\xBC\xF0\x9F\x8C\x8D.png"),
+       QString::fromUtf8("files/\xC3\xBC\xF0\x9F\x8C\x8D.png")},
+      {"it's<b>&\"100%\"#1.png", "it's<b>&\"100%\"#1.png", "files/it_s_b___100___1.png"},
+      {"...", "...", "files/file"},
+      {"no suffix", "no suffix", "files/no suffix"},
+      {name200 + "1.png", name200 + "1.png", "files/" + name200.left(196) + ".png"},
+      {wide + ".png", wide + ".png", "files/" + wide.left(65) + ".png"},
+      {"a/empty.png", "a/empty.png", "files/empty.png"},
+      // What isn't there, or is no file, stays outside.
+      {"a/missing.png", "", "../a/missing.png"},
+      {"a", "", "../a"},
+      {"../../../../../../../../none/x.png", "", "/none/x.png"},
+      {"pipe.png", "", "../pipe.png"},
+      {"out.kmz", "", "../out.kmz"},
+      {"no.kmz/x.png", "", "../no.kmz/x.png"},
+      {"http://example.com/x.png", "", "http://example.com/x.png"},
+      {"ftp://example.com/x.png", "", "ftp://example.com/x.png"},
+      {"data:image/png;base64,AA/BB", "", "data:image/png;base64,AA/BB"},
+  };
+  QStringList references;
+  for (const Case& c : cases) {
+    references += c.reference;
+    if (!c.file.isEmpty() && c.file != "doc.kml")
+      MakeFile(c.file, c.file == "a/empty.png" ? QByteArray() : c.file.toUtf8());
+  }
+  ASSERT_EQ(0, ::mkfifo(QFile::encodeName(Path("pipe.png")).constData(), 0600));
+  const RefPtr<SchemaObject> tree = Load(MakeFile("doc.kml", DocumentWith(references)));
+
+  QStringList unreadable;
+  ASSERT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz"), 0, &unreadable));
+  const QStringList written = References(Path("out.kmz"));
+  ASSERT_EQ(static_cast<int>(std::size(cases)), written.size());
+  for (int i = 0; i < written.size(); ++i) {
+    EXPECT_EQ(cases[i].written, written[i]) << cases[i].reference.toStdString();
+    if (!cases[i].file.isEmpty()) {
+      EXPECT_EQ(Contents(Path(cases[i].file)), kmz::UnzipFile(Path("out.kmz"), written[i]));
+    }
+  }
+  EXPECT_EQ(QStringList({Path("a/missing.png"), Path("a"), "/none/x.png", Path("pipe.png"),
+                         Path("no.kmz/x.png")}),
+            unreadable);
+  const RefPtr<SchemaObject> copy = Load(Path("out.kmz"));
+  EXPECT_EQ(QString(), FindDifference(*tree, *copy));
+
+  // Again, over the old archive, and from what is in it.
+  const QByteArray first = Contents(Path("out.kmz"));
+  EXPECT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz")));
+  EXPECT_EQ(first, Contents(Path("out.kmz")));
+  EXPECT_EQ(QString(), copy->WriteKmlFile(Path("out.kmz")));
+  EXPECT_EQ(first, Contents(Path("out.kmz")));
+}
+
+TEST_F(KmzTest, ImagesInMarkupAndOtherDocumentsKeepTheirMeaning) {
+  MakeFile("a/x.png", "x");
+  const QString markup = "<description><![CDATA[<img src=\"%1\"><IMG alt='' src='%2'/>"
+                         "<img src=\"$[y]\">]]></description><styleUrl>%3</styleUrl>";
+  const QByteArray text = markup.arg("a/x.png", "none.png", "other.kml#s").toUtf8();
+  const auto tree = Load(MakeFile("doc.kml", "<kml><Placemark>" + text + "</Placemark></kml>"));
+  ASSERT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz")));
+  QString packed = QString::fromUtf8(kmz::UnzipFile(Path("out.kmz"), QString()));
+  EXPECT_TRUE(packed.remove('\n').remove('\t').contains(
+      markup.arg("files/x.png", "../none.png", "../other.kml#s")))
+      << packed.toStdString();
+  EXPECT_EQ("x", kmz::UnzipFile(Path("out.kmz"), "files/x.png"));
+}
+
+TEST_F(KmzTest, FilesInAnotherArchiveAreCopied) {
+  // As other programs make them: with a folder's own names, and without any mark.
+  const zipFile zip = zipOpen64(QFile::encodeName(Path("in.kmz")).constData(), 0);
+  const std::pair<const char*, QByteArray> entries[] = {
+      {"doc.kml", DocumentWith({"Images/a.png", "images/sub/a.png", "gone.png", "../beside.png",
+                                "b%20c.JPG", "deep/../../in.kmz/Images/a.png"})},
+      {"images/A.png", "1"},
+      {"images\\sub\\a.png", "2"},
+      {"b c.JPG", QByteArray(5000, 'j')},
+      {"unused.png", "4"}};
+  for (const auto& [name, contents] : entries) {
+    zipOpenNewFileInZip(zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 9);
+    zipWriteInFileInZip(zip, contents.constData(), static_cast<unsigned>(contents.size()));
+    zipCloseFileInZip(zip);
+  }
+  zipClose(zip, nullptr);
+  MakeFile("beside.png", "5");
+
+  const QString outputs[] = {Path("out.kmz"), Path("in.kmz")}; // the second in place
+  const RefPtr<SchemaObject> tree = Load(Path("in.kmz"));
+  for (const QString& output : outputs) {
+    QStringList unreadable;
+    ASSERT_EQ(QString(), tree->WriteKmlFile(output, 0, &unreadable));
+    EXPECT_EQ(QStringList({"files/a.png", "files/a_01.png", "../in.kmz/gone.png",
+                           "files/beside.png", "files/b c.JPG", "files/a.png"}),
+              References(output));
+    EXPECT_EQ(QStringList(Path("in.kmz/gone.png")), unreadable);
+    EXPECT_EQ(QStringList({"doc.kml", "files/a.png", "files/a_01.png", "files/beside.png",
+                           "files/b c.JPG"}),
+              kmz::ListFileEntries(output));
+    EXPECT_EQ("2", kmz::UnzipFile(output, "files/a_01.png"));
+    EXPECT_EQ(QByteArray(5000, 'j'), kmz::UnzipFile(output, "files/b c.JPG"));
+  }
+  EXPECT_EQ(Contents(outputs[0]), Contents(outputs[1]));
+}
+
+TEST_F(KmzTest, OtherReadersSeeMarkedNamesWithoutDates) {
+  const QByteArray pixels(5000, 'p');
+  const QString odd = QString::fromUtf8("\xC3\xBC.JPG");
+  MakeFile("a.png", pixels);
+  MakeFile(odd, pixels);
+  const RefPtr<SchemaObject> tree =
+      Load(MakeFile("doc.kml", DocumentWith({"a.png", odd, "http://example.com/"})));
+  {
+    WriteState state(Path("out.kmz"), QString(), false);
+    ASSERT_EQ(WriteState::kWriteKmzFile, state.mode());
+    state.AddResourceMapEntry("name", "old", "object");
+    state.AddResourceMapEntry("name", "value", "object");
+    tree->WriteKml(state);
+    // A link may be left where it is.
+    const auto link = Read<Link>("<Link><href>file://" + Path("a.png") + "</href></Link>");
+    EXPECT_EQ("files/a.png", state.RegisterLink(*link));
+    link->SetEmbedInKmz(false);
+    EXPECT_EQ(link->GetHref(), state.RegisterLink(*link));
+    state.Finish();
+    EXPECT_EQ(QString(), state.error());
+  }
+  EXPECT_EQ("value\tname\tobject\n", kmz::UnzipFile(Path("out.kmz"), "textures.txt"));
+
+  struct Case {
+    QByteArray name;
+    bool stored;
+  };
+  const Case cases[] = {{"doc.kml", false},
+                        {"textures.txt", false},
+                        {"files/a.png", false},
+                        {"files/" + odd.toUtf8(), true}};
+  const unzFile zip = unzOpen64(QFile::encodeName(Path("out.kmz")).constData());
+  ASSERT_TRUE(zip);
+  ASSERT_EQ(UNZ_OK, unzGoToFirstFile(zip));
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name.constData());
+    unz_file_info64 info;
+    QByteArray name(100, '\0');
+    ASSERT_EQ(UNZ_OK, unzGetCurrentFileInfo64(zip, &info, name.data(), 99, nullptr, 0, nullptr, 0));
+    EXPECT_EQ(c.name, name.constData());
+    EXPECT_EQ(c.stored ? 0U : unsigned{Z_DEFLATED}, info.compression_method);
+    EXPECT_EQ(1U << 11, info.flag & ~6U); // UTF-8; the rest tells the level
+    EXPECT_EQ(0U, info.dosDate);
+    EXPECT_EQ(0U, info.size_file_extra + info.size_file_comment);
+    unzGoToNextFile(zip);
+  }
+  EXPECT_EQ(UNZ_END_OF_LIST_OF_FILE, unzGoToNextFile(zip));
+  unzClose(zip);
+}
+
+TEST_F(KmzTest, AFailureLeavesTheOldArchiveAndNothingElse) {
+  QByteArray noise(400000, '\0');
+  unsigned state = 1;
+  for (char& byte : noise)
+    byte = static_cast<char>((state = state * 1664525U + 1013904223U) >> 24);
+  MakeFile("big.png", noise);
+  const RefPtr<SchemaObject> tree = Load(MakeFile("doc.kml", DocumentWith({"big.png"})));
+  MakeFile("old.kmz", "old");
+  ASSERT_TRUE(QDir(folder_.path()).mkdir("folder.kmz"));
+  ASSERT_EQ(0, ::mkfifo(QFile::encodeName(Path("pipe.kmz")).constData(), 0600));
+  const QStringList before = Files();
+
+  for (const char* name : {"folder.kmz", "missing/new.kmz", "pipe.kmz"})
+    EXPECT_EQ("Could not open file for writing.", tree->WriteKmlFile(Path(name))) << name;
+
+  // No room for all of it: in the document, among the file's pieces, at the very end.
+  ASSERT_EQ(QString(), tree->WriteKmlFile(Path("size.kmz")));
+  const auto size = static_cast<rlim_t>(QFileInfo(Path("size.kmz")).size());
+  QFile::remove(Path("size.kmz"));
+  rlimit limit;
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  const auto restore = std::signal(SIGXFSZ, SIG_IGN);
+  for (const rlim_t room : {rlim_t(0), rlim_t(100), rlim_t(100000), rlim_t(300000), size - 1}) {
+    for (const char* name : {"old.kmz", "new.kmz"}) {
+      const rlimit small{room, limit.rlim_max};
+      ::setrlimit(RLIMIT_FSIZE, &small);
+      const QString error = tree->WriteKmlFile(Path(name));
+      ::setrlimit(RLIMIT_FSIZE, &limit);
+      EXPECT_EQ("Could not write file.", error) << room;
+    }
+  }
+  std::signal(SIGXFSZ, restore);
+
+  for (const char* name : {"old.kmz", "new.kmz"}) {
+    WriteState write(Path(name), QString(), false);
+    tree->WriteKml(write);
+    write.SetError("no");
+  }
+  EXPECT_EQ("old", Contents(Path("old.kmz")));
+  EXPECT_EQ(before, Files());
+  EXPECT_EQ(QString(), tree->WriteKmlFile(Path("old.kmz")));
+  EXPECT_EQ(before, Files());
+  EXPECT_EQ(noise, kmz::UnzipFile(Path("old.kmz"), "files/big.png"));
+}
+
+} // namespace vorrel::kestan
