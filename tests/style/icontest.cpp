@@ -154,12 +154,13 @@ TEST_F(IconTest, ManyChangesOfALongUrlCostInProportion) {
   // A look at the whole URL for each would take minutes.
   constexpr int kCount = 30000;
   for (const char* base : {"http://h/a?", "file:///a?", "root://icons/palette-3.png?"}) {
+    const int x = base[0] == 'r' ? 0 : 1; // a palette goes by whole tiles
     const auto icon =
         ReadIcon("<href>" + QLatin1String(base) + QString("x=1&amp;").repeated(kCount) + "</href>" +
                  QString("<gx:y>0</gx:y>").repeated(kCount) +
                  QString("<viewBoundScale>2</viewBoundScale>").repeated(kCount));
     ASSERT_TRUE(icon);
-    EXPECT_EQ(1, icon->GetX());
+    EXPECT_EQ(x, icon->GetX());
   }
 }
 

@@ -71,7 +71,7 @@ TEST_F(HoistTest, StylesWithoutAnIdGetOne) {
   for (const RefPtr<Style>& style : styles)
     folder->AddChild(*Make(*style));
   const QString xml = Write(*folder);
-  for (const char* id : {"Style", "Style0"}) {
+  for (const char* id : {"Style0", "Style1"}) {
     EXPECT_TRUE(xml.contains(QString("<Style id=\"%1\">").arg(id))) << xml.toStdString();
     EXPECT_TRUE(xml.contains(QString("<styleUrl>#%1</styleUrl>").arg(id)));
   }
