@@ -278,6 +278,10 @@ void SchemaObject::NotifySubFieldChanged(SchemaObject& changed, const Field& fie
   visited.pop_back();
 }
 
+bool SchemaObject::HasRoomFor(const Field& field, bool) const {
+  return field.IsArray() || field.HasFlag(Field::kNoWrite) || !field.GetObject(*this, -1);
+}
+
 void SchemaObject::NotifyPostCreate() { CreationObserver::NotifyPostCreate(*this); }
 
 void SchemaObject::NotifyPreDelete() {

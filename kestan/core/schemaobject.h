@@ -226,6 +226,9 @@ public:
   virtual void WriteKmlFieldsSpecified(WriteState& state, unsigned mask) const;
   virtual void WriteStylesAndSchemas(WriteState& state, const QString& path) const;
   virtual double GetInterpolant(int i, int a, int b) const;
+  /// Whether a further child of a document can go into `field` without pushing one out that would
+  /// be written. Where it can't, its text is kept instead.
+  virtual bool HasRoomFor(const Field& field, bool hasId) const;
 
   void WriteUnknownAttrs(WriteState& state) const;
   void WriteUnknownFieldAttrs(WriteState& state, const Field& field) const;

@@ -16,6 +16,7 @@
 #include "kestan/spacetime/abstractview.h"
 #include "kestan/spacetime/region.h"
 #include "kestan/spacetime/time.h" // visibility depends on the chosen time
+#include "kestan/spacetime/timeinstant.h"
 #include "kestan/spacetime/timeprimitive.h"
 #include "kestan/style/liststyle.h" // lines of a snippet
 #include "kestan/style/style.h"
@@ -410,6 +411,14 @@ const Field* AbstractFeature::FindObject(const SchemaObject& child, int* index) 
     return &Fields().styleUrl;
   }
   return SchemaObject::FindObject(child, index);
+}
+
+bool AbstractFeature::HasRoomFor(const Field& field, bool hasId) const {
+  if (&field != &Fields().timePrimitive || !timePrimitive_)
+    return SchemaObject::HasRoomFor(field, hasId);
+  // An instant without a time isn't written.
+  return timePrimitive_->isOfType(TimeInstant::GetClassSchema()) && !timePrimitive_->GetBegin() &&
+         !timePrimitive_->HasUnknownData();
 }
 
 void AbstractFeature::NotifyFieldChanged(const Field& field) {

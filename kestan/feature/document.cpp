@@ -112,6 +112,11 @@ void FeatureVisitor::visit(Document& document) {
     visit(static_cast<AbstractFolder&>(document));
 }
 
+bool Document::HasRoomFor(const Field& field, bool hasId) const {
+  const bool isAnonymousStyle = &field == &Fields().styleSelectors && !hasId;
+  return isAnonymousStyle ? !GetInlineStyleSelector() : AbstractFolder::HasRoomFor(field, hasId);
+}
+
 void Document::NotifyFieldChanged(const Field& field) {
   if (&field == &Fields().styleSelectors)
     TakeAnonymousStyle();

@@ -53,6 +53,7 @@ public:
   /// A document takes its own styles along, and needs no other around it.
   void WriteStylesAndSchemas(WriteState& state, const QString& path) const override;
   void NotifyFieldChanged(const Field& field) override;
+  bool HasRoomFor(const Field& field, bool hasId) const override;
 
 private:
   friend class DocumentSchema;

@@ -97,6 +97,12 @@ Kml::Kml(const KmlId& id, const QString& baseUrl) : SchemaObject(GetClassSchema(
 
 Kml::~Kml() { NotifyPreDelete(); }
 
+bool Kml::HasRoomFor(const Field& field, bool hasId) const {
+  const KmlSchema& fields = KmlSchema::GetSingleton();
+  return &field == &fields.feature || &field == &fields.theme ||
+         SchemaObject::HasRoomFor(field, hasId);
+}
+
 void Kml::NotifyFieldChanged(const Field& field) {
   const KmlSchema& fields = KmlSchema::GetSingleton();
   QString error;

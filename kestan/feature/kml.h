@@ -28,6 +28,7 @@ public:
 
   /// A second feature, or a second theme, ends the parse that met it.
   void NotifyFieldChanged(const Field& field) override;
+  bool HasRoomFor(const Field& field, bool hasId) const override;
 
 private:
   friend class KmlSchema;

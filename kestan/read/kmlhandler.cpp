@@ -82,16 +82,8 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
         ConsumeElement(attrs, kInText);
         return;
       }
-      if (ns != Namespace::kAtom) {
-        const bool goOn = HandleRecoverable([this] {
-          return tr("Unknown element <%1>",
-                    "Error message shown when a KML file contains an unknown tag. VAL_1 is the "
-                    "unknown tag.")
-              .arg(tagName_);
-        });
-        if (!goOn)
-          return;
-      }
+      if (ns != Namespace::kAtom && !ReportMisplaced(*top->object))
+        return;
       ConsumeElement(plain, kListed);
       return;
     }
@@ -117,6 +109,29 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
   }
   ++depth_;
   text_->clear();
+}
+
+/// Tells why the present element isn't taken into an object.
+bool KmlHandler::ReportMisplaced(const SchemaObject& object) {
+  const Meaning& meaning = FindMeaning(object.GetSchema());
+  if (meaning.field && meaning.childSchema && !meaning.childSchema->IsAbstract())
+    return ReportUnexpected(object.getType()); // the place is taken
+  return HandleRecoverable([this] {
+    return tr("Unknown element <%1>",
+              "Error message shown when a KML file contains an unknown tag. VAL_1 is the unknown "
+              "tag.")
+        .arg(tagName_);
+  });
+}
+
+bool KmlHandler::ReportUnexpected(const QString& parentName) {
+  return HandleRecoverable([&] {
+    return tr("Unexpected type <%1> found as child of <%2>",
+              "Error message shown when a KML file has a tag which should not appear at this "
+              "location. VAL_1 is the name of the unexpected tag, VAL_2 is the parent tag "
+              "that contains the unexpected tag.")
+        .arg(tagName_, parentName);
+  });
 }
 
 const KmlHandler::Meaning& KmlHandler::FindMeaning(const Schema& schema) {
@@ -154,6 +169,8 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     if (!childSchema)
       return false;
     const int idIndex = GetId(attrs);
+    if (!HasRoomFor(tag, *field, attrs, idIndex))
+      return false;
     int index = -1;
     RefPtr<SchemaObject> child = GetObject(*childSchema, attrs, idIndex, index);
     if (!child)
@@ -217,20 +234,15 @@ void KmlHandler::AddUnknownAttrs(SchemaObject& object, AttributeList list) {
 
 bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,
                                const unsigned short** attrs) {
+  const int idIndex = GetId(attrs);
   if (parentField) {
     const Schema* const expected = parentField->GetObjSchema();
-    if (!expected || !schema.SubstitutesFor(*expected)) {
-      HandleRecoverable([&] {
-        return tr("Unexpected type <%1> found as child of <%2>",
-                  "Error message shown when a KML file has a tag which should not appear at this "
-                  "location. VAL_1 is the name of the unexpected tag, VAL_2 is the parent tag "
-                  "that contains the unexpected tag.")
-            .arg(tagName_, parentField->GetName());
-      });
+    if (!expected || !schema.SubstitutesFor(*expected) ||
+        !HasRoomFor(tagStack_.back(), *parentField, attrs, idIndex)) {
+      ReportUnexpected(parentField->GetName());
       return false;
     }
   }
-  const int idIndex = GetId(attrs);
   int index = -1;
   RefPtr<SchemaObject> child = GetObject(schema, attrs, idIndex, index);
   if (!child) {
@@ -258,6 +270,15 @@ RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned 
   if (object)
     object->SetAccess(access_);
   return object;
+}
+
+/// False for a child that would push another one of the document out.
+bool KmlHandler::HasRoomFor(const TagInfo& tag, const Field& field, const unsigned short** attrs,
+                            int idIndex) {
+  if (!(tag.filled & TagInfo::GetMark(field)))
+    return true;
+  const bool hasId = idIndex >= 0 && attrs[2 * idIndex + 1][0] != 0;
+  return tag.object->HasRoomFor(field, hasId);
 }
 
 bool KmlHandler::IsInValue() const {
@@ -439,8 +460,8 @@ bool KmlHandler::EndObject(TagInfo& tag) {
       DeprecationManager::GetSingleton().FindTranslator(object.getType());
   if (translator)
     child = translator->Translate(object);
-  if (child)
-    tag.parent_field->insert(*tag.parent, child.get(), tag.index);
+  if (child && tag.parent_field->insert(*tag.parent, child.get(), tag.index))
+    tagStack_[tagStack_.size() - 2].filled |= TagInfo::GetMark(*tag.parent_field);
   return CheckFatalText();
 }
 

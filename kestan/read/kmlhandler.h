@@ -50,6 +50,13 @@ private:
     const Schema* childSchema = nullptr;
   };
 
+  static bool HasRoomFor(const TagInfo& tag, const Field& field, const unsigned short** attrs,
+                         int idIndex);
+  /// Both answer whether the parse goes on.
+  bool ReportMisplaced(const SchemaObject& object);
+  /// Tells of an element of a known class that can't stand here.
+  bool ReportUnexpected(const QString& parentName);
+
   /// Answers for the present start tag. What names mean is kept, since most of them come again.
   const Meaning& FindMeaning(const Schema& schema);
 

@@ -296,8 +296,9 @@ bool IsEmptyElement(const Utf8OStream& stream, std::size_t position) {
   return content != std::string_view::npos && text.substr(content, 2) == "</";
 }
 
-void WriteSubStyle(const SchemaObject& style, WriteState& state) {
-  const bool isKept = style.HasUnknownData() || !style.GetId().isEmpty();
+/// `isKept` is for one that says nothing and is written all the same.
+void WriteSubStyle(const SchemaObject& style, bool isKept, WriteState& state) {
+  isKept = isKept || style.HasUnknownData() || !style.GetId().isEmpty();
   if (style.GetFieldsSpecified() == 0 && !isKept)
     return;
   Utf8OStream& stream = state.stream();
@@ -316,11 +317,13 @@ void Style::WriteKml(WriteState& state) const {
     if (!field->GetObjSchema() && !GetUnknownFieldAttrs(*field).isNull())
       field->WriteKml(*this, state);
   }
+  // Preserved elements may be further sub-styles, that mustn't take the place of the first one.
+  const bool hasMore = HasUnknownData() && !GetUnknownData()->fields.isEmpty();
   const bool former = state.writeDefaults();
   state.SetWriteDefaults(former || state.styleDefaultsEnabled());
   for (const Field* field : Fields().written) {
     if (const SchemaObject* style = field->GetObject(*this, -1))
-      WriteSubStyle(*style, state);
+      WriteSubStyle(*style, hasMore, state);
   }
   state.SetWriteDefaults(former);
   WriteUnknownFields(state);
