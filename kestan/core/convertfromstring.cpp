@@ -2,9 +2,6 @@
 
 #include "kestan/host/parse.h"
 
-#include <cfloat>
-#include <cmath>
-
 namespace vorrel::kestan {
 
 namespace {
@@ -41,11 +38,7 @@ template <> bool ConvertFromString(const QString& text, double& value) {
 }
 
 template <> bool ConvertFromString(const QString& text, float& value) {
-  double wide = 0.0;
-  if (!ConvertFromString(text, wide) || std::abs(wide) > static_cast<double>(FLT_MAX))
-    return false;
-  value = static_cast<float>(wide);
-  return true;
+  return math::ParseFloat(text, value);
 }
 
 template <> bool ConvertFromString(const QString& text, bool& value) {
@@ -70,8 +63,11 @@ template <> bool ConvertFromString(const QString& text, Color32& value) {
 }
 
 template <> bool ConvertFromString(const QString& text, DateTime& value) {
-  value = DateTime::FromString(text);
-  return !value.isUndefined();
+  const DateTime parsed = DateTime::FromString(text);
+  if (parsed.isUndefined())
+    return false;
+  value = parsed;
+  return true;
 }
 
 template <> bool ConvertFromString(const QString& text, Vec3<double>& value) {

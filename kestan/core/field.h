@@ -70,7 +70,6 @@ public:
         unsigned size, unsigned align, const Schema* objSchema = nullptr);
   Field(const Field&) = delete;
   Field& operator=(const Field&) = delete;
-  virtual ~Field();
 
   /// Flags of an object field, whose namespace follows its child's class.
   static unsigned GetNamespaceFlags(const Schema& childSchema, unsigned flags);
@@ -133,6 +132,7 @@ public:
   virtual bool IsUndefined(const SchemaObject& object) const;
   /// 1 int, 2 float, 3 double, 4 string, else 0.
   virtual int GetDataType() const { return 0; }
+  virtual ~Field();
   /// True when `fromString` may keep a reference to its text. Where it's false, a caller may hand
   /// over text that lies in a buffer of its own.
   virtual bool KeepsText() const { return true; }
@@ -175,12 +175,12 @@ private:
   Schema* schema_;
   QString name_;
   QString key_;
-  QByteArray tag_;
   Namespace ns_;
   unsigned offset_;
   unsigned flags_;
   Type type_;
   unsigned index_ = 0;
+  QByteArray tag_;
 };
 
 } // namespace vorrel::kestan

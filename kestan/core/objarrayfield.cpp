@@ -78,12 +78,12 @@ bool ObjArrayFieldBase::set(SchemaObject& owner, SchemaObject* child, int index)
 
   const RefPtr<SchemaObject> kept(child);
   const RefPtr<SchemaObject> former(GetObject(owner, index));
-  if (former)
-    former->RemArrayOwner(owner, index);
   if (index >= getCount(owner))
     setCount(owner, static_cast<unsigned>(index) + 1);
   const int from = FindObject(owner, *child);
   Store(owner, index, child);
+  if (former)
+    former->RemArrayOwner(owner, index);
   if (from >= 0) {
     // The child stood elsewhere in this array: that place closes.
     child->RemArrayOwner(owner, from);

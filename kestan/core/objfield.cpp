@@ -31,9 +31,9 @@ bool ObjFieldBase::set(SchemaObject& owner, SchemaObject* child, int) const {
   const RefPtr<SchemaObject> former(GetObject(owner, -1));
   if (child == former.get())
     return true;
+  Store(owner, child);
   if (former)
     former->RemOwner(owner);
-  Store(owner, child);
   if (child)
     child->AddOwner(owner);
   NotifyFieldChanged(owner);

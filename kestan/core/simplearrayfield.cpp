@@ -28,17 +28,16 @@ FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const Att
                                                  int index, Update*) const {
   mmvector<T>& array = this->Array(object);
   const std::size_t place = index < 0 ? array.size() : static_cast<std::size_t>(index);
-  T value{};
-  if (!text.isEmpty()) {
-    value = Parse(text);
-  } else if (undefinedOffset_ != 0) {
+  if (undefinedOffset_ != 0) {
     auto& undefined = this->template Member<mmvector<bool>>(object, undefinedOffset_);
-    undefined.resize(std::max(undefined.size(), place + 1));
-    undefined[place] = true;
+    if (text.isEmpty())
+      undefined.resize(std::max(undefined.size(), place + 1));
+    if (place < undefined.size())
+      undefined[place] = text.isEmpty();
   }
   if (place >= array.size())
     array.resize(place + 1);
-  array[place] = std::move(value);
+  array[place] = text.isEmpty() ? T{} : Parse(text);
   this->NotifyFieldChanged(object);
   return FromStringResult::kOk;
 }

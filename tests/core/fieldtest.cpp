@@ -81,6 +81,9 @@ TEST_F(FieldTest, ArraysAppendAndListsReplace) {
   EXPECT_TRUE(xml.contains("<fix>10 20 30</fix>\n\t<fix>1 2 0</fix>"));
   EXPECT_TRUE(xml.contains("<value>v</value>\n\t<value/>\n\t<value>w</value>"));
   EXPECT_EQ(xml, Write(*Read<Probe>(xml)));
+
+  ProbeSchema::GetSingleton().values.fromString(*probe, nullptr, nullptr, "late", 1, nullptr);
+  EXPECT_TRUE(Write(*probe).contains("<value>late</value>")) << "a value that was undefined";
 }
 
 TEST_F(FieldTest, ASetterNotifiesOnlyOfAChangeAndMarksTheFieldAlways) {
