@@ -88,6 +88,9 @@ void Ask(const AbstractFeature& feature) {
   feature.HasSpecifiedHighlightStyle();
 }
 
+/// Never the default: nobody is told when a field is given the value that it has.
+float MakeWidth(unsigned choice) { return static_cast<float>(choice) + 1.5F; }
+
 /// Two documents, and what is taken out of them.
 class World {
 public:
@@ -198,7 +201,7 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
     break;
   case 5:
     if (auto* style = Pick<Style>(a)) {
-      style->GetLineStyle()->SetWidth(static_cast<float>(b));
+      style->GetLineStyle()->SetWidth(MakeWidth(b));
     }
     break;
   case 6:
@@ -214,7 +217,7 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
     isTree_ = isTree_ && b % 2 == 0;
     break;
   case 9:
-    placemark->InlineStyle()->GetLineStyle()->SetWidth(static_cast<float>(b));
+    placemark->InlineStyle()->GetLineStyle()->SetWidth(MakeWidth(b));
     break;
   case 10:
     if (selector) {
