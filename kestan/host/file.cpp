@@ -127,15 +127,19 @@ QString CopyBeside(const QString& from, const QString& to) {
 } // namespace
 
 void CleanupPathname(QString& path) {
-  int end = 0;
-  while (end < path.size() && path[end] != QLatin1Char('?') && path[end] != QLatin1Char('#'))
-    ++end;
-  const int start = PathStart(path, end);
-  if (!NeedsCleanup(path, start, end) && !path.leftRef(start).contains(QLatin1Char('\\')))
-    return;
-  const QString before = path.left(start).replace(QLatin1Char('\\'), QLatin1Char('/'));
-  const QString dirty = path.mid(start, end - start).replace(QLatin1Char('\\'), QLatin1Char('/'));
-  path = before + CleanParts(dirty) + path.mid(end);
+  // What is left may begin like a drive or a URL, of which more has to go.
+  for (int before = path.size() + 1; path.size() < before;) {
+    before = path.size();
+    int end = 0;
+    while (end < path.size() && path[end] != QLatin1Char('?') && path[end] != QLatin1Char('#'))
+      ++end;
+    const int start = PathStart(path, end);
+    if (!NeedsCleanup(path, start, end) && !path.leftRef(start).contains(QLatin1Char('\\')))
+      return;
+    const QString root = path.left(start).replace(QLatin1Char('\\'), QLatin1Char('/'));
+    const QString dirty = path.mid(start, end - start).replace(QLatin1Char('\\'), QLatin1Char('/'));
+    path = root + CleanParts(dirty) + path.mid(end);
+  }
 }
 
 bool move(const QString& from, const QString& to) {

@@ -46,6 +46,7 @@ TEST(CleanupPathnameTest, RewritesThePathAndNothingElse) {
       {"runtime://clone12", "runtime://clone12"},
       {"data:image/png;base64,a//b/../c", "data:image/png;base64,a//b/../c"},
       {"#frag/../x", "#frag/../x"},
+      {":/../root://a://b/", "root://a:/b/"},
       {"a/b.kmz/../c#x", "a/c#x"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.path);
