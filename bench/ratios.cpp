@@ -149,7 +149,9 @@ void PrintCost(const char* name, std::size_t count, std::size_t operations,
 }
 
 /// So many passes over small sets that the clock can tell them.
-std::size_t GetPasses(std::size_t count) { return 100 * kCounts[0] / std::min(count, 100 * kCounts[0]); }
+std::size_t GetPasses(std::size_t count) {
+  return 100 * kCounts[0] / std::min(count, 100 * kCounts[0]);
+}
 
 /// Ends the program when something that was counted didn't happen; keeps calls alive too.
 void Require(bool holds) {

@@ -14,7 +14,9 @@ namespace {
 
 constexpr int kLevels = 10;
 
-std::string InDocument(const std::string& content) { return "<Document>" + content + "</Document>"; }
+std::string InDocument(const std::string& content) {
+  return "<Document>" + content + "</Document>";
+}
 
 std::string MakeStyle(const std::string& id, int width) {
   return "<Style" + (id.empty() ? "" : " id='" + id + "'") + "><LineStyle><width>" +

@@ -74,7 +74,8 @@ void Ask(const AbstractFeature& feature) {
   const StyleSelector* shared = feature.GetReferencedStyleSelector();
   const StyleSelector* own = feature.GetInlineStyleSelector();
   // What a merge of the two gives now, whatever was merged before.
-  const RefPtr<StyleSelector> merged = shared && own ? shared->InternalFlatten(own, false) : nullptr;
+  const RefPtr<StyleSelector> merged =
+      shared && own ? shared->InternalFlatten(own, false) : nullptr;
   for (const int mode : {kStyleNormal, kStyleHighlight}) {
     const Style* style = feature.getRenderStyle(mode);
     if (!style || !feature.getRenderStyleSelector()) {

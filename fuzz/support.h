@@ -21,7 +21,8 @@ void Start();
 /// a reason.
 Tree Read(const std::uint8_t* data, std::size_t size);
 /// The same for a text of which the URL can count.
-Tree Read(const QByteArray& text, const QString& url = QStringLiteral("http://example.com/fuzz.kml"));
+Tree Read(const QByteArray& text,
+          const QString& url = QStringLiteral("http://example.com/fuzz.kml"));
 
 /// The tree as KML. Ends the program when it can't be written.
 QByteArray Write(const Tree& tree);

@@ -26,7 +26,8 @@ void AbstractFeature::SetInlineStyleSelector(StyleSelector* selector) {
 
 void AbstractFeature::SetReferencedStyleSelector(StyleSelector* selector) {
   if (referencedStyleSelector_ != selector)
-    BindStyleSelector(selector, selector ? selector->MakeStyleUrl(GetBaseUrl(), styleUrl_) : QString());
+    BindStyleSelector(selector,
+                      selector ? selector->MakeStyleUrl(GetBaseUrl(), styleUrl_) : QString());
 }
 
 void AbstractFeature::BindStyleSelector(StyleSelector* selector, const QString& url) {

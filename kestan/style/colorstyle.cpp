@@ -23,7 +23,9 @@ const Schema& ColorStyle::GetClassSchema() { return ColorStyleSchema::GetSinglet
 ColorStyle::ColorStyle(const Schema& schema, const KmlId& id, const QString& baseUrl)
     : SubStyle(schema, id, baseUrl) {}
 
-void ColorStyle::setColor(const Color32& color) { Fields().color.CheckSet(*this, color, specified_); }
+void ColorStyle::setColor(const Color32& color) {
+  Fields().color.CheckSet(*this, color, specified_);
+}
 
 void ColorStyle::SetColorMode(ColorMode mode) {
   Fields().colorMode.CheckSet(*this, mode, specified_);

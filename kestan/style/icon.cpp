@@ -95,7 +95,7 @@ QString Png() { return QLatin1String(ResourceManager::kResourceTypePng); }
 void IconSideField::WriteKml(const SchemaObject& object, WriteState& state) const {
   WriteValue(object, state,
              get(object) != GetDefault() ||
-                 static_cast<const Icon&>(object).IsSpecifiedBesideQuery(*this));
+                 static_cast<const Icon&>(object).IsSpecifiedAgainstOthers(*this));
 }
 
 IconSchema::IconSchema() : SchemaT("Icon", &AbstractLink::GetClassSchema(), Namespace::kKml) {
@@ -206,9 +206,12 @@ bool Icon::HasSpecified(int side) const {
   return (fieldsSpecified_ & Fields().sides[side]->GetMaskBit()) != 0;
 }
 
-bool Icon::IsSpecifiedBesideQuery(const Field& field) const {
+bool Icon::IsSpecifiedAgainstOthers(const Field& field) const {
   const int side = SideOf(field);
-  return side >= 0 && HasSpecified(side) && LastQuery(href_) >= 0;
+  if (side < 0 || !HasSpecified(side))
+    return false;
+  const bool hasOlder = (fieldsSpecified_ & Fields().legacySides[side]->GetMaskBit()) != 0;
+  return hasOlder || LastQuery(href_) >= 0;
 }
 
 bool Icon::HasSpecifiedX() const { return HasSpecified(kX); }
@@ -311,7 +314,8 @@ void Icon::NotifyFieldChanged(const Field& field) {
   }
   // A URL may be long, and an icon may be told of many changes. So it's looked at only where the
   // outcome can be another one.
-  if (isHref || (side >= 0 && isPalette_) || (urlDirty_ && (texId_ != kImageFile || !makeAbsolute_)))
+  if (isHref || (side >= 0 && isPalette_) ||
+      (urlDirty_ && (texId_ != kImageFile || !makeAbsolute_)))
     update();
   else if (side >= 0)
     ResetRectangle();

@@ -149,8 +149,9 @@ private:
   void ShowWholeImage();
   void SetSide(int side, int value);
   bool HasSpecified(int side) const;
-  /// True for a side that has a value of its own on an icon of which the URL has a query.
-  bool IsSpecifiedBesideQuery(const Field& field) const;
+  /// True for a side that has a value of its own where the URL's query or the older element of that
+  /// side could mean another one.
+  bool IsSpecifiedAgainstOthers(const Field& field) const;
 
   std::int32_t x_ = 0;
   std::int32_t y_ = 0;

@@ -7,7 +7,7 @@
 namespace vorrel::kestan {
 
 /// A side of the rectangle. One that was given is written also when it's the default, where the
-/// URL has a query that could mean something else.
+/// URL's query or the older element could mean something else.
 class KESTAN_EXPORT IconSideField final : public SimpleField<int> {
 public:
   using SimpleField::SimpleField;

@@ -154,9 +154,9 @@ TEST_F(ObserverTest, AClimbEndsWellWhateverIsDroppedOnItsWay) {
     const char* log;
   };
   // The root holds the middle, and that the leaf, which changes.
-  const Case cases[] = {{'l', 'l', "l~l"},         {'l', 'm', "l~m~l"},     {'l', 'r', "l~r~m~l"},
-                        {'m', 'l', "lmr~l"},       {'m', 'm', "lm~m~l"},    {'m', 'r', "lm~r~m~l"},
-                        {'r', 'l', "lmr~l"},       {'r', 'm', "lmr~m~l"},   {'r', 'r', "lmr~r~m~l"}};
+  const Case cases[] = {{'l', 'l', "l~l"},   {'l', 'm', "l~m~l"},   {'l', 'r', "l~r~m~l"},
+                        {'m', 'l', "lmr~l"}, {'m', 'm', "lm~m~l"},  {'m', 'r', "lm~r~m~l"},
+                        {'r', 'l', "lmr~l"}, {'r', 'm', "lmr~m~l"}, {'r', 'r', "lmr~r~m~l"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.observed << " drops " << c.dropped);
     QString log;

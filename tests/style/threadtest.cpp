@@ -30,8 +30,9 @@ protected:
                                  static_cast<std::size_t>(bytes.size()));
   }
 
-  /// What a document can ask of what all threads share: built-in styles and icons, times, a balloon,
-  /// an encoding, unknown content, references forward and into the documents of other threads.
+  /// What a document can ask of what all threads share: built-in styles and icons, times, a
+  /// balloon, an encoding, unknown content, references forward and into the documents of other
+  /// threads.
   static QString MakeText(int number) {
     return QStringLiteral(
                "<?xml version='1.0' encoding='windows-1252'?>"

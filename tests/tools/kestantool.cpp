@@ -127,7 +127,8 @@ TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
 TEST_F(KestanToolTest, CatPacksWhatTheDocumentRefersTo) {
   MakeFile("a.png", "A");
   const QByteArray image = "<img src='a.png'>";
-  const QByteArray text = "<kml><Placemark><description><![CDATA[%1]]></description></Placemark></kml>";
+  const QByteArray text =
+      "<kml><Placemark><description><![CDATA[%1]]></description></Placemark></kml>";
   const QString whole = MakeFile("whole.kml", QByteArray(text).replace("%1", image));
   const QString part =
       MakeFile("part.kml", QByteArray(text).replace("%1", image + "<img src='none.png'>"));

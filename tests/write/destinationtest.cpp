@@ -12,7 +12,9 @@ namespace vorrel::kestan {
 class DestinationTest : public KmlTest {
 protected:
   QString Path(const char* name) const { return folder_.filePath(name); }
-  QStringList Files() const { return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
+  QStringList Files() const {
+    return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+  }
   static QByteArray Contents(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -100,7 +100,8 @@ TEST_F(FieldOutputTest, AltitudeModeWithAttributesKeepsBoth) {
       "<gx:altitudeMode>relativeToSeaFloor</gx:altitudeMode></Point></Placemark>");
   ASSERT_TRUE(placemark);
   const QString xml = Write(*placemark);
-  EXPECT_TRUE(xml.contains("<altitudeMode a=\"1\">relativeToGround</altitudeMode>")) << xml.toStdString();
+  EXPECT_TRUE(xml.contains("<altitudeMode a=\"1\">relativeToGround</altitudeMode>"))
+      << xml.toStdString();
   EXPECT_TRUE(xml.contains("<gx:altitudeMode>relativeToSeaFloor</gx:altitudeMode>")) << xml.toStdString();
   const auto again = ReadObject(xml);
   ASSERT_TRUE(again);

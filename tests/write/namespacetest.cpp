@@ -8,7 +8,8 @@ namespace vorrel::kestan {
 class NamespaceTest : public KmlTest {
 protected:
   static QString Kml(const char* declarations, const char* content) {
-    return QString("<kml xmlns=\"http://www.opengis.net/kml/2.2\" %1><Placemark>%2</Placemark></kml>")
+    return QString(
+               "<kml xmlns=\"http://www.opengis.net/kml/2.2\" %1><Placemark>%2</Placemark></kml>")
         .arg(declarations, content);
   }
 };
@@ -58,9 +59,9 @@ TEST_F(NamespaceTest, ForeignContentKeepsItsMeaning) {
 }
 
 TEST_F(NamespaceTest, ContentThatNeedsNoCareComesOutTheSame) {
-  const QString document =
-      Kml("xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\" xmlns:p=\"urn:p\" xmlns:q=\"urn:q\"",
-          "<name p:x=\"&lt;1&#10;\">n</name><q:a r:b=\"2\" xmlns:r=\"urn:r\">t &amp; u<p:c/></q:a>");
+  const QString document = Kml(
+      "xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\" xmlns:p=\"urn:p\" xmlns:q=\"urn:q\"",
+      "<name p:x=\"&lt;1&#10;\">n</name><q:a r:b=\"2\" xmlns:r=\"urn:r\">t &amp; u<p:c/></q:a>");
   const QString content = RoundTrip(document);
   // Apart from indentation.
   const QString canonical = Canonical(content.toUtf8().replace("\n", "").replace("\t", ""));

@@ -55,8 +55,12 @@ TEST_F(TextTest, NamesAreEscapedAndReadBackAsTheyWere) {
 
 // A character that needs care may stand at any place of a block that is copied at once.
 TEST_F(TextTest, EscapesHoldAtEveryPlaceOfALongText) {
-  const QString special[] = {"&", QString(QChar(0xE9)), QString::fromUtf8("🌍"), QString(QChar(0x8041)),
-                             QString(QChar(0xDC00)), "\r"};
+  const QString special[] = {"&",
+                             QString(QChar(0xE9)),
+                             QString::fromUtf8("🌍"),
+                             QString(QChar(0x8041)),
+                             QString(QChar(0xDC00)),
+                             "\r"};
   for (const QString& s : special) {
     for (int position = 0; position < 70; ++position) {
       QString text(69, 'x');
