@@ -210,8 +210,8 @@ bool Icon::IsSpecifiedAgainstOthers(const Field& field) const {
   const int side = SideOf(field);
   if (side < 0 || !HasSpecified(side))
     return false;
-  const bool hasOlder = (fieldsSpecified_ & Fields().legacySides[side]->GetMaskBit()) != 0;
-  return hasOlder || LastQuery(href_) >= 0;
+  const SimpleField<int>& older = *Fields().legacySides[side];
+  return older.get(*this) != older.GetDefault() || LastQuery(href_) >= 0;
 }
 
 bool Icon::HasSpecifiedX() const { return HasSpecified(kX); }

@@ -173,6 +173,7 @@ TEST_F(IconTest, TheRectangleComesBackWhateverTheQuerySays) {
       {"<href>http://h/a.png?x=5&amp;y=6</href><gx:x>0</gx:x><gx:h>-1</gx:h>", "0,6,32,-1"},
       {"<href>a.png?b=c</href><gx:y>9</gx:y><gx:w>-1</gx:w>", "0,9,-1,32"},
       {"<href>a.png?x=0</href><x>3</x>", "0,0,-1,-1"},
+      {"<href>a.png</href><x>0</x>", "0,0,-1,-1"},
       {"<href>file:///a.png??x=7</href>", "7,0,32,32"},
       {"<href>file:///a.png?x=7?y=8</href>", "7,8,32,32"},
       {"<href>file:///a.png?b&amp;x=7&amp;&amp;</href>", "7,0,32,32"},
