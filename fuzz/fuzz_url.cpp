@@ -50,7 +50,7 @@ void CheckArchive(const QString& url) {
   Expect(found == !inner.isEmpty() && found == !archive.isEmpty(), "archive", archive, inner);
   if (found && net::ServerInfo::IsHttp(url, false)) {
     const int size = static_cast<int>(archive.size());
-    Expect(url.startsWith(archive) && url.midRef(size + 1).startsWith(inner), "archive's path",
+    Expect(url.startsWith(archive) && QStringView(url).mid(size + 1).startsWith(inner), "archive's path",
            archive, inner);
   }
 }

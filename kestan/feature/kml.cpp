@@ -27,7 +27,7 @@ constexpr std::size_t kMaxHintTargets = 0xFFFF;
 /// True when "target=" with `target` stands anywhere in `hint`.
 bool NamesTarget(const QString& hint, const QString& target) {
   for (int at = hint.indexOf(kTarget); at >= 0; at = hint.indexOf(kTarget, at + 1)) {
-    if (hint.midRef(at + kTarget.size()).startsWith(target))
+    if (QStringView(hint).mid(at + kTarget.size()).startsWith(target))
       return true;
   }
   return false;

@@ -45,7 +45,8 @@ namespace vorrel::kestan {
 /// Cells for observers: a document may hold thousands of open references.
 class LoadObserverCellManagerPool final : public CellManagerPool {
 public:
-  static constexpr std::size_t kCellSize = 128;
+  /// The two strings of a target are longer with Qt 6.
+  static constexpr std::size_t kCellSize = 128 + 2 * (sizeof(QString) - sizeof(void*));
   LoadObserverCellManagerPool() : CellManagerPool(kCellSize) {}
 };
 

@@ -168,13 +168,13 @@ void RootContent::MoveTo(SchemaObject& feature, const SchemaObject& root) const 
     const bool means = feature.FindField(element.localName, element.ns, nullptr) != nullptr;
     if (means)
       fields += QLatin1Char('<') + root.getType() + QLatin1Char('>');
-    fields += from->fields.midRef(begin, element.nameEnd - begin) + declarations +
-              from->fields.midRef(element.nameEnd, end - element.nameEnd);
+    fields += from->fields.mid(begin, element.nameEnd - begin) + declarations +
+              from->fields.mid(element.nameEnd, end - element.nameEnd);
     if (means)
       fields += QLatin1String("</") + root.getType() + QLatin1Char('>');
     begin = end;
   }
-  feature.SetUnknownFields(fields + from->fields.midRef(begin) + to.fields, nullptr);
+  feature.SetUnknownFields(fields + from->fields.mid(begin) + to.fields, nullptr);
 }
 
 } // namespace vorrel::kestan

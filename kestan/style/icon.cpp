@@ -66,7 +66,7 @@ int SideOf(const QString& parameter, int& value) {
     if (!parameter.startsWith(QLatin1String(kSideParameters[side])))
       continue;
     bool isNumber = false;
-    value = parameter.midRef(2).toInt(&isNumber);
+    value = parameter.mid(2).toInt(&isNumber);
     if (side == kW || side == kH)
       value = std::max(value, -1);
     return isNumber ? side : -1;
@@ -495,7 +495,7 @@ bool Icon::TakeServerForm(const QString& rest) {
     bool isNumber = false;
     const int length = static_cast<int>(rest.size()) - kNumberPosition - kSuffixLength;
     const int index = length > 0 && length <= kMaxDigits
-                          ? rest.midRef(kNumberPosition, length).toInt(&isNumber)
+                          ? rest.mid(kNumberPosition, length).toInt(&isNumber)
                           : 0;
     if (!isNumber || index < 0)
       return false;

@@ -101,8 +101,9 @@ TEST_F(PointTest, KnowsItsFeatureWhileItHasOne) {
 }
 
 TEST_F(PointTest, APlacemarkWithItsPointIsSmall) {
-  // The two objects; their texts and the blocks of the allocator come on top.
-  EXPECT_LE(sizeof(Placemark) + sizeof(Point), 560U);
+  // The two objects; their texts and the blocks of the allocator come on top. A string takes three
+  // words rather than one with Qt 6.
+  EXPECT_LE(sizeof(Placemark) + sizeof(Point), sizeof(QString) == sizeof(void*) ? 560U : 736U);
 }
 
 } // namespace vorrel::kestan

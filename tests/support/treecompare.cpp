@@ -76,19 +76,21 @@ QString GetTarget(const QString& url) {
   QString archive;
   QString inner;
   QByteArray bytes;
+  bool isFile = false;
   if (net::Fetcher::FindInKmz(url, &archive, &inner)) {
     bytes = net::Fetcher::GetBytesFromKmz(archive, inner);
+    isFile = !bytes.isNull();
   } else {
     const QString unescaped = QUrl::fromPercentEncoding(url.toUtf8());
     for (const QString& path : {url, unescaped, QUrl(url).toLocalFile()}) {
       QFile file(path);
-      if (bytes.isNull() && QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
+      if (!isFile && QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
         bytes = file.readAll();
-        bytes.append(""); // an empty file is there too
+        isFile = true;
       }
     }
   }
-  if (bytes.isNull()) {
+  if (!isFile) {
     return url;
   }
   return QStringLiteral("file of %1 bytes, ").arg(bytes.size()) +
