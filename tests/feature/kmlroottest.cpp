@@ -8,13 +8,6 @@ namespace vorrel::kestan {
 
 using KmlRootTest = KmlTest;
 
-TEST_F(KmlRootTest, OneFeatureOnly) {
-  EXPECT_TRUE(Read<Document>("<kml><Document/></kml>"));
-  EXPECT_FALSE(ReadObject(QByteArray("<kml><Document/><Document/></kml>")));
-  EXPECT_TRUE(error().contains("Only a single root feature allowed within <kml> tag"))
-      << error().toStdString();
-}
-
 TEST_F(KmlRootTest, HintsNameATarget) {
   struct Case {
     const char* hint;
