@@ -30,21 +30,17 @@ TEST_F(BuiltInStyleTest, AClientInstallsItsOwnDefault) {
 TEST_F(BuiltInStyleTest, ADescriptionLeadsToOneStyle) {
   // Once more, it's the same object, which doesn't grow further. Numbers are those of old icons.
   const char* const same[][2] = {
-      {"default+nicon=http://a/n.png+hicon=http://a/h.png", nullptr},
-      {"default+nicon=http://a/n.png+hicon=http://a/n.png", nullptr},
+      {"default+nicon=http://a/n.png+hicon=http://a/h.png",
+       "default+nicon=http://a/n.png+hicon=http://a/h.png"},
       {"default?iconId=0x307", "default?iconId=775"},
   };
-  for (const auto& ids : same) {
-    SCOPED_TRACE(ids[0]);
-    const auto resolve = [](const char* id) {
-      return StyleSelector::resolve(KmlId(id, Style::GetRootStyleBase()));
-    };
-    const RefPtr<StyleSelector> selector = resolve(ids[0]);
-    EXPECT_EQ(selector, resolve(ids[1] ? ids[1] : ids[0]));
-    const Style* highlight = selector->InternalGetSelectedStyle(kStyleHighlight);
-    const bool isMap = selector->isOfType(StyleMap::GetClassSchema());
-    EXPECT_FLOAT_EQ(isMap ? 1.1F : 1.0F, highlight->GetIconStyle()->GetScale());
-    EXPECT_TRUE(highlight->GetIconStyle()->HasIcon());
+  for (const auto& [first, second] : same) {
+    SCOPED_TRACE(first);
+    const auto selector = StyleSelector::resolve(KmlId(first, Style::GetRootStyleBase()));
+    EXPECT_EQ(selector, StyleSelector::resolve(KmlId(second, Style::GetRootStyleBase())));
+    const IconStyle* icon = selector->InternalGetSelectedStyle(kStyleHighlight)->GetIconStyle();
+    EXPECT_FLOAT_EQ(1.1F, icon->GetScale());
+    EXPECT_TRUE(icon->HasIcon());
   }
 }
 

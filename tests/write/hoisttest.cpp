@@ -41,15 +41,15 @@ TEST_F(HoistTest, AFeatureWithAStyleIsWrappedInADocument) {
 
 TEST_F(HoistTest, StylesOfOneIdOrOfNoneAreToldApart) {
   const RefPtr<Style> styles[] = {MakeStyle("s", "a.kml"), MakeStyle("s", "b.kml"),
-                                  MakeStyle("s", "c.kml"), MakeStyle("", "a.kml"),
-                                  MakeStyle("", "a.kml")};
+                                  MakeStyle("s", "c.kml"), MakeStyle("Style0", "a.kml"),
+                                  MakeStyle("", "a.kml"),  MakeStyle("", "a.kml")};
   const auto folder = Read<Folder>("<Folder/>");
-  for (int i = 0; i < 10; ++i)
-    folder->AddChild(*Make(*styles[i % 5]));
+  for (int i = 0; i < 12; ++i)
+    folder->AddChild(*Make(*styles[i % 6]));
   const QString xml = Write(*folder);
-  EXPECT_EQ(5, xml.count("<Style "));
-  for (const char* id : {"s", "s0", "s1", "Style0", "Style1"}) {
-    EXPECT_EQ(1, xml.count(QString("<Style id=\"%1\">").arg(id)));
+  EXPECT_EQ(6, xml.count("<Style "));
+  for (const char* id : {"s", "s0", "s1", "Style0", "Style1", "Style2"}) {
+    EXPECT_EQ(1, xml.count(QString("<Style id=\"%1\">").arg(id))) << xml.toStdString();
     EXPECT_EQ(2, xml.count(QString("<styleUrl>#%1</styleUrl>").arg(id)));
   }
   EXPECT_EQ(QString(), FindXmlError(xml.toUtf8()));
