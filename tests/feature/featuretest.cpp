@@ -105,9 +105,7 @@ TEST_F(FeatureTest, SettersTellOfChangesOnly) {
   feature->SetName("a");
   feature->SetIsOpen(false);
   feature->SetVisibility(true);
-  feature->SetStyleMode(0);
   feature->SetHiddenByLod(false);
-  feature->SetStyleUrl("");
   EXPECT_EQ("", log.take());
   feature->SetName("\xc3\xa4", true);
   EXPECT_EQ(QString(QChar(0xe4)), feature->GetName());

@@ -90,11 +90,6 @@ TEST_F(ErrorTest, TheSettingGradesRecoverableErrors) {
   EXPECT_EQ(2, strict.handler.GetErrorLine());
   EXPECT_EQ(1, strict.handler.GetErrorColumn());
   EXPECT_TRUE(recorder->reports.empty());
-
-  const Parse dropping(kTwoErrors, 3, recorder.get());
-  ASSERT_TRUE(dropping.object);
-  EXPECT_FALSE(dropping.object->HasUnknownData());
-  EXPECT_TRUE(recorder->reports.empty());
 }
 
 TEST_F(ErrorTest, ReportsTellTheirPlaceAndObeyTheAnswer) {

