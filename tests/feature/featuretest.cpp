@@ -105,6 +105,7 @@ TEST_F(FeatureTest, SettersTellOfChangesOnly) {
   feature->SetName("a");
   feature->SetIsOpen(false);
   feature->SetVisibility(true);
+  feature->SetStyleMode(0);
   feature->SetHiddenByLod(false);
   EXPECT_EQ("", log.take());
   feature->SetName("\xc3\xa4", true);
@@ -195,7 +196,7 @@ TEST_F(FeatureTest, AnOpacityThatIsNoNumberEndsItsUpdates) {
 TEST_F(FeatureTest, TheNearestTimeIsInheritedAndDecidesVisibility) {
   const auto folder = MakeFolder("f");
   const auto child = MakePlacemark("p");
-  folder->AddChild(*child);
+  child->SetParent(folder.get());
   const RefPtr<FakeTime> outer(new FakeTime("2007", false));
   const RefPtr<FakeTime> own(new FakeTime("2008"));
   EXPECT_FALSE(child->IsTimedFeature());

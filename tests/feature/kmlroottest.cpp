@@ -1,5 +1,4 @@
 #include "kestan/core/kestanoptions.h"
-#include "kestan/feature/document.h"
 #include "kestan/feature/kmlschema.h"
 #include "kestan/feature/placemark.h"
 #include "tests/support/kmltest.h"

@@ -1,5 +1,4 @@
 #include "kestan/feature/folder.h"
-#include "kestan/feature/kml.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/geometry/point.h"
 #include "tests/read/readtest.h"
@@ -100,14 +99,19 @@ TEST_F(DocumentTest, AnIdElementNamesTheObjectAndItsAttributesJoinTheObjects) {
 
 TEST_F(DocumentTest, ObjectsBelongToTheDocument) {
   KmlHandler handler("http://example.com/x/../a.kml", 7, nullptr, nullptr, nullptr);
-  const QByteArray text = "<Folder><Placemark id='a'/></Folder>";
-  const auto object =
-      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
-                            static_cast<std::size_t>(text.size()));
+  const auto object = Load(handler, "<Folder><Placemark id='a'/></Folder>");
   const SchemaObject* const placemark = SchemaObject::find("http://example.com/a.kml", "a");
   ASSERT_TRUE(placemark);
   EXPECT_EQ(7U, placemark->GetAccess());
   EXPECT_EQ("http://example.com/a.kml", placemark->GetBaseUrl());
+}
+
+TEST_F(DocumentTest, LongValuesArriveWhole) {
+  const QString coordinates = QString("1,2,0 179,-90,0 ").repeated(15000);
+  const auto line =
+      ReadObject("<LineString><coordinates>" + coordinates + "</coordinates></LineString>");
+  ASSERT_TRUE(line);
+  EXPECT_TRUE(Write(*line).contains("<coordinates>\n\t\t" + coordinates + "\n"));
 }
 
 } // namespace

@@ -158,14 +158,10 @@ TEST_F(ErrorTest, FilesThatCannotBeReadSayWhy) {
 
 TEST_F(ErrorTest, AHandlerStartsEachDocumentAfresh) {
   KmlHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, nullptr);
-  const auto load = [&handler](const QByteArray& text) {
-    return ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
-                                 static_cast<std::size_t>(text.size()));
-  };
-  EXPECT_FALSE(load("<kml><Document/><Folder/></kml>"));
-  EXPECT_FALSE(load("<Placemark><x><y>"));
-  EXPECT_TRUE(load("<Placemark xmlns='http://www.opengis.net/kml/2.2'/>"));
-  EXPECT_TRUE(load("<Placemark/>"));
+  EXPECT_FALSE(Load(handler, "<kml><Document/><Folder/></kml>"));
+  EXPECT_FALSE(Load(handler, "<Placemark><x><y>"));
+  EXPECT_TRUE(Load(handler, "<Placemark xmlns='http://www.opengis.net/kml/2.2'/>"));
+  EXPECT_TRUE(Load(handler, "<Placemark/>"));
   EXPECT_EQ(QString(), handler.GetErrorText());
 }
 

@@ -4,7 +4,6 @@
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/feature/abstractfeatureschema.h"
-#include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/host/job.h"
 #include "kestan/read/loadobserverloader.h"
@@ -123,25 +122,6 @@ TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
   EXPECT_FALSE(IsWaiting(*first));
   EXPECT_FALSE(second->GetBit(kBitLoadFailed));
   EXPECT_TRUE(IsWaiting(*second));
-}
-
-TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {
-  const auto style = MakeStyle("s");
-  RefPtr<Folder> folder;
-  BuildOnWorker([&] {
-    folder = Read<Folder>("<Folder><Placemark><styleUrl>styles.kml#s</styleUrl></Placemark>"
-                          "<Placemark><styleUrl>styles.kml#later</styleUrl></Placemark>"
-                          "<Placemark><styleUrl>styles.kml#s</styleUrl></Placemark></Folder>");
-  });
-  ASSERT_TRUE(folder);
-  const auto child = [&](int i) -> Placemark& {
-    return static_cast<Placemark&>(*folder->GetChild(i));
-  };
-  EXPECT_EQ(style.get(), StyleOf(child(0)));
-  EXPECT_EQ(style.get(), StyleOf(child(2)));
-  EXPECT_TRUE(IsWaiting(child(1)));
-  const auto later = MakeStyle("later");
-  EXPECT_EQ(later.get(), StyleOf(child(1)));
 }
 
 TEST_F(LoadObserverTest, AnotherUrlWaitsForItsOwnTargetOnly) {

@@ -35,7 +35,13 @@ TEST(NamespaceTest, UrisStandForTheirNamespaceAndVersion) {
     EXPECT_EQ(c.ns, NamespaceStringToEnum(QString::fromLatin1(c.uri), &major, &minor));
     EXPECT_EQ(c.major, major);
     EXPECT_EQ(-1, minor);
+    const QString written = NamespaceEnumToString(c.ns);
+    EXPECT_EQ(c.ns == Namespace::kUnknown, written.isNull());
+    if (!written.isNull()) {
+      EXPECT_EQ(c.ns, NamespaceStringToEnum(written, nullptr, nullptr));
+    }
   }
+  EXPECT_TRUE(IsNamespaceStandard("xal", Namespace::kXal));
 }
 
 using NamespaceReadTest = ReadTest;

@@ -2,7 +2,6 @@
 #include "kestan/core/library.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyle.h"
-#include "kestan/style/labelstyle.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/stylemap.h"
 #include "kestan/style/stylemappair.h"
@@ -29,17 +28,24 @@ TEST_F(BuiltInStyleTest, AClientInstallsItsOwnDefault) {
 
 TEST_F(BuiltInStyleTest, ADescriptionLeadsToOneStyle) {
   // Once more, it's the same object, which doesn't grow further. Numbers are those of old icons.
-  const char* const same[][2] = {
-      {"default+nicon=http://a/n.png+hicon=http://a/h.png",
-       "default+nicon=http://a/n.png+hicon=http://a/h.png"},
-      {"default?iconId=0x307", "default?iconId=775"},
+  struct Case {
+    const char* id;
+    const char* same;
+    float highlight;
   };
-  for (const auto& [first, second] : same) {
-    SCOPED_TRACE(first);
-    const auto selector = StyleSelector::resolve(KmlId(first, Style::GetRootStyleBase()));
-    EXPECT_EQ(selector, StyleSelector::resolve(KmlId(second, Style::GetRootStyleBase())));
+  const Case cases[] = {
+      {"default+nicon=http://a/n.png+hicon=http://a/h.png",
+       "default+nicon=http://a/n.png+hicon=http://a/h.png", 1.1F},
+      {"default+nicon=http://a/n.png+hicon=http://a/n.png",
+       "default+nicon=http://a/n.png+hicon=http://a/n.png", 1.0F},
+      {"default?iconId=0x307", "default?iconId=775", 1.1F},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.id);
+    const auto selector = StyleSelector::resolve(KmlId(c.id, Style::GetRootStyleBase()));
+    EXPECT_EQ(selector, StyleSelector::resolve(KmlId(c.same, Style::GetRootStyleBase())));
     const IconStyle* icon = selector->InternalGetSelectedStyle(kStyleHighlight)->GetIconStyle();
-    EXPECT_FLOAT_EQ(1.1F, icon->GetScale());
+    EXPECT_FLOAT_EQ(c.highlight, icon->GetScale());
     EXPECT_TRUE(icon->HasIcon());
   }
 }

@@ -1,5 +1,4 @@
 #include "kestan/core/watcher.h"
-#include "kestan/feature/document.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/stylemap.h"
 #include "tests/style/styletest.h"

@@ -2,8 +2,8 @@
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstackstyle.h"
 #include "kestan/style/iconstyleschema.h"
-#include "kestan/style/labelstyleschema.h"
-#include "kestan/style/linestyleschema.h"
+#include "kestan/style/labelstyle.h"
+#include "kestan/style/linestyle.h"
 #include "kestan/style/liststyle.h"
 #include "kestan/style/polystyle.h"
 #include "tests/style/styletest.h"
@@ -53,6 +53,7 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
        "<gx:headingMode>northUp</gx:headingMode><gx:facingMode>billboard</gx:facingMode>"
        "<gx:hotSpotMode>endPt</gx:hotSpotMode><gx:stackOrder>4</gx:stackOrder>"
        "<gx:overlappable>1</gx:overlappable></IconStyle>"},
+      {"<IconStyle><hotSpot x=\"7\" y=\"8\" xunits=\"pixels\" yunits=\"pixels\"/></IconStyle>"},
       {"<IconStyle><gx:headingMode>worldNorth</gx:headingMode></IconStyle>",
        "<IconStyle><gx:headingMode>northUp</gx:headingMode></IconStyle>"},
       {"<LabelStyle><scale>0</scale><gx:headingMode>geometryHeading</gx:headingMode>"
@@ -102,6 +103,17 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
     document.reset();
     EXPECT_EQ(hoisted, Write(*ReadLocal(hoisted)));
   }
+}
+
+TEST_F(SubStyleTest, UnknownModesAreReportedOrChangeNothing) {
+  const auto style = ReadStyle("<LineStyle><colorMode>loud</colorMode></LineStyle>"
+                               "<ListStyle><listItemType>4</listItemType></ListStyle>");
+  EXPECT_EQ(2, messages().size());
+  EXPECT_EQ(ListStyle::kCheck, style->GetListStyle()->GetListItemType());
+  EXPECT_EQ("", GetStyleContent(Write(*style)));
+  style->GetLineStyle()->SetColorMode("random");
+  style->GetLineStyle()->SetColorMode("no mode");
+  EXPECT_EQ(ColorStyle::kRandom, style->GetLineStyle()->GetColorMode());
 }
 
 TEST_F(SubStyleTest, RedundantFieldsAreForgotten) {

@@ -115,11 +115,12 @@ TEST_F(StyleThreadTest, ABalloonOfAWorkerIsReportedWhenTheMainThreadHasIt) {
   Log log;
   Documents documents;
   {
+    const QString text = QStringLiteral(
+        "<kml xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><Document><Placemark><name>%1</name>"
+        "<gx:balloonVisibility>1</gx:balloonVisibility></Placemark></Document></kml>");
+    const auto url = QStringLiteral("/dir/b%1.kml");
+    ReadLocal(text.arg("gone"));
     Workers workers(kWorkers, [&](int number) {
-      const QString text = QStringLiteral(
-          "<kml xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><Document><Placemark><name>%1</name>"
-          "<gx:balloonVisibility>1</gx:balloonVisibility></Placemark></Document></kml>");
-      const auto url = QStringLiteral("/dir/b%1.kml");
       ReadOnWorker(url.arg("x"), text.arg("gone"));
       documents[static_cast<std::size_t>(number)] = ReadOnWorker(url.arg(number), text.arg(number));
     });
