@@ -1,5 +1,5 @@
-#include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/feature/folder.h"
 #include "kestan/geometry/geometryvisitor.h"
 #include "kestan/geometry/point.h"
 #include "tests/feature/faketime.h"

@@ -124,6 +124,20 @@ TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
   EXPECT_TRUE(IsWaiting(*second));
 }
 
+TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {
+  const auto style = MakeStyle("s");
+  RefPtr<Placemark> found;
+  RefPtr<Placemark> waiting;
+  BuildOnWorker([&] {
+    found = MakeReference("styles.kml#s");
+    waiting = MakeReference("styles.kml#later");
+  });
+  EXPECT_EQ(style.get(), StyleOf(*found));
+  EXPECT_TRUE(IsWaiting(*waiting));
+  const auto later = MakeStyle("later");
+  EXPECT_EQ(later.get(), StyleOf(*waiting));
+}
+
 TEST_F(LoadObserverTest, AnotherUrlWaitsForItsOwnTargetOnly) {
   const auto placemark = MakeReference("styles.kml#a");
   placemark->SetStyleUrl("styles.kml#b");

@@ -25,8 +25,7 @@ protected:
     KmlHandler handler(url, 2, nullptr, nullptr, nullptr);
     const QByteArray bytes = text.toUtf8();
     const NotificationDeferrer deferrer; // as a client that merges the document later
-    return ExpatHandler::LoadXml(handler,
-                                 reinterpret_cast<const unsigned char*>(bytes.constData()),
+    return ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(bytes.constData()),
                                  static_cast<std::size_t>(bytes.size()));
   }
 
