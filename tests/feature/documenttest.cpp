@@ -66,46 +66,12 @@ TEST_F(DocumentTest, AStyleOfSeveralDocumentsLeavesTheOneThatIsMeant) {
   EXPECT_EQ(0, other->FindStyleSelector(*shared));
 }
 
-TEST_F(DocumentTest, AFeatureWithASharedStyleIsWrappedInADocument) {
-  const auto placemark = Read<Placemark>("<Placemark id=\"p\"><name>n</name></Placemark>");
-  ASSERT_TRUE(placemark);
-  const auto remote = MakeStyle("r", "http://example.com/styles.kml");
-  placemark->SetReferencedStyleSelector(remote.get());
-  EXPECT_FALSE(Write(*placemark).contains("Document")) << "the server's style stays there";
-
-  const auto local = MakeStyle("l");
-  placemark->SetReferencedStyleSelector(local.get());
-  const QString text = Squeezed(Write(*placemark));
-  EXPECT_TRUE(text.contains("<Document><name>KmlFile</name><Style id=\"l\"></Style>"
-                            "<Placemark id=\"p\"><name>n</name><styleUrl>#l</styleUrl>"
-                            "</Placemark></Document>"))
-      << text.toStdString();
-  EXPECT_FALSE(Write(*placemark, kWriteNoHoist).contains("Document"));
-}
-
-TEST_F(DocumentTest, EachDocumentWritesTheStylesOfItsOwnFeatures) {
-  const auto outer = Read<Document>("<Document><Placemark/><Document><Placemark/></Document>"
-                                    "</Document>");
-  ASSERT_TRUE(outer);
-  auto* const inner = static_cast<Document*>(outer->GetChild(1));
-  const auto a = MakeStyle("a");
-  const auto b = MakeStyle("b");
-  outer->GetChild(0)->SetReferencedStyleSelector(a.get());
-  inner->GetChild(0)->SetReferencedStyleSelector(b.get());
-  const QString text = Squeezed(Write(*outer));
-  EXPECT_EQ(1, text.count("<Style id=\"a\">"));
-  EXPECT_EQ(1, text.count("<Style id=\"b\">"));
-  EXPECT_GT(text.indexOf("id=\"b\""), text.indexOf("<Document>", text.indexOf("<Document>") + 1));
-}
-
 TEST_F(DocumentTest, OwnerDocumentIsTheNearest) {
-  const auto outer = Read<Document>("<Document><Folder><Placemark><Point/></Placemark></Folder>"
-                                    "</Document>");
+  const auto outer = Read<Document>("<Document><Document id='inner'><Folder><Placemark>"
+                                    "<Point id='p'/></Placemark></Folder></Document></Document>");
   ASSERT_TRUE(outer);
-  mmvector<SchemaObject*> points;
-  outer->GetElementsBySchema("Point", points);
-  ASSERT_EQ(1U, points.size());
-  EXPECT_EQ(outer.get(), points[0]->GetOwnerDocument());
+  EXPECT_EQ(SchemaObject::find(GetDocumentUrl(), "inner"),
+            SchemaObject::find(GetDocumentUrl(), "p")->GetOwnerDocument());
 }
 
 } // namespace vorrel::kestan

@@ -103,24 +103,13 @@ TEST_F(FolderTest, FindingByElementName) {
   const auto folder = Read<Folder>("<Folder><Placemark><Point/></Placemark><Folder><Placemark/>"
                                    "</Folder></Folder>");
   ASSERT_TRUE(folder);
+  const std::pair<const char*, std::size_t> counts[] = {
+      {"Placemark", 2}, {"Point", 3}, {"Folder", 4}, {"Nothing", 4}}; // itself doesn't count
   mmvector<SchemaObject*> found;
-  folder->GetElementsBySchema("Placemark", found);
-  EXPECT_EQ(2U, found.size());
-  folder->GetElementsBySchema("Point", found);
-  EXPECT_EQ(3U, found.size());
-  folder->GetElementsBySchema("Folder", found);
-  EXPECT_EQ(4U, found.size()) << "the folder itself doesn't count";
-  folder->GetElementsBySchema("Nothing", found);
-  EXPECT_EQ(4U, found.size());
-}
-
-TEST_F(FolderTest, ReportsOfSubFieldsAreAskedForDownTheTree) {
-  const auto folder = Read<Folder>("<Folder><Folder><Placemark/></Folder></Folder>");
-  ASSERT_TRUE(folder);
-  const AbstractFeature* leaf = static_cast<Folder*>(folder->GetChild(0))->GetChild(0);
-  EXPECT_FALSE(leaf->GetBit(kBitInheritedNotifySubField));
-  folder->SetInheritedShouldNotifySubFieldChanged(true);
-  EXPECT_TRUE(leaf->GetBit(kBitInheritedNotifySubField));
+  for (const auto& [name, count] : counts) {
+    folder->GetElementsBySchema(name, found);
+    EXPECT_EQ(count, found.size()) << name;
+  }
 }
 
 TEST_F(FolderTest, AFolderOutsideTheTreeCanBeHiddenAsAWhole) {

@@ -1,5 +1,4 @@
 #include "kestan/core/kestanoptions.h"
-#include "kestan/feature/document.h"
 #include "kestan/feature/kmlschema.h"
 #include "kestan/feature/placemark.h"
 #include "tests/support/kmltest.h"
@@ -7,13 +6,6 @@
 namespace vorrel::kestan {
 
 using KmlRootTest = KmlTest;
-
-TEST_F(KmlRootTest, OneFeatureOnly) {
-  EXPECT_TRUE(Read<Document>("<kml><Document/></kml>"));
-  EXPECT_FALSE(ReadObject(QByteArray("<kml><Document/><Document/></kml>")));
-  EXPECT_TRUE(error().contains("Only a single root feature allowed within <kml> tag"))
-      << error().toStdString();
-}
 
 TEST_F(KmlRootTest, HintsNameATarget) {
   struct Case {

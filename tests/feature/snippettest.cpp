@@ -29,6 +29,8 @@ TEST_F(SnippetTest, BothFormsAreReadShownAndWritten) {
       {"<Snippet>a</Snippet><snippet></snippet>", "", 0, true, "<snippet></snippet>",
        "<Snippet maxLines=\"0\"></Snippet>"},
       {"<snippet>&lt;b&gt;</snippet>", "<b>", 2, true, "<snippet><![CDATA[<b>]]></snippet>", ""},
+      {"<Style><ListStyle><maxSnippetLines>9</maxSnippetLines></ListStyle></Style>", "", 9, false,
+       "", ""},
       {"<linkSnippet maxLines=\"1\">a</linkSnippet>", "a", 1, false, "", ""},
   };
   for (const Case& c : cases) {

@@ -1,5 +1,4 @@
 #include "kestan/feature/folder.h"
-#include "kestan/feature/kml.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/geometry/point.h"
 #include "tests/read/readtest.h"
@@ -11,13 +10,16 @@ namespace {
 using DocumentTest = ReadTest;
 
 TEST_F(DocumentTest, TextIsTrimmedAndOnlyTheRunBeforeAnEndTagCounts) {
-  EXPECT_EQ("a", Read<Placemark>("<Placemark><name> a\n</name></Placemark>")->GetName());
-  EXPECT_EQ("a b",
-            Read<Placemark>("<Placemark><name>\t&#160;a b&#13;</name></Placemark>")->GetName());
-  EXPECT_TRUE(Read<Placemark>("<Placemark><name> </name></Placemark>")->GetName().isNull());
-  EXPECT_EQ("<i>",
-            Read<Placemark>("<Placemark><name><![CDATA[<i>]]></name></Placemark>")->GetName());
-  EXPECT_EQ("b", Read<Placemark>("<Placemark><name>a</name><name>b</name></Placemark>")->GetName());
+  const QString cases[][2] = {{" a\n", "a"},
+                              {"\t&#160;a b&#13;", "a b"},
+                              {" ", QString()},
+                              {"<![CDATA[<i>]]>", "<i>"},
+                              {"a</name><name>b", "b"}};
+  for (const auto& [text, name] : cases) {
+    const auto placemark = Read<Placemark>("<Placemark><name>" + text + "</name></Placemark>");
+    EXPECT_EQ(name, placemark->GetName());
+    EXPECT_EQ(name.isNull(), placemark->GetName().isNull());
+  }
 }
 
 TEST_F(DocumentTest, ElementsInsideAValueBecomePartOfIt) {
@@ -35,11 +37,6 @@ TEST_F(DocumentTest, DeclarationsInsideAValueStayInItsText) {
                             "<p xmlns='http://www.w3.org/1999/xhtml'><f:b xmlns:f='urn:f'/></p>"
                             "</description></Placemark>")
                 ->GetDescription());
-}
-
-TEST_F(DocumentTest, AnyClassCanBeTheRoot) {
-  EXPECT_TRUE(Read<Point>("<Point><coordinates>1,2</coordinates></Point>"));
-  EXPECT_TRUE(Read<Folder>("<k:Folder xmlns:k='http://www.opengis.net/kml/2.2'/>"));
 }
 
 TEST_F(DocumentTest, OfAKmlRootTheFeatureIsReturned) {
@@ -66,8 +63,7 @@ TEST_F(DocumentTest, AnObjectThatIsNoFeatureComesBackFromItsKmlRoot) {
                         "<Point><f:y/></Point></kml>")
                   .contains("<Point f:b=\"1\">"));
   for (const char* text : {"<kml><Point/><Point/></kml>", "<kml><Geometry/></kml>",
-                           "<kml><Planet/></kml>",
-                           "<kml><kml><Placemark/></kml></kml>"}) {
+                           "<kml><Planet/></kml>", "<kml><kml><Placemark/></kml></kml>"}) {
     SCOPED_TRACE(text);
     EXPECT_FALSE(ReadObject(QByteArray(text)));
     EXPECT_EQ(QString(), error());
@@ -94,19 +90,16 @@ TEST_F(DocumentTest, IdsComeFromTheFirstAttributeOfThatName) {
 }
 
 TEST_F(DocumentTest, AnIdElementNamesTheObjectAndItsAttributesJoinTheObjects) {
-  const auto placemark = Read<Placemark>("<Placemark id='a' c='1'><id f:d='2'>b</id></Placemark>");
+  const char* const text = "<Placemark id='a' c='1'><id xmlns:f='urn:f' f:d='2'>b</id></Placemark>";
+  const auto placemark = Read<Placemark>(text);
   EXPECT_EQ(nullptr, SchemaObject::find(GetDocumentUrl(), "a"));
   EXPECT_EQ(placemark.get(), SchemaObject::find(GetDocumentUrl(), "b"));
-  EXPECT_TRUE(RoundTrip("<Placemark id='a' c='1'><id xmlns:f='urn:f' f:d='2'>b</id></Placemark>")
-                  .contains("<Placemark id=\"b\" c=\"1\" f:d=\"2\">"));
+  EXPECT_TRUE(RoundTrip(text).contains("<Placemark id=\"b\" c=\"1\" f:d=\"2\">"));
 }
 
 TEST_F(DocumentTest, ObjectsBelongToTheDocument) {
   KmlHandler handler("http://example.com/x/../a.kml", 7, nullptr, nullptr, nullptr);
-  const QByteArray text = "<Folder><Placemark id='a'/></Folder>";
-  const auto object =
-      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
-                            static_cast<std::size_t>(text.size()));
+  const auto object = Load(handler, "<Folder><Placemark id='a'/></Folder>");
   const SchemaObject* const placemark = SchemaObject::find("http://example.com/a.kml", "a");
   ASSERT_TRUE(placemark);
   EXPECT_EQ(7U, placemark->GetAccess());
@@ -114,16 +107,11 @@ TEST_F(DocumentTest, ObjectsBelongToTheDocument) {
 }
 
 TEST_F(DocumentTest, LongValuesArriveWhole) {
-  QString coordinates;
-  for (int i = 0; i < 30000; ++i)
-    coordinates += QString("%1,%2,0 ").arg(i % 180).arg(i % 90);
-  const QString text = "<LineString><coordinates>" + coordinates + "</coordinates></LineString>";
-  const auto line = ReadObject(text);
+  const QString coordinates = QString("1,2,0 179,-90,0 ").repeated(15000);
+  const auto line =
+      ReadObject("<LineString><coordinates>" + coordinates + "</coordinates></LineString>");
   ASSERT_TRUE(line);
-  EXPECT_EQ(coordinates.simplified(), Element(Write(*line), "coordinates")
-                                          .remove("<coordinates>")
-                                          .remove("</coordinates>")
-                                          .simplified());
+  EXPECT_TRUE(Write(*line).contains("<coordinates>\n\t\t" + coordinates + "\n"));
 }
 
 } // namespace

@@ -10,9 +10,9 @@ namespace {
 
 using EncodingTest = ReadTest;
 
-QByteArray Named(const QByteArray& name, const char* encoding = nullptr) {
+QByteArray Named(const QByteArray& name, const QByteArray& encoding = QByteArray()) {
   const QByteArray declaration =
-      encoding ? QByteArray("<?xml version=\"1.0\" encoding=\"") + encoding + "\"?>" : QByteArray();
+      encoding.isEmpty() ? "" : "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?>";
   return declaration + "<Placemark><name>" + name + "</name></Placemark>";
 }
 
@@ -28,11 +28,8 @@ TEST_F(EncodingTest, EncodingsOfDocumentsAreUnderstood) {
       {"ISO-8859-15", QStringLiteral(u"5 \u20AC")},
       {"windows-1252", QStringLiteral(u"\u201Cx\u201D \u20AC")},
       {"windows-1251", QStringLiteral(u"\u041C\u043E\u0441\u043A\u0432\u0430")},
-      {"KOI8-R", QStringLiteral(u"\u041C\u043E\u0441\u043A\u0432\u0430")},
       {"Shift_JIS", QStringLiteral(u"\u6771\u4EAC")},
-      {"EUC-JP", QStringLiteral(u"\u6771\u4EAC")},
       {"GB18030", QStringLiteral(u"\u5317\u4EAC \U0001F30D")},
-      {"Big5", QStringLiteral(u"\u53F0\u5317")},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.encoding);
@@ -54,33 +51,12 @@ TEST_F(EncodingTest, Utf16ComesWithAByteOrderMark) {
 }
 
 TEST_F(EncodingTest, BytesThatTheEncodingCannotMeanAreTakenAsLatin1) {
-  struct Case {
-    const char* name;
-    const char* encoding;
-  };
-  const Case cases[] = {{"Gr\xFC\xDF"
-                         "e",
-                         nullptr},
-                        {"Gr\xFC\xDF"
-                         "e",
-                         "UTF-8"},
-                        {"Gr\xFC\xDF"
-                         "e",
-                         "utf8"},
-                        {"Gr\xFC\xDF"
-                         "e",
-                         "UTF-16"},
-                        {"Gr\xFC\xDF"
-                         "e",
-                         "x-nobody-knows"},
-                        {"Gr\xFC\xDF"
-                         "e",
-                         "UTF-32"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.encoding ? c.encoding : "none");
-    const auto placemark = Read<Placemark>(Named(c.name, c.encoding));
+  const QByteArray name = QStringLiteral(u"Gr\u00FC\u00DFe").toLatin1();
+  for (const char* encoding : {"", "UTF-8", "utf8", "UTF-16", "x-nobody-knows", "UTF-32"}) {
+    SCOPED_TRACE(encoding);
+    const auto placemark = Read<Placemark>(Named(name, encoding));
     ASSERT_TRUE(placemark);
-    EXPECT_EQ(QStringLiteral(u"Gr\u00FC\u00DFe"), placemark->GetName());
+    EXPECT_EQ(QString::fromLatin1(name), placemark->GetName());
   }
   // Far behind the first piece, in memory and in a file: the second attempt starts anew.
   const QByteArray text = "<Document>" +

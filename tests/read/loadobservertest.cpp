@@ -4,8 +4,6 @@
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/feature/abstractfeatureschema.h"
-#include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/host/job.h"
 #include "kestan/read/loadobserverloader.h"
@@ -79,27 +77,6 @@ protected:
   }
 };
 
-TEST_F(LoadObserverTest, AStyleFurtherDownTheFileIsFound) {
-  const auto document = Read<Document>("<Document><Placemark><styleUrl>#s</styleUrl></Placemark>"
-                                       "<Placemark><styleUrl>#t</styleUrl></Placemark>"
-                                       "<Placemark><styleUrl>#s</styleUrl></Placemark>"
-                                       "<Style id=\"s\"/></Document>");
-  ASSERT_TRUE(document);
-  mmvector<SchemaObject*> placemarks;
-  document->FindBySchema(Placemark::GetClassSchema(), placemarks);
-  ASSERT_EQ(3U, placemarks.size());
-  SchemaObject* style = SchemaObject::find(GetDocumentUrl(), "s");
-  ASSERT_TRUE(style);
-  const bool found[] = {true, false, true};
-  for (std::size_t i = 0; i < 3; ++i) {
-    auto& placemark = static_cast<Placemark&>(*placemarks[i]);
-    EXPECT_EQ(found[i] ? style : nullptr, StyleOf(placemark));
-    EXPECT_EQ(!found[i], placemark.GetBit(kBitLoadFailed));
-    EXPECT_EQ(!found[i], IsWaiting(placemark));
-    EXPECT_EQ(!found[i], placemark.GetBit(kBitHasLoadObserver));
-  }
-}
-
 TEST_F(LoadObserverTest, ReferencesThatLeadNowhereDoNotWait) {
   FakeLoader loader;
   const auto builtIn = MakeReference("root://styles#default");
@@ -149,21 +126,16 @@ TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
 
 TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {
   const auto style = MakeStyle("s");
-  RefPtr<Folder> folder;
+  RefPtr<Placemark> found;
+  RefPtr<Placemark> waiting;
   BuildOnWorker([&] {
-    folder = Read<Folder>("<Folder><Placemark><styleUrl>styles.kml#s</styleUrl></Placemark>"
-                          "<Placemark><styleUrl>styles.kml#later</styleUrl></Placemark>"
-                          "<Placemark><styleUrl>styles.kml#s</styleUrl></Placemark></Folder>");
+    found = MakeReference("styles.kml#s");
+    waiting = MakeReference("styles.kml#later");
   });
-  ASSERT_TRUE(folder);
-  const auto child = [&](int i) -> Placemark& {
-    return static_cast<Placemark&>(*folder->GetChild(i));
-  };
-  EXPECT_EQ(style.get(), StyleOf(child(0)));
-  EXPECT_EQ(style.get(), StyleOf(child(2)));
-  EXPECT_TRUE(IsWaiting(child(1)));
+  EXPECT_EQ(style.get(), StyleOf(*found));
+  EXPECT_TRUE(IsWaiting(*waiting));
   const auto later = MakeStyle("later");
-  EXPECT_EQ(later.get(), StyleOf(child(1)));
+  EXPECT_EQ(later.get(), StyleOf(*waiting));
 }
 
 TEST_F(LoadObserverTest, AnotherUrlWaitsForItsOwnTargetOnly) {
@@ -187,14 +159,6 @@ TEST_F(LoadObserverTest, AnotherClassIsNotTheTarget) {
   const auto placemark = MakeReference("styles.kml#s");
   EXPECT_FALSE(StyleOf(*placemark));
   EXPECT_TRUE(IsWaiting(*placemark));
-}
-
-TEST_F(LoadObserverTest, WhoGoesAwayWaitsNoLonger) {
-  auto gone = MakeReference("styles.kml#s");
-  const auto stays = MakeReference("styles.kml#s");
-  gone.reset();
-  const auto style = MakeStyle("s");
-  EXPECT_EQ(style.get(), StyleOf(*stays));
 }
 
 TEST_F(LoadObserverTest, AReferenceMayChangeWhileItIsResolved) {

@@ -2,7 +2,6 @@
 #include "kestan/core/library.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyle.h"
-#include "kestan/style/labelstyle.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/stylemap.h"
 #include "kestan/style/stylemappair.h"
@@ -29,22 +28,25 @@ TEST_F(BuiltInStyleTest, AClientInstallsItsOwnDefault) {
 
 TEST_F(BuiltInStyleTest, ADescriptionLeadsToOneStyle) {
   // Once more, it's the same object, which doesn't grow further. Numbers are those of old icons.
-  const char* const same[][2] = {
-      {"default+nicon=http://a/n.png+hicon=http://a/h.png", nullptr},
-      {"default+nicon=http://a/n.png+hicon=http://a/n.png", nullptr},
-      {"default?iconId=0x307", "default?iconId=775"},
+  struct Case {
+    const char* id;
+    const char* same;
+    float highlight;
   };
-  for (const auto& ids : same) {
-    SCOPED_TRACE(ids[0]);
-    const auto resolve = [](const char* id) {
-      return StyleSelector::resolve(KmlId(id, Style::GetRootStyleBase()));
-    };
-    const RefPtr<StyleSelector> selector = resolve(ids[0]);
-    EXPECT_EQ(selector, resolve(ids[1] ? ids[1] : ids[0]));
-    const Style* highlight = selector->InternalGetSelectedStyle(kStyleHighlight);
-    const bool isMap = selector->isOfType(StyleMap::GetClassSchema());
-    EXPECT_FLOAT_EQ(isMap ? 1.1F : 1.0F, highlight->GetIconStyle()->GetScale());
-    EXPECT_TRUE(highlight->GetIconStyle()->HasIcon());
+  const Case cases[] = {
+      {"default+nicon=http://a/n.png+hicon=http://a/h.png",
+       "default+nicon=http://a/n.png+hicon=http://a/h.png", 1.1F},
+      {"default+nicon=http://a/n.png+hicon=http://a/n.png",
+       "default+nicon=http://a/n.png+hicon=http://a/n.png", 1.0F},
+      {"default?iconId=0x307", "default?iconId=775", 1.1F},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.id);
+    const auto selector = StyleSelector::resolve(KmlId(c.id, Style::GetRootStyleBase()));
+    EXPECT_EQ(selector, StyleSelector::resolve(KmlId(c.same, Style::GetRootStyleBase())));
+    const IconStyle* icon = selector->InternalGetSelectedStyle(kStyleHighlight)->GetIconStyle();
+    EXPECT_FLOAT_EQ(c.highlight, icon->GetScale());
+    EXPECT_TRUE(icon->HasIcon());
   }
 }
 

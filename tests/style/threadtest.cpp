@@ -25,8 +25,7 @@ protected:
     KmlHandler handler(url, 2, nullptr, nullptr, nullptr);
     const QByteArray bytes = text.toUtf8();
     const NotificationDeferrer deferrer; // as a client that merges the document later
-    return ExpatHandler::LoadXml(handler,
-                                 reinterpret_cast<const unsigned char*>(bytes.constData()),
+    return ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(bytes.constData()),
                                  static_cast<std::size_t>(bytes.size()));
   }
 
@@ -115,11 +114,12 @@ TEST_F(StyleThreadTest, ABalloonOfAWorkerIsReportedWhenTheMainThreadHasIt) {
   Log log;
   Documents documents;
   {
+    const QString text = QStringLiteral(
+        "<kml xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><Document><Placemark><name>%1</name>"
+        "<gx:balloonVisibility>1</gx:balloonVisibility></Placemark></Document></kml>");
+    const auto url = QStringLiteral("/dir/b%1.kml");
+    ReadLocal(text.arg("gone"));
     Workers workers(kWorkers, [&](int number) {
-      const QString text = QStringLiteral(
-          "<kml xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><Document><Placemark><name>%1</name>"
-          "<gx:balloonVisibility>1</gx:balloonVisibility></Placemark></Document></kml>");
-      const auto url = QStringLiteral("/dir/b%1.kml");
       ReadOnWorker(url.arg("x"), text.arg("gone"));
       documents[static_cast<std::size_t>(number)] = ReadOnWorker(url.arg(number), text.arg(number));
     });

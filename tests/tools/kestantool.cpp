@@ -3,6 +3,8 @@
 #include "kestan/host/kmz.h"
 #include "tests/tools/tooltest.h"
 
+#include <QRegularExpression>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -14,37 +16,34 @@ const char kTwoFindings[] = "<kml xmlns=\"http://www.opengis.net/kml/2.2\">\n"
 
 TEST_F(KestanToolTest, CatWritesWhatTheLibraryWrites) {
   const QString file = QStringLiteral(KESTAN_TEST_DATA "/sample.kml");
-  const auto tree = ReadObject(ReadData(QStringLiteral("sample.kml")));
+  const auto tree = ReadObject(ReadData("sample.kml"));
   ASSERT_TRUE(tree);
   struct Case {
     QStringList options;
     unsigned flags;
   };
-  const Case cases[] = {{{}, 0},
-                        {{QStringLiteral("--no-hint")}, kWriteNoHint},
-                        {{QStringLiteral("--no-hoist")}, kWriteNoHoist}};
+  const Case cases[] = {{{}, 0}, {{"--no-hint"}, kWriteNoHint}, {{"--no-hoist"}, kWriteNoHoist}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.options.join(' ').toStdString());
-    const Result result = Run(QStringList(QStringLiteral("cat")) + c.options + QStringList(file));
+    const Result result = Run(QStringList("cat") + c.options + QStringList(file));
     EXPECT_EQ(0, result.status);
     EXPECT_EQ(Write(*tree, c.flags), result.out);
     EXPECT_EQ("", result.err);
   }
 
-  const Result toFile =
-      Run({QStringLiteral("cat"), QStringLiteral("-o"), Path(QStringLiteral("out.kml")), file});
+  const Result toFile = Run({"cat", "-o", Path("out.kml"), file});
   EXPECT_EQ(0, toFile.status);
   EXPECT_EQ("", toFile.out);
-  EXPECT_EQ(Write(*tree).toUtf8(), Contents(QStringLiteral("out.kml")));
+  EXPECT_EQ(Write(*tree).toUtf8(), Contents("out.kml"));
 }
 
 TEST_F(KestanToolTest, TreeShowsOneObjectALine) {
   const QString file = MakeFile(
-      QStringLiteral("a.kml"),
+      "a.kml",
       "<kml xmlns=\"http://www.opengis.net/kml/2.2\"><Folder id=\"f\"><name>Two\nlines</name>"
       "<Placemark><LineString><coordinates>1,2 3,4 5,6</coordinates></LineString></Placemark>"
       "<Placemark id=\"p\"><name>\xC3\xA9</name></Placemark></Folder></kml>");
-  const Result result = Run({QStringLiteral("tree"), file});
+  const Result result = Run({"tree", file});
   EXPECT_EQ(0, result.status);
   EXPECT_EQ("Folder #f \"Two lines\", children: 2\n"
             "  Placemark, children: 1\n"
@@ -54,34 +53,30 @@ TEST_F(KestanToolTest, TreeShowsOneObjectALine) {
 }
 
 TEST_F(KestanToolTest, CheckReportsPlaceAndMessageAndASummaryForEachFile) {
-  const QString good = MakeFile(QStringLiteral("good.kml"), "<kml><Placemark/></kml>");
-  const QString odd = MakeFile(QStringLiteral("odd.kml"), kTwoFindings);
-  const QString bad = MakeFile(QStringLiteral("bad.kml"), "<kml>\n<Placemark>\n</kml>");
-  const QString none = Path(QStringLiteral("none.kml"));
+  const QString good = MakeFile("good.kml", "<kml><Placemark/></kml>");
+  const QString odd = MakeFile("odd.kml", kTwoFindings);
+  const QString bad = MakeFile("bad.kml", "<kml>\n<Placemark>\n</kml>");
+  const QString none = Path("none.kml");
 
-  const Result fine = Run({QStringLiteral("check"), good});
+  const Result fine = Run({"check", good});
   EXPECT_EQ(0, fine.status);
-  EXPECT_EQ(good + QStringLiteral(": fine\n"), fine.out);
+  EXPECT_EQ(good + ": fine\n", fine.out);
   EXPECT_EQ("", fine.err);
 
-  const Result result = Run({QStringLiteral("check"), good, odd, bad, none});
+  const Result result = Run({"check", good, odd, bad, none});
   EXPECT_EQ(1, result.status);
-  const QStringList errors = result.err.split('\n', Qt::SkipEmptyParts);
-  ASSERT_EQ(4, errors.size()) << result.err.toStdString();
-  EXPECT_TRUE(errors[0].startsWith(odd + QStringLiteral(":2:"))) << errors[0].toStdString();
-  EXPECT_TRUE(errors[0].endsWith(QStringLiteral(": Unknown attribute odd=\"1\"")))
-      << errors[0].toStdString();
-  EXPECT_TRUE(errors[1].startsWith(odd + QStringLiteral(":3:"))) << errors[1].toStdString();
-  EXPECT_TRUE(errors[1].contains(QStringLiteral("Unknown element <unheard-of>")))
-      << errors[1].toStdString();
-  EXPECT_TRUE(errors[2].startsWith(bad + QStringLiteral(":3:"))) << errors[2].toStdString();
-  EXPECT_TRUE(errors[3].startsWith(none + QStringLiteral(": "))) << errors[3].toStdString();
+  EXPECT_EQ(4, result.err.count('\n')) << result.err.toStdString();
+  const QString lines[] = {odd + ":2:\\d+: Unknown attribute odd=\"1\"",
+                           odd + ":3:\\d+: Unknown element <unheard-of>", bad + ":3:\\d+: .+",
+                           none + ": .+"};
+  for (const QString& line : lines)
+    EXPECT_TRUE(result.err.contains(QRegularExpression(line + "\n"))) << line.toStdString();
   EXPECT_EQ(4, result.out.count('\n'));
-  EXPECT_TRUE(result.out.contains(odd + QStringLiteral(": recoverable errors: 2\n")));
+  EXPECT_TRUE(result.out.contains(odd + ": recoverable errors: 2\n"));
 }
 
 TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
-  const QString good = MakeFile(QStringLiteral("good.kml"), "<kml><Placemark/></kml>");
+  const QString good = MakeFile("good.kml", "<kml><Placemark/></kml>");
   struct Case {
     QStringList words;
     int status;
@@ -149,21 +144,17 @@ TEST_F(KestanToolTest, CatPacksWhatTheDocumentRefersTo) {
   EXPECT_EQ(Contents("whole.KMZ"), Contents("copy.kmz"));
 }
 
-TEST_F(KestanToolTest, OtherNamespaceBasesAreReadTypedAndWrittenBuiltIn) {
-  const QString file = MakeFile(
-      QStringLiteral("other.kml"),
-      "<kml xmlns=\"http://example.org/maps/kml/2.2\" xmlns:gx=\"http://example.org/maps/ext/2.2\">"
-      "<Placemark id=\"p\"><name>N</name><gx:balloonVisibility>1</gx:balloonVisibility></Placemark>"
-      "</kml>");
-  const QString kml = QStringLiteral("kml=http://example.org/maps/kml/");
-  const QString gx = QStringLiteral("gx=http://example.org/maps/ext/");
+TEST_F(KestanToolTest, OtherNamespaceBasesComeFromOptionsOrTheEnvironment) {
+  const QString file = MakeFile("other.kml", "<kml xmlns='http://example.org/kml/2.2' "
+                                             "xmlns:e='http://example.org/ext/2.2'><Placemark>"
+                                             "<e:balloonVisibility>1</e:balloonVisibility>"
+                                             "</Placemark></kml>");
+  const QString kml = "kml=http://example.org/kml/";
+  const QString gx = "gx=http://example.org/ext/";
   EXPECT_EQ(1, Run({"check", file}).status);
-
   const Result byOption = Run({"cat", "--namespace", kml, "--namespace=" + gx, file});
   EXPECT_EQ(0, byOption.status);
   EXPECT_TRUE(byOption.out.contains("<gx:balloonVisibility>1</gx:balloonVisibility>"));
-  EXPECT_FALSE(byOption.out.contains("example.org")) << byOption.out.toStdString();
-
   environment_.insert("KESTAN_NAMESPACES", "  " + kml + " " + gx);
   EXPECT_EQ(0, Run({"check", file}).status);
   EXPECT_EQ(byOption.out, Run({"cat", file}).out);

@@ -48,7 +48,6 @@ TEST_F(StyleToolTest, EachPropertyIsShownWithWhereItComesFrom) {
   };
   const Case cases[] = {
       {"", "normal: default|highlight: default"},
-      {wide, "normal: inline|LineStyle.width = 5 (inline)|highlight: as normal"},
       {"<styleUrl>#red</styleUrl>" + wide,
        "normal: inline over #red|LineStyle.color = ff0000ff (#red)|LineStyle.width = 5 (inline)|"
        "highlight: as normal"},
@@ -74,11 +73,8 @@ TEST_F(StyleToolTest, EachPropertyIsShownWithWhereItComesFrom) {
        "normal: inline style map > #red|LineStyle.color = ff0000ff (inline style map > #red)|"
        "LineStyle.width = 2 (inline style map > #red)|highlight: inline style map > inline|"
        "LineStyle.width = 5 (inline style map > inline)"},
-      {"<styleUrl>#gone</styleUrl>", "normal: failed #gone|highlight: as normal"},
       {"<styleUrl>#gone</styleUrl>" + wide,
        "normal: inline over failed #gone|LineStyle.width = 5 (inline)|highlight: as normal"},
-      {"<styleUrl>http://example.com/far.kml#s</styleUrl>",
-       "normal: fetching http://example.com/far.kml#s|highlight: as normal"},
       {"<styleUrl>#far</styleUrl>",
        "normal: fetching http://example.com/far.kml#s of style map #far|"
        "highlight: failed #gone of style map #far"},

@@ -1,7 +1,7 @@
 #include "kestan/feature/placemark.h"
+#include "kestan/write/writestate.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
-#include "kestan/write/writestate.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,6 +15,11 @@ protected:
   QStringList Files() const {
     return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
   }
+  void MakeFile(const char* name, const QByteArray& contents) const {
+    QFile file(Path(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(contents);
+  }
   static QByteArray Contents(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -24,7 +29,8 @@ protected:
   QTemporaryDir folder_;
 };
 
-TEST_F(DestinationTest, FilesHoldTheSameTextAsStrings) {
+TEST_F(DestinationTest, FilesHoldTheSameTextAsStringsAndReplaceOldOnes) {
+  MakeFile("a.kml", QByteArray(100000, 'x'));
   struct Case {
     const char* name;
     const char* file;
@@ -36,16 +42,6 @@ TEST_F(DestinationTest, FilesHoldTheSameTextAsStrings) {
     EXPECT_EQ(Write(*Make()).toUtf8(), Contents(Path(c.file)));
   }
   EXPECT_EQ(4, Files().size());
-}
-
-TEST_F(DestinationTest, AnOldFileIsReplacedWhole) {
-  QFile old(Path("a.kml"));
-  ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-  old.write(QByteArray(100000, 'x'));
-  old.close();
-  EXPECT_EQ(QString(), Make()->WriteKmlFile(Path("a.kml")));
-  EXPECT_EQ(Write(*Make()).toUtf8(), Contents(Path("a.kml")));
-  EXPECT_EQ(QStringList("a.kml"), Files());
 }
 
 TEST_F(DestinationTest, RefusedWritesSayWhyAndLeaveNothing) {
@@ -67,10 +63,7 @@ TEST_F(DestinationTest, RefusedWritesSayWhyAndLeaveNothing) {
 }
 
 TEST_F(DestinationTest, AnErrorInTheMiddleKeepsTheOldFile) {
-  QFile old(Path("a.kml"));
-  ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-  old.write("old");
-  old.close();
+  MakeFile("a.kml", "old");
   for (const char* name : {"a.kml", "new.kml"}) {
     WriteState state(Path(name), QString(), false);
     EXPECT_EQ(QString(), state.error());

@@ -10,16 +10,11 @@
 
 namespace vorrel::kestan {
 
-namespace {
-
-RefPtr<Style> MakeStyle(const char* id, const char* url) {
-  return Style::create(KmlId(id, url), QString(), nullptr);
-}
-
-} // namespace
-
 class HoistTest : public KmlTest {
 protected:
+  static RefPtr<Style> MakeStyle(const char* id, const char* url) {
+    return Style::create(KmlId(id, url), QString(), nullptr);
+  }
   RefPtr<Placemark> Make(StyleSelector& style) {
     auto placemark = Read<Placemark>("<Placemark><name>n</name></Placemark>");
     placemark->SetReferencedStyleSelector(&style);
@@ -44,37 +39,21 @@ TEST_F(HoistTest, AFeatureWithAStyleIsWrappedInADocument) {
   EXPECT_FALSE(Write(*placemark, kWriteNoHoist).contains("<Document>"));
 }
 
-TEST_F(HoistTest, AFeatureWithoutAStyleStandsAlone) {
-  EXPECT_FALSE(Write(*Read<Placemark>("<Placemark/>")).contains("<Document>"));
-}
-
-TEST_F(HoistTest, StylesOfOneIdAreToldApart) {
-  const RefPtr<Style> styles[] = {MakeStyle("s", "a.kml"),
-                                        MakeStyle("s", "b.kml"),
-                                        MakeStyle("s", "c.kml")};
+TEST_F(HoistTest, StylesOfOneIdOrOfNoneAreToldApart) {
+  const RefPtr<Style> styles[] = {MakeStyle("s", "a.kml"), MakeStyle("s", "b.kml"),
+                                  MakeStyle("s", "c.kml"), MakeStyle("Style0", "a.kml"),
+                                  MakeStyle("", "a.kml"),  MakeStyle("", "a.kml")};
   const auto folder = Read<Folder>("<Folder/>");
-  for (int i = 0; i < 6; ++i)
-    folder->AddChild(*Make(*styles[i % 3]));
+  for (int i = 0; i < 12; ++i)
+    folder->AddChild(*Make(*styles[i % 6]));
   const QString xml = Write(*folder);
-  EXPECT_EQ(3, xml.count("<Style "));
-  for (const char* id : {"s", "s0", "s1"}) {
-    EXPECT_EQ(1, xml.count(QString("<Style id=\"%1\">").arg(id)));
+  EXPECT_EQ(6, xml.count("<Style "));
+  for (const char* id : {"s", "s0", "s1", "Style0", "Style1", "Style2"}) {
+    EXPECT_EQ(1, xml.count(QString("<Style id=\"%1\">").arg(id))) << xml.toStdString();
     EXPECT_EQ(2, xml.count(QString("<styleUrl>#%1</styleUrl>").arg(id)));
   }
   EXPECT_EQ(QString(), FindXmlError(xml.toUtf8()));
   EXPECT_EQ(xml, Write(*folder)); // the order doesn't come from addresses
-}
-
-TEST_F(HoistTest, StylesWithoutAnIdGetOne) {
-  const RefPtr<Style> styles[] = {MakeStyle("", "a.kml"), MakeStyle("", "a.kml")};
-  const auto folder = Read<Folder>("<Folder/>");
-  for (const RefPtr<Style>& style : styles)
-    folder->AddChild(*Make(*style));
-  const QString xml = Write(*folder);
-  for (const char* id : {"Style0", "Style1"}) {
-    EXPECT_TRUE(xml.contains(QString("<Style id=\"%1\">").arg(id))) << xml.toStdString();
-    EXPECT_TRUE(xml.contains(QString("<styleUrl>#%1</styleUrl>").arg(id)));
-  }
 }
 
 TEST_F(HoistTest, StylesOfAServerStayWhereTheyAre) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "kestan/core/schemaobject.h"
-#include "kestan/host/legacyscreenvec.h"
 #include "kestan/host/memory.h"
 #include "kestan/host/vec3.h"
 
@@ -26,13 +25,9 @@ private:
 
   QString label_;
   QString note_;
-  LegacyScreenVec spot_;
   QString reference_;
   int secret_ = 0;
-  int altitudeMode_ = 0;
-  mmvector<Vec3<double>> coords_;
   mmvector<Vec3<float>> angles_;
-  mmvector<QString> words_;
   RefPtr<Sample> part_;
 };
 
