@@ -1,9 +1,6 @@
-#include "kestan/core/bitguard.h"
 #include "kestan/core/schema.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
-
-#include <thread>
 
 namespace vorrel::kestan {
 
@@ -97,11 +94,10 @@ TEST_F(ObjectTest, InsertMovesAndKeepsEveryPlaceRight) {
     const char* order;
     int notices;
   };
-  const Case cases[] = {{"a", 2, true, "bcad", 1}, {"d", 0, true, "dabc", 1},
-                        {"b", 1, true, "abcd", 0}, {"a", 4, true, "bcda", 1},
-                        {"a", 5, false, "abcd", 0}, {"a", -1, false, "abcd", 0},
-                        {"x", 1, true, "axbcd", 1}, {"x", -1, true, "abcdx", 1},
-                        {"x", 9, true, "abcdx", 1}};
+  const Case cases[] = {
+      {"a", 2, true, "bcad", 1},  {"d", 0, true, "dabc", 1},   {"b", 1, true, "abcd", 0},
+      {"a", 4, true, "bcda", 1},  {"a", 5, false, "abcd", 0},  {"a", -1, false, "abcd", 0},
+      {"x", 1, true, "axbcd", 1}, {"x", -1, true, "abcdx", 1}, {"x", 9, true, "abcdx", 1}};
   for (const Case& c : cases) {
     SCOPED_TRACE(QString("%1 to %2").arg(c.kid).arg(c.index).toStdString());
     const auto probe = MakeWithKids("abcd");
@@ -226,17 +222,6 @@ TEST_F(ObjectTest, HandlersAnswerAndInputHandlersShowInABit) {
   });
   dying.reset();
   EXPECT_EQ(1, deaths);
-}
-
-TEST_F(ObjectTest, BitGuardRestoresTheBit) {
-  const auto probe = Probe::Make();
-  {
-    const BitGuard guard(probe.get(), kBitNoFieldNotify, true);
-    const auto before = probe->GetRevision();
-    Fields().count.SetTypedObject(*probe, 3);
-    EXPECT_NE(before, probe->GetRevision()) << "the revision goes on";
-  }
-  EXPECT_FALSE(probe->GetBit(kBitNoFieldNotify));
 }
 
 TEST_F(ObjectTest, ADeepTreeEndsOnASmallStack) {

@@ -59,10 +59,11 @@ TEST_F(UrlTest, TypesFollowFromTheForm) {
 }
 
 TEST_F(UrlTest, ARootedPathIsLocalOnlyUnderALocalBase) {
-  EXPECT_EQ(kUrlRelative, GetRelativeUrlType("/p", "http://h/doc.kml"));
-  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/p", "/dir/doc.kml"));
-  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/p", "file:///dir/doc.kml"));
-  EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/p", ""));
+  for (const char* base : {"", "/dir/doc.kml", "C:\\dir\\doc.kml", "file:///dir/doc.kml",
+                           "\\\\server\\doc.kml", "//server/doc.kml"})
+    EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/p", base)) << base;
+  for (const char* base : {"HTTPS://h/doc.kml", "ftp://h/doc.kml", "root://a", "c:a", "a/b"})
+    EXPECT_EQ(kUrlRelative, GetRelativeUrlType("/p", base)) << base;
   EXPECT_EQ(kUrlLocal, GetRelativeUrlType("//server/p", "http://h/doc.kml"));
   EXPECT_EQ(kUrlLocal, GetRelativeUrlType("/", "http://h/doc.kml"));
   EXPECT_EQ(kUrlFragment, GetRelativeUrlType("#p", "/dir/doc.kml"));
