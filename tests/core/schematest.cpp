@@ -1,5 +1,5 @@
-#include "kestan/core/library.h"
 #include "kestan/core/schema.h"
+#include "kestan/core/library.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
 
@@ -57,8 +57,7 @@ TEST_F(SchemaTest, EveryClassWritesReadsAndClonesItsDefaultsAlike) {
   ForEachSchema(SchemaObject::GetClassSchema(), [&](const Schema& schema) {
     SCOPED_TRACE(schema.GetName().toStdString());
     const auto object = schema.CreateInstance(KmlId("x", GetDocumentUrl()), "", nullptr);
-    EXPECT_TRUE(object || schema.IsAbstract() ||
-                IsMadeByItsConstructor(schema));
+    EXPECT_TRUE(object || schema.IsAbstract() || IsMadeByItsConstructor(schema));
     if (!object)
       return;
     ++classes;
@@ -71,21 +70,6 @@ TEST_F(SchemaTest, EveryClassWritesReadsAndClonesItsDefaultsAlike) {
     EXPECT_EQ(text, Write(*again, kWriteNoHint));
   });
   EXPECT_GT(classes, 8);
-}
-
-TEST_F(SchemaTest, NamesLeadToFieldsThenToTheClassesThatFieldsAccept) {
-  const Schema& schema = Probe::GetClassSchema();
-  const ProbeSchema& fields = ProbeSchema::GetSingleton();
-  const Schema* child = nullptr;
-  EXPECT_EQ(&fields.count, schema.FindField("count", Namespace::kKml, &child));
-  EXPECT_EQ(nullptr, child);
-  EXPECT_EQ(&fields.kids, schema.FindField("Probe", Namespace::kKml, &child));
-  EXPECT_EQ(&schema, child);
-  EXPECT_EQ(nullptr, schema.FindField("Point", Namespace::kKml, &child));
-  EXPECT_NE(nullptr, child) << "a class that no field accepts";
-  for (const Namespace ns : {Namespace::kNone, Namespace::kUnknown, Namespace::kExt})
-    EXPECT_EQ(nullptr, schema.FindField("count", ns, nullptr));
-  EXPECT_EQ(nullptr, Schema::FindNamedSchema("count", Namespace::kKml));
 }
 
 TEST(LibraryTest, StartsAndStopsAnyNumberOfTimes) {

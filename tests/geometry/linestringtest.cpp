@@ -23,10 +23,11 @@ TEST_F(LineStringTest, APolylineHasPairsWithTheLatitudeFirst) {
 }
 
 TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
-  const QString fields = "<extrude>1</extrude><gx:name>path</gx:name><gx:drawOrder>3</gx:drawOrder>"
-                         "<coordinates></coordinates><gx:altitudeOffset>2.5</gx:altitudeOffset>"
-                         "<gx:extrudeWidth>4</gx:extrudeWidth><gx:endCap>1</gx:endCap>"
-                         "<gx:beginCap>1</gx:beginCap>";
+  const QString fields =
+      "<extrude>1</extrude><gx:name>path</gx:name><gx:drawOrder>3</gx:drawOrder>"
+      "<coordinates>1,2,3 4,5,0 </coordinates><gx:altitudeOffset>2.5</gx:altitudeOffset>"
+      "<gx:extrudeWidth>4</gx:extrudeWidth><gx:endCap>1</gx:endCap>"
+      "<gx:beginCap>1</gx:beginCap>";
   const auto line = ReadShape<LineString>("<LineString>" + fields + "</LineString>");
   ASSERT_TRUE(line);
   EXPECT_EQ(2.5, line->GetAltitudeOffset());
@@ -36,7 +37,8 @@ TEST_F(LineStringTest, ExtensionFieldsAreReadAndWritten) {
   EXPECT_TRUE(line->IsDrawOrderSet() && line->GetDrawOrder() == 3);
   const QString text = WriteShape(*line).remove('\n').remove('\t');
   EXPECT_EQ("<LineString>" + fields + "</LineString>", text);
-  EXPECT_EQ("", Element(Write(*Line("")), "gx:altitudeOffset")) << "a default";
+  const QString empty = WriteShape(*Line("")).remove('\n').remove('\t');
+  EXPECT_EQ("<LineString><coordinates></coordinates></LineString>", empty);
 }
 
 TEST_F(LineStringTest, EditingKeepsTheListAndTheSelection) {
