@@ -184,6 +184,17 @@ TEST_F(ObjectTest, CopyKeepsChildrenWhenDeepAndMovesThemWhenShallow) {
   EXPECT_EQ("abc", Kids(*thief)) << "an empty place doesn't hold up what's behind it";
 }
 
+TEST_F(ObjectTest, FindBySchemaWalksParentsFirst) {
+  const auto probe = Read<Probe>("<Probe id='1'><child><Probe id='2'/></child>"
+                                 "<Probe id='3'><Probe id='4'/></Probe></Probe>");
+  mmvector<SchemaObject*> found;
+  probe->FindBySchema(Probe::GetClassSchema(), found);
+  QString ids;
+  for (const SchemaObject* object : found)
+    ids += object->GetId();
+  EXPECT_EQ("1234", ids);
+}
+
 TEST_F(ObjectTest, HandlersAnswerAndInputHandlersShowInABit) {
   const auto probe = Probe::Make();
   HandlerEvent event;

@@ -72,6 +72,21 @@ TEST_F(SchemaTest, EveryClassWritesReadsAndClonesItsDefaultsAlike) {
   EXPECT_GT(classes, 8);
 }
 
+TEST_F(SchemaTest, NamesLeadToFieldsThenToTheClassesThatFieldsAccept) {
+  const Schema& schema = Probe::GetClassSchema();
+  const ProbeSchema& fields = ProbeSchema::GetSingleton();
+  const Schema* child = nullptr;
+  EXPECT_EQ(&fields.count, schema.FindField("count", Namespace::kKml, &child));
+  EXPECT_EQ(nullptr, child);
+  EXPECT_EQ(&fields.kids, schema.FindField("Probe", Namespace::kKml, &child));
+  EXPECT_EQ(&schema, child);
+  EXPECT_EQ(nullptr, schema.FindField("Point", Namespace::kKml, &child));
+  EXPECT_NE(nullptr, child) << "a class that no field accepts";
+  for (const Namespace ns : {Namespace::kNone, Namespace::kUnknown, Namespace::kExt})
+    EXPECT_EQ(nullptr, schema.FindField("count", ns, nullptr));
+  EXPECT_EQ(nullptr, Schema::FindNamedSchema("count", Namespace::kKml));
+}
+
 TEST(LibraryTest, StartsAndStopsAnyNumberOfTimes) {
   GShutdown();
   for (int i = 0; i < 3; ++i) {

@@ -86,8 +86,9 @@ TEST_F(MultiGeometryTest, TheFeatureReachesEveryLevel) {
   static_cast<MultiGeometry*>(top.get())->RemGeometry(*inner);
   EXPECT_EQ(nullptr, point->GetFeature());
   const RefPtr<Point> made(new Point(At(1, 2), placemark.get(), KmlId(), ""));
-  placemark->SetGeometry(made.get()); // which owns it already
   EXPECT_EQ(placemark.get(), made->GetFeature());
+  placemark->SetGeometry(made.get()); // which owns it already
+  EXPECT_EQ(made.get(), placemark->GetGeometry());
 }
 
 TEST_F(MultiGeometryTest, ANameIsInheritedFromTheNearestThatHasOne) {
