@@ -173,6 +173,7 @@ private:
   bool Hoist(const SchemaObject& object, const ObjectSets& sets);
   QString AssignId(const SchemaObject& object);
   QString GetRelativeUrl(const QString& url) const;
+  QString GetReadableUrl(const QString& url, const QString& absoluteUrl) const;
   QString GetDestinationFault();
   void WritePreamble();
   QString FinishBytes();

@@ -35,7 +35,7 @@ QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, 
   if (mode_ == kWriteKmzFile) {
     const QString copy =
         embed && MayLieInArchive(type) ? kmzFiles_.Register(absoluteUrl) : QString();
-    return copy.isEmpty() ? GetRelativeUrl(absoluteUrl) : copy;
+    return copy.isEmpty() ? GetReadableUrl(url, absoluteUrl) : copy;
   }
   if (keepRelativeUrls_)
     return url;
@@ -44,7 +44,16 @@ QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, 
     if (!extracted.isEmpty())
       return extracted;
   }
-  return GetRelativeUrl(absoluteUrl);
+  return GetReadableUrl(url, absoluteUrl);
+}
+
+/// A reader drops the blanks around a text, so that a form with such blanks would lead elsewhere.
+QString WriteState::GetReadableUrl(const QString& url, const QString& absoluteUrl) const {
+  for (const QString& form : {GetRelativeUrl(absoluteUrl), absoluteUrl}) {
+    if (form.trimmed() == form)
+      return form;
+  }
+  return url;
 }
 
 QString WriteState::GetDocumentUrl(const SchemaObject& owner, const QString& url) const {

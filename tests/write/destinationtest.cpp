@@ -123,6 +123,9 @@ TEST_F(DestinationTest, UrlsAreRelativeToTheFileUnlessTheyKeepTheirText) {
       {false, "b.png", "/elsewhere/b.png", "/elsewhere/b.png"},
       {false, "b.png", "http://a/b.png", "http://a/b.png"},
       {true, "b.png", "/elsewhere/b.png", "b.png"},
+      // A reader drops the blanks around a text.
+      {false, "./ b.png", base + " b.png", base + " b.png"},
+      {false, ":/../ c:", " c:", ":/../ c:"},
   };
   for (const Case& c : cases) {
     WriteState state(Path("a.kml"), QString(), c.keep);
