@@ -18,8 +18,7 @@ System::ThreadKey s_key = System::kInvalidThreadKey;
 
 ThreadContext* ThreadContext::s_main_thread_context = nullptr;
 
-ThreadContext::ThreadContext()
-    : HashMap(kLog2MinimumBuckets), thread(System::GetCurrentThread()) {
+ThreadContext::ThreadContext() : HashMap(kLog2MinimumBuckets), thread(System::GetCurrentThread()) {
   if (System::IsMainThread())
     s_main_thread_context = this;
   System::SetThreadStorage(s_key, this);
@@ -45,6 +44,13 @@ void ThreadContext::Shutdown() {
 
 ThreadContext* ThreadContext::GetCurrent() {
   return static_cast<ThreadContext*>(System::GetThreadStorage(s_key));
+}
+
+std::uint64_t ThreadContext::GetExcessSteps() const {
+  std::uint64_t steps = HashMap::GetExcessSteps();
+  for (const LoadObserverList* references : {styleLoadObservers.get(), schemaLoadObservers.get()})
+    steps += references ? references->GetExcessSteps() : 0;
+  return steps;
 }
 
 bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator) {

@@ -41,6 +41,10 @@ public:
   static ThreadContext* GetCurrent();
   static ThreadContext* GetMain() { return s_main_thread_context; }
 
+  /// What lookups of ids and references have cost beyond the usual; grows where ids were made up
+  /// to share a place in the hash.
+  std::uint64_t GetExcessSteps() const;
+
   /// Moves what this thread has built to the main context: its objects, the notices that wait, and
   /// the references that are still open, which are then tried anew. True when the continuator
   /// stopped it: a further call goes on from there. Main thread, while this one's thread rests.

@@ -52,7 +52,10 @@ private:
 /// more values than buckets, and halves when less than a quarter are in use. An empty map holds no
 /// memory. Lookups compare the cached hash value before the key; and since values lie anywhere in
 /// memory, a byte a bucket tells most keys that aren't there without a look at any of them. Not
-/// safe across threads.
+/// safe across threads, lookups included.
+///
+/// Keys that were made to share a bucket turn it into a list. The map counts what that costs, so
+/// that who takes keys from strangers can set a limit.
 template <class K, class V, class Traits> class HashMap {
 public:
   using Entry = HashMapEntry<K, V, Traits>;
@@ -64,6 +67,9 @@ public:
 
   std::size_t count() const { return count_; }
   std::size_t GetBucketCount() const { return buckets_ ? size_ : 0; }
+  /// The values that lookups so far have met beyond the first `kLongChain` of a chain. 0 for keys
+  /// that nobody has made up for it.
+  std::uint64_t GetExcessSteps() const { return excessSteps_; }
 
   V* find(const K& key) const { return count_ ? find(hash<K>()(key), key) : nullptr; }
 
@@ -155,11 +161,15 @@ private:
   template <class Matches> V* Find(std::uint32_t hashValue, Matches&& matches) const {
     if (!buckets_ || !(Kinds(hashValue) & KindOf(hashValue)))
       return nullptr;
-    for (Entry* entry = Bucket(hashValue); entry; entry = entry->next_) {
+    unsigned steps = 0;
+    Entry* entry = Bucket(hashValue);
+    for (; entry; entry = entry->next_, ++steps) {
       if (entry->hash_ == hashValue && matches(static_cast<const V&>(*entry)))
-        return static_cast<V*>(entry);
+        break;
     }
-    return nullptr;
+    if (steps > kLongChain)
+      excessSteps_ += steps - kLongChain;
+    return static_cast<V*>(entry);
   }
 
   void Link(Entry& entry) {
@@ -236,7 +246,10 @@ private:
     }
   }
 
+  static constexpr unsigned kLongChain = 32;
+
   const std::size_t minimum_;
+  mutable std::uint64_t excessSteps_ = 0;
   std::size_t size_ = 0;
   std::size_t count_ = 0;
   std::unique_ptr<Entry*[]> buckets_;

@@ -326,6 +326,7 @@ void ExpatHandler::BeginParse() {
   Reset();
   ForgetFailure();
   threadContext_->fatalText.clear();
+  formerExcessSteps_ = threadContext_->GetExcessSteps();
 }
 
 void ExpatHandler::EndParse() {}

@@ -148,6 +148,9 @@ protected:
                                         AttributeList& attributes);
   /// Ends the parse when keeping declarations costs far more than the document is long.
   void CheckNamespaceCost();
+  /// Ends the parse when ids were made up so that finding them costs far more than the document is
+  /// long.
+  void CheckLookupCost();
   /// Ends the parse at an element that is nested too deeply, or at a text that is too long. False
   /// when it ended.
   bool CheckDepth();
@@ -182,6 +185,7 @@ protected:
   QString attributeName_;
   QString attributeValue_;
   ThreadContext* const threadContext_;
+  std::uint64_t formerExcessSteps_ = 0; ///< Those of the thread before this parse.
   std::unique_ptr<NamespaceScope> namespaces_;
   std::unique_ptr<RootContent> rootContent_;
 

@@ -18,6 +18,9 @@ namespace {
 constexpr qint64 kFreeNamespaceCost = qint64(64) << 20;
 constexpr qint64 kNamespaceCostPerByte = 16;
 
+/// Cost of lookups beyond the usual that a document of any length may have; each byte adds one.
+constexpr std::uint64_t kFreeLookupCost = std::uint64_t(32) << 20;
+
 std::atomic<int> s_max_element_depth{kMaxElementDepth};
 
 IntSetting& ErrorHandling() { return KestanOptionsContext::kestanOptions.kmlErrorHandling; }
@@ -131,7 +134,8 @@ bool ExpatHandler::HandleParseResult(FromStringResult result, const QString& tex
           .arg(text);
     });
   }
-  return CheckFatalText() && goOn;
+  CheckLookupCost();
+  return CheckFatalText() && goOn && !fatal_;
 }
 
 bool ExpatHandler::CheckFatalText() {
@@ -200,6 +204,19 @@ void ExpatHandler::CheckNamespaceCost() {
   HandleError(tr("Too many namespaces around unknown content",
                  "Error message shown when a KML file declares so many namespaces that keeping "
                  "them with each unknown element would take too much memory."),
+              kErrorFatal);
+}
+
+void ExpatHandler::CheckLookupCost() {
+  const std::uint64_t steps = threadContext_->GetExcessSteps();
+  if (steps <= formerExcessSteps_ + kFreeLookupCost || fatal_)
+    return;
+  const std::uint64_t bytes = parser_ ? static_cast<std::uint64_t>(parser_->GetByteCount()) : 0;
+  if (steps <= formerExcessSteps_ + kFreeLookupCost + bytes)
+    return;
+  HandleError(tr("Too many ids that have the same hash value",
+                 "Error message shown when the ids in a KML file were chosen so that finding them "
+                 "would take too long."),
               kErrorFatal);
 }
 

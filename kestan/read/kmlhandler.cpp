@@ -269,6 +269,7 @@ RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned 
   RefPtr<SchemaObject> object = schema.CreateInstance(KmlId(id, url_), url_, memoryManager_);
   if (object)
     object->SetAccess(access_);
+  CheckLookupCost();
   return object;
 }
 

@@ -14,6 +14,7 @@ public:
 
   using HashMap::count;
   using HashMap::find;
+  using HashMap::GetExcessSteps;
 
   void Add(LoadObserver& observer);
   void Remove(LoadObserver& observer);

@@ -83,6 +83,49 @@ TEST_F(LimitTest, EntitiesThatGrowAreRefused) {
   EXPECT_TRUE(error().contains("amplification"));
 }
 
+/// Ids that have one hash value in the document at `url`: the second half of each is what the hash,
+/// run backwards, asks for behind the first half.
+std::vector<QString> MakeCollidingIds(const QString& url, std::size_t count) {
+  constexpr std::uint32_t kMultiplier = 0x5BD1E995;
+  constexpr std::uint32_t kInverse = 0xE59B19BD;
+  const auto mix = [](std::uint32_t word, std::uint32_t factor) {
+    word *= factor;
+    return (word ^ word >> 24) * factor;
+  };
+  const std::uint32_t start = ByteHash(QStringLiteral("p"), ByteHash(url, kByteHashSeed));
+  const auto isLetter = [](uint unit) { return unit > 0x100 && unit < 0xD800; };
+  std::vector<QString> ids;
+  for (uint n = 0; ids.size() < count; ++n) {
+    const uint first = (0x4E00 + n % 0x1000) | (0x4E00 + n / 0x1000) << 16;
+    const uint second =
+        mix(((start * kMultiplier) ^ mix(first, kMultiplier)) * kMultiplier, kInverse);
+    if (isLetter(second & 0xFFFF) && isLetter(second >> 16))
+      ids.push_back(QLatin1Char('p') + QString(QChar(first & 0xFFFF)) + QChar(first >> 16) +
+                    QChar(second & 0xFFFF) + QChar(second >> 16));
+  }
+  return ids;
+}
+
+TEST_F(LimitTest, IdsThatWereMadeToCollideAreRefused) {
+  const std::vector<QString> ids = MakeCollidingIds(GetDocumentUrl(), 20000);
+  ASSERT_EQ(hash<KmlId>()(KmlId(ids[0], GetDocumentUrl())),
+            hash<KmlId>()(KmlId(ids[1], GetDocumentUrl())));
+  const char* const message = "Too many ids that have the same hash value";
+  const auto read = [&](const QString& element, std::size_t count) {
+    QString content;
+    for (std::size_t i = 0; i < count; ++i)
+      content += element.arg(ids[i]);
+    return ReadObject("<Document>" + content.toUtf8() + "</Document>");
+  };
+  EXPECT_TRUE(read("<Placemark id='%1'/>", 500));
+  EXPECT_FALSE(read("<Placemark id='%1'/>", ids.size()));
+  EXPECT_TRUE(error().contains(message));
+  EXPECT_FALSE(read("<Style id='%1'/>", ids.size()));
+  EXPECT_TRUE(error().contains(message));
+  // A document of its own pays for itself alone.
+  EXPECT_TRUE(read("<Placemark id='%1'/>", 500));
+}
+
 TEST_F(LimitTest, ManyObjectsShareTheDeclarationsOfTheirUnknownContent) {
   QByteArray declarations;
   for (int i = 0; i < 10000; ++i)
