@@ -75,8 +75,8 @@ TEST_F(AllocationTest, AFieldChangeAllocatesNothing) {
     fields.count.SetTypedObject(*leaf, 2);
     EXPECT_EQ(before, t_allocations);
     EXPECT_EQ(c.heard, own.heard + top.heard);
-    EXPECT_EQ(c.reports && c.owners > 0, !owners.empty() && owners.back()->GetRevision() ==
-                                                               leaf->GetRevision());
+    EXPECT_EQ(c.reports && c.owners > 0,
+              !owners.empty() && owners.back()->GetRevision() == leaf->GetRevision());
   }
   const int before = t_allocations;
   Probe::Make();

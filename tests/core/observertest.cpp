@@ -1,16 +1,16 @@
+#include "kestan/core/bitguard.h"
 #include "kestan/core/creationobserver.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/threadcontext.h"
-#include "kestan/core/watcher.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
 
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace vorrel::kestan {
-
-using ObserverTest = KmlTest;
 
 namespace {
 
@@ -18,39 +18,24 @@ const ProbeSchema& Fields() { return ProbeSchema::GetSingleton(); }
 
 void Change(Probe& probe) { Fields().count.SetTypedObject(probe, 1); }
 
-/// Writes its name into a log, and does what a test wants then.
+/// Writes its name into a log when news of the `count` of some object comes by, and does what a
+/// test wants then.
 class Recorder final : public ObjectObserver {
 public:
-  Recorder(SchemaObject* object, QString name, QString& log)
-      : ObjectObserver(object), name_(std::move(name)), log_(log) {}
+  Recorder(SchemaObject* object, char name, QString& log)
+      : ObjectObserver(object), name_(name), log_(log) {}
 
   std::function<void()> onChange;
-
-  void OnFieldChanged(const FieldChangedEvent&) override {
-    log_ += name_;
-    if (onChange)
-      onChange();
-  }
-  void OnSubFieldChanged(const SubFieldChangedEvent& event) override {
-    log_ += name_ + ">" + event.GetObservedSubField()->GetName() + ">" + event.field.GetName();
-  }
-  void OnPreDelete(const PreDeleteEvent&) override { log_ += "~" + name_; }
-
-private:
-  QString name_;
-  QString& log_;
-};
-
-/// Notes that news of the `count` of some object came by, and the end of its own.
-class Climber final : public ObjectObserver {
-public:
-  Climber(SchemaObject* object, char name, QString& log, std::function<void(char)> act)
-      : ObjectObserver(object), name_(name), log_(log), act_(std::move(act)) {}
+  const Field* through = nullptr; ///< By which the latest news from below came.
 
   void OnFieldChanged(const FieldChangedEvent& event) override { Note(event.field); }
-  void OnSubFieldChanged(const SubFieldChangedEvent& event) override { Note(event.field); }
+  void OnSubFieldChanged(const SubFieldChangedEvent& event) override {
+    through = event.GetObservedSubField();
+    Note(event.field);
+  }
   void OnPreDelete(const PreDeleteEvent&) override {
-    log_ += QStringLiteral("~") + QLatin1Char(name_);
+    log_ += QLatin1Char('~');
+    log_ += QLatin1Char(name_);
   }
 
 private:
@@ -58,12 +43,28 @@ private:
     if (&field != &Fields().count)
       return;
     log_ += QLatin1Char(name_);
-    act_(name_);
+    if (onChange)
+      onChange();
   }
 
-  char name_;
+  const char name_;
   QString& log_;
-  std::function<void(char)> act_;
+};
+
+/// An object with three observers.
+class ObserverTest : public KmlTest {
+protected:
+  /// Who hears of a change of the object.
+  QString Tell() {
+    Change(*probe);
+    return std::exchange(log, QString());
+  }
+
+  QString log;
+  RefPtr<Probe> probe = Probe::Make();
+  Recorder c{probe.get(), 'c', log}; // the latest is told first
+  Recorder b{probe.get(), 'b', log};
+  Recorder a{probe.get(), 'a', log};
 };
 
 class Counter final : public CreationObserver {
@@ -75,79 +76,78 @@ public:
 
 } // namespace
 
-TEST_F(ObserverTest, TheLatestObserverHearsFirstAndADisabledOneNothing) {
-  QString log;
-  const auto probe = Probe::Make();
-  Recorder a(probe.get(), "a", log);
-  Recorder b(probe.get(), "b", log);
-  Recorder c(probe.get(), "c", log);
+using NoticeTest = KmlTest;
+
+TEST_F(ObserverTest, TheLatestIsToldFirstAndADisabledOneNothing) {
   b.SetEnabled(false);
-  Change(*probe);
-  EXPECT_EQ("ca", log);
+  EXPECT_EQ("ac", Tell());
 }
 
 TEST_F(ObserverTest, ObserversComeAndGoWhileTheyAreTold) {
-  QString log;
-  const auto probe = Probe::Make();
-  Recorder a(probe.get(), "a", log);
-  auto b = std::make_unique<Recorder>(probe.get(), "b", log);
-  Recorder c(probe.get(), "c", log);
   std::unique_ptr<Recorder> late;
-  c.onChange = [&] {
-    b.reset();
-    late = std::make_unique<Recorder>(probe.get(), "d", log);
-    c.SetObserved(nullptr);
+  a.onChange = [&] {
+    b.SetObserved(nullptr);
+    late = std::make_unique<Recorder>(probe.get(), 'n', log); // waits for the next time
+    a.SetObserved(nullptr);
   };
-  Change(*probe);
-  EXPECT_EQ("ca", log);
-  Change(*probe);
-  EXPECT_EQ("cada", log);
+  EXPECT_EQ("ac", Tell());
+  late->onChange = [this] { c.SetObserved(nullptr); }; // all that follow
+  EXPECT_EQ("n", Tell());
 }
 
 TEST_F(ObserverTest, ADeletedSubjectEndsTheDispatch) {
-  QString log;
-  auto probe = Probe::Make();
-  Recorder a(probe.get(), "a", log);
-  Recorder b(probe.get(), "b", log);
-  b.onChange = [&] { probe.reset(); };
-  Change(*probe);
-  EXPECT_EQ("b~b~a", log);
-  EXPECT_FALSE(a.IsAttached());
+  b.onChange = [this] { probe.reset(); };
+  EXPECT_EQ("ab~a~b~c", Tell());
+  for (const Recorder* const observer : {&a, &b, &c})
+    EXPECT_FALSE(observer->IsAttached());
 }
 
 TEST_F(ObserverTest, AFifthNestedDispatchIsDropped) {
-  QString log;
-  const auto probe = Probe::Make();
-  Recorder a(probe.get(), "a", log);
-  a.onChange = [&] {
+  b.SetObserved(nullptr);
+  c.SetObserved(nullptr);
+  a.onChange = [this] {
     if (log.size() < 100)
       Change(*probe);
   };
-  Change(*probe);
-  EXPECT_EQ("aaaa", log);
+  EXPECT_EQ("aaaa", Tell());
+}
+
+TEST_F(ObserverTest, ADeparturePutsAllNestedDispatchesRight) {
+  a.onChange = [this] {
+    if (log == "a")
+      Change(*probe); // reaches b, which takes away the next step of both
+  };
+  b.onChange = [this] {
+    b.SetObserved(nullptr);
+    c.SetObserved(nullptr);
+  };
+  EXPECT_EQ("aab", Tell());
 }
 
 TEST_F(ObserverTest, AChangeClimbsToTheOwners) {
-  QString log;
   const auto root = Probe::Make();
   const auto middle = Probe::Make();
-  const auto leaf = Probe::Make();
   Fields().child.set(*root, middle.get(), 0);
-  Fields().child.set(*middle, leaf.get(), 0);
-  Recorder a(root.get(), "a", log);
-  Recorder b(leaf.get(), "b", log);
-  Change(*leaf);
-  EXPECT_EQ("ba>child>count", log);
-  EXPECT_EQ(leaf->GetRevision(), root->GetRevision());
+  Fields().child.set(*middle, probe.get(), 0);
+  Recorder top(root.get(), 't', log);
+  EXPECT_EQ("abct", Tell());
+  EXPECT_EQ(&Fields().child, top.through);
+  EXPECT_EQ(probe->GetRevision(), root->GetRevision());
 
-  const auto revision = leaf->GetRevision();
+  auto revision = probe->GetRevision();
   ThreadContext::GetCurrent()->notifyEnabled = false;
-  Change(*leaf);
+  EXPECT_EQ("", Tell());
   ThreadContext::GetCurrent()->notifyEnabled = true;
-  EXPECT_EQ(revision, leaf->GetRevision());
+  EXPECT_EQ(revision, probe->GetRevision());
+  {
+    const BitGuard guard(probe.get(), kBitNoFieldNotify, true);
+    EXPECT_EQ("", Tell());
+    EXPECT_NE(revision, probe->GetRevision()) << "the revision goes on";
+  }
+  EXPECT_EQ("abct", Tell());
 }
 
-TEST_F(ObserverTest, AClimbEndsWellWhateverIsDroppedOnItsWay) {
+TEST_F(NoticeTest, AClimbEndsWellWhateverIsDroppedOnItsWay) {
   struct Case {
     char observed; // whose observer drops
     char dropped;
@@ -165,31 +165,22 @@ TEST_F(ObserverTest, AClimbEndsWellWhateverIsDroppedOnItsWay) {
     Probe* middle = Fields().child.get(*root).get();
     Fields().child.set(*middle, Probe::Make().get(), 0);
     Probe* leaf = Fields().child.get(*middle).get();
-    const auto act = [&](char name) {
-      if (name != c.observed)
-        return;
+    const auto drop = [&] {
       if (c.dropped == 'r')
         root.reset();
       else
         Fields().child.set(c.dropped == 'l' ? *middle : *root, nullptr, 0);
     };
-    const Climber r(root.get(), 'r', log, act);
-    const Climber m(middle, 'm', log, act);
-    const Climber l(leaf, 'l', log, act);
+    Recorder r(root.get(), 'r', log);
+    Recorder m(middle, 'm', log);
+    Recorder l(leaf, 'l', log);
+    (c.observed == 'r' ? r : c.observed == 'm' ? m : l).onChange = drop;
     Change(*leaf);
     EXPECT_EQ(c.log, log);
   }
 }
 
-TEST_F(ObserverTest, AWatcherTurnsNullWithItsObject) {
-  auto probe = Probe::Make();
-  const Watcher<Probe> watcher(probe.get());
-  EXPECT_EQ(probe.get(), watcher.get());
-  probe.reset();
-  EXPECT_EQ(nullptr, watcher.get());
-}
-
-TEST_F(ObserverTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
+TEST_F(NoticeTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
   Counter probes(Probe::GetClassSchema());
   Counter all(SchemaObject::GetClassSchema());
   const auto first = Probe::Make();
@@ -215,7 +206,7 @@ TEST_F(ObserverTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
   EXPECT_EQ(2, probes.seen);
 }
 
-TEST_F(ObserverTest, DeferredNoticesMayBeAskedForWhileTheyAreGiven) {
+TEST_F(NoticeTest, DeferredNoticesMayBeAskedForWhileTheyAreGiven) {
   class Eager final : public CreationObserver {
   public:
     using CreationObserver::CreationObserver;

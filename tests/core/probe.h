@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kestan/core/schemaobject.h"
 #include "kestan/core/color32.h"
+#include "kestan/core/schemaobject.h"
 #include "kestan/host/datetime.h"
 #include "kestan/host/memory.h"
 #include "kestan/host/vec3.h"
@@ -42,7 +42,6 @@ private:
   float ratio_ = 0.5F;
   double angle_ = 0.0;
   QString plain_;
-  QString markup_;
   Color32 color_;
   DateTime when_;
   Vec3<double> axis_;

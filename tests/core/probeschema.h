@@ -1,6 +1,5 @@
 #pragma once
 
-#include "kestan/core/cdatafield.h"
 #include "kestan/core/datetimefield.h"
 #include "kestan/core/enumfield.h"
 #include "kestan/core/normllafield.h"
@@ -27,7 +26,6 @@ public:
   SimpleField<float> ratio{*this, "ratio", OffsetOf(&Probe::ratio_), Field::kElement};
   SimpleField<double> angle{*this, "angle", OffsetOf(&Probe::angle_), Field::kElement};
   SimpleField<QString> plain{*this, "plain", OffsetOf(&Probe::plain_), Field::kElement};
-  CdataField markup{*this, "markup", OffsetOf(&Probe::markup_), Field::kElement};
   SimpleField<Color32> color{*this, "tint", OffsetOf(&Probe::color_), Field::kElement};
   DateTimeField when{*this, "moment", OffsetOf(&Probe::when_), Field::kElement};
   SimpleField<Vec3<double>> axis{*this, "axis", OffsetOf(&Probe::axis_), Field::kElement};

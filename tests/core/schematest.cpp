@@ -1,5 +1,5 @@
-#include "kestan/core/library.h"
 #include "kestan/core/schema.h"
+#include "kestan/core/library.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
 
@@ -57,8 +57,7 @@ TEST_F(SchemaTest, EveryClassWritesReadsAndClonesItsDefaultsAlike) {
   ForEachSchema(SchemaObject::GetClassSchema(), [&](const Schema& schema) {
     SCOPED_TRACE(schema.GetName().toStdString());
     const auto object = schema.CreateInstance(KmlId("x", GetDocumentUrl()), "", nullptr);
-    EXPECT_TRUE(object || schema.IsAbstract() ||
-                IsMadeByItsConstructor(schema));
+    EXPECT_TRUE(object || schema.IsAbstract() || IsMadeByItsConstructor(schema));
     if (!object)
       return;
     ++classes;

@@ -32,31 +32,25 @@ inline Vec3<double> At(double longitude, double latitude, double altitude = 0.0)
   return convert::LLAToNorm({longitude, latitude, altitude});
 }
 
+/// The position with its degrees and metres filled in for %1, %2 and %3.
+inline QString Text(const char* format, const Vec3<double>& norm) {
+  const Vec3<double> lla = convert::NormToLLA(norm);
+  return QString(format).arg(lla.x).arg(lla.y).arg(lla.z);
+}
+
 /// The positions as "longitude,latitude,altitude" in degrees and metres, joined by blanks.
 inline QString Coords(const Geometry& geometry) {
   int count = 0;
   const Vec3<double>* const coords = geometry.GetCoords(count);
   QStringList texts;
-  for (int i = 0; i < count; ++i) {
-    const Vec3<double> lla = convert::NormToLLA(coords[i]);
-    texts += QString("%1,%2,%3").arg(lla.x).arg(lla.y).arg(lla.z);
-  }
+  for (int i = 0; i < count; ++i)
+    texts += Text("%1,%2,%3", coords[i]);
   return texts.join(' ');
 }
 
 /// The box as "west south low east north high", in degrees and metres.
 inline QString Box(const BoundingBox<double>& box) {
-  if (box.IsEmpty())
-    return "empty";
-  const Vec3<double> low = convert::NormToLLA(box.low);
-  const Vec3<double> high = convert::NormToLLA(box.high);
-  return QString("%1 %2 %3 %4 %5 %6")
-      .arg(low.x)
-      .arg(low.y)
-      .arg(low.z)
-      .arg(high.x)
-      .arg(high.y)
-      .arg(high.z);
+  return box.IsEmpty() ? "empty" : Text("%1 %2 %3 ", box.low) + Text("%1 %2 %3", box.high);
 }
 
 inline mmvector<double> Altitudes(const Geometry& geometry) {

@@ -7,9 +7,9 @@ namespace vorrel::kestan {
 
 class LinearRingTest : public GeometryTest {
 protected:
-  RefPtr<LinearRing> Ring(const QString& coordinates, const QString& others = QString()) {
-    return ReadShape<LinearRing>(QString("<LinearRing>%2<coordinates>%1</coordinates></LinearRing>")
-                                     .arg(coordinates, others));
+  RefPtr<LinearRing> Ring(const QString& coordinates) {
+    return ReadShape<LinearRing>(
+        QString("<LinearRing><coordinates>%1</coordinates></LinearRing>").arg(coordinates));
   }
 };
 
@@ -114,7 +114,6 @@ TEST_F(LinearRingTest, EdgeFlagsHoldWhilePositionsMove) {
   ASSERT_TRUE(ring);
   const unsigned char flags[] = {0, 7, 0};
   ring->SetEdgeFlags(flags, 3);
-  EXPECT_EQ("+-+", Edges(*ring));
   ring->SetCoord(1, At(2, 0));
   EXPECT_EQ("+-+", Edges(*ring));
   const unsigned char none[] = {0, 0, 0};
@@ -123,27 +122,13 @@ TEST_F(LinearRingTest, EdgeFlagsHoldWhilePositionsMove) {
 }
 
 TEST_F(LinearRingTest, OrientationFollowsTheCoordinates) {
-  struct Case {
-    const char* coords;
-    bool counterClockwise;
-  };
-  const Case cases[] = {
-      {"", true},
-      {"0,0 1,0 0,0", true},
-      {"0,0 1,0 1,1 0,0", true},
-      {"0,0 1,1 1,0 0,0", false},
-      {"0,0 1,1 2,2 0,0", true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.coords);
-    const auto ring = Ring(c.coords);
-    ASSERT_TRUE(ring);
-    EXPECT_EQ(c.counterClockwise, ring->IsCounterClockwise());
-  }
   const auto ring = Ring("0,0 1,0 1,1 0,0");
+  ASSERT_TRUE(ring);
   EXPECT_TRUE(ring->IsCounterClockwise());
   ring->ReverseCoordOrder();
   EXPECT_FALSE(ring->IsCounterClockwise());
+  for (const char* flat : {"", "0,0 1,0 0,0", "0,0 1,1 2,2 0,0"})
+    EXPECT_TRUE(Ring(flat)->IsCounterClockwise()) << flat;
 }
 
 TEST_F(LinearRingTest, TheRoleAndTheBoxDependOnThePolygon) {

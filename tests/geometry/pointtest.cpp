@@ -7,52 +7,17 @@ namespace vorrel::kestan {
 
 using PointTest = GeometryTest;
 
-TEST_F(PointTest, CoordinatesComeBackAsTheyWereWritten) {
-  struct Case {
-    const char* text;
-    const char* written;
-  };
-  const Case cases[] = {
-      {"8.5,47.25,400", "8.5,47.25,400"},
-      {" -122.082203542568 , 37.422289901402 , 12.5 ", nullptr}, // numbers with their commas apart
-      {"-122.082203542568,37.422289901402,0.123456789",
-       "-122.082203542568,37.422289901402,0.123456789"},
-      {"180,-90,-11000", "180,-90,-11000"},
-      {"1,2", "1,2,0"},
-      {"0,0,0", "0,0,0"},
-      {"", "0,0,0"},
-      {"here", "0,0,0"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    const auto point =
-        ReadShape<Point>(QString("<Point><coordinates>%1</coordinates></Point>").arg(c.text));
-    ASSERT_TRUE(point);
-    const QString first = WriteShape(*point);
-    if (c.written) {
-      EXPECT_EQ(QString("<coordinates>%1</coordinates>").arg(c.written),
-                Element(first, "coordinates"));
-    }
-    const auto again = ReadShape<Point>(first);
-    ASSERT_TRUE(again);
-    EXPECT_EQ(point->GetCoord(), again->GetCoord());
-    EXPECT_EQ(first, WriteShape(*again));
-  }
-}
-
 TEST_F(PointTest, TheExtendedAltitudeModeWinsInEitherOrder) {
-  const char* const modes[] = {
-      "<gx:altitudeMode>clampToSeaFloor</gx:altitudeMode><altitudeMode>absolute</altitudeMode>",
-      "<altitudeMode>absolute</altitudeMode><gx:altitudeMode>clampToSeaFloor</gx:altitudeMode>"};
-  for (const char* const mode : modes) {
-    SCOPED_TRACE(mode);
-    const auto point = ReadShape<Point>(QString("<Point>%1</Point>").arg(mode));
+  const QString plain = "<altitudeMode>absolute</altitudeMode>";
+  const QString extended = "<gx:altitudeMode>clampToSeaFloor</gx:altitudeMode>";
+  for (const QString& modes : {extended + plain, plain + extended}) {
+    SCOPED_TRACE(modes.toStdString());
+    const auto point = ReadShape<Point>("<Point>" + modes + "</Point>");
     ASSERT_TRUE(point);
     EXPECT_EQ(kClampToSeaFloor, point->GetAltitudeMode());
     const QString text = WriteShape(*point);
     EXPECT_EQ("", Element(text, "altitudeMode"));
-    EXPECT_EQ("<gx:altitudeMode>clampToSeaFloor</gx:altitudeMode>",
-              Element(text, "gx:altitudeMode"));
+    EXPECT_EQ(extended, Element(text, "gx:altitudeMode"));
   }
 }
 
@@ -78,26 +43,6 @@ TEST_F(PointTest, SettersNotifyOnceAndOnlyOfAChange) {
   point->SetAltitudes(&other, 1);
   EXPECT_EQ("coordinates coordinates coordinates", log.take());
   EXPECT_EQ(Vec3<double>(0.5, altitude, other), point->GetCoord());
-}
-
-TEST_F(PointTest, KnowsItsFeatureWhileItHasOne) {
-  const auto placemark = Placemark::CreatePlacemark();
-  const RefPtr<Point> point(new Point(At(1, 2), placemark.get(), KmlId("p", ""), ""));
-  EXPECT_EQ(placemark.get(), point->GetFeature());
-  placemark->SetGeometry(point.get());
-  EXPECT_TRUE(point->GetBit(kBitInheritedVisibility));
-
-  FieldLog log(*point);
-  const auto other = Placemark::CreatePlacemark();
-  other->SetGeometry(point.get());
-  EXPECT_EQ(other.get(), point->GetFeature());
-  EXPECT_EQ(nullptr, placemark->GetGeometry());
-  log.take();
-  other->SetVisibility(false);
-  EXPECT_EQ("visibility", log.take());
-  EXPECT_FALSE(point->GetBit(kBitInheritedVisibility));
-  other->SetGeometry(nullptr);
-  EXPECT_EQ(nullptr, point->GetFeature());
 }
 
 TEST_F(PointTest, APlacemarkWithItsPointIsSmall) {

@@ -113,21 +113,4 @@ TEST_F(GeometryVisitorTest, ADioramaHasNoFormInADocument) {
   EXPECT_TRUE(Write(*Read<Placemark>(kept)).contains("<DioramaObject>"));
 }
 
-TEST_F(GeometryVisitorTest, ShapesThatAreNotKnownYetAreKept) {
-  const char* const shapes[] = {
-      "<Model><Link><href>a.dae</href></Link></Model>",
-      "<gx:Track><when>2007</when><gx:coord>1 2 3</gx:coord></gx:Track>",
-      "<gx:MultiTrack><gx:interpolate>1</gx:interpolate></gx:MultiTrack>"};
-  for (const char* const shape : shapes) {
-    SCOPED_TRACE(shape);
-    const auto placemark = Read<Placemark>(
-        QString("<Placemark xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\">%1</Placemark>")
-            .arg(shape));
-    ASSERT_TRUE(placemark);
-    const QString text = Write(*placemark);
-    EXPECT_TRUE(text.contains(shape)) << text.toStdString();
-    EXPECT_EQ(text, Write(*Read<Placemark>(text)));
-  }
-}
-
 } // namespace vorrel::kestan

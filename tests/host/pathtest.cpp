@@ -58,22 +58,7 @@ TEST(CleanupPathnameTest, RewritesThePathAndNothingElse) {
   }
 }
 
-TEST(NetTest, TellsTheFormsOfFileNames) {
-  struct Case {
-    const char* name;
-    net::FileNameType type;
-  };
-  const Case cases[] = {
-      {"/a/b", net::kFileNameLocal},          {"c:/a", net::kFileNameLocal},
-      {"C:\\a", net::kFileNameLocal},         {"c:a", net::kFileNameOther},
-      {"file:///a", net::kFileNameLocalUrl},  {"\\\\server\\a", net::kFileNameLocalUrl},
-      {"//server/a", net::kFileNameLocalUrl}, {"HTTPS://host/a", net::kFileNameNetwork},
-      {"ftp://host/a", net::kFileNameOther},  {"root://a", net::kFileNameOther},
-      {"a/b", net::kFileNameOther},           {"", net::kFileNameOther}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(c.type, net::GetFileNameType(c.name));
-  }
+TEST(NetTest, KnowsTheSchemesOfTheWeb) {
   EXPECT_TRUE(net::ServerInfo::IsHttp("Http://a", false));
   EXPECT_FALSE(net::ServerInfo::IsHttp("file:///http://a", false));
   EXPECT_TRUE(net::ServerInfo::IsHttp("https", true));

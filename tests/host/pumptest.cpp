@@ -23,11 +23,6 @@ constexpr double kLong = 3600.0;
 class Call final : public SyncMethod {
 public:
   explicit Call(std::function<void()> action) : SyncMethod("Call"), action_(std::move(action)) {}
-  ~Call() override {
-    if (ended)
-      *ended = true;
-  }
-  bool* ended = nullptr;
 
 private:
   void Execute() override { action_(); }
@@ -112,12 +107,10 @@ TEST_F(PumpTest, WithoutTimeItStillMovesOn) {
 }
 
 TEST_F(PumpTest, WhatIsAddedMeanwhileWaits) {
-  Call* self = nullptr;
   Call again([&] {
     log += 'r';
-    Timer::Execute(*self, 0);
+    Timer::Execute(again, 0);
   });
-  self = &again;
   Timer::Execute(again, 0);
   EXPECT_EQ(0.0, Pump::Run(kLong));
   EXPECT_EQ("r", log);
@@ -153,13 +146,11 @@ TEST_F(PumpTest, ACallbackCanRunThePump) {
 }
 
 TEST_F(PumpTest, TimersRepeatStopAndDeleteEachOther) {
-  Ticker* self = nullptr;
   Ticker ticker([&] {
     log += 't';
     if (log == "ttt")
-      self->Stop();
+      ticker.Stop();
   });
-  self = &ticker;
   ticker.Start(0, false);
   EXPECT_EQ(0.0, Pump::Run(kLong));
   Pump::Run(kLong);
@@ -185,12 +176,12 @@ TEST_F(PumpTest, MethodsThatWaitAreDroppedWithTheirOwnerOrTheQueue) {
     Timer::Execute(call, 0);
     EXPECT_TRUE(call.IsPending());
   }
-  bool ended = false;
-  Call* const dropped = NewCall('z');
-  dropped->ended = &ended;
+  const auto held = std::make_shared<int>();
+  auto* const dropped = new Call([held] {});
+  dropped->SetAutoDelete(true);
   Timer::Execute(dropped, 0);
   Pump::Clear();
-  EXPECT_TRUE(ended);
+  EXPECT_EQ(1, held.use_count());
   EXPECT_EQ(Pump::kIdle, Pump::Run(kLong));
   EXPECT_EQ("", log);
 }
