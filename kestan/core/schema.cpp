@@ -47,6 +47,10 @@ Registry& SchemaHash() {
   return registry;
 }
 
+QByteArray MakeTag(const QString& name, Namespace ns) {
+  return (ns == Namespace::kKml ? QByteArray() : QByteArray(kExtPrefixColon)) + name.toUtf8();
+}
+
 template <class T> void EraseFirst(mmvector<T*>& list, const T* entry) {
   const auto place = std::find(list.begin(), list.end(), entry);
   if (place != list.end())
@@ -57,7 +61,8 @@ template <class T> void EraseFirst(mmvector<T*>& list, const T* entry) {
 
 Schema::Schema(const QString& name, unsigned size, const Schema* base, Namespace ns,
                bool experimental)
-    : size_(size), name_(name), key_(MakeKey(name, ns)), ns_(ns), experimental_(experimental) {
+    : size_(size), name_(name), key_(MakeKey(name, ns)), tag_(MakeTag(name, ns)), ns_(ns),
+      experimental_(experimental) {
   if (!base && name != QLatin1String("SchemaObject"))
     base = &SchemaObject::GetClassSchema();
   construct(base);

@@ -8,6 +8,7 @@
 #include "kestan/host/refptr.h"
 #include "kestan/host/spinlock.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QString>
 
@@ -83,6 +84,9 @@ public:
   const Schema* GetBase() const { return base_; }
   Namespace GetNamespace() const { return ns_; }
   const QString& GetKey() const { return key_; }
+  /// The name as it's written, with its prefix. Empty for a class that a document makes: its name
+  /// may change.
+  const QByteArray& GetTag() const { return tag_; }
   unsigned GetSize() const { return size_; }
   bool IsExperimental() const { return experimental_; }
 
@@ -138,6 +142,7 @@ private:
   unsigned size_ = 0;
   QString name_;
   QString key_;
+  QByteArray tag_;
   Namespace ns_ = Namespace::kKml;
   unsigned fieldCount_ = 0;
   mutable mmvector<Schema*> derived_;

@@ -21,6 +21,7 @@
 #include "kestan/write/xmltext.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace vorrel::kestan {
 
@@ -47,10 +48,15 @@ bool HasUnknownAttrs(const SchemaObject& object, const Field& field) {
 
 /// " name=" and the opening quote.
 void WriteAttributeStart(const Field& field, const SchemaObject& object, WriteState& state) {
+  // The tag has the prefix of the extension, but none for KML itself.
   const bool needsPrefix = field.GetNamespace() != object.GetNamespace();
   const bool isKml = field.GetNamespace() == Namespace::kKml;
-  state.out(!needsPrefix ? " " : isKml ? " kml:" : " gx:");
-  state.stream() << field.GetName() << "=\"";
+  const std::size_t dropped = needsPrefix || isKml ? 0 : std::strlen(kExtPrefixColon);
+  const QByteArray& tag = field.GetTag();
+  state.out(needsPrefix && isKml ? " kml:" : " ");
+  state.stream().WriteRawBytes(tag.constData() + dropped,
+                               static_cast<std::size_t>(tag.size()) - dropped);
+  state.out("=\"");
 }
 
 } // namespace

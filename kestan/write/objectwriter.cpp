@@ -54,7 +54,7 @@ void SchemaObject::WriteKml(WriteState& state) const {
 }
 
 void SchemaObject::WriteKmlStartTag(WriteState& state, bool inlineText) const {
-  state.WriteTagStart(GetNamespace(), schema_->GetName());
+  state.WriteTagStart(*schema_);
   WriteAttributes(*this, state);
   state.out(inlineText ? ">" : ">\n");
   state.SetIndent(state.indent() + 1);
@@ -64,7 +64,7 @@ void SchemaObject::WriteKmlEndTag(WriteState& state, bool inlineText) const {
   state.SetIndent(state.indent() - 1);
   if (!inlineText)
     state.WriteIndent();
-  state.WriteTagEnd(GetNamespace(), schema_->GetName());
+  state.WriteTagEnd(*schema_);
 }
 
 void SchemaObject::WriteKmlFields(WriteState& state) const {

@@ -24,6 +24,7 @@ namespace vorrel::kestan {
 
 class AbstractLink;
 class CustomSchema;
+class Schema;
 class SchemaObject;
 class StyleSelector;
 
@@ -102,6 +103,9 @@ public:
   /// The same for a name that is ready.
   void WriteTagStart(const QByteArray& tag);
   void WriteTagEnd(const QByteArray& tag);
+  /// The same for the element of a class.
+  void WriteTagStart(const Schema& schema);
+  void WriteTagEnd(const Schema& schema);
 
   /// Preserved content: attributes for the start tag that the stream ends with, and elements.
   void WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces);

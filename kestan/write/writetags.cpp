@@ -1,3 +1,4 @@
+#include "kestan/core/schema.h"
 #include "kestan/write/writestate.h"
 
 #include <algorithm>
@@ -23,6 +24,20 @@ void WriteState::WriteTagStart(Namespace ns, const QString& name) {
 
 void WriteState::WriteTagEnd(Namespace ns, const QString& name) {
   stream_ << "</" << GetPrefix(ns) << name << ">\n";
+}
+
+void WriteState::WriteTagStart(const Schema& schema) {
+  if (schema.GetTag().isEmpty())
+    WriteTagStart(schema.GetNamespace(), schema.GetName());
+  else
+    WriteTagStart(schema.GetTag());
+}
+
+void WriteState::WriteTagEnd(const Schema& schema) {
+  if (schema.GetTag().isEmpty())
+    WriteTagEnd(schema.GetNamespace(), schema.GetName());
+  else
+    WriteTagEnd(schema.GetTag());
 }
 
 void WriteState::WriteTagStart(const QByteArray& tag) {
