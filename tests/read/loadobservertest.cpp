@@ -10,8 +10,6 @@
 #include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 
-#include <algorithm>
-#include <chrono>
 #include <functional>
 #include <thread>
 
@@ -181,30 +179,6 @@ TEST_F(LoadObserverTest, AReferenceMayChangeWhileItIsResolved) {
   EXPECT_FALSE(second);
   EXPECT_EQ(style.get(), StyleOf(*first));
   EXPECT_EQ(style.get(), StyleOf(*third));
-}
-
-TEST_F(LoadObserverTest, ForwardReferencesCostInProportion) {
-  const auto read = [this](int count) {
-    QString placemarks;
-    QString styles;
-    for (int i = 0; i < count; ++i) {
-      placemarks += QStringLiteral("<Placemark><styleUrl>#s%1</styleUrl></Placemark>").arg(i);
-      styles += QStringLiteral("<Style id=\"s%1\"/>").arg(i);
-    }
-    const QByteArray text = ("<Document>" + placemarks + styles + "</Document>").toUtf8();
-    const auto start = std::chrono::steady_clock::now();
-    const auto document = ReadObject(text);
-    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    EXPECT_TRUE(document);
-    return taken.count();
-  };
-  const auto best = [&read](int count) {
-    return std::min({read(count), read(count), read(count)});
-  };
-  const double small = best(2000);
-  const double large = best(20000);
-  // A walk for each style would take a hundred times as long.
-  EXPECT_LT(large, 40 * small) << small;
 }
 
 } // namespace vorrel::kestan
