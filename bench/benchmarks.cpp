@@ -162,8 +162,8 @@ void RegisterScenes() {
   for (const Look look : {Look::kMerged, Look::kOwn}) {
     RegisterCounts(std::string("merge/") + Name(look), MergeStyle, look);
   }
-  for (const Audience audience : {Audience::kNobody, Audience::kObserver, Audience::kOwners,
-                                  Audience::kObservedOwners}) {
+  for (const Audience audience :
+       {Audience::kNobody, Audience::kObserver, Audience::kOwners, Audience::kObservedOwners}) {
     RegisterCounts(std::string("change/") + Name(audience), ChangeField, audience);
   }
   RegisterCounts("references/forward", ReadReferences, References::kForward);

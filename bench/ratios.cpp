@@ -206,14 +206,13 @@ void Styles(const Options& options, const Subject& subject) {
 
 void Changes(const Options& options, const Subject& subject) {
   PrintCostHead("a field change / plain virtual call");
-  for (const Audience audience : {Audience::kNobody, Audience::kObserver, Audience::kOwners,
-                                  Audience::kObservedOwners}) {
+  for (const Audience audience :
+       {Audience::kNobody, Audience::kObserver, Audience::kOwners, Audience::kObservedOwners}) {
     for (const std::size_t count : kCounts) {
       WatchedFeatures features(subject, audience, count);
       const StyledFeatures plain(subject, Look::kShared, count);
       const std::size_t passes = GetPasses(count);
-      const bool isHeard =
-          audience == Audience::kObserver || audience == Audience::kObservedOwners;
+      const bool isHeard = audience == Audience::kObserver || audience == Audience::kObservedOwners;
       const std::size_t notices = features.GetNotices();
       PrintCost(Name(audience), count, count * passes,
                 Compare(
@@ -281,10 +280,9 @@ int main(int argc, char** argv) {
   using namespace bench;
   Options options;
   if (!Parse(argc, argv, options)) {
-    std::fputs(
-        "usage: kestan-bench-ratios [--rounds N] [--megabytes N] "
-        "[read|write|lists|sizes|styles|changes|references]...\n",
-        stderr);
+    std::fputs("usage: kestan-bench-ratios [--rounds N] [--megabytes N] "
+               "[read|write|lists|sizes|styles|changes|references]...\n",
+               stderr);
     return 2;
   }
   const WideExpat expat;

@@ -38,8 +38,10 @@ std::string MakeStyled(Look look, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     const auto width = static_cast<int>(2 + (look == Look::kOwn ? i % 100 : 0));
     const bool isMerged = look == Look::kMerged || look == Look::kOwn;
-    text += MakePlacemark(Reference(look == Look::kMap ? "m" : isMerged ? "t" : "s") +
-                      (isMerged ? MakeStyle("", width) : ""));
+    text += MakePlacemark(Reference(look == Look::kMap ? "m"
+                                    : isMerged         ? "t"
+                                                       : "s") +
+                          (isMerged ? MakeStyle("", width) : ""));
   }
   return InDocument(text);
 }
@@ -101,7 +103,9 @@ std::uintptr_t StyledFeatures::AskPlain(int mode) const {
 
 void StyledFeatures::ChangeSharedStyle() {
   for (const char* id : {"s", "t"}) {
-    vorrel::kestan::Style::find(tree_->GetUrl(), QLatin1String(id))->GetLineStyle()->SetWidth(++width_);
+    vorrel::kestan::Style::find(tree_->GetUrl(), QLatin1String(id))
+        ->GetLineStyle()
+        ->SetWidth(++width_);
   }
 }
 

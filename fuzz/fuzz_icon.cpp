@@ -126,8 +126,8 @@ void CheckRoundTrip(const Input& input) {
                          QString::number(input.sides[i]));
     }
   }
-  const QString text = "<Folder xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><Icon>" + content +
-                       "</Icon></Folder>";
+  const QString text =
+      "<Folder xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><Icon>" + content + "</Icon></Folder>";
   const fuzz::Tree first = fuzz::Read(text.toUtf8(), QStringLiteral("/dir/fuzz.kml"));
   const RefPtr<Icon> icon = GetIcon(first);
   const QString& href = icon->GetHref();

@@ -37,9 +37,14 @@ const char kFarDocument[] =
 
 /// Maps come first; then a style, nothing, another document, and built-in styles.
 QString Target(unsigned choice, std::size_t maps) {
-  const char* others[] = {"",           "#missing",         "far.kml#s",
-                          "far.kml#m",  "root://styles#hl", "root://styles#default?iconId=0x307",
-                          "far.kml#no", "root://styleMaps#default"};
+  const char* others[] = {"",
+                          "#missing",
+                          "far.kml#s",
+                          "far.kml#m",
+                          "root://styles#hl",
+                          "root://styles#default?iconId=0x307",
+                          "far.kml#no",
+                          "root://styleMaps#default"};
   const std::size_t target = choice % (maps + 1 + std::size(others));
   return target <= maps ? QStringLiteral("#m%1").arg(target)
                         : QLatin1String(others[target - maps - 1]);
@@ -48,9 +53,9 @@ QString Target(unsigned choice, std::size_t maps) {
 QString Pair(const char* key, const QString& target, bool own) {
   const QString reference = "<styleUrl>" + target + "</styleUrl>";
   return QStringLiteral("<Pair><key>%1</key>%2</Pair>")
-      .arg(QLatin1String(key), own ? "<StyleMap><Pair><key>normal</key>" + reference +
-                                         "</Pair></StyleMap>"
-                                   : reference);
+      .arg(QLatin1String(key),
+           own ? "<StyleMap><Pair><key>normal</key>" + reference + "</Pair></StyleMap>"
+               : reference);
 }
 
 QByteArray MakeDocument(const std::uint8_t* data, std::size_t maps) {

@@ -50,8 +50,8 @@ void CheckArchive(const QString& url) {
   Expect(found == !inner.isEmpty() && found == !archive.isEmpty(), "archive", archive, inner);
   if (found && net::ServerInfo::IsHttp(url, false)) {
     const int size = static_cast<int>(archive.size());
-    Expect(url.startsWith(archive) && QStringView(url).mid(size + 1).startsWith(inner), "archive's path",
-           archive, inner);
+    Expect(url.startsWith(archive) && QStringView(url).mid(size + 1).startsWith(inner),
+           "archive's path", archive, inner);
   }
 }
 

@@ -24,8 +24,7 @@ AltitudeModeEnumField::AltitudeModeEnumField(Schema& schema, int defaultValue, u
 
 FromStringResult AltitudeModeEnumField::fromString(SchemaObject& object, const AttributeList* attrs,
                                                    const NamespaceList* namespaces,
-                                                   const QString& text, int,
-                                                   Update* update) const {
+                                                   const QString& text, int, Update* update) const {
   int mode = 0;
   if (!GetEnum().GetEnum(text, mode))
     return FromStringResult::kUnknownEnumeration;

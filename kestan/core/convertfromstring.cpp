@@ -43,8 +43,8 @@ template <> bool ConvertFromString(const QString& text, float& value) {
 
 template <> bool ConvertFromString(const QString& text, bool& value) {
   const QString word = text.trimmed();
-  value = word == QLatin1String("1") ||
-          word.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
+  value =
+      word == QLatin1String("1") || word.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
   return true;
 }
 

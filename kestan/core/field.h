@@ -106,7 +106,8 @@ public:
   /// Fills a fresh `dst`.
   virtual void clone(SchemaObject& dst, const SchemaObject& src, bool deep) const = 0;
   /// `dst` takes `b`'s value when `useB`, else `a`'s.
-  virtual void merge(SchemaObject& dst, const SchemaObject& a, const SchemaObject& b, bool useB) const;
+  virtual void merge(SchemaObject& dst, const SchemaObject& a, const SchemaObject& b,
+                     bool useB) const;
   virtual bool equals(const SchemaObject& a, const SchemaObject& b) const;
   /// Negative, 0 or positive.
   virtual int compare(const SchemaObject& a, const SchemaObject& b) const;

@@ -15,8 +15,8 @@ public:
   /// What a recoverable KML error does: 0 goes on silently, 1 reports to the `IErrorHandler`,
   /// 2 ends the parse, 3 goes on silently and drops unknown content.
   IntSetting kmlErrorHandling;
-  StringSetting currentKmlVersion; ///< The KML version that the client reports.
-  StringSetting hintTarget;        ///< Fallback target of the `hint` attribute.
+  StringSetting currentKmlVersion;        ///< The KML version that the client reports.
+  StringSetting hintTarget;               ///< Fallback target of the `hint` attribute.
   BoolSetting forceEnableExperimentalKml; ///< For the client.
 };
 

@@ -22,8 +22,7 @@ bool IsPolyline(const AttributeList* attrs) {
          });
 }
 
-template <class Visit>
-void ForEachPosition(const QString& text, bool polyline, Visit visit) {
+template <class Visit> void ForEachPosition(const QString& text, bool polyline, Visit visit) {
   const ushort* at = math::Units(text);
   const ushort* const end = at + text.size();
   while (at && at < end) {
@@ -67,9 +66,8 @@ QString NormLLAListField::toString(const SchemaObject& object, int index) const 
   const mmvector<Vec3<double>>& array = Array(object);
   const bool inRange = index >= 0 && static_cast<std::size_t>(index) < array.size();
   char buffer[kMaxNormLLALength];
-  const int size =
-      FormatNormLLA(inRange ? array[static_cast<std::size_t>(index)] : Vec3<double>{0.0, 0.0, 0.0},
-                    ',', buffer);
+  const int size = FormatNormLLA(
+      inRange ? array[static_cast<std::size_t>(index)] : Vec3<double>{0.0, 0.0, 0.0}, ',', buffer);
   return QString::fromLatin1(buffer, size);
 }
 

@@ -45,8 +45,7 @@ void SchemaObject::CopyFields(SchemaObject& dst, bool deep, const mmvector<const
 
 RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
                                          const mmvector<const Field*>* excluded) const {
-  RefPtr<SchemaObject> object =
-      schema_->CreateInstance(GetUniqueRuntimeId(id), baseUrl_, nullptr);
+  RefPtr<SchemaObject> object = schema_->CreateInstance(GetUniqueRuntimeId(id), baseUrl_, nullptr);
   if (object)
     CopyFields(*object, deep, excluded, true);
   return object;
@@ -77,7 +76,7 @@ const Field* SchemaObject::FindObject(const SchemaObject& child, int* index) con
   for (const Field* field : schema_->GetObjectFields()) {
     if (field->HasFlag(Field::kNoWrite) || !child.isOfType(*field->GetObjSchema()))
       continue;
-    const int place = field->IsArray()                            ? field->FindObject(*this, child)
+    const int place = field->IsArray()                        ? field->FindObject(*this, child)
                       : field->GetObject(*this, -1) == &child ? 0
                                                               : -1;
     if (place >= 0) {

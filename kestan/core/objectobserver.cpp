@@ -59,8 +59,7 @@ void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject&
                                            VisitedObjects& visited) {
   // A cycle of owners ends where it closes. What this climb has come by is no older than the object
   // that changed, so that the usual owner needs no search, however long the way up is.
-  const bool mayBeVisited =
-      static_cast<std::int32_t>(observed.revision_ - changed.revision_) >= 0;
+  const bool mayBeVisited = static_cast<std::int32_t>(observed.revision_ - changed.revision_) >= 0;
   const bool closesCycle =
       mayBeVisited && std::find(visited.begin(), visited.end(), &observed) != visited.end();
   observed.revision_ = s_revision_counter_.load(std::memory_order_relaxed);
@@ -69,9 +68,8 @@ void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject&
   const RefPtr<SchemaObject> keepsChild = isHeard ? Keep(child) : nullptr;
   const RefPtr<SchemaObject> keepsChanged = isHeard ? Keep(changed) : nullptr;
   const SubFieldChangedEvent event{observed, child, changed, field};
-  const bool alive = observed.observers_.Dispatch([&](Observer& observer) {
-    static_cast<ObjectObserver&>(observer).OnSubFieldChanged(event);
-  });
+  const bool alive = observed.observers_.Dispatch(
+      [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnSubFieldChanged(event); });
   if (alive && !closesCycle &&
       (observed.GetBit(kBitNotifySubField) || observed.GetBit(kBitInheritedNotifySubField)))
     observed.NotifySubFieldChanged(changed, field, visited);

@@ -8,8 +8,8 @@
 namespace vorrel::kestan {
 
 template <class T>
-ObjField<T>::ObjField(Schema& schema, const QString& name, const Schema& objSchema,
-                      unsigned offset, unsigned flags)
+ObjField<T>::ObjField(Schema& schema, const QString& name, const Schema& objSchema, unsigned offset,
+                      unsigned flags)
     : ObjFieldBase(schema, name, objSchema, offset, flags, sizeof(RefPtr<T>), alignof(RefPtr<T>)) {}
 
 template <class T> unsigned ObjField<T>::getSize() const { return sizeof(RefPtr<T>); }

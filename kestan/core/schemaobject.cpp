@@ -6,9 +6,9 @@
 #include "kestan/core/schemaobjectschema.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/core/threadcontext.h"
-#include "kestan/feature/document.h"   // the document that an object lies in
-#include "kestan/feature/kmlschema.h"  // hint targets
-#include "kestan/link/url.h"           // which URLs stand for themselves
+#include "kestan/feature/document.h"  // the document that an object lies in
+#include "kestan/feature/kmlschema.h" // hint targets
+#include "kestan/link/url.h"          // which URLs stand for themselves
 
 namespace vorrel::kestan {
 
@@ -329,8 +329,7 @@ QString SchemaObject::ComposeHintString() const {
 
 double SchemaObject::GetInterpolant(int i, int a, int b) const {
   const SchemaObject* owner = GetOwner(0);
-  return owner ? owner->GetInterpolant(i, a, b)
-               : (i - a) / static_cast<double>(b - a);
+  return owner ? owner->GetInterpolant(i, a, b) : (i - a) / static_cast<double>(b - a);
 }
 
 } // namespace vorrel::kestan

@@ -276,13 +276,15 @@ private:
 
 namespace vorrel {
 
-inline bool HashMapTraits<kestan::KmlId, kestan::SchemaObject>::Equals(
-    const kestan::SchemaObject& object, const kestan::KmlId& id) {
+inline bool
+HashMapTraits<kestan::KmlId, kestan::SchemaObject>::Equals(const kestan::SchemaObject& object,
+                                                           const kestan::KmlId& id) {
   return object.GetUrl() == id.url && object.GetId() == id.id;
 }
 
-inline bool HashMapTraits<kestan::KmlId, kestan::SchemaObject>::Equals(
-    const kestan::SchemaObject& a, const kestan::SchemaObject& b) {
+inline bool
+HashMapTraits<kestan::KmlId, kestan::SchemaObject>::Equals(const kestan::SchemaObject& a,
+                                                           const kestan::SchemaObject& b) {
   return a.GetUrl() == b.GetUrl() && a.GetId() == b.GetId();
 }
 

@@ -12,8 +12,7 @@ SimpleArrayField<T>::SimpleArrayField(Schema& schema, const QString& name, unsig
                                       Field::Type type, unsigned flags)
     : TypedArrayField<T>(schema, name, offset, type, flags) {}
 
-template <class T>
-SimpleArrayField<T>& SimpleArrayField<T>::SetUndefinedOffset(unsigned offset) {
+template <class T> SimpleArrayField<T>& SimpleArrayField<T>::SetUndefinedOffset(unsigned offset) {
   undefinedOffset_ = offset;
   return *this;
 }
@@ -42,8 +41,7 @@ FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const Att
   return FromStringResult::kOk;
 }
 
-template <class T>
-void SimpleArrayField<T>::WriteEntry(const T& value, WriteState& state) const {
+template <class T> void SimpleArrayField<T>::WriteEntry(const T& value, WriteState& state) const {
   WriteValueText(state.stream(), value);
 }
 

@@ -21,7 +21,8 @@ public:
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
   void clone(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
-  void merge(SchemaObject& dst, const SchemaObject& a, const SchemaObject& b, bool useB) const override;
+  void merge(SchemaObject& dst, const SchemaObject& a, const SchemaObject& b,
+             bool useB) const override;
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;

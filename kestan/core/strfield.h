@@ -4,8 +4,8 @@
 
 namespace vorrel::kestan {
 
-/// A string that is written escaped. An empty one isn't written, unless the object knows that it was
-/// given: then it may stand in the way of another one.
+/// A string that is written escaped. An empty one isn't written, unless the object knows that it
+/// was given: then it may stand in the way of another one.
 class KESTAN_EXPORT StrField : public SimpleField<QString> {
 public:
   using SimpleField::SimpleField;

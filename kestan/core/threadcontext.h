@@ -50,11 +50,12 @@ public:
   /// stopped it: a further call goes on from there. Main thread, while this one's thread rests.
   bool MergeIntoMain(const IJobContinuator& continuator);
 
-  int disableCount = 0; ///< Open `NotificationDisabler`s.
-  int deferCount = 0;   ///< Open `NotificationDeferrer`s.
+  int disableCount = 0;                    ///< Open `NotificationDisabler`s.
+  int deferCount = 0;                      ///< Open `NotificationDeferrer`s.
   mmvector<RefPtr<SchemaObject>> deferred; ///< Objects that wait for their creation notice.
 
-  /// A notice that the main thread sends once it has the object, unless nobody else holds that then.
+  /// A notice that the main thread sends once it has the object, unless nobody else holds that
+  /// then.
   struct MergeNotice {
     RefPtr<SchemaObject> object;
     void (*send)(SchemaObject& object);

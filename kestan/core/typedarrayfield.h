@@ -23,8 +23,7 @@ public:
 
 protected:
   using Field::Field;
-  TypedArrayField(Schema& schema, const QString& name, unsigned offset, Type type,
-                  unsigned flags);
+  TypedArrayField(Schema& schema, const QString& name, unsigned offset, Type type, unsigned flags);
 
   mmvector<E>& Array(const SchemaObject& object) const { return Member<mmvector<E>>(object); }
 };

@@ -63,7 +63,7 @@ private:
 
   mmvector<RefPtr<StyleSelector>> styleSelectors_;
   mmvector<RefPtr<CustomSchema>> schemas_;
-  std::size_t namedStyleCount_ = 0; // styles that are known to have an id,
+  std::size_t namedStyleCount_ = 0;               // styles that are known to have an id,
   const StyleSelector* lastNamedStyle_ = nullptr; // and the last of them, for comparison only
   std::unique_ptr<ClientData> clientData_;
 };

@@ -1,7 +1,7 @@
 #include "kestan/host/datetime.h"
 
-#include "kestan/host/parse.h"
 #include "kestan/host/int128.h"
+#include "kestan/host/parse.h"
 
 #include <array>
 #include <chrono>

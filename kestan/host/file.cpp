@@ -134,7 +134,8 @@ void CleanupPathname(QString& path) {
     while (end < path.size() && path[end] != QLatin1Char('?') && path[end] != QLatin1Char('#'))
       ++end;
     const int start = PathStart(path, end);
-    if (!NeedsCleanup(path, start, end) && !QStringView(path).left(start).contains(QLatin1Char('\\')))
+    if (!NeedsCleanup(path, start, end) &&
+        !QStringView(path).left(start).contains(QLatin1Char('\\')))
       return;
     const QString root = path.left(start).replace(QLatin1Char('\\'), QLatin1Char('/'));
     const QString dirty = path.mid(start, end - start).replace(QLatin1Char('\\'), QLatin1Char('/'));

@@ -434,9 +434,9 @@ void KmlHandler::EndField(TagInfo& tag) {
 }
 
 bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
-  return HandleParseResult(tag.field->fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_,
-                                                 value, -1, editTarget_),
-                           value);
+  return HandleParseResult(
+      tag.field->fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_),
+      value);
 }
 
 bool KmlHandler::EndObject(TagInfo& tag) {

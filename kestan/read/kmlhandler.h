@@ -73,10 +73,10 @@ private:
   bool SetValue(TagInfo& tag, const QString& value);
   bool EndObject(TagInfo& tag);
 
-  mmvector<Meaning> meanings_; ///< The first entry serves names that aren't kept.
+  mmvector<Meaning> meanings_;    ///< The first entry serves names that aren't kept.
   NamespaceList fieldNamespaces_; ///< For the attributes of the field element now open.
   int unknownStart_ = 0;          ///< Where the unknown element begins in the text.
-  QString value_; ///< Short texts that no field keeps share its memory.
+  QString value_;                 ///< Short texts that no field keeps share its memory.
 };
 
 } // namespace vorrel::kestan

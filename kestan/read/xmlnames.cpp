@@ -17,8 +17,7 @@ std::uint32_t Hash(const char* text, std::size_t length) {
     for (std::size_t i = 0; i < length; ++i)
       head = head << 8 | static_cast<unsigned char>(text[i]);
   }
-  const std::uint64_t mixed =
-      (head ^ (tail * 0x9E3779B97F4A7C15U) ^ length) * 0xC2B2AE3D27D4EB4FU;
+  const std::uint64_t mixed = (head ^ (tail * 0x9E3779B97F4A7C15U) ^ length) * 0xC2B2AE3D27D4EB4FU;
   return static_cast<std::uint32_t>(mixed >> 32);
 }
 

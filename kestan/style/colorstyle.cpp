@@ -54,8 +54,7 @@ bool ColorStyle::UnspecifyRedundantFields(const ColorStyle& other) {
 }
 
 bool ColorStyle::HasEqualColors(const ColorStyle& other) const {
-  return color_ == other.color_ && colorMode_ == other.colorMode_ &&
-         antialias_ == other.antialias_;
+  return color_ == other.color_ && colorMode_ == other.colorMode_ && antialias_ == other.antialias_;
 }
 
 } // namespace vorrel::kestan

@@ -494,9 +494,8 @@ bool Icon::TakeServerForm(const QString& rest) {
     constexpr int kMaxDigits = 9;
     bool isNumber = false;
     const int length = static_cast<int>(rest.size()) - kNumberPosition - kSuffixLength;
-    const int index = length > 0 && length <= kMaxDigits
-                          ? rest.mid(kNumberPosition, length).toInt(&isNumber)
-                          : 0;
+    const int index =
+        length > 0 && length <= kMaxDigits ? rest.mid(kNumberPosition, length).toInt(&isNumber) : 0;
     if (!isNumber || index < 0)
       return false;
     const int row = kTilesPerSide - 1 - index / kTilesPerSide;

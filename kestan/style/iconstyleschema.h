@@ -53,7 +53,8 @@ public:
                                                     OffsetOf(&IconStyle::overlappable_),
                                                     experimental_, Field::kExtNamespace};
 
-  const MarkFields mark{scale, heading, overlappable, headingMode, facingMode, hotSpotMode, hotSpot};
+  const MarkFields mark{scale,      heading,     overlappable, headingMode,
+                        facingMode, hotSpotMode, hotSpot};
 };
 
 extern template class SchemaT<IconStyle, NewInstancePolicy, NoDerivedPolicy>;

@@ -57,11 +57,10 @@ void LabelStyle::SetText(const QString& text) { Fields().text.CheckSet(*this, te
 
 bool LabelStyle::operator==(const LabelStyle& other) const {
   return this == &other ||
-         (HasEqualColors(other) && scale_ == other.scale_ &&
-          oldPlacement_ == other.oldPlacement_ && headingMode_ == other.headingMode_ &&
-          facingMode_ == other.facingMode_ && heading_ == other.heading_ &&
-          outlineColor_ == other.outlineColor_ && hotSpotMode_ == other.hotSpotMode_ &&
-          groupId_ == other.groupId_ && text_ == other.text_);
+         (HasEqualColors(other) && scale_ == other.scale_ && oldPlacement_ == other.oldPlacement_ &&
+          headingMode_ == other.headingMode_ && facingMode_ == other.facingMode_ &&
+          heading_ == other.heading_ && outlineColor_ == other.outlineColor_ &&
+          hotSpotMode_ == other.hotSpotMode_ && groupId_ == other.groupId_ && text_ == other.text_);
 }
 
 } // namespace vorrel::kestan

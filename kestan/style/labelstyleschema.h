@@ -61,11 +61,11 @@ public:
                                                        experimental_, Field::kExtNamespace};
   StrField groupId{*this, "groupId", OffsetOf(&LabelStyle::groupId_), Field::kElement,
                    Field::kExtNamespace};
-  StrField text{*this, "text", OffsetOf(&LabelStyle::text_), Field::kElement,
-                Field::kExtNamespace};
+  StrField text{*this, "text", OffsetOf(&LabelStyle::text_), Field::kElement, Field::kExtNamespace};
   ScreenVecField hotSpot{*this, "hotSpot", OffsetOf(&LabelStyle::hotSpot_), Field::kElement};
 
-  const MarkFields mark{scale, heading, overlappable, headingMode, facingMode, hotSpotMode, hotSpot};
+  const MarkFields mark{scale,      heading,     overlappable, headingMode,
+                        facingMode, hotSpotMode, hotSpot};
 };
 
 extern template class SchemaT<LabelStyle, NewInstancePolicy, NoDerivedPolicy>;

@@ -55,9 +55,7 @@ void LineStyle::SetOuterColor(const Color32& color) {
   Fields().outerColor.CheckSet(*this, color, specified_);
 }
 
-void LineStyle::SetOuterWidth(float part) {
-  Fields().outerWidth.CheckSet(*this, part, specified_);
-}
+void LineStyle::SetOuterWidth(float part) { Fields().outerWidth.CheckSet(*this, part, specified_); }
 
 Icon* LineStyle::GetIcon() const {
   return icon_ && !icon_->GetUrl().isEmpty() ? icon_.get() : nullptr;

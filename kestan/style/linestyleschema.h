@@ -21,9 +21,9 @@ public:
   SimpleField<float> outerWidth{*this, "outerWidth", OffsetOf(&LineStyle::outerWidth_),
                                 Field::kElement, Field::kExtNamespace};
   IconField icon{*this, OffsetOf(&LineStyle::icon_)};
-  ExperimentalField<SimpleField<float>> repeat{
-      *this, "repeat", OffsetOf(&LineStyle::repeat_),
-      GetExperimentalOverrideField(*this, Field::kElement), Field::kExtNamespace};
+  ExperimentalField<SimpleField<float>> repeat{*this, "repeat", OffsetOf(&LineStyle::repeat_),
+                                               GetExperimentalOverrideField(*this, Field::kElement),
+                                               Field::kExtNamespace};
   SimpleField<bool> labelVisibility{*this, "labelVisibility",
                                     OffsetOf(&LineStyle::labelVisibility_), Field::kElement,
                                     Field::kExtNamespace};

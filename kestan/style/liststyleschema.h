@@ -26,8 +26,8 @@ public:
   ObjArrayField<ItemIcon> itemIcons{*this, QString(), ItemIcon::GetClassSchema(),
                                     OffsetOf(&ListStyle::itemIcons_)};
   SimpleField<Color32> bgColor{*this, "bgColor", OffsetOf(&ListStyle::bgColor_), Field::kElement};
-  SimpleField<int> maxSnippetLines{*this, "maxSnippetLines",
-                                   OffsetOf(&ListStyle::maxSnippetLines_), Field::kElement};
+  SimpleField<int> maxSnippetLines{*this, "maxSnippetLines", OffsetOf(&ListStyle::maxSnippetLines_),
+                                   Field::kElement};
 };
 
 extern template class SchemaT<ListStyle, NewInstancePolicy, NoDerivedPolicy>;

@@ -37,8 +37,7 @@ QString StyleSelector::MakeStyleUrl(const QString& baseUrl, const QString& prese
 RefPtr<StyleSelector> StyleSelector::resolve(const KmlId& id) {
   if (StyleSelector* present = find(id))
     return RefPtr<StyleSelector>(present);
-  static const QRegularExpression oneIcon(
-      QStringLiteral("^(?:([^?]*)\\?)?iconId=([^$]+)$"));
+  static const QRegularExpression oneIcon(QStringLiteral("^(?:([^?]*)\\?)?iconId=([^$]+)$"));
   static const QRegularExpression twoIcons(
       QStringLiteral("^([^+]+)\\+nicon=([^+]+)\\+hicon=([^$]+)$"));
 

@@ -229,8 +229,8 @@ bool Style::operator==(const Style& other) const {
   return this == &other ||
          (*GetIconStyle() == *other.GetIconStyle() &&
           *GetIconStackStyle() == *other.GetIconStackStyle() &&
-          *GetLabelStyle() == *other.GetLabelStyle() &&
-          *GetLineStyle() == *other.GetLineStyle() && *GetPolyStyle() == *other.GetPolyStyle() &&
+          *GetLabelStyle() == *other.GetLabelStyle() && *GetLineStyle() == *other.GetLineStyle() &&
+          *GetPolyStyle() == *other.GetPolyStyle() &&
           *GetBalloonStyle() == *other.GetBalloonStyle() &&
           *GetListStyle() == *other.GetListStyle());
 }

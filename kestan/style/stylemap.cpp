@@ -55,8 +55,7 @@ StyleMap* StyleMap::find(const KmlId& id) {
 
 StyleMap* StyleMap::find(const QString& url, const QString& id) { return find(KmlId(id, url)); }
 
-RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl,
-                                  MemoryManager* manager) {
+RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl, MemoryManager* manager) {
   if (id.id.isEmpty())
     return {};
   if (StyleMap* present = find(id))

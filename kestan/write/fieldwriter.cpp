@@ -118,9 +118,8 @@ void EnumField::WriteKmlString(const SchemaObject& object, WriteState& state) co
 
 void AltitudeModeEnumField::WriteKml(const SchemaObject& object, WriteState& state) const {
   const int mode = get(object);
-  const bool isOwn = isExtension_
-                         ? mode >= kAbsoluteAboveGround && mode <= kRelativeToSeaFloor
-                         : mode >= kClampToGround && mode <= kAbsoluteAboveGround;
+  const bool isOwn = isExtension_ ? mode >= kAbsoluteAboveGround && mode <= kRelativeToSeaFloor
+                                  : mode >= kClampToGround && mode <= kAbsoluteAboveGround;
   if (isOwn || HasUnknownAttrs(object, *this))
     EnumField::WriteKml(object, state);
 }

@@ -48,9 +48,8 @@ void Append(QString& result, QStringView text) {
 }
 
 QString ReplaceImageSources(const QString& text, const SchemaObject& object, WriteState& state) {
-  static const QRegularExpression attribute(
-      QStringLiteral("(src\\s*=\\s*[\"'])([^\"']*)([\"'])"),
-      QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression attribute(QStringLiteral("(src\\s*=\\s*[\"'])([^\"']*)([\"'])"),
+                                            QRegularExpression::CaseInsensitiveOption);
   const QStringView whole(text);
   QString result;
   qsizetype copied = 0;

@@ -42,8 +42,7 @@ void SchemaObject::WriteStylesAndSchemas(WriteState& state, const QString&) cons
 
 void SchemaObject::WriteKml(WriteState& state) const {
   const mmvector<Field*>& fields = schema_->GetSerializedFields();
-  const bool inlineText =
-      fields.empty() || (fields.size() == 1 && !fields.front()->IsArray());
+  const bool inlineText = fields.empty() || (fields.size() == 1 && !fields.front()->IsArray());
   const int depth = state.indent();
   WriteKmlStartTag(state, inlineText);
   if (inlineText)

@@ -20,8 +20,8 @@ class Utf8OStream;
 ///
 /// Each prefix keeps the meaning that it had where the text was read. It's declared on the root if
 /// it can be; else elements carry the declaration with them, and attributes get another prefix. A
-/// prefix that was declared nowhere gets a URI all the same. What isn't well-formed is mended: stray
-/// characters are escaped, elements are closed, and no attribute stands twice on a tag.
+/// prefix that was declared nowhere gets a URI all the same. What isn't well-formed is mended:
+/// stray characters are escaped, elements are closed, and no attribute stands twice on a tag.
 class RawXmlWriter {
 public:
   RawXmlWriter(Utf8OStream& stream, RootNamespaces& root) : stream_(stream), root_(root) {}
@@ -67,14 +67,14 @@ private:
   RootNamespaces& root_;
   NamespaceList scope_;
   QHash<QString, QString> resolved_; ///< URIs of the prefixes of `scope_` that were asked for.
-  QSet<QString> seen_; ///< Attributes of one tag, those with a prefix by its URI.
+  QSet<QString> seen_;               ///< Attributes of one tag, those with a prefix by its URI.
 
   // The elements of one text.
   std::vector<Element> open_;
   std::vector<QString> localPrefixes_; ///< Declared by the open elements, outermost first.
   QHash<QString, std::vector<QString>> localUris_; ///< By prefix; the innermost one is last.
-  QMap<QString, QString> declarations_; ///< Attributes that the outermost element needs.
-  std::size_t insertAt_ = 0;            ///< Their place in the stream.
+  QMap<QString, QString> declarations_;            ///< Attributes that the outermost element needs.
+  std::size_t insertAt_ = 0;                       ///< Their place in the stream.
 };
 
 } // namespace vorrel::kestan

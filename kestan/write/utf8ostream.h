@@ -66,9 +66,9 @@ public:
 private:
   void Grow(std::size_t count);
 
-  QByteArray array_;       ///< Holds the text until that is very large.
-  char* large_ = nullptr;  ///< Holds it from then on.
-  char* data_;             ///< In one of the two.
+  QByteArray array_;      ///< Holds the text until that is very large.
+  char* large_ = nullptr; ///< Holds it from then on.
+  char* data_;            ///< In one of the two.
   std::size_t size_ = 0;
   std::size_t capacity_;
   bool inAttribute_ = false;

@@ -49,9 +49,7 @@ void WriteValueText(Utf8OStream& stream, double value) {
   Print(stream, kMaxNumberLength, [value](char* out) { return FormatDouble(value, out); });
 }
 
-void WriteValueText(Utf8OStream& stream, const QString& value) {
-  XmlUtf8OStream(stream) << value;
-}
+void WriteValueText(Utf8OStream& stream, const QString& value) { XmlUtf8OStream(stream) << value; }
 
 void WriteValueText(Utf8OStream& stream, Color32 value) {
   constexpr int kDigits = 8;

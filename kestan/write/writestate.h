@@ -208,7 +208,7 @@ private:
   ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
   QHash<QString, const SchemaObject*> objectsById_;
   QHash<const SchemaObject*, QString> idsByObject_;
-  bool namesNameless_ = false; ///< An object without an id has one in this output.
+  bool namesNameless_ = false;             ///< An object without an id has one in this output.
   QHash<QString, int> nextSuffixes_;       ///< Where the search for a unique id goes on, by id.
   QHash<QString, QString> extractedFiles_; ///< References to files brought out of archives.
   QHash<QString, int> nextExtracts_;       ///< Where the search for a free name goes on, by name.

@@ -31,11 +31,10 @@ QString CompareText(const QString& what, const QString& a, const QString& b) {
 /// Preserved attributes and elements as a document of their own, in which what they mean doesn't
 /// depend on where the declarations stood.
 QString CanonicalUnknown(const UnknownData& data) {
-  QMap<QString, QString> uris{
-      {QString(), NamespaceEnumToString(Namespace::kKml)},
-      {QStringLiteral("kml"), NamespaceEnumToString(Namespace::kKml)},
-      {QStringLiteral("gx"), NamespaceEnumToString(Namespace::kExt)},
-      {QStringLiteral("atom"), NamespaceEnumToString(Namespace::kAtom)}};
+  QMap<QString, QString> uris{{QString(), NamespaceEnumToString(Namespace::kKml)},
+                              {QStringLiteral("kml"), NamespaceEnumToString(Namespace::kKml)},
+                              {QStringLiteral("gx"), NamespaceEnumToString(Namespace::kExt)},
+                              {QStringLiteral("atom"), NamespaceEnumToString(Namespace::kAtom)}};
   for (const RefPtr<UnknownNamespace>& declared : data.namespaces) {
     uris.insert(declared->prefix, declared->uri);
   }
