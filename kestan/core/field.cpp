@@ -91,12 +91,8 @@ void Field::SetFlagBit(unsigned flag, bool value) {
   flags_ = value ? flags_ | flag : flags_ & ~flag;
 }
 
-char* Field::GetObjectBase(const SchemaObject& object) const {
-  if (HasFlag(kProxy))
-    return static_cast<char*>(object.GetProxyStorage());
-  // SchemaObject is the first base of every class, so that its address is that of the whole
-  // object. Members are reached for reading and writing alike.
-  return reinterpret_cast<char*>(const_cast<SchemaObject*>(&object));
+char* Field::GetProxyBase(const SchemaObject& object) {
+  return static_cast<char*>(object.GetProxyStorage());
 }
 
 } // namespace vorrel::kestan

@@ -151,7 +151,12 @@ protected:
   void SetFlagBit(unsigned flag, bool value);
 
   /// Start of the storage that holds the member.
-  char* GetObjectBase(const SchemaObject& object) const;
+  char* GetObjectBase(const SchemaObject& object) const {
+    // SchemaObject is the first base of every class, so that its address is that of the whole
+    // object. Members are reached for reading and writing alike.
+    return HasFlag(kProxy) ? GetProxyBase(object)
+                           : reinterpret_cast<char*>(const_cast<SchemaObject*>(&object));
+  }
   template <class T> T& Member(const SchemaObject& object, unsigned offset) const {
     return *reinterpret_cast<T*>(GetObjectBase(object) + offset);
   }
@@ -172,6 +177,8 @@ private:
   friend class Schema;
 
   void init(unsigned size, unsigned align, const Schema* objSchema);
+  static char* GetProxyBase(const SchemaObject& object);
+  void WriteGivenValue(const SchemaObject& object, WriteState& state) const;
 
   Schema* schema_;
   QString name_;

@@ -166,35 +166,36 @@ bool Convert(const Scan& scan, double& value) {
 
 #ifdef __SSE2__
 
-/// The value of `count` digits (1 to 8) at `at`, where eight units can be read.
-double TakeEight(const ushort* at, int count) {
-  std::uint64_t halves[2];
-  std::memcpy(halves, at, sizeof halves);
-  // The units become the bytes of one word, the first one the lowest.
-  const auto pack = [](std::uint64_t units) {
-    units = (units | units >> 8) & 0x0000FFFF0000FFFF;
-    return (units | units >> 16) & 0x00000000FFFFFFFF;
-  };
-  std::uint64_t bytes = (pack(halves[0]) | pack(halves[1]) << 32) ^ 0x3030303030303030;
-  // With zeros in front there are always eight of them: pairs, fours, and then all.
-  bytes <<= 64 - 8 * count;
-  bytes = bytes * 10 + (bytes >> 8);
-  constexpr std::uint64_t kEveryOther = 0x000000FF000000FF;
-  constexpr std::uint64_t kFirst = 100 + (std::uint64_t(1000000) << 32);
-  constexpr std::uint64_t kSecond = 1 + (std::uint64_t(10000) << 32);
-  return static_cast<double>(static_cast<std::uint32_t>(
-      ((bytes & kEveryOther) * kFirst + ((bytes >> 16) & kEveryOther) * kSecond) >> 32));
-}
+/// Sixteen units as the digits that they stand for.
+struct DigitWindow {
+  explicit DigitWindow(const ushort* at) {
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 8));
+    // What isn't Latin-1 becomes 0 or 255, which are no digits either.
+    const __m128i values = _mm_sub_epi8(_mm_packus_epi16(low, high), _mm_set1_epi8('0'));
+    const __m128i digits = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
+    others = static_cast<unsigned>(_mm_movemask_epi8(digits)) ^ 0xFFFF;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), values);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes + 16), _mm_setzero_si128());
+  }
 
-/// One bit for each of the sixteen units at `at` that is no digit.
-unsigned FindOthers(const ushort* at) {
-  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 8));
-  // What isn't Latin-1 becomes 0 or 255, which are no digits either.
-  const __m128i values = _mm_sub_epi8(_mm_packus_epi16(low, high), _mm_set1_epi8('0'));
-  const __m128i digits = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
-  return static_cast<unsigned>(_mm_movemask_epi8(digits)) ^ 0xFFFF;
-}
+  /// The value of the `count` digits (1 to 8) from the one at `first` on.
+  double Take(std::ptrdiff_t first, int count) const {
+    std::uint64_t word;
+    std::memcpy(&word, bytes + first, sizeof word);
+    // With zeros in front there are always eight of them: pairs, fours, and then all.
+    word <<= 64 - 8 * count;
+    word = word * 10 + (word >> 8);
+    constexpr std::uint64_t kEveryOther = 0x000000FF000000FF;
+    constexpr std::uint64_t kFirst = 100 + (std::uint64_t(1000000) << 32);
+    constexpr std::uint64_t kSecond = 1 + (std::uint64_t(10000) << 32);
+    return static_cast<double>(static_cast<std::uint32_t>(
+        ((word & kEveryOther) * kFirst + ((word >> 16) & kEveryOther) * kSecond) >> 32));
+  }
+
+  unsigned char bytes[16 + 8]; ///< And as many zeros as a look at the last ones goes beyond.
+  unsigned others;             ///< One bit for each that is no digit.
+};
 
 /// Reads a component in the form that nearly all have: a sign or none, at most eight digits, and
 /// at most eight behind a point. False, with `at` where it was, for any other.
@@ -203,17 +204,16 @@ unsigned FindOthers(const ushort* at) {
 /// work on several components at a time.
 inline bool ParsePlainComponent(const ushort*& at, const ushort* end, double& value) {
   constexpr std::ptrdiff_t kWindow = 16;
-  constexpr std::ptrdiff_t kBehind = 8;
-  if (end - at < kWindow + kBehind)
+  if (end - at < kWindow)
     return false;
   const unsigned negative = *at == '-' ? 1 : 0;
-  const ushort* const whole = at + negative;
-  const unsigned others = FindOthers(at) >> negative;
+  const DigitWindow window(at);
+  const unsigned others = window.others >> negative;
   const int wholeCount = std::countr_zero(others);
   if (wholeCount == 0 || wholeCount > 8)
     return false;
-  const ushort* p = whole + wholeCount;
-  double size = TakeEight(whole, wholeCount);
+  const ushort* p = at + negative + wholeCount;
+  double size = window.Take(negative, wholeCount);
   if (*p == '.') {
     const int count = std::countr_zero(others & (others - 1)) - wholeCount - 1;
     if (count < 1 || count > 8)
@@ -221,7 +221,7 @@ inline bool ParsePlainComponent(const ushort*& at, const ushort* end, double& va
     // The window leaves fourteen digits at most. They are exact, and so is the power: the one
     // division rounds correctly.
     const double power = kPowers[count];
-    size = (size * power + TakeEight(p + 1, count)) / power;
+    size = (size * power + window.Take(p + 1 - at, count)) / power;
     p += 1 + count;
   }
   if (!EndsComponent(p, end))

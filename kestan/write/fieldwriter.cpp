@@ -93,18 +93,19 @@ void Field::WriteEmptyElement(WriteState& state) const {
 void Field::WriteValue(const SchemaObject& object, WriteState& state, bool differs) const {
   const bool isGiven = (differs || !HasFlag(kHasDefault) || state.writeDefaults()) &&
                        !HasFlag(kNoWrite) && !IsUndefined(object);
-  if (type_ == kElement) {
-    // An element that carried attributes stays, so that they do.
-    if (!isGiven && !HasUnknownAttrs(object, *this))
-      return;
-    if (name_.isEmpty()) {
-      WriteKmlString(object, state);
-    } else {
-      WriteElementStart(object, state);
-      WriteKmlString(object, state);
-      WriteElementEnd(state);
-    }
-  } else if (type_ == kAttribute && isGiven) {
+  // An element that carried attributes stays, so that they do.
+  if (isGiven || (type_ == kElement && HasUnknownAttrs(object, *this)))
+    WriteGivenValue(object, state);
+}
+
+void Field::WriteGivenValue(const SchemaObject& object, WriteState& state) const {
+  if (type_ == kElement && name_.isEmpty()) {
+    WriteKmlString(object, state);
+  } else if (type_ == kElement) {
+    WriteElementStart(object, state);
+    WriteKmlString(object, state);
+    WriteElementEnd(state);
+  } else if (type_ == kAttribute) {
     WriteAttributeStart(*this, object, state);
     const AttributeScope scope(state.stream());
     WriteKmlString(object, state);
