@@ -48,11 +48,10 @@ FromStringResult NormLLAListField::fromString(SchemaObject& object, const Attrib
 
   // How many positions a text holds is known only afterwards. A scratch that lives on gives the
   // member its exact size at the cost of one copy.
-  static thread_local mmvector<Vec3<double>> t_scratch;
-  mmvector<Vec3<double>>& scratch = t_scratch;
+  static thread_local mmvector<Vec3<double>> scratch;
   scratch.clear();
   ForEachPosition(text, IsPolyline(attrs),
-                  [&scratch](const Vec3<double>& position) { scratch.push_back(position); });
+                  [](const Vec3<double>& position) { scratch.push_back(position); });
   Array(object).assign(scratch.begin(), scratch.end());
   if (scratch.capacity() > kKeptScratch)
     mmvector<Vec3<double>>().swap(scratch);
