@@ -64,6 +64,8 @@ public:
 
   bool replaceDuplicates = true; ///< A newer object wins over one with the same id.
 
+  std::unique_ptr<StyleCache> styleCache; ///< The last style that was merged; null until then.
+
   // The last arguments and results of the URL rules.
   QString lastUrl;
   QString lastUrlBase;
@@ -72,15 +74,14 @@ public:
   QString lastIdBase;
   KmlId lastAbsoluteId;
 
+  /// Value of the change counter when the document that is being read was begun; 0 outside.
+  std::uint32_t parseRevision = 0;
+  QString fatalText; ///< Set by a check far below the reader; ends the parse.
+
   // Open references; null while there was none.
   std::unique_ptr<LoadObserverList> styleLoadObservers;
   std::unique_ptr<LoadObserverList> schemaLoadObservers;
 
-  std::unique_ptr<StyleCache> styleCache; ///< The last style that was merged; null until then.
-
-  /// Value of the change counter when the document that is being read was begun; 0 outside.
-  std::uint32_t parseRevision = 0;
-  QString fatalText;         ///< Set by a check far below the reader; ends the parse.
   bool notifyEnabled = true; ///< While false, field changes notify nobody.
 
   System::ThreadId thread; ///< The owning thread.
