@@ -168,6 +168,7 @@ private:
 
   std::size_t maps_;
   bool isTree_ = true;
+  int copies_ = 0;
   fuzz::Tree near_;
   fuzz::Tree far_;
   std::vector<RefPtr<StyleSelector>> removed_;
@@ -181,7 +182,6 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
   auto* placemark = Pick<Placemark>(a);
   auto* pair = Pick<StyleMap::Pair>(a);
   const RefPtr<StyleSelector> selector(Pick<StyleSelector>(b));
-  const bool hasName = selector && !selector->GetId().isEmpty();
   switch (operation % 13) {
   case 0:
     feature->SetStyleUrl(Target(b, maps_));
@@ -211,12 +211,12 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
     }
     break;
   case 6:
-    if (pair && hasName) {
+    if (pair && selector) {
       pair->SetStyleSelector(selector.get());
     }
     break;
   case 7:
-    feature->SetReferencedStyleSelector(hasName ? selector.get() : nullptr);
+    feature->SetReferencedStyleSelector(selector.get());
     break;
   case 8:
     placemark->SetInlineStyleSelector(b % 2 != 0 ? selector.get() : nullptr);
@@ -227,7 +227,9 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
     break;
   case 10:
     if (selector) {
-      const RefPtr<SchemaObject> copy = selector->clone(true, nullptr);
+      // With its source's id, the copy would answer to what awaits the source, once it is read.
+      const KmlId id(QStringLiteral("copy%1").arg(copies_++), QString());
+      const RefPtr<SchemaObject> copy = selector->clone(id, true, nullptr);
       placemark->SetInlineStyleSelector(static_cast<StyleSelector*>(copy.get()));
     }
     break;

@@ -399,6 +399,7 @@ void AbstractFeature::WriteStylesAndSchemas(WriteState& state, const QString& pa
     wrapper->SetName(QFileInfo(path).fileName());
     wrapper->WriteKmlStylesSchemas(state, this);
   } else {
+    state.NameInlineStyles();
     WriteKml(state);
   }
   state.PopStylesAndSchemas();

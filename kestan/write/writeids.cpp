@@ -36,6 +36,9 @@ bool WriteState::Contains(const ObjectSets& sets, const SchemaObject& object) {
 }
 
 bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
+  // Its own name leads nowhere once it is read.
+  if (object.GetId().isEmpty() || GGetUrlType(object.GetUrl()) == kUrlRuntime)
+    nameless_.insert(object);
   if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork ||
       Contains(sets, object) || leftStyles_.contains(&object))
     return false;
@@ -52,12 +55,37 @@ void WriteState::AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles) {
 }
 
 void WriteState::LeaveStyle(const StyleSelector& style, bool mayBeRenamed) {
-  leftStyles_.insert(&style, mayBeRenamed);
+  bool& known = leftStyles_[&style];
+  known = known || mayBeRenamed;
+  if (!style.GetId().isEmpty()) {
+    const auto other = leftStylesById_.find(style.GetId());
+    if (other == leftStylesById_.end())
+      leftStylesById_.insert(style.GetId(), &style);
+    else if (*other != &style)
+      *other = nullptr;
+  }
   if (!styleSets_.empty())
     styleSets_.back()->erase(style); // something in front of it refers to it
 }
 
+void WriteState::NameInlineStyles() {
+  for (const SchemaObject* style : nameless_) {
+    const auto left = leftStyles_.find(style);
+    if (left == leftStyles_.end() || *left)
+      continue;
+    *left = true;
+    const QString& id = style->GetId();
+    const bool isUnique =
+        !id.isEmpty() && !objectsById_.contains(id) && leftStylesById_.value(id) == style;
+    EnterId(*style, isUnique ? id : GenerateUniqueId(id.isEmpty() ? style->getType() : id));
+  }
+  nameless_ = ObjectSet(); // what stays has been hoisted, or isn't written at all
+}
+
 void WriteState::WriteStyles() {
+  for (const SchemaObject* style : *styleSets_.back())
+    AssignId(*style); // they keep theirs before others get new ones
+  NameInlineStyles();
   styleDefaultsEnabled_ = false;
   WriteObjs(*styleSets_.back());
   styleDefaultsEnabled_ = true;
@@ -77,23 +105,28 @@ QString WriteState::AssignId(const SchemaObject& object) {
   if (known != idsByObject_.constEnd())
     return *known;
   QString id = object.GetId();
-  const bool isNameless = id.isEmpty();
-  if (isNameless) // and yet something refers to it
+  if (id.isEmpty()) // and yet something refers to it
     id = GenerateUniqueId(object.getType());
   else if (objectsById_.contains(id))
     id = GenerateUniqueId(id);
-  namesNameless_ |= isNameless;
+  EnterId(object, id);
+  return id;
+}
+
+void WriteState::EnterId(const SchemaObject& object, const QString& id) {
+  namesNameless_ |= object.GetId().isEmpty();
   objectsById_.insert(id, &object);
   idsByObject_.insert(&object, id);
-  return id;
 }
 
 QString WriteState::GenerateUniqueId(const QString& id) {
   // Ids are never given back, so that those tried before are in use still.
   int& suffix = nextSuffixes_[id];
-  while (objectsById_.contains(id + QString::number(suffix)))
-    ++suffix;
-  return id + QString::number(suffix);
+  for (;; ++suffix) {
+    const QString unique = id + QString::number(suffix);
+    if (!objectsById_.contains(unique) && !leftStylesById_.contains(unique))
+      return unique;
+  }
 }
 
 QString WriteState::GetObjectId(const SchemaObject& object) const {

@@ -130,6 +130,9 @@ public:
   /// A style that is written where it stands, with a feature below or with a document of its own.
   /// The latter may get another id in this output.
   void LeaveStyle(const StyleSelector& style, bool mayBeRenamed);
+  /// Gives a unique id to each inline style that something refers to and whose own name a reader
+  /// can't find: a run-time one, or none. After everything has been collected.
+  void NameInlineStyles();
   /// While documents inside the one that is being written are walked, nothing is hoisted: they
   /// keep what is theirs.
   void EnterInnerDocument() { ++innerDocuments_; }
@@ -139,7 +142,7 @@ public:
   void WriteSchemas();
   /// Gives each object an id that is unique in this output, and then writes them all.
   void WriteObjs(const ObjectSet& objects);
-  /// The first of `id`0, `id`1 and so on that no object of this output has.
+  /// The first of `id`0, `id`1 and so on that no style or schema of this output has.
   QString GenerateUniqueId(const QString& id);
   /// The id that the object carries in this output.
   QString GetObjectId(const SchemaObject& object) const;
@@ -176,6 +179,7 @@ private:
   static bool Contains(const ObjectSets& sets, const SchemaObject& object);
   bool Hoist(const SchemaObject& object, const ObjectSets& sets);
   QString AssignId(const SchemaObject& object);
+  void EnterId(const SchemaObject& object, const QString& id);
   QString GetRelativeUrl(const QString& url) const;
   QString GetReadableUrl(const QString& url, const QString& absoluteUrl) const;
   QString GetDestinationFault();
@@ -204,6 +208,8 @@ private:
   ObjectSets styleSets_;
   /// Those that are written where they stand, and whether they may get another id.
   QHash<const SchemaObject*, bool> leftStyles_;
+  QHash<QString, const StyleSelector*> leftStylesById_; ///< Null where several have the id.
+  ObjectSet nameless_; ///< What is referred to and has no name that a reader could find.
   int innerDocuments_ = 0;
   ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
   QHash<QString, const SchemaObject*> objectsById_;

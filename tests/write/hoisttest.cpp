@@ -2,6 +2,7 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
@@ -74,6 +75,30 @@ TEST_F(HoistTest, ANestedDocumentKeepsItsStyles) {
   const QString xml = Write(*document);
   EXPECT_LT(xml.indexOf("id=\"o\""), xml.indexOf("nested"));
   EXPECT_GT(xml.indexOf("id=\"i\""), xml.indexOf("nested"));
+}
+
+// Such a style has a run-time name, or none, and its neighbours may have the same id.
+TEST_F(HoistTest, AReferenceToAnInlineStyleLeadsThereAgain) {
+  for (const char* root : {"Document", "Folder"}) {
+    const QString name = QLatin1String(root);
+    QString text = "<" + name + ">";
+    for (int i = 0; i < 6; ++i)
+      text += QString("<Placemark>%1</Placemark>").arg(i == 2 ? "<Style/>" : "");
+    const auto folder = Read<AbstractFolder>(text + "</" + name + ">");
+    for (const int i : {0, 1, 2})
+      folder->GetChild(i)->InlineStyle()->GetLineStyle()->SetWidth(static_cast<float>(i + 5));
+    for (const int i : {3, 4, 5})
+      folder->GetChild(i)->SetReferencedStyleSelector(folder->GetChild(5 - i)->InlineStyle());
+
+    const QString xml = Write(*folder);
+    EXPECT_EQ(QString(), FindXmlError(xml.toUtf8())) << xml.toStdString();
+    const auto again = Read<AbstractFolder>(xml);
+    for (const int i : {3, 4, 5})
+      EXPECT_EQ(again->GetChild(5 - i)->InlineStyle(),
+                again->GetChild(i)->GetReferencedStyleSelector())
+          << xml.toStdString();
+    EXPECT_EQ(xml, Write(*again));
+  }
 }
 
 } // namespace vorrel::kestan
