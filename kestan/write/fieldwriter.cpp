@@ -285,8 +285,8 @@ void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) co
   const QString& url = Member<QString>(object);
   const auto write = [&](SchemaObject* target) {
     // A reference costs no copy of its text where it stays as it is.
-    if (state.mode() == WriteState::kWriteKmzFile)
-      state.WriteObjUrl(target, state.GetDocumentUrl(object, url));
+    if (state.IsMoved(object))
+      state.WriteObjUrl(target, state.GetMovedUrl(object, url));
     else
       state.WriteObjUrl(target, url);
   };

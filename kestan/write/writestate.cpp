@@ -89,6 +89,7 @@ QString WriteState::GetDestinationFault() {
 QString WriteState::WriteFile(const SchemaObject& object, const QString& path, const QString& hint,
                               bool hoist, bool keepRelativeUrls, QStringList* unreadableFiles) {
   WriteState state(path, hint, keepRelativeUrls);
+  state.SetRootUrl(object.GetBaseUrl());
   if (state.error_.isEmpty()) {
     if (hoist)
       object.WriteStylesAndSchemas(state, path);
@@ -104,6 +105,7 @@ QString WriteState::WriteFile(const SchemaObject& object, const QString& path, c
 QString WriteState::WriteString(const SchemaObject& object, QByteArray& bytes, const QString& hint,
                                 bool hoist) {
   WriteState state(bytes, hint);
+  state.SetRootUrl(object.GetBaseUrl());
   if (hoist)
     object.WriteStylesAndSchemas(state, QStringLiteral("KmlFile"));
   else

@@ -19,6 +19,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 namespace vorrel::kestan {
 
@@ -146,9 +147,14 @@ public:
   QString GenerateUniqueId(const QString& id);
   /// The id that the object carries in this output.
   QString GetObjectId(const SchemaObject& object) const;
-  /// The URL by which `owner` refers to an object in another document. In an archive, a relative
-  /// one would lead there and no longer to what lies beside it, so that it comes absolute.
-  QString GetDocumentUrl(const SchemaObject& owner, const QString& url) const;
+  /// Where references of the whole output lead from: the base URL of its root. Without one, all
+  /// that is written counts as of one document.
+  void SetRootUrl(const QString& url) { rootUrl_ = url; }
+  /// Whether the relative references of `owner` would lead elsewhere out of this output: it comes
+  /// from another document, or the output is an archive and no longer beside what it refers to.
+  bool IsMoved(const SchemaObject& owner) const;
+  /// The reference `url` of such an owner, made absolute where it's relative.
+  QString GetMovedUrl(const SchemaObject& owner, const QString& url) const;
   /// Writes a reference: to a hoisted object by its id, else by `url`. `object` may be null.
   void WriteObjUrl(SchemaObject* object, const QString& url);
 
@@ -180,6 +186,7 @@ private:
   bool Hoist(const SchemaObject& object, const ObjectSets& sets);
   QString AssignId(const SchemaObject& object);
   void EnterId(const SchemaObject& object, const QString& id);
+  bool ComesFromElsewhere(const SchemaObject& owner) const;
   QString GetRelativeUrl(const QString& url) const;
   QString GetReadableUrl(const QString& url, const QString& absoluteUrl) const;
   QString GetDestinationFault();
@@ -196,6 +203,7 @@ private:
   bool finished_ = false;
   bool createdFile_ = false; ///< There was no file before.
   int indent_ = 0;
+  std::optional<QString> rootUrl_;
   QString baseDir_; ///< Folder of the file in lower case, with a "/" behind.
   QString fileName_;
   QString hint_;

@@ -56,8 +56,19 @@ QString WriteState::GetReadableUrl(const QString& url, const QString& absoluteUr
   return url;
 }
 
-QString WriteState::GetDocumentUrl(const SchemaObject& owner, const QString& url) const {
-  if (mode_ != kWriteKmzFile || GGetUrlType(url) != kUrlRelative || !url.contains(QLatin1Char('#')))
+bool WriteState::ComesFromElsewhere(const SchemaObject& owner) const {
+  return rootUrl_ && !owner.GetBaseUrl().isEmpty() && owner.GetBaseUrl() != *rootUrl_;
+}
+
+bool WriteState::IsMoved(const SchemaObject& owner) const {
+  return mode_ == kWriteKmzFile || ComesFromElsewhere(owner);
+}
+
+QString WriteState::GetMovedUrl(const SchemaObject& owner, const QString& url) const {
+  const UrlType type = GGetUrlType(url);
+  const bool leadsIntoOwn = type == kUrlFragment || !url.contains(QLatin1Char('#'));
+  if ((type != kUrlRelative && type != kUrlFragment) ||
+      (leadsIntoOwn && !ComesFromElsewhere(owner)))
     return url;
   const KmlId target = SchemaObject::MakeAbsoluteId(owner.GetBaseUrl(), url);
   return target.url.isEmpty() ? url : target.url + QLatin1Char('#') + target.id;

@@ -1,4 +1,5 @@
 #include "kestan/core/watcher.h"
+#include "kestan/feature/document.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/stylemap.h"
 #include "tests/style/styletest.h"
@@ -121,6 +122,40 @@ TEST_F(StyleGraphTest, AReferenceEndsWithATargetThatItCannotKeep) {
   EXPECT_FALSE(StyleMap::find("/dir/b.kml", "b"));
   EXPECT_EQ("failed", Look(*feature));
   EXPECT_EQ("IconStyle.scale=1.2", Look(*feature, 1));
+}
+
+// What was read from elsewhere goes on meaning the same, moved or copied.
+TEST_F(StyleGraphTest, FeaturesKeepTheirLooksInAnotherDocument) {
+  const QString style = "<Style id='s'><LineStyle><width>%1</width></LineStyle></Style>";
+  const QString pair = "<Pair><key>normal</key><styleUrl>#s</styleUrl></Pair>";
+  const QString features = "<Placemark><name>shared</name><styleUrl>#s</styleUrl></Placemark>"
+                           "<Placemark><name>own</name><StyleMap>" +
+                           pair + "</StyleMap></Placemark>" +
+                           "<Placemark><name>late</name><styleUrl>#late</styleUrl></Placemark>";
+  for (const char* folder : {"http://example.com/dir/", "/dir/"}) {
+    SCOPED_TRACE(folder);
+    const auto at = [&](const char* name) { return QLatin1String(folder) + QLatin1String(name); };
+    const auto far = ReadAt(at("far.kml"), InDocument(style.arg(6) + features));
+    auto near = ReadAt(at("near.kml"), InDocument(style.arg(7) + "<Placemark/>"));
+    auto& document = static_cast<Document&>(*near);
+    for (const char* name : {"shared", "own", "late"}) {
+      const RefPtr<AbstractFeature> feature(Find(*far, name));
+      const RefPtr<SchemaObject> copy = feature->clone(true, nullptr);
+      static_cast<AbstractFeature&>(*copy).SetName(feature->GetName() + "Copy");
+      document.AddChild(*feature);
+      document.AddChild(static_cast<AbstractFeature&>(*copy));
+    }
+    const QString text = Write(*near);
+    near = ReadAt(at("near.kml"), text);
+    // The document that it waits for comes last.
+    const auto renewed = ReadAt(
+        at("far.kml"), InDocument(style.arg(6) + QString(style).replace("'s'", "'late'").arg(8)));
+    for (const QString suffix : {"", "Copy"}) {
+      EXPECT_EQ("LineStyle.width=6", Look(*Find(*near, "shared" + suffix))) << text.toStdString();
+      EXPECT_EQ("LineStyle.width=6", Look(*Find(*near, "own" + suffix))) << text.toStdString();
+      EXPECT_EQ("LineStyle.width=8", Look(*Find(*near, "late" + suffix))) << text.toStdString();
+    }
+  }
 }
 
 // Each map refers to the next one twice: 60 of them make 2 to the 60th ways.
