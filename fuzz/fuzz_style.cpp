@@ -112,9 +112,36 @@ public:
 
   void Edit(unsigned operation, unsigned a, unsigned b);
 
-  /// What is left of the documents without anybody who holds them.
-  QByteArray Finish() {
-    QByteArray text = fuzz::Write(near_);
+  /// What was written and is read while the other document is there looks as it did.
+  QByteArray WriteAndCompare() const {
+    const QByteArray text = fuzz::Write(near_);
+    const fuzz::Tree again = ReadDocument(text, kUrl);
+    const std::vector<AbstractFeature*> features = FindAllIn<AbstractFeature>(near_);
+    const std::vector<AbstractFeature*> readFeatures = FindAllIn<AbstractFeature>(again);
+    if (features.size() != readFeatures.size()) {
+      fuzz::Fail(QStringLiteral("features lost"));
+    }
+    // What is read finds the other document as it is now.
+    if (!isTree_ || farReads_ > 1 || HasLateReference<AbstractFeature>() ||
+        HasLateReference<StyleMap::Pair>()) {
+      return text;
+    }
+    for (std::size_t i = 0; i < features.size(); ++i) {
+      for (const int mode : {kStyleNormal, kStyleHighlight}) {
+        const Style& style = *features[i]->getRenderStyle(mode);
+        const Style& readStyle = *readFeatures[i]->getRenderStyle(mode);
+        if (!(style == readStyle)) {
+          fuzz::Fail(QStringLiteral("another look, of feature %1:\n%2")
+                         .arg(i)
+                         .arg(QString::fromUtf8(text)));
+        }
+      }
+    }
+    return text;
+  }
+
+  /// Nobody holds what is left of the documents.
+  void Finish() {
     removed_.clear();
     near_.reset();
     far_.reset();
@@ -123,7 +150,6 @@ public:
         fuzz::Fail(QStringLiteral("a selector outlives its document"));
       }
     }
-    return text;
   }
 
   /// False when a selector has been given to a feature beside its document: written, there are two.
@@ -138,16 +164,21 @@ private:
     return tree;
   }
 
-  template <class T> std::vector<T*> FindAll() const {
+  template <class T> static std::vector<T*> FindAllIn(const fuzz::Tree& tree) {
+    mmvector<SchemaObject*> objects;
+    if (tree) {
+      tree->FindBySchema(T::GetClassSchema(), objects);
+    }
     std::vector<T*> result;
-    for (const fuzz::Tree& tree : {near_, far_}) {
-      mmvector<SchemaObject*> objects;
-      if (tree) {
-        tree->FindBySchema(T::GetClassSchema(), objects);
-      }
-      for (SchemaObject* object : objects) {
-        result.push_back(static_cast<T*>(object));
-      }
+    for (SchemaObject* object : objects) {
+      result.push_back(static_cast<T*>(object));
+    }
+    return result;
+  }
+  template <class T> std::vector<T*> FindAll() const {
+    std::vector<T*> result = FindAllIn<T>(near_);
+    for (T* object : FindAllIn<T>(far_)) {
+      result.push_back(object);
     }
     return result;
   }
@@ -156,6 +187,16 @@ private:
   template <class T> T* Pick(unsigned choice) const {
     const std::vector<T*> all = FindAll<T>();
     return all.empty() ? nullptr : all[choice % all.size()];
+  }
+
+  /// True when something in the first document gave up what is there now.
+  template <class T> bool HasLateReference() const {
+    const std::vector<T*> all = FindAllIn<T>(near_);
+    return std::any_of(all.begin(), all.end(), [](const T* object) {
+      return !object->GetReferencedStyleSelector() &&
+             StyleSelector::find(
+                 SchemaObject::MakeAbsoluteId(object->GetBaseUrl(), object->GetStyleUrl()));
+    });
   }
 
   void WatchSelectors(const fuzz::Tree& tree) {
@@ -169,6 +210,7 @@ private:
   std::size_t maps_;
   bool isTree_ = true;
   int copies_ = 0;
+  int farReads_ = 0;
   fuzz::Tree near_;
   fuzz::Tree far_;
   std::vector<RefPtr<StyleSelector>> removed_;
@@ -241,6 +283,7 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
   default:
     far_ = b % 2 != 0 ? ReadDocument(kFarDocument, kFarUrl) : fuzz::Tree();
     if (far_) {
+      ++farReads_;
       WatchSelectors(far_);
     }
   }
@@ -264,7 +307,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     world.Edit(edit[0], edit[1], edit[2]);
   }
   world.AskAll();
-  const QByteArray text = world.Finish();
+  const QByteArray text = world.WriteAndCompare();
+  world.Finish();
   const QByteArray again = fuzz::Write(fuzz::Read(text, QLatin1String(kUrl)));
   if (world.IsTree() && again != text) {
     fuzz::Fail(QStringLiteral("no fixed point:\n%1\n%2")

@@ -393,13 +393,13 @@ void AbstractFeature::WriteKml(WriteState& state) const {
 void AbstractFeature::WriteStylesAndSchemas(WriteState& state, const QString& path) const {
   state.PushStylesAndSchemas();
   CollectStylesAndSchemas(state);
+  state.AssignStyleIds();
   if (state.HasStylesOrSchemas()) {
     const RefPtr<Document> wrapper(new (HeapManager::GetTransientHeap())
                                        Document(KmlId(), QString()));
     wrapper->SetName(QFileInfo(path).fileName());
     wrapper->WriteKmlStylesSchemas(state, this);
   } else {
-    state.NameInlineStyles();
     WriteKml(state);
   }
   state.PopStylesAndSchemas();

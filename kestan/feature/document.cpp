@@ -71,18 +71,24 @@ void Document::CollectStylesAndSchemas(WriteState& state) const {
       state.LeaveStyle(*style, true);
   }
   state.EnterInnerDocument();
+  CollectStyleReferences(state);
   AbstractFolder::CollectStylesAndSchemas(state);
   state.LeaveInnerDocument();
+}
+
+void Document::CollectStyleReferences(WriteState& state) const {
+  for (const RefPtr<StyleSelector>& style : styleSelectors_) {
+    if (style && style->isOfType(StyleMap::GetClassSchema()))
+      static_cast<const StyleMap&>(*style).CollectReferences(state);
+  }
 }
 
 void Document::WriteKml(WriteState& state) const {
   state.PushStylesAndSchemas();
   state.AddOwnStyles(styleSelectors_);
-  for (const RefPtr<StyleSelector>& style : styleSelectors_) {
-    if (style && style->isOfType(StyleMap::GetClassSchema()))
-      static_cast<const StyleMap&>(*style).CollectReferences(state);
-  }
+  CollectStyleReferences(state);
   AbstractFolder::CollectStylesAndSchemas(state);
+  state.AssignStyleIds();
   WriteKmlStylesSchemas(state, nullptr);
   state.PopStylesAndSchemas();
 }

@@ -60,6 +60,8 @@ private:
 
   /// Makes a style without an id the document's own inline style.
   void TakeAnonymousStyle();
+  /// Reports what the document's style maps lead to.
+  void CollectStyleReferences(WriteState& state) const;
 
   mmvector<RefPtr<StyleSelector>> styleSelectors_;
   mmvector<RefPtr<CustomSchema>> schemas_;

@@ -203,7 +203,9 @@ void StyleMap::CollectReferences(WriteState& state) const {
       const bool isOwn = selector && selector == pair->GetInlineStyleSelector();
       if (!selector || (!isOwn && IsBuiltInUrl(pair->GetStyleUrl())))
         continue;
-      if (!isOwn && !state.AddStyle(*selector))
+      if (isOwn)
+        state.LeaveStyle(*selector, false);
+      else if (!state.AddStyle(*selector))
         continue;
       const StyleMap* map = AsMap(*selector);
       if (map && seen.insert(map).second)

@@ -36,11 +36,14 @@ bool WriteState::Contains(const ObjectSets& sets, const SchemaObject& object) {
 }
 
 bool WriteState::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  // Its own name leads nowhere once it is read.
-  if (object.GetId().isEmpty() || GGetUrlType(object.GetUrl()) == kUrlRuntime)
+  const QString& url = object.GetUrl();
+  const UrlType type = GGetUrlType(url);
+  const bool isNameless = object.GetId().isEmpty() || type == kUrlRuntime;
+  if (isNameless)
     nameless_.insert(object);
-  if (sets.empty() || innerDocuments_ > 0 || GGetUrlType(object.GetUrl()) == kUrlNetwork ||
-      Contains(sets, object) || leftStyles_.contains(&object))
+  const bool isOnServer = type == kUrlNetwork && !isNameless && url != rootUrl_;
+  if (sets.empty() || innerDocuments_ > 0 || isOnServer || Contains(sets, object) ||
+      leftStyles_.contains(&object))
     return false;
   return sets.back()->insert(object);
 }
@@ -68,7 +71,9 @@ void WriteState::LeaveStyle(const StyleSelector& style, bool mayBeRenamed) {
     styleSets_.back()->erase(style); // something in front of it refers to it
 }
 
-void WriteState::NameInlineStyles() {
+void WriteState::AssignStyleIds() {
+  for (const SchemaObject* style : *styleSets_.back())
+    AssignId(*style); // they keep theirs before others get new ones
   for (const SchemaObject* style : nameless_) {
     const auto left = leftStyles_.find(style);
     if (left == leftStyles_.end() || *left)
@@ -83,9 +88,6 @@ void WriteState::NameInlineStyles() {
 }
 
 void WriteState::WriteStyles() {
-  for (const SchemaObject* style : *styleSets_.back())
-    AssignId(*style); // they keep theirs before others get new ones
-  NameInlineStyles();
   styleDefaultsEnabled_ = false;
   WriteObjs(*styleSets_.back());
   styleDefaultsEnabled_ = true;

@@ -119,8 +119,8 @@ public:
   void PushStylesAndSchemas();
   void PopStylesAndSchemas();
   bool HasStylesOrSchemas() const;
-  /// Objects that come from a server aren't hoisted, nor those that a document around this one, or
-  /// inside it, writes. True for an object that wasn't there yet.
+  /// Objects that a reader finds on a server aren't hoisted, nor those that a document around this
+  /// one, or inside it, writes. True for an object that wasn't there yet.
   bool AddStyle(const StyleSelector& style);
   /// True for a style that has been collected, or that a document around writes.
   bool HasStyle(const StyleSelector& style) const;
@@ -128,12 +128,13 @@ public:
   /// The styles that a document holds itself are written with it, whether something refers to them
   /// or not: another document may.
   void AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles);
-  /// A style that is written where it stands, with a feature below or with a document of its own.
-  /// The latter may get another id in this output.
+  /// A style that is written where it stands, with a feature or a map below or with a document of
+  /// its own. The latter may get another id in this output.
   void LeaveStyle(const StyleSelector& style, bool mayBeRenamed);
-  /// Gives a unique id to each inline style that something refers to and whose own name a reader
-  /// can't find: a run-time one, or none. After everything has been collected.
-  void NameInlineStyles();
+  /// When everything has been collected: gives ids to the styles of the innermost document, and a
+  /// unique one to each inline style that something refers to and whose own name a reader can't
+  /// find: a run-time one, or none.
+  void AssignStyleIds();
   /// While documents inside the one that is being written are walked, nothing is hoisted: they
   /// keep what is theirs.
   void EnterInnerDocument() { ++innerDocuments_; }
@@ -217,7 +218,7 @@ private:
   /// Those that are written where they stand, and whether they may get another id.
   QHash<const SchemaObject*, bool> leftStyles_;
   QHash<QString, const StyleSelector*> leftStylesById_; ///< Null where several have the id.
-  ObjectSet nameless_; ///< What is referred to and has no name that a reader could find.
+  ObjectSet nameless_; ///< What is referred to and has no name that a reader can follow.
   int innerDocuments_ = 0;
   ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
   QHash<QString, const SchemaObject*> objectsById_;

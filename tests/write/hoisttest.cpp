@@ -4,6 +4,8 @@
 #include "kestan/feature/placemark.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
+#include "kestan/style/stylemap.h"
+#include "kestan/style/stylemappair.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
 
@@ -89,6 +91,7 @@ TEST_F(HoistTest, AReferenceToAnInlineStyleLeadsThereAgain) {
       folder->GetChild(i)->InlineStyle()->GetLineStyle()->SetWidth(static_cast<float>(i + 5));
     for (const int i : {3, 4, 5})
       folder->GetChild(i)->SetReferencedStyleSelector(folder->GetChild(5 - i)->InlineStyle());
+    folder->SetReferencedStyleSelector(folder->GetChild(2)->InlineStyle());
 
     const QString xml = Write(*folder);
     EXPECT_EQ(QString(), FindXmlError(xml.toUtf8())) << xml.toStdString();
@@ -97,8 +100,31 @@ TEST_F(HoistTest, AReferenceToAnInlineStyleLeadsThereAgain) {
       EXPECT_EQ(again->GetChild(5 - i)->InlineStyle(),
                 again->GetChild(i)->GetReferencedStyleSelector())
           << xml.toStdString();
+    EXPECT_EQ(again->GetChild(2)->InlineStyle(), again->GetReferencedStyleSelector());
     EXPECT_EQ(xml, Write(*again));
   }
+}
+
+TEST_F(HoistTest, WhatWasTakenOutOfItsPlaceStaysWhileItIsReferredTo) {
+  const auto document = Read<Document>(
+      "<Document><Style id='s'><LineStyle><width>2</width></LineStyle></Style><StyleMap id='m'>"
+      "<Pair><key>normal</key><styleUrl>#s</styleUrl></Pair>"
+      "<Pair><key>highlight</key><Style><LineStyle><width>3</width></LineStyle></Style></Pair>"
+      "</StyleMap><Placemark><styleUrl>#m</styleUrl></Placemark><Placemark/></Document>");
+  // A pair's own style has no name either.
+  const auto& map = static_cast<StyleMap&>(*document->GetStyleSelector(1));
+  document->GetChild(1)->SetReferencedStyleSelector(map.GetPairs()[1]->GetInlineStyleSelector());
+  document->RemStyleSelector(*document->GetStyleSelector(0));
+  const QString xml = Write(*document);
+  EXPECT_EQ(2, xml.count("<Style ")) << xml.toStdString();
+  const auto again = Read<Document>(xml);
+  const auto width = [&](int child, int mode) {
+    return again->GetChild(child)->getRenderStyle(mode)->GetLineStyle()->GetWidth();
+  };
+  EXPECT_EQ(2, width(0, kStyleNormal));
+  EXPECT_EQ(3, width(0, kStyleHighlight));
+  EXPECT_EQ(3, width(1, kStyleNormal));
+  EXPECT_EQ(xml, Write(*again));
 }
 
 } // namespace vorrel::kestan
