@@ -72,7 +72,7 @@ void ItemIcon::NotifyFieldChanged(const Field& field) {
 
 void ItemIcon::WriteKml(WriteState& state) const {
   const QString href = href_;
-  href_ = state.RegisterUrl(href, GetAbsoluteUrl(), true);
+  href_ = state.RegisterUrl(href, GetAbsoluteUrl(), true, this);
   SchemaObject::WriteKml(state);
   href_ = href;
 }

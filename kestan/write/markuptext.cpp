@@ -61,7 +61,7 @@ QString ReplaceImageSources(const QString& text, const SchemaObject& object, Wri
       const QString absolute = SchemaObject::MakeAbsoluteUrl(object.GetBaseUrl(), source);
       const qsizetype sourceStart = tagStart + match.capturedStart(2);
       Append(result, whole.mid(copied, sourceStart - copied));
-      result.append(state.RegisterUrl(source, absolute, true));
+      result.append(state.RegisterUrl(source, absolute, true, &object));
       copied = sourceStart + source.size();
     }
     tag = FindImageTag(whole, tagStart + tag.size());

@@ -163,8 +163,10 @@ public:
   ///
   /// In an archive, `embed` asks for a copy of the local file, from an archive too, and the text
   /// leads to that copy; what can't be read stays outside, and the text goes on leading to it. In a
-  /// KML file, what lies in an archive is brought out beside the document.
-  QString RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed);
+  /// KML file, what lies in an archive is brought out beside the document. Texts that are kept as
+  /// they are change all the same where `owner`, which may be null, comes from another document.
+  QString RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed,
+                      const SchemaObject* owner = nullptr);
   /// The same for the `href` of a link.
   QString RegisterLink(const AbstractLink& link);
   /// The local files that were to be in the archive and couldn't be read. Complete when the state

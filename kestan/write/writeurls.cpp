@@ -25,7 +25,8 @@ QString WriteState::GetRelativeUrl(const QString& url) const {
   return mode_ == kWriteKmzFile ? QLatin1String("../") + path : path;
 }
 
-QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed) {
+QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, bool embed,
+                                const SchemaObject* owner) {
   if (url.isEmpty())
     return QString();
   // What can't be made absolute means nothing elsewhere either; at least its text is kept.
@@ -37,7 +38,7 @@ QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, 
         embed && MayLieInArchive(type) ? kmzFiles_.Register(absoluteUrl) : QString();
     return copy.isEmpty() ? GetReadableUrl(url, absoluteUrl) : copy;
   }
-  if (keepRelativeUrls_)
+  if (keepRelativeUrls_ && !(owner && ComesFromElsewhere(*owner)))
     return url;
   if (mode_ == kWriteKmlFile && type != kUrlNetwork) {
     const QString extracted = Extract(absoluteUrl);
@@ -75,7 +76,7 @@ QString WriteState::GetMovedUrl(const SchemaObject& owner, const QString& url) c
 }
 
 QString WriteState::RegisterLink(const AbstractLink& link) {
-  return RegisterUrl(link.GetHref(), link.GetResourceUrl(), link.GetEmbedInKmz());
+  return RegisterUrl(link.GetHref(), link.GetResourceUrl(), link.GetEmbedInKmz(), &link);
 }
 
 void WriteState::AddResourceMapEntry(const QString& name, const QString& value,

@@ -1,4 +1,6 @@
+#include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
@@ -127,6 +129,26 @@ TEST_F(DestinationTest, UrlsAreRelativeToTheFileUnlessTheyKeepTheirText) {
   QByteArray bytes;
   WriteState state(bytes, QString());
   EXPECT_EQ(base + "b.png", state.RegisterUrl("b.png", base + "b.png", true));
+}
+
+TEST_F(DestinationTest, WrittenBackADocumentLeadsToWhatMovedIntoIt) {
+  const auto load = [this](const char* name) {
+    const QByteArray text = "<Document><Placemark><description><![CDATA[<img src='b.png'>]]>"
+                            "</description><Style><IconStyle><Icon><href>a.png</href></Icon>"
+                            "</IconStyle></Style></Placemark></Document>";
+    KmlHandler handler(Path(name), 2, nullptr, nullptr, nullptr);
+    const RefPtr<SchemaObject> object =
+        ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                              static_cast<unsigned>(text.size()));
+    return RefPtr<Document>(static_cast<Document*>(object.get()));
+  };
+  const auto document = load("doc.kml");
+  const auto other = load("sub/doc.kml");
+  document->AddChild(*other->GetChild(0));
+  ASSERT_EQ(QString(), document->WriteKmlFile(Path("doc.kml")));
+  const QString xml = QString::fromUtf8(Contents(Path("doc.kml")));
+  for (const char* source : {"<href>a.png", "src='b.png", "<href>sub/a.png", "src='sub/b.png"})
+    EXPECT_EQ(1, xml.count(source)) << source << xml.toStdString();
 }
 
 } // namespace vorrel::kestan
