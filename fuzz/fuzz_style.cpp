@@ -224,7 +224,7 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
   auto* placemark = Pick<Placemark>(a);
   auto* pair = Pick<StyleMap::Pair>(a);
   const RefPtr<StyleSelector> selector(Pick<StyleSelector>(b));
-  switch (operation % 13) {
+  switch (operation % 15) {
   case 0:
     feature->SetStyleUrl(Target(b, maps_));
     break;
@@ -278,6 +278,14 @@ void World::Edit(unsigned operation, unsigned a, unsigned b) {
   case 11: {
     const RefPtr<SchemaObject> copy = feature->clone(true, nullptr);
     Ask(static_cast<AbstractFeature&>(*copy));
+    break;
+  }
+  case 12:
+    document.AddChild(*placemark); // from wherever it is
+    break;
+  case 13: {
+    const RefPtr<SchemaObject> copy = placemark->clone(true, nullptr);
+    document.AddChild(static_cast<Placemark&>(*copy));
     break;
   }
   default:
