@@ -62,7 +62,8 @@ bool WriteState::ComesFromElsewhere(const SchemaObject& owner) const {
 }
 
 bool WriteState::IsMoved(const SchemaObject& owner) const {
-  return mode_ == kWriteKmzFile || ComesFromElsewhere(owner);
+  const bool isElsewhere = mode_ == kWriteKmzFile || (mode_ == kWriteKmlFile && !keepRelativeUrls_);
+  return isElsewhere || ComesFromElsewhere(owner);
 }
 
 QString WriteState::GetMovedUrl(const SchemaObject& owner, const QString& url) const {

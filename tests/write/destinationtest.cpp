@@ -131,11 +131,11 @@ TEST_F(DestinationTest, UrlsAreRelativeToTheFileUnlessTheyKeepTheirText) {
   EXPECT_EQ(base + "b.png", state.RegisterUrl("b.png", base + "b.png", true));
 }
 
-TEST_F(DestinationTest, WrittenBackADocumentLeadsToWhatMovedIntoIt) {
+TEST_F(DestinationTest, ReferencesMeanTheSameWhereverTheyCameFromAndGo) {
   const auto load = [this](const char* name) {
     const QByteArray text = "<Document><Placemark><description><![CDATA[<img src='b.png'>]]>"
-                            "</description><Style><IconStyle><Icon><href>a.png</href></Icon>"
-                            "</IconStyle></Style></Placemark></Document>";
+                            "</description><styleUrl>c.kml#s</styleUrl><Style><IconStyle><Icon>"
+                            "<href>a.png</href></Icon></IconStyle></Style></Placemark></Document>";
     KmlHandler handler(Path(name), 2, nullptr, nullptr, nullptr);
     const RefPtr<SchemaObject> object =
         ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
@@ -145,10 +145,22 @@ TEST_F(DestinationTest, WrittenBackADocumentLeadsToWhatMovedIntoIt) {
   const auto document = load("doc.kml");
   const auto other = load("sub/doc.kml");
   document->AddChild(*other->GetChild(0));
-  ASSERT_EQ(QString(), document->WriteKmlFile(Path("doc.kml")));
-  const QString xml = QString::fromUtf8(Contents(Path("doc.kml")));
-  for (const char* source : {"<href>a.png", "src='b.png", "<href>sub/a.png", "src='sub/b.png"})
-    EXPECT_EQ(1, xml.count(source)) << source << xml.toStdString();
+  struct Case {
+    QString name;
+    QStringList folders; // of what the two features refer to
+  };
+  QDir(folder_.path()).mkdir("out");
+  const Case cases[] = {{"doc.kml", {"", "sub/"}},
+                        {"renamed.kml", {"", "sub/"}},
+                        {"out/doc.kml", {folder_.path() + "/", folder_.path() + "/sub/"}}};
+  for (const Case& c : cases) {
+    ASSERT_EQ(QString(), document->WriteKmlFile(folder_.filePath(c.name)));
+    const QString xml = QString::fromUtf8(Contents(folder_.filePath(c.name)));
+    for (const QString& folder : c.folders) {
+      for (const QString reference : {"<href>%1a.png", "src='%1b.png", "<styleUrl>%1c.kml#s"})
+        EXPECT_EQ(1, xml.count(reference.arg(folder))) << xml.toStdString();
+    }
+  }
 }
 
 } // namespace vorrel::kestan
