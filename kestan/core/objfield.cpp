@@ -25,8 +25,12 @@ ObjFieldBase::ObjFieldBase(Schema& schema, const QString& name, const Schema& ob
             &objSchema),
       objSchema_(&objSchema) {}
 
+bool ObjFieldBase::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
+  return &child != &owner && child.isOfType(*objSchema_);
+}
+
 bool ObjFieldBase::set(SchemaObject& owner, SchemaObject* child, int) const {
-  if (child == &owner || (child && !child->isOfType(*objSchema_)))
+  if (child && !Accepts(owner, *child))
     return false;
   const RefPtr<SchemaObject> former(GetObject(owner, -1));
   if (child == former.get())

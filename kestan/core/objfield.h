@@ -30,6 +30,9 @@ public:
   const Schema* GetObjSchema() const override { return objSchema_; }
 
 protected:
+  /// True for an object that may stand here. The owner itself may not, nor what would close a ring.
+  virtual bool Accepts(const SchemaObject& owner, const SchemaObject& child) const;
+
   ObjFieldBase(Schema& schema, const QString& name, const Schema& objSchema, unsigned offset,
                unsigned flags, unsigned size, unsigned align);
 

@@ -23,6 +23,15 @@ RefPtr<SchemaObject> GeometryCollectionSchema::CreateInstance(const KmlId& id,
 MultiGeometrySchema::MultiGeometrySchema()
     : SchemaT("MultiGeometry", &Geometry::GetClassSchema(), Namespace::kKml) {}
 
+bool GeometriesField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
+  if (!ObjArrayField::Accepts(owner, child))
+    return false;
+  const SchemaObject* above = child.isOfType(MultiGeometry::GetClassSchema()) ? &owner : nullptr;
+  while (above && above != &child)
+    above = above->GetOwner(0);
+  return !above;
+}
+
 const Schema& MultiGeometry::GetClassSchema() { return MultiGeometrySchema::GetSingleton(); }
 
 MultiGeometry::MultiGeometry(const KmlId& id, const QString& baseUrl)

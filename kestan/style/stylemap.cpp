@@ -34,6 +34,14 @@ const StyleMap* AsMap(const StyleSelector& selector) {
 StyleMapSchema::StyleMapSchema()
     : SchemaT("StyleMap", &StyleSelector::GetClassSchema(), Namespace::kKml) {}
 
+bool PairsField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
+  if (!ObjArrayField::Accepts(owner, child))
+    return false;
+  const StyleSelector* own = static_cast<const StyleMap::Pair&>(child).GetInlineStyleSelector();
+  const StyleMap* map = own ? AsMap(*own) : nullptr;
+  return !map || !map->Holds(static_cast<const StyleMap&>(owner));
+}
+
 const Schema& StyleMap::GetClassSchema() { return StyleMapSchema::GetSingleton(); }
 
 const QString& StyleMap::GetRootStyleMapBase() {
@@ -190,6 +198,21 @@ RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool
 void StyleMap::InternalCollectStyles(WriteState& state) const {
   if (state.AddStyle(*this))
     CollectReferences(state);
+}
+
+bool StyleMap::Holds(const StyleMap& map) const {
+  // Only a map that became a pair's own may lie in another.
+  mmvector<const StyleMap*> maps{this};
+  for (std::size_t i = 0; i < maps.size() && (map.isInline_ || i == 0); ++i) {
+    if (maps[i] == &map)
+      return true;
+    for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
+      const StyleSelector* own = pair ? pair->GetInlineStyleSelector() : nullptr;
+      if (const StyleMap* inner = own ? AsMap(*own) : nullptr)
+        maps.push_back(inner);
+    }
+  }
+  return false;
 }
 
 void StyleMap::accept(StyleVisitor& visitor) { visitor.visit(*this); }

@@ -63,6 +63,9 @@ public:
   /// where a map on the way says nothing about the mode.
   StyleSource Select(int mode) const;
 
+  /// True for this map, and for one that is a pair's own in it, however deep.
+  bool Holds(const StyleMap& map) const;
+
 private:
   friend class StyleMapSchema;
 

@@ -30,6 +30,11 @@ StyleMap* AsMap(SchemaObject* object) {
 
 StyleMapPairSchema::StyleMapPairSchema() : SchemaT("Pair", nullptr, Namespace::kKml) {}
 
+bool OwnSelectorField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
+  return ObjField::Accepts(owner, child) &&
+         static_cast<const StyleMap::Pair&>(owner).MayOwn(static_cast<const StyleSelector&>(child));
+}
+
 const Schema& StyleMap::Pair::GetClassSchema() { return StyleMapPairSchema::GetSingleton(); }
 
 StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
@@ -57,7 +62,9 @@ void StyleMap::Pair::SetKey(const QString& key) { Fields().key.CheckSet(*this, k
 void StyleMap::Pair::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSet(*this, url); }
 
 void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
-  if (!selector || selector == inlineSelector_ || selector == referencedSelector_)
+  const bool isNameless = selector && selector->GetUrl().isEmpty() && selector->GetId().isEmpty();
+  if (!selector || selector == inlineSelector_ || selector == referencedSelector_ ||
+      (isNameless && !MayOwn(*selector)))
     return;
   const RefPtr<StyleSelector> kept(selector);
   SetBit(kBitLoadFailed, false);
@@ -65,7 +72,7 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
     former->RemOwner(*this);
   ReleaseReference();
   styleUrl_.clear();
-  if (selector->GetUrl().isEmpty() && selector->GetId().isEmpty()) {
+  if (isNameless) {
     inlineSelector_ = selector;
     selector->AddOwner(*this);
     MarkInline();
@@ -74,6 +81,12 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
     styleUrl_ = selector->MakeStyleUrl(GetBaseUrl(), QString());
     SetReference(selector);
   }
+}
+
+bool StyleMap::Pair::MayOwn(const StyleSelector& selector) const {
+  const bool isMap = selector.isOfType(StyleMap::GetClassSchema());
+  const StyleMap* owner = AsMap(GetOwner(0));
+  return !isMap || !owner || !static_cast<const StyleMap&>(selector).Holds(*owner);
 }
 
 void StyleMap::Pair::SetReference(StyleSelector* selector) {

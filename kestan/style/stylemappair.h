@@ -31,8 +31,10 @@ public:
     return inlineSelector_ ? inlineSelector_.get() : referencedSelector_.get();
   }
   /// Takes a selector in place of the present one: as a reference if it can be named, else as its
-  /// own.
+  /// own. A map that the pair lies in can't be its own: nothing changes.
   void SetStyleSelector(StyleSelector* selector);
+  /// True for a selector that could be the pair's own: any but a map that the pair lies in.
+  bool MayOwn(const StyleSelector& selector) const;
   /// What is shown while there's no selector.
   const Style* GetStandIn() const;
   /// A selector that this pair refers to, without keeping it, goes away.

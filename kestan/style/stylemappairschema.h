@@ -8,20 +8,26 @@
 
 namespace vorrel::kestan {
 
+/// The selector of a pair's own. Refuses a map that the pair lies in, which would close a ring.
+class KESTAN_EXPORT OwnSelectorField final : public ObjField<StyleSelector> {
+public:
+  using ObjField::ObjField;
+
+protected:
+  bool Accepts(const SchemaObject& owner, const SchemaObject& child) const override;
+};
+
 class KESTAN_EXPORT StyleMapPairSchema final
     : public SchemaT<StyleMap::Pair, NewInstancePolicy, NoDerivedPolicy> {
 public:
   StyleMapPairSchema();
 
   StrField key{*this, "key", OffsetOf(&StyleMap::Pair::key_), Field::kElement};
-  ObjUrlField<StyleSelector> styleUrl{*this,
-                                      "styleUrl",
-                                      OffsetOf(&StyleMap::Pair::styleUrl_),
-                                      Field::kElement,
-                                      0,
-                                      OffsetOf(&StyleMap::Pair::referencedSelector_)};
-  ObjField<StyleSelector> styleSelector{*this, QString(), StyleSelector::GetClassSchema(),
-                                        OffsetOf(&StyleMap::Pair::inlineSelector_)};
+  ObjUrlField<StyleSelector> styleUrl{
+      *this,           "styleUrl", OffsetOf(&StyleMap::Pair::styleUrl_),
+      Field::kElement, 0,          OffsetOf(&StyleMap::Pair::referencedSelector_)};
+  OwnSelectorField styleSelector{*this, QString(), StyleSelector::GetClassSchema(),
+                                 OffsetOf(&StyleMap::Pair::inlineSelector_)};
 };
 
 extern template class SchemaT<StyleMap::Pair, NewInstancePolicy, NoDerivedPolicy>;

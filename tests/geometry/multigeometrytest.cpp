@@ -147,6 +147,17 @@ TEST_F(MultiGeometryTest, TheBoxFollowsItsMembers) {
   EXPECT_EQ("170 0 0 175 5 0", Box(outer->GetBBox()));
 }
 
+TEST_F(MultiGeometryTest, NoCollectionBecomesAPartOfItself) {
+  RefPtr<MultiGeometry> parts[3];
+  for (auto& part : parts)
+    part = new MultiGeometry(KmlId(), "");
+  EXPECT_TRUE(parts[0]->AddGeometry(*parts[1]));
+  EXPECT_TRUE(parts[1]->AddGeometry(*parts[2]));
+  for (const auto& part : parts)
+    EXPECT_FALSE(parts[2]->AddGeometry(*part));
+  EXPECT_TRUE(parts[0]->AddGeometry(*parts[2])); // up a level
+}
+
 TEST_F(MultiGeometryTest, ReversingTheOrderTellsOnce) {
   const RefPtr<MultiGeometry> multi(new MultiGeometry(KmlId(), ""));
   FieldLog log(*multi);

@@ -1,3 +1,4 @@
+#include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/style/balloonstyle.h"
 #include "kestan/style/iconstyle.h"
@@ -5,6 +6,8 @@
 #include "kestan/style/liststyle.h"
 #include "kestan/style/stylemap.h"
 #include "kestan/style/stylemappair.h"
+#include "kestan/style/stylemappairschema.h"
+#include "kestan/style/stylemapschema.h"
 #include "tests/style/styletest.h"
 
 #include <QRegularExpression>
@@ -290,6 +293,30 @@ TEST_F(StyleSelectionTest, PairsTakeSelectorsByReferenceOrAsTheirOwn) {
   EXPECT_FALSE(nameless->HasOwner(*highlight));
   EXPECT_EQ(named.get(), map->InternalGetSelectedStyle(kStyleHighlight));
   EXPECT_EQ(2U, map->GetPairs().size());
+}
+
+TEST_F(StyleSelectionTest, NoMapBecomesAPartOfItself) {
+  const auto document = Read<Document>(
+      "<Document><StyleMap id='m'><Pair><key>normal</key><StyleMap><Pair><key>normal</key>"
+      "<Style/></Pair></StyleMap></Pair></StyleMap></Document>");
+  auto& outer = static_cast<StyleMap&>(*document->GetStyleSelector(0));
+  StyleMap::Pair& outerPair = *outer.GetPairs()[0];
+  auto& inner = static_cast<StyleMap&>(*outerPair.GetInlineStyleSelector());
+  StyleMap::Pair& innerPair = *inner.GetPairs()[0];
+  const QString text = Write(*document);
+  const auto& own = StyleMapPairSchema::GetSingleton().styleSelector;
+  const auto& pairs = StyleMapSchema::GetSingleton().pairs;
+  EXPECT_FALSE(own.set(innerPair, &outer, 0));
+  EXPECT_FALSE(own.set(innerPair, &inner, 0));
+  EXPECT_FALSE(pairs.add(inner, &outerPair));
+  EXPECT_EQ(text, Write(*document));
+
+  const RefPtr<StyleMap> nameless(new StyleMap(KmlId(), QString()));
+  const RefPtr<StyleMap::Pair> pair(new StyleMap::Pair(KmlId(), QString()));
+  pairs.add(*nameless, pair.get());
+  pair->SetStyleSelector(nameless.get());
+  EXPECT_EQ(nullptr, pair->GetStyleSelector());
+  EXPECT_TRUE(pairs.add(outer, pair.get())); // elsewhere it may be
 }
 
 TEST_F(StyleSelectionTest, APairKeepsItsReferenceBesideASelectorOfItsOwn) {
