@@ -2,9 +2,9 @@
 
 #include "kestan/host/memory.h"
 
-#include <QSet>
+#include <QHash>
 
-#include <algorithm>
+#include <cstddef>
 
 namespace vorrel::kestan {
 
@@ -17,23 +17,31 @@ public:
   bool insert(const SchemaObject& object) {
     if (contains(object))
       return false;
-    members_.insert(&object);
+    places_.insert(&object, objects_.size());
     objects_.push_back(&object);
     return true;
   }
-  /// Keeps the order of the rest. Linear; for the few that turn out to be written elsewhere.
+  /// Keeps the order of the rest.
   void erase(const SchemaObject& object) {
-    if (members_.remove(&object))
-      objects_.erase(std::find(objects_.begin(), objects_.end(), &object));
+    const auto place = places_.find(&object);
+    if (place == places_.end())
+      return;
+    objects_[*place] = nullptr;
+    places_.erase(place);
   }
-  bool contains(const SchemaObject& object) const { return members_.contains(&object); }
-  bool empty() const { return objects_.empty(); }
-  mmvector<const SchemaObject*>::const_iterator begin() const { return objects_.begin(); }
-  mmvector<const SchemaObject*>::const_iterator end() const { return objects_.end(); }
+  bool contains(const SchemaObject& object) const { return places_.contains(&object); }
+  bool empty() const { return places_.isEmpty(); }
+  /// Calls `op` with each object.
+  template <class Op> void ForEach(Op op) const {
+    for (const SchemaObject* object : objects_) {
+      if (object)
+        op(*object);
+    }
+  }
 
 private:
-  mmvector<const SchemaObject*> objects_;
-  QSet<const SchemaObject*> members_;
+  mmvector<const SchemaObject*> objects_; ///< Null where one was erased.
+  QHash<const SchemaObject*, std::size_t> places_;
 };
 
 } // namespace vorrel::kestan

@@ -72,18 +72,17 @@ void WriteState::LeaveStyle(const StyleSelector& style, bool mayBeRenamed) {
 }
 
 void WriteState::AssignStyleIds() {
-  for (const SchemaObject* style : *styleSets_.back())
-    AssignId(*style); // they keep theirs before others get new ones
-  for (const SchemaObject* style : nameless_) {
-    const auto left = leftStyles_.find(style);
+  AssignIds(*styleSets_.back()); // they keep theirs before others get new ones
+  nameless_.ForEach([this](const SchemaObject& style) {
+    const auto left = leftStyles_.find(&style);
     if (left == leftStyles_.end() || *left)
-      continue;
+      return;
     *left = true;
-    const QString& id = style->GetId();
+    const QString& id = style.GetId();
     const bool isUnique =
-        !id.isEmpty() && !objectsById_.contains(id) && leftStylesById_.value(id) == style;
-    EnterId(*style, isUnique ? id : GenerateUniqueId(id.isEmpty() ? style->getType() : id));
-  }
+        !id.isEmpty() && !objectsById_.contains(id) && leftStylesById_.value(id) == &style;
+    EnterId(style, isUnique ? id : GenerateUniqueId(id.isEmpty() ? style.getType() : id));
+  });
   nameless_ = ObjectSet(); // what stays has been hoisted, or isn't written at all
 }
 
@@ -96,10 +95,12 @@ void WriteState::WriteStyles() {
 void WriteState::WriteSchemas() { WriteObjs(*schemaSets_.back()); }
 
 void WriteState::WriteObjs(const ObjectSet& objects) {
-  for (const SchemaObject* object : objects)
-    AssignId(*object);
-  for (const SchemaObject* object : objects)
-    object->WriteKml(*this);
+  AssignIds(objects);
+  objects.ForEach([this](const SchemaObject& object) { object.WriteKml(*this); });
+}
+
+void WriteState::AssignIds(const ObjectSet& objects) {
+  objects.ForEach([this](const SchemaObject& object) { AssignId(object); });
 }
 
 QString WriteState::AssignId(const SchemaObject& object) {

@@ -151,8 +151,9 @@ public:
   /// Where references of the whole output lead from: the base URL of its root. Without one, all
   /// that is written counts as of one document.
   void SetRootUrl(const QString& url) { rootUrl_ = url; }
-  /// Whether the relative references of `owner` may lead elsewhere out of this output: it comes from
-  /// another document, or the output is a file that may lie no longer beside what it refers to.
+  /// Whether the relative references of `owner` may lead elsewhere out of this output: it comes
+  /// from another document, or the output is a file that may lie no longer beside what it refers
+  /// to.
   bool IsMoved(const SchemaObject& owner) const;
   /// The reference `url` of such an owner, made absolute where it's relative.
   QString GetMovedUrl(const SchemaObject& owner, const QString& url) const;
@@ -187,6 +188,7 @@ private:
   void WriteObjUrl(SchemaObject* object, const QString& url, const ObjectSets& sets);
   static bool Contains(const ObjectSets& sets, const SchemaObject& object);
   bool Hoist(const SchemaObject& object, const ObjectSets& sets);
+  void AssignIds(const ObjectSet& objects);
   QString AssignId(const SchemaObject& object);
   void EnterId(const SchemaObject& object, const QString& id);
   bool ComesFromElsewhere(const SchemaObject& owner) const;
