@@ -78,10 +78,7 @@ void WriteState::AssignStyleIds() {
     if (left == leftStyles_.end() || *left)
       return;
     *left = true;
-    const QString& id = style.GetId();
-    const bool isUnique =
-        !id.isEmpty() && !objectsById_.contains(id) && leftStylesById_.value(id) == &style;
-    EnterId(style, isUnique ? id : GenerateUniqueId(id.isEmpty() ? style.getType() : id));
+    AssignId(style);
   });
   nameless_ = ObjectSet(); // what stays has been hoisted, or isn't written at all
 }
@@ -108,18 +105,21 @@ QString WriteState::AssignId(const SchemaObject& object) {
   if (known != idsByObject_.constEnd())
     return *known;
   QString id = object.GetId();
-  if (id.isEmpty()) // and yet something refers to it
-    id = GenerateUniqueId(object.getType());
-  else if (objectsById_.contains(id))
-    id = GenerateUniqueId(id);
-  EnterId(object, id);
+  namesNameless_ |= id.isEmpty(); // and yet something refers to it
+  if (id.isEmpty() || IsTaken(id, object))
+    id = GenerateUniqueId(id.isEmpty() ? object.getType() : id);
+  objectsById_.insert(id, &object);
+  idsByObject_.insert(&object, id);
   return id;
 }
 
-void WriteState::EnterId(const SchemaObject& object, const QString& id) {
-  namesNameless_ |= object.GetId().isEmpty();
-  objectsById_.insert(id, &object);
-  idsByObject_.insert(&object, id);
+/// True where a reference by the id would lead to another object of this output.
+bool WriteState::IsTaken(const QString& id, const SchemaObject& object) const {
+  if (objectsById_.contains(id))
+    return true;
+  // What has been here before goes on sharing its id with whom it shared it.
+  const auto left = leftStylesById_.find(id);
+  return left != leftStylesById_.end() && *left != &object && ComesFromElsewhere(object.GetUrl());
 }
 
 QString WriteState::GenerateUniqueId(const QString& id) {

@@ -190,8 +190,8 @@ private:
   bool Hoist(const SchemaObject& object, const ObjectSets& sets);
   void AssignIds(const ObjectSet& objects);
   QString AssignId(const SchemaObject& object);
-  void EnterId(const SchemaObject& object, const QString& id);
-  bool ComesFromElsewhere(const SchemaObject& owner) const;
+  bool IsTaken(const QString& id, const SchemaObject& object) const;
+  bool ComesFromElsewhere(const QString& url) const;
   QString GetRelativeUrl(const QString& url) const;
   QString GetReadableUrl(const QString& url, const QString& absoluteUrl) const;
   QString GetDestinationFault();

@@ -38,7 +38,7 @@ QString WriteState::RegisterUrl(const QString& url, const QString& absoluteUrl, 
         embed && MayLieInArchive(type) ? kmzFiles_.Register(absoluteUrl) : QString();
     return copy.isEmpty() ? GetReadableUrl(url, absoluteUrl) : copy;
   }
-  if (keepRelativeUrls_ && !(owner && ComesFromElsewhere(*owner)))
+  if (keepRelativeUrls_ && !(owner && ComesFromElsewhere(owner->GetBaseUrl())))
     return url;
   if (mode_ == kWriteKmlFile && type != kUrlNetwork) {
     const QString extracted = Extract(absoluteUrl);
@@ -57,20 +57,20 @@ QString WriteState::GetReadableUrl(const QString& url, const QString& absoluteUr
   return url;
 }
 
-bool WriteState::ComesFromElsewhere(const SchemaObject& owner) const {
-  return rootUrl_ && !owner.GetBaseUrl().isEmpty() && owner.GetBaseUrl() != *rootUrl_;
+bool WriteState::ComesFromElsewhere(const QString& url) const {
+  return rootUrl_ && !url.isEmpty() && url != *rootUrl_;
 }
 
 bool WriteState::IsMoved(const SchemaObject& owner) const {
   const bool isElsewhere = mode_ == kWriteKmzFile || (mode_ == kWriteKmlFile && !keepRelativeUrls_);
-  return isElsewhere || ComesFromElsewhere(owner);
+  return isElsewhere || ComesFromElsewhere(owner.GetBaseUrl());
 }
 
 QString WriteState::GetMovedUrl(const SchemaObject& owner, const QString& url) const {
   const UrlType type = GGetUrlType(url);
   const bool leadsIntoOwn = type == kUrlFragment || !url.contains(QLatin1Char('#'));
   if ((type != kUrlRelative && type != kUrlFragment) ||
-      (leadsIntoOwn && !ComesFromElsewhere(owner)))
+      (leadsIntoOwn && !ComesFromElsewhere(owner.GetBaseUrl())))
     return url;
   const KmlId target = SchemaObject::MakeAbsoluteId(owner.GetBaseUrl(), url);
   return target.url.isEmpty() ? url : target.url + QLatin1Char('#') + target.id;
