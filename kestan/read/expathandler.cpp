@@ -18,6 +18,7 @@
 #include "kestan/read/taginfo.h"
 #include "kestan/read/xmlcharstring.h"
 #include "kestan/read/xmlsource.h"
+#include "kestan/style/styleclimbbatch.h" // styles get their owners while a document is read
 
 #include <QFileInfo>
 
@@ -190,6 +191,7 @@ RefPtr<SchemaObject> ExpatHandler::DoLoadXml(ExpatHandler& handler, const void* 
 }
 
 RefPtr<SchemaObject> ExpatHandler::Load(XmlSource& source) {
+  const StyleClimbBatch batch;
   const NotificationDeferrer deferrer;
   RefPtr<SchemaObject> result;
   if (Parse(source))

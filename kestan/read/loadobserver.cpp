@@ -6,6 +6,7 @@
 #include "kestan/host/job.h"
 #include "kestan/read/loadobserverlist.h"
 #include "kestan/read/loadobserverloader.h"
+#include "kestan/style/styleclimbbatch.h" // many references may end in one style
 
 #include <mutex>
 
@@ -193,6 +194,7 @@ void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const 
 void LoadObserver::Deliver(LoadObserverList* list, SchemaObject& created) {
   if (!list)
     return;
+  const StyleClimbBatch batch;
   const KmlId target = created.GetKmlId();
   // An object that waits for the same again, while it's told, isn't told again.
   for (std::size_t left = list->count(); left > 0; --left) {
@@ -223,6 +225,7 @@ bool LoadObserver::Update(const TargetClass& targets, Cache* cache) {
 }
 
 bool LoadObserver::UpdateAll(LoadObserverList* list, const IJobContinuator& continuator) {
+  const StyleClimbBatch batch;
   Cache cache;
   while (LoadObserver* observer = list ? list->TakeNext() : nullptr) {
     observer->Update(&cache);

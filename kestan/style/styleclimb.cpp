@@ -1,6 +1,7 @@
 #include "kestan/style/styleclimb.h"
 
 #include "kestan/core/objectobserver.h"
+#include "kestan/style/styleclimbbatch.h"
 #include "kestan/style/styleselector.h"
 
 #include <algorithm>
@@ -61,6 +62,8 @@ bool StyleClimb::Contains(StyleSelector& selector) const {
 }
 
 void StyleClimb::TellOwners(StyleSelector& selector) {
+  if (StyleClimbBatch::Takes(selector))
+    return;
   InlinedVector<SchemaObject*, 16> owners;
   for (int i = 0, count = selector.GetOwnerCount(); i < count; ++i)
     owners.push_back(selector.GetOwner(i));

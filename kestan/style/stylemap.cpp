@@ -4,6 +4,7 @@
 #include "kestan/core/schemat_impl.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/style.h"
+#include "kestan/style/styleclimbbatch.h"
 #include "kestan/style/stylemapschema.h"
 #include "kestan/style/stylesource.h"
 #include "kestan/style/stylevisitor.h"
@@ -111,6 +112,7 @@ StyleMap::StyleMap(const Style& style, Icon& normal, Icon& highlight, const KmlI
 
 StyleMap::~StyleMap() {
   NotifyPreDelete();
+  const StyleClimbBatch batch;
   // Those that refer to the map without keeping it.
   for (int i = GetOwnerCount(); i-- > 0;) {
     SchemaObject* owner = GetOwner(0);

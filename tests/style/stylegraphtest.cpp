@@ -185,4 +185,24 @@ TEST_F(StyleGraphTest, LongChainsOfMapsAreNoProblem) {
   }
 }
 
+// Each pair that is read changes the map for all that are there already.
+TEST_F(StyleGraphTest, AMapMayHaveManyPairsThatReferToIt) {
+  constexpr int kPairs = 3500;
+  QString pairs;
+  for (int i = 0; i < kPairs; ++i)
+    pairs += QStringLiteral("<Pair><key>k%1</key><styleUrl>#m</styleUrl></Pair>").arg(i);
+  const auto document = ReadLocal(InDocument(
+      "<Placemark><name>p</name><styleUrl>#m</styleUrl><Style><PolyStyle><fill>0</fill></PolyStyle>"
+      "</Style></Placemark><StyleMap id='m'>" +
+      pairs + "<Pair><key>normal</key><styleUrl>#s</styleUrl></Pair></StyleMap>" +
+      "<Style id='s'><LineStyle><width>6</width></LineStyle></Style>"));
+  const AbstractFeature* feature = Find(*document, "p");
+  const StyleMap* map = StyleMap::find("/dir/doc.kml", "m");
+  EXPECT_EQ(kPairs + 2, map->GetOwnerCount()); // the placemark and the document own it too
+  EXPECT_GE(feature->GetRevision(), map->GetRevision());
+  EXPECT_EQ("LineStyle.width=6 PolyStyle.fill=0", Look(*feature));
+  Style::find("/dir/doc.kml", "s")->GetLineStyle()->SetWidth(7);
+  EXPECT_EQ("LineStyle.width=7 PolyStyle.fill=0", Look(*feature));
+}
+
 } // namespace vorrel::kestan

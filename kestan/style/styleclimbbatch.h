@@ -1,0 +1,35 @@
+#pragma once
+
+#include "kestan/host/memory.h"
+#include "kestan/host/refptr.h"
+
+#include <cstddef>
+#include <unordered_set>
+
+namespace vorrel::kestan {
+
+class StyleSelector;
+
+/// A scope in which many selectors may change, such as the reading of a document.
+///
+/// A map with as many pairs as owners would tell its owners so often that it takes time by the
+/// square. Up to a budget each change is told at once. Beyond it, the owners of a selector hear of
+/// its changes once, when the outermost batch of the thread ends.
+class StyleClimbBatch {
+public:
+  StyleClimbBatch();
+  StyleClimbBatch(const StyleClimbBatch&) = delete;
+  StyleClimbBatch& operator=(const StyleClimbBatch&) = delete;
+  ~StyleClimbBatch();
+
+  /// True when the owners of the selector will be told at the end, and need not be told now.
+  static bool Takes(StyleSelector& selector);
+
+private:
+  StyleClimbBatch* const outer_;
+  std::size_t told_ = 0;
+  mmvector<RefPtr<StyleSelector>> taken_;
+  std::unordered_set<const StyleSelector*> known_; // those that are in `taken_`
+};
+
+} // namespace vorrel::kestan
