@@ -66,14 +66,20 @@ void Document::AddSchema(CustomSchema& schema) {
 void Document::SetClientData(std::unique_ptr<ClientData> data) { clientData_ = std::move(data); }
 
 void Document::CollectStylesAndSchemas(WriteState& state) const {
-  for (const RefPtr<StyleSelector>& style : styleSelectors_) {
-    if (style)
-      state.LeaveStyle(*style, true);
-  }
+  if (!state.IsInOutermost())
+    return; // it has been here already
+  LeaveStyles(state);
   state.EnterInnerDocument();
   CollectStyleReferences(state);
   AbstractFolder::CollectStylesAndSchemas(state);
   state.LeaveInnerDocument();
+}
+
+void Document::LeaveStyles(WriteState& state) const {
+  for (const RefPtr<StyleSelector>& style : styleSelectors_) {
+    if (style)
+      state.LeaveStyle(*style, true);
+  }
 }
 
 void Document::CollectStyleReferences(WriteState& state) const {
@@ -91,6 +97,7 @@ void Document::WriteKml(WriteState& state) const {
   state.AssignStyleIds();
   WriteKmlStylesSchemas(state, nullptr);
   state.PopStylesAndSchemas();
+  LeaveStyles(state); // for the documents behind this one
 }
 
 void Document::WriteStylesAndSchemas(WriteState& state, const QString&) const { WriteKml(state); }

@@ -60,6 +60,8 @@ private:
 
   /// Makes a style without an id the document's own inline style.
   void TakeAnonymousStyle();
+  /// Reports the document's styles as written with it.
+  void LeaveStyles(WriteState& state) const;
   /// Reports what the document's style maps lead to.
   void CollectStyleReferences(WriteState& state) const;
 

@@ -135,6 +135,9 @@ public:
   /// unique one to each inline style that something refers to and whose own name a reader can't
   /// find: a run-time one, or none.
   void AssignStyleIds();
+  /// Only the outermost document walks all documents inside it, so that each is walked twice at
+  /// most, however deep it lies.
+  bool IsInOutermost() const { return styleSets_.size() <= 1; }
   /// While documents inside the one that is being written are walked, nothing is hoisted: they
   /// keep what is theirs.
   void EnterInnerDocument() { ++innerDocuments_; }

@@ -79,6 +79,14 @@ TEST_F(HoistTest, ANestedDocumentKeepsItsStyles) {
   EXPECT_GT(xml.indexOf("id=\"i\""), xml.indexOf("nested"));
 }
 
+TEST_F(HoistTest, WhatAnotherDocumentOfTheFileHoldsIsNotCopied) {
+  const QString own = "<Document><Style id='s'><LineStyle><width>2</width></LineStyle></Style>"
+                      "</Document>";
+  const QString user = "<Document><Placemark><styleUrl>#s</styleUrl></Placemark></Document>";
+  for (const QString& documents : {own + user, user + own})
+    EXPECT_EQ(1, RoundTrip("<Document>" + documents + "</Document>").count("<Style "));
+}
+
 // Such a style has a run-time name, or none, and its neighbours may have the same id.
 TEST_F(HoistTest, AReferenceToAnInlineStyleLeadsThereAgain) {
   for (const char* root : {"Document", "Folder"}) {
