@@ -113,6 +113,20 @@ TEST_F(HoistTest, AReferenceToAnInlineStyleLeadsThereAgain) {
   }
 }
 
+TEST_F(HoistTest, AHoistedStyleTakesNoNeighboursId) {
+  const auto document = Read<Document>("<Document><Placemark/><Placemark/><Placemark/></Document>");
+  const auto width = [](const Document& tree, int child) {
+    return tree.GetChild(child)->getRenderStyle(kStyleNormal)->GetLineStyle()->GetWidth();
+  };
+  for (const int i : {0, 1}) // both get the id "inline"
+    document->GetChild(i)->InlineStyle()->GetLineStyle()->SetWidth(static_cast<float>(i + 5));
+  document->GetChild(2)->SetReferencedStyleSelector(document->GetChild(0)->InlineStyle());
+  document->GetChild(0)->SetInlineStyleSelector(nullptr);
+  const auto again = Read<Document>(Write(*document));
+  EXPECT_EQ(6, width(*again, 1));
+  EXPECT_EQ(5, width(*again, 2));
+}
+
 TEST_F(HoistTest, WhatWasTakenOutOfItsPlaceStaysWhileItIsReferredTo) {
   const auto document = Read<Document>(
       "<Document><Style id='s'><LineStyle><width>2</width></LineStyle></Style><StyleMap id='m'>"
