@@ -158,7 +158,8 @@ public:
 
   /// Writes the object to a file, `flags` from `WriteFlag`: KML, or with a name that ends in ".kmz"
   /// an archive of the document with the local files that it refers to. The old file stays as it
-  /// was until the new one is complete.
+  /// was until the new one is complete. References mean what they meant: those that would lead
+  /// elsewhere from the new place come absolute.
   ///
   /// Answers the failure text, empty when all went well. A file that can't be read doesn't travel,
   /// and is no failure: `unreadableFiles`, when given, gets their paths. The caller keeps the tree
