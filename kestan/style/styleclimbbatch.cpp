@@ -36,7 +36,7 @@ StyleClimbBatch::~StyleClimbBatch() {
 }
 
 bool StyleClimbBatch::Takes(StyleSelector& selector) {
-  // One that is built or dies can't be kept, and has few to tell.
+  // One that is built or dies can't be kept until then.
   if (!t_outermost || selector.GetRefCount() <= 0)
     return false;
   t_outermost->told_ += static_cast<std::size_t>(selector.GetOwnerCount());

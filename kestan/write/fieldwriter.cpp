@@ -284,11 +284,7 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
 void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
   const QString& url = Member<QString>(object);
   const auto write = [&](SchemaObject* target) {
-    // A reference costs no copy of its text where it stays as it is.
-    if (state.IsMoved(object))
-      state.WriteObjUrl(target, state.GetMovedUrl(object, url));
-    else
-      state.WriteObjUrl(target, url);
+    state.WriteObjUrl(target, state.GetReferenceUrl(object, url));
   };
   if (GetType() == kAttribute && !url.isEmpty()) {
     WriteAttributeStart(*this, object, state);

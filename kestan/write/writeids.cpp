@@ -58,8 +58,8 @@ void WriteState::AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles) {
 }
 
 void WriteState::LeaveStyle(const StyleSelector& style, bool mayBeRenamed) {
-  bool& known = leftStyles_[&style];
-  known = known || mayBeRenamed;
+  bool& isRenamable = leftStyles_[&style];
+  isRenamable = isRenamable || mayBeRenamed;
   if (!style.GetId().isEmpty()) {
     const auto other = leftStylesById_.find(style.GetId());
     if (other == leftStylesById_.end())

@@ -154,12 +154,10 @@ public:
   /// Where references of the whole output lead from: the base URL of its root. Without one, all
   /// that is written counts as of one document.
   void SetRootUrl(const QString& url) { rootUrl_ = url; }
-  /// Whether the relative references of `owner` may lead elsewhere out of this output: it comes
-  /// from another document, or the output is a file that may lie no longer beside what it refers
-  /// to.
-  bool IsMoved(const SchemaObject& owner) const;
-  /// The reference `url` of such an owner, made absolute where it's relative.
-  QString GetMovedUrl(const SchemaObject& owner, const QString& url) const;
+  /// The text of a reference of `owner` to another object. It comes absolute where it would lead
+  /// elsewhere out of this output: the owner is from another document, or the output is a file that
+  /// may lie no longer beside the one that is referred to.
+  QString GetReferenceUrl(const SchemaObject& owner, const QString& url) const;
   /// Writes a reference: to a hoisted object by its id, else by `url`. `object` may be null.
   void WriteObjUrl(SchemaObject* object, const QString& url);
 

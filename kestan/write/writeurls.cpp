@@ -61,16 +61,14 @@ bool WriteState::ComesFromElsewhere(const QString& url) const {
   return rootUrl_ && !url.isEmpty() && url != *rootUrl_;
 }
 
-bool WriteState::IsMoved(const SchemaObject& owner) const {
-  const bool isElsewhere = mode_ == kWriteKmzFile || (mode_ == kWriteKmlFile && !keepRelativeUrls_);
-  return isElsewhere || ComesFromElsewhere(owner.GetBaseUrl());
-}
-
-QString WriteState::GetMovedUrl(const SchemaObject& owner, const QString& url) const {
+QString WriteState::GetReferenceUrl(const SchemaObject& owner, const QString& url) const {
   const UrlType type = GGetUrlType(url);
-  const bool leadsIntoOwn = type == kUrlFragment || !url.contains(QLatin1Char('#'));
-  if ((type != kUrlRelative && type != kUrlFragment) ||
-      (leadsIntoOwn && !ComesFromElsewhere(owner.GetBaseUrl())))
+  if (type != kUrlRelative && type != kUrlFragment)
+    return url;
+  const bool goesElsewhere =
+      mode_ == kWriteKmzFile || (mode_ == kWriteKmlFile && !keepRelativeUrls_);
+  const bool leadsOut = type == kUrlRelative && url.contains(QLatin1Char('#'));
+  if (!(goesElsewhere && leadsOut) && !ComesFromElsewhere(owner.GetBaseUrl()))
     return url;
   const KmlId target = SchemaObject::MakeAbsoluteId(owner.GetBaseUrl(), url);
   return target.url.isEmpty() ? url : target.url + QLatin1Char('#') + target.id;

@@ -1,6 +1,5 @@
 #include "tests/style/styletest.h"
 
-#include "kestan/read/kmlhandler.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyle.h"
 #include "kestan/style/styleschema.h"
@@ -8,16 +7,6 @@
 #include <QStringList>
 
 namespace vorrel::kestan {
-
-RefPtr<SchemaObject> StyleTest::ReadAt(const QString& url, const QString& text) {
-  const QByteArray bytes = text.toUtf8();
-  KmlHandler handler(url, 2, nullptr, nullptr, nullptr);
-  RefPtr<SchemaObject> object =
-      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(bytes.constData()),
-                            static_cast<unsigned>(bytes.size()));
-  EXPECT_TRUE(object) << handler.GetErrorText().toStdString();
-  return object;
-}
 
 AbstractFeature* StyleTest::Find(const SchemaObject& root, const QString& name) {
   mmvector<SchemaObject*> features;

@@ -9,9 +9,7 @@ namespace vorrel::kestan {
 /// Tests that ask features for their looks.
 class StyleTest : public KmlTest {
 protected:
-  /// Reads a document under a URL of its own, as a worker would.
-  RefPtr<SchemaObject> ReadAt(const QString& url, const QString& text);
-  /// The same under a local URL, so that a write takes the shared styles along.
+  /// Reads a document under a local URL, so that a write takes the shared styles along.
   RefPtr<SchemaObject> ReadLocal(const QString& text) { return ReadAt("/dir/doc.kml", text); }
 
   /// The feature of this name in or below `root`; null fails the test.

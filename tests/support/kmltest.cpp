@@ -42,6 +42,16 @@ RefPtr<SchemaObject> KmlTest::ReadObject(const QByteArray& text) {
   return object;
 }
 
+RefPtr<SchemaObject> KmlTest::ReadAt(const QString& url, const QString& text) {
+  const QByteArray bytes = text.toUtf8();
+  KmlHandler handler(url, 2, nullptr, nullptr, nullptr);
+  RefPtr<SchemaObject> object =
+      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(bytes.constData()),
+                            static_cast<unsigned>(bytes.size()));
+  EXPECT_TRUE(object) << handler.GetErrorText().toStdString();
+  return object;
+}
+
 QString KmlTest::Write(const SchemaObject& object, unsigned flags) const {
   QByteArray bytes;
   const QString failure = object.WriteKmlString(bytes, flags);

@@ -36,6 +36,9 @@ protected:
   template <class T> RefPtr<T> Read(const QString& text) { return Read<T>(text.toUtf8()); }
   template <class T> RefPtr<T> Read(const char* text) { return Read<T>(QByteArray(text)); }
 
+  /// Reads a document under a URL of its own; a refused one fails the test.
+  static RefPtr<SchemaObject> ReadAt(const QString& url, const QString& text);
+
   /// The object as a KML document; a failure fails the test.
   QString Write(const SchemaObject& object, unsigned flags = 0) const;
 

@@ -1,6 +1,5 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
-#include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
@@ -132,15 +131,11 @@ TEST_F(DestinationTest, UrlsAreRelativeToTheFileUnlessTheyKeepTheirText) {
 }
 
 TEST_F(DestinationTest, ReferencesMeanTheSameWhereverTheyCameFromAndGo) {
-  const auto load = [this](const char* name) {
-    const QByteArray text = "<Document><Placemark><description><![CDATA[<img src='b.png'>]]>"
-                            "</description><styleUrl>c.kml#s</styleUrl><Style><IconStyle><Icon>"
-                            "<href>a.png</href></Icon></IconStyle></Style></Placemark></Document>";
-    KmlHandler handler(Path(name), 2, nullptr, nullptr, nullptr);
-    const RefPtr<SchemaObject> object =
-        ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
-                              static_cast<unsigned>(text.size()));
-    return RefPtr<Document>(static_cast<Document*>(object.get()));
+  const QString text = "<Document><Placemark><description><![CDATA[<img src='b.png'>]]>"
+                       "</description><styleUrl>c.kml#s</styleUrl><Style><IconStyle><Icon>"
+                       "<href>a.png</href></Icon></IconStyle></Style></Placemark></Document>";
+  const auto load = [&](const char* name) {
+    return RefPtr<Document>(static_cast<Document*>(ReadAt(Path(name), text).get()));
   };
   const auto document = load("doc.kml");
   const auto other = load("sub/doc.kml");
