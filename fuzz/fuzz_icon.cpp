@@ -7,7 +7,7 @@
 
 #include "kestan/core/kmlid.h"
 #include "kestan/feature/folder.h"
-#include "kestan/link/url.h"
+#include "kestan/host/url.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconpalette.h"
 #include "kestan/style/style.h"

@@ -5,11 +5,11 @@
 #include "fuzz/support.h"
 
 #include "kestan/core/kmlid.h"
-#include "kestan/host/file.h"
 #include "kestan/host/net.h"
+#include "kestan/host/path.h"
+#include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
 #include "kestan/link/link.h"
-#include "kestan/link/url.h"
 #include "kestan/link/viewparams.h"
 
 using namespace vorrel;

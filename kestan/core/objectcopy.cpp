@@ -2,7 +2,7 @@
 
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
-#include "kestan/link/url.h" // which clones need a run-time URL
+#include "kestan/host/url.h"
 
 #include <algorithm>
 

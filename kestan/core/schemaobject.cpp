@@ -8,7 +8,7 @@
 #include "kestan/core/threadcontext.h"
 #include "kestan/feature/document.h"  // the document that an object lies in
 #include "kestan/feature/kmlschema.h" // hint targets
-#include "kestan/link/url.h"          // which URLs stand for themselves
+#include "kestan/host/url.h"
 
 namespace vorrel::kestan {
 

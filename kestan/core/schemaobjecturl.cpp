@@ -1,10 +1,7 @@
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/threadcontext.h"
-#include "kestan/host/file.h"
-#include "kestan/host/net.h"
-#include "kestan/host/system.h"
-#include "kestan/host/versioninfo.h"
-#include "kestan/link/url.h" // the rules by which references resolve
+#include "kestan/host/path.h"
+#include "kestan/host/url.h"
 
 #include <QRegularExpression>
 
@@ -16,64 +13,6 @@ namespace {
 
 std::atomic<unsigned> s_runtime_id_counter{0};
 
-/// Up to the last slash.
-QString CutToDirectory(const QString& path) {
-  int end = static_cast<int>(path.lastIndexOf(QLatin1Char('/')));
-  if (end < 0)
-    end = static_cast<int>(path.lastIndexOf(QLatin1Char('\\')));
-  return end < 0 ? QStringLiteral("./") : path.left(end + 1);
-}
-
-/// Joins as if the base were a directory or an archive.
-QString JoinToPath(const QString& base, const QString& url) {
-  if (base.endsWith(QLatin1String(".kml"), Qt::CaseInsensitive))
-    return CutToDirectory(base) + url;
-  return base.endsWith(QLatin1Char('/')) ? base + url : base + QLatin1Char('/') + url;
-}
-
-/// Joins to the directory in which the document at `base` lies.
-QString JoinToDocument(const QString& base, const QString& url) {
-  return CutToDirectory(base.section(QLatin1Char('?'), 0, 0)) + url;
-}
-
-QString Clean(QString path) {
-  file::CleanupPathname(path);
-  return path;
-}
-
-bool IsInside(const QString& path, const QString& directory) {
-  const QString prefix = Clean(directory);
-  if (prefix.isEmpty() || !path.startsWith(prefix, Qt::CaseInsensitive))
-    return false;
-  return prefix.endsWith(QLatin1Char('/')) || path.size() == prefix.size() ||
-         path[prefix.size()] == QLatin1Char('/');
-}
-
-/// A client may keep documents away from local files that aren't its own.
-bool IsForbidden(const QString& url) {
-  if (VersionInfo::AllowLocalFilesOutsideInstallation())
-    return false;
-  const net::FileNameType type = net::GetFileNameType(url);
-  return (type == net::kFileNameLocal || type == net::kFileNameLocalUrl) &&
-         !IsInside(url, System::GetInstallPath()) && !IsInside(url, System::GetResourceDirectory());
-}
-
-QString Resolve(const QString& base, const QString& url) {
-  const UrlType type = GetRelativeUrlType(url, base);
-  if (type >= kUrlNetwork)
-    return url;
-  if (base.isEmpty())
-    return QString();
-  const bool isFragment = type == kUrlFragment;
-  const QString attempt = isFragment ? base : JoinToPath(base, url);
-  QString kmzPath;
-  QString innerPath;
-  if (net::Fetcher::FindInKmz(attempt, &kmzPath, &innerPath) ||
-      (kmzPath != base && !innerPath.isEmpty()))
-    return isFragment ? attempt + url : attempt;
-  return isFragment ? base + url : JoinToDocument(base, url);
-}
-
 } // namespace
 
 QString SchemaObject::MakeAbsoluteUrl(const QString& base, const QString& url) {
@@ -81,9 +20,7 @@ QString SchemaObject::MakeAbsoluteUrl(const QString& base, const QString& url) {
   ThreadContext* const context = ThreadContext::GetCurrent();
   if (context && url == context->lastUrl && base == context->lastUrlBase)
     return context->lastAbsoluteUrl;
-  QString absolute = Clean(Resolve(base, url));
-  if (IsForbidden(absolute))
-    absolute = QString();
+  const QString absolute = ResolveUrl(base, url);
   if (context) {
     context->lastUrl = url;
     context->lastUrlBase = base;
@@ -100,12 +37,12 @@ KmlId SchemaObject::MakeAbsoluteId(const QString& base, const QString& id) {
   const auto resolve = [&base, &id] {
     const UrlType type = GGetUrlType(id);
     if (base.isEmpty() || (type != kUrlRelative && type != kUrlFragment))
-      return KmlId(Clean(id));
+      return KmlId(file::Cleaned(id));
     const int hash = static_cast<int>(id.lastIndexOf(QLatin1Char('#')));
     if (hash <= 0)
       return KmlId(id.mid(hash + 1), base);
     const QString url = MakeAbsoluteUrl(base, id.left(hash));
-    return KmlId(Clean(url + id.mid(hash)));
+    return KmlId(file::Cleaned(url + id.mid(hash)));
   };
   const KmlId absolute = resolve();
   if (context) {

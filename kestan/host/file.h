@@ -8,14 +8,6 @@ class QFileDevice;
 
 namespace vorrel::file {
 
-/// Brings a path or URL into its plain form: "/" for backslashes, and no ".", ".." or doubled "/"
-/// among the parts of its path.
-///
-/// What isn't path stays as it is: scheme and server of a URL, query and fragment, a drive, the
-/// server of "//server/share", and a URL of which the scheme has no "//", such as "data:". A ".."
-/// that leads above the root is dropped, one above the start of a relative path is kept.
-KESTAN_EXPORT void CleanupPathname(QString& path);
-
 /// Moves a file, also to another file system. A file at the destination is replaced in one step:
 /// whoever looks sees the old one or the new one. False, and both stay, when that fails.
 KESTAN_EXPORT bool move(const QString& from, const QString& to);

@@ -2,9 +2,9 @@
 
 #include "kestan/core/enum.h"
 #include "kestan/core/schemat_impl.h"
+#include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
 #include "kestan/link/linktemplate.h"
-#include "kestan/link/url.h"
 #include "kestan/link/viewparams.h"
 #include "kestan/write/writestate.h"
 

@@ -6,8 +6,8 @@
 #include "kestan/core/threadcontext.h"
 #include "kestan/host/legacyscreenvec.h"
 #include "kestan/host/resources.h"
+#include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
-#include "kestan/link/url.h"
 #include "kestan/style/iconpalette.h"
 #include "kestan/style/iconschema.h"
 

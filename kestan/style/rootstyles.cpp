@@ -1,6 +1,6 @@
 // Styles that are made from their own id.
 
-#include "kestan/link/url.h"
+#include "kestan/host/url.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemap.h"

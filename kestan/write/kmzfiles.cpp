@@ -3,7 +3,7 @@
 #include "kestan/host/file.h"
 #include "kestan/host/net.h"
 #include "kestan/host/tr.h"
-#include "kestan/link/url.h" // what is no file of this machine
+#include "kestan/host/url.h"
 
 #include <QFile>
 #include <QFileInfo>

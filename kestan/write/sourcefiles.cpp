@@ -1,9 +1,9 @@
 #include "kestan/write/sourcefiles.h"
 
-#include "kestan/host/file.h"
 #include "kestan/host/kmz.h"
 #include "kestan/host/kmzarchive.h"
 #include "kestan/host/net.h"
+#include "kestan/host/path.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -13,16 +13,11 @@ namespace vorrel::kestan {
 
 namespace {
 
-QString Clean(QString path) {
-  file::CleanupPathname(path);
-  return path;
-}
-
 /// The path that `text` stands for, escaped as references often are. Null for one that only
 /// unescaping leads upwards: it isn't what the document's rules allowed.
 QString Unescaped(const QString& text) {
   const QString path = QUrl::fromPercentEncoding(text.toUtf8());
-  return Clean(path) == path && !path.contains(QChar(QChar::Null)) ? path : QString();
+  return file::Cleaned(path) == path && !path.contains(QChar(QChar::Null)) ? path : QString();
 }
 
 bool IsReadableFile(const QString& path) {
@@ -65,7 +60,7 @@ bool SourceFiles::Locate(const QString& url, SourceFile& source) {
     return false;
   }
   const bool isFileUrl = url.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
-  const QString literal = isFileUrl ? Clean(QUrl(url).toLocalFile()) : url;
+  const QString literal = isFileUrl ? file::Cleaned(QUrl(url).toLocalFile()) : url;
   for (const QString& path : {literal, Unescaped(literal)}) {
     if (!path.isEmpty() && IsReadableFile(path)) {
       source.path = path;

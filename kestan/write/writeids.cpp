@@ -2,7 +2,7 @@
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/custom/customschema.h" // schemas are hoisted apart from styles
-#include "kestan/link/url.h"            // what comes from a server isn't hoisted
+#include "kestan/host/url.h"
 #include "kestan/style/styleselector.h" // the other kind of what is hoisted
 #include "kestan/write/writestate.h"
 

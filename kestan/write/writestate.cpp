@@ -3,6 +3,7 @@
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/file.h"
 #include "kestan/host/kmzwriter.h"
+#include "kestan/host/path.h"
 #include "kestan/host/tr.h"
 #include "kestan/read/namespaces.h" // the URIs of the standard prefixes
 

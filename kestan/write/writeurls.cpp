@@ -1,6 +1,6 @@
 #include "kestan/host/net.h"
+#include "kestan/host/url.h"
 #include "kestan/link/abstractlink.h" // what a link tells of its target
-#include "kestan/link/url.h"          // what is fetched from a server lies in no archive
 #include "kestan/write/writestate.h"
 
 #include <QFile>

@@ -1,4 +1,5 @@
-#include "kestan/host/file.h"
+#include "kestan/host/path.h"
+
 #include "kestan/host/net.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "kestan/core/objurlfield.h"
 #include "kestan/core/schema.h"
+#include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
-#include "kestan/link/url.h"
 #include "kestan/style/icon.h"
 #include "tools/kestan/commands.h"
 #include "tools/kestan/document.h"

@@ -1,6 +1,9 @@
-#include "kestan/link/url.h"
+#include "kestan/host/url.h"
 
 #include "kestan/host/net.h"
+#include "kestan/host/path.h"
+#include "kestan/host/system.h"
+#include "kestan/host/versioninfo.h"
 
 #include <algorithm>
 
@@ -41,6 +44,59 @@ bool HasScheme(const QString& url) {
   return end != url.end() && *end == QLatin1Char(':');
 }
 
+/// Up to the last slash.
+QString CutToDirectory(const QString& path) {
+  int end = static_cast<int>(path.lastIndexOf(QLatin1Char('/')));
+  if (end < 0)
+    end = static_cast<int>(path.lastIndexOf(QLatin1Char('\\')));
+  return end < 0 ? QStringLiteral("./") : path.left(end + 1);
+}
+
+/// Joins as if the base were a directory or an archive.
+QString JoinToPath(const QString& base, const QString& url) {
+  if (base.endsWith(QLatin1String(".kml"), Qt::CaseInsensitive))
+    return CutToDirectory(base) + url;
+  return base.endsWith(QLatin1Char('/')) ? base + url : base + QLatin1Char('/') + url;
+}
+
+/// Joins to the directory in which the document at `base` lies.
+QString JoinToDocument(const QString& base, const QString& url) {
+  return CutToDirectory(base.section(QLatin1Char('?'), 0, 0)) + url;
+}
+
+bool IsInside(const QString& path, const QString& directory) {
+  const QString prefix = file::Cleaned(directory);
+  if (prefix.isEmpty() || !path.startsWith(prefix, Qt::CaseInsensitive))
+    return false;
+  return prefix.endsWith(QLatin1Char('/')) || path.size() == prefix.size() ||
+         path[prefix.size()] == QLatin1Char('/');
+}
+
+/// A client may keep documents away from local files that aren't its own.
+bool IsForbidden(const QString& url) {
+  if (VersionInfo::AllowLocalFilesOutsideInstallation())
+    return false;
+  const net::FileNameType type = net::GetFileNameType(url);
+  return (type == net::kFileNameLocal || type == net::kFileNameLocalUrl) &&
+         !IsInside(url, System::GetInstallPath()) && !IsInside(url, System::GetResourceDirectory());
+}
+
+QString Join(const QString& base, const QString& url) {
+  const UrlType type = GetRelativeUrlType(url, base);
+  if (type >= kUrlNetwork)
+    return url;
+  if (base.isEmpty())
+    return QString();
+  const bool isFragment = type == kUrlFragment;
+  const QString attempt = isFragment ? base : JoinToPath(base, url);
+  QString kmzPath;
+  QString innerPath;
+  if (net::Fetcher::FindInKmz(attempt, &kmzPath, &innerPath) ||
+      (kmzPath != base && !innerPath.isEmpty()))
+    return isFragment ? attempt + url : attempt;
+  return isFragment ? base + url : JoinToDocument(base, url);
+}
+
 } // namespace
 
 UrlType GGetUrlType(const QString& url) {
@@ -74,6 +130,11 @@ UrlType GetRelativeUrlType(const QString& url, const QString& base) {
   const net::FileNameType baseType = net::GetFileNameType(base);
   const bool isLocalBase = baseType == net::kFileNameLocal || baseType == net::kFileNameLocalUrl;
   return isLocalBase ? kUrlLocal : kUrlRelative;
+}
+
+QString ResolveUrl(const QString& base, const QString& url) {
+  const QString absolute = file::Cleaned(Join(base, url));
+  return IsForbidden(absolute) ? QString() : absolute;
 }
 
 } // namespace vorrel::kestan

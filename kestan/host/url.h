@@ -26,4 +26,8 @@ KESTAN_EXPORT bool GIsUrlAbsolute(const QString& url);
 /// relative to a base that isn't local.
 KESTAN_EXPORT UrlType GetRelativeUrlType(const QString& url, const QString& base);
 
+/// The absolute form of a URL that stands in a document at `base`. Empty for a relative one without
+/// a base, and for a local file that documents may not name.
+KESTAN_EXPORT QString ResolveUrl(const QString& base, const QString& url);
+
 } // namespace vorrel::kestan

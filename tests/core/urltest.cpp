@@ -1,4 +1,4 @@
-#include "kestan/link/url.h"
+#include "kestan/host/url.h"
 
 #include "kestan/geometry/point.h"
 #include "kestan/host/system.h"
