@@ -158,7 +158,7 @@ std::unique_ptr<XmlSource> ExpatHandler::OpenBytes(const unsigned char* data, st
   if (!unpacked.isNull())
     return std::make_unique<MemoryXmlSource>(unpacked.constData(),
                                              static_cast<std::size_t>(unpacked.size()));
-  FatalError(reason);
+  FatalError(reason, ReportCode::kUnreadable);
   return nullptr;
 }
 
@@ -174,7 +174,7 @@ std::unique_ptr<XmlSource> ExpatHandler::OpenFile(QByteArray& unpacked) {
     QString text = tr("Could not parse zero byte kmz file \"%1\"").arg(url_);
     if (!reason.isEmpty())
       text += QLatin1String(":\n\n\t") + reason;
-    FatalError(text);
+    FatalError(text, ReportCode::kUnreadable);
     return nullptr;
   }
   auto source = std::make_unique<FileXmlSource>(url_);
@@ -234,7 +234,7 @@ bool ExpatHandler::Parse(XmlSource& source) {
           "Error message shown when KML cannot be parsed correctly. VAL_1 is a line number, VAL_2 "
           "the column number where error occured, VAL_3 the actual error message from the parser.")
            .arg(QString::number(parser_->GetLine()), QString::number(parser_->GetColumn()), bare),
-       bare);
+       bare, ReportCode::kMalformedXml);
   return false;
 }
 
@@ -327,6 +327,8 @@ void ExpatHandler::Reset() {
 void ExpatHandler::BeginParse() {
   Reset();
   ForgetFailure();
+  const IErrorHandler* const handler = GetErrorHandler();
+  wantsFindings_ = handler && handler->WantsFindings();
   threadContext_->fatalText.clear();
   formerExcessSteps_ = threadContext_->GetExcessSteps();
 }
@@ -352,7 +354,7 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
       continue;
     }
     if (!attributeName_.contains(QLatin1Char(':'))) {
-      const bool goOn = HandleRecoverable([this] {
+      const bool goOn = HandleRecoverable(ReportCode::kUnknownAttribute, [this] {
         return tr("Unknown attribute %1=\"%2\"",
                   "Message shown when a KML file contains an unknown attribute in an element. "
                   "VAL_1 is the name of the attribute, VAL_2 the value the attribute was set to.")
@@ -417,7 +419,8 @@ Namespace ExpatHandler::NamespaceStringToEnum(const QString& uri) {
   const Namespace ns = kestan::NamespaceStringToEnum(uri, &major, nullptr);
   if ((ns == Namespace::kKml || ns == Namespace::kExt) && major > kKmlVersionNumberMajor) {
     FatalError(tr("This client can only process KML files with version less than %1")
-                   .arg(kKmlVersionNumberMajor + 1));
+                   .arg(kKmlVersionNumberMajor + 1),
+               ReportCode::kTooNew);
   }
   if (ns == Namespace::kNone && GetDefaultNamespace() != Namespace::kWms)
     return Namespace::kKml;
@@ -457,6 +460,13 @@ const Schema* ExpatHandler::FindSchema(const QString& name) {
   Namespace ns = Namespace::kUnknown;
   const QString& localName = StripNamespacePrefix(name, &ns);
   return ns == Namespace::kUnknown ? nullptr : Schema::FindNamedSchema(localName, ns);
+}
+
+QString ExpatHandler::GetForeignUri(const QString& name) const {
+  const int colon = std::max(name.indexOf(QLatin1Char(':')), 0);
+  if (namespaces_->Lookup(name.constData(), colon) != Namespace::kUnknown)
+    return QString();
+  return namespaces_->GetUri(name.constData(), colon);
 }
 
 int ExpatHandler::GetId(const unsigned short** attrs) const {

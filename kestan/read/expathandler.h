@@ -36,6 +36,7 @@ struct TagInfo;
 enum HandleErrorHow {
   kErrorFatal = 0,
   kErrorRecoverable = 1, ///< The setting `kmlErrorHandling` decides.
+  kFinding = 2,          ///< No error: only handlers that ask for findings hear of it.
 };
 
 /// Elements may be nested this deep unless `ExpatHandler::SetMaxElementDepth` says otherwise: deep
@@ -87,6 +88,10 @@ public:
   const QString& GetErrorText() const { return error_; }
   /// The same without file and place.
   const QString& GetBareErrorText() const { return bareError_; }
+  /// What kind of failure that was; of meaning only after one.
+  ReportCode GetErrorCode() const { return errorCode_; }
+  /// The namespace of a root that nothing is known of, as it's declared; null after other failures.
+  const QString& GetForeignNamespace() const { return foreignNamespace_; }
   /// Where it failed, both from 1; 0 when the failure has no place in the document.
   qint64 GetErrorLine() const { return errorLine_; }
   qint64 GetErrorColumn() const { return errorColumn_; }
@@ -103,14 +108,24 @@ public:
   virtual ~ExpatHandler();
 
 protected:
-  bool HandleError(const QString& message, HandleErrorHow how);
-  /// The same for a recoverable error of which the text is only made when somebody sees it. False
-  /// when the parse must stop.
-  template <class MakeText> bool HandleRecoverable(MakeText&& makeText) {
-    return IgnoresErrors() || HandleError(makeText(), kErrorRecoverable);
+  /// False when the parse must stop.
+  bool HandleError(const QString& message, HandleErrorHow how,
+                   ReportCode code = ReportCode::kUnsupportedData);
+  /// The same for a recoverable error of which the text is only made when somebody sees it.
+  template <class MakeText> bool HandleRecoverable(ReportCode code, MakeText&& makeText) {
+    return IgnoresErrors() || HandleError(makeText(), kErrorRecoverable, code);
+  }
+  /// True while somebody hears of findings. Nothing is looked for or formatted otherwise.
+  bool WantsFindings() const { return wantsFindings_ && !ignoreErrors_; }
+  /// Tells of what stands at the present place.
+  template <class MakeText> void ReportFinding(ReportCode code, MakeText&& makeText) {
+    if (WantsFindings())
+      HandleError(makeText(), kFinding, code);
   }
   bool HandleParseResult(FromStringResult result, const QString& text);
-  void FatalError(const QString& text);
+  void FatalError(const QString& text, ReportCode code = ReportCode::kRefused);
+  /// Ends the parse at the present start tag, which can't be that of the document.
+  void RefuseRoot();
   bool HasFailed() const { return fatal_; }
 
   /// Hands attributes to the object's attribute fields and keeps the unknown ones, without the
@@ -132,6 +147,9 @@ protected:
   const Field* FindField(const Schema& schema, const QString& name, Namespace ns, Namespace* nsOut,
                          const Schema** schemaOut);
   const Schema* FindSchema(const QString& name);
+  /// The URI of the namespace that a name is in by its declaration, where nothing is known of it;
+  /// null for any other name.
+  QString GetForeignUri(const QString& name) const;
 
   // Index of the pair in the attributes, or -1.
   int GetId(const unsigned short** attrs) const;
@@ -214,19 +232,27 @@ private:
   void EndPlaceForText(const ushort* end);
   void RefuseAttributes();
   void RefuseName();
+  void ReportSkippedEntity(const QString& name);
 
   bool IgnoresErrors() const;
-  void Fail(const QString& text, const QString& bareText);
+  IErrorHandler* GetErrorHandler() const;
+  void Fail(const QString& text, const QString& bareText, ReportCode code);
   void FailToRead();
   void ForgetFailure();
-  bool Report(const QString& fullText, const QString& message);
+  /// A report of what stands at the present place.
+  template <class T> T MakeReport(const QString& message, ReportCode code) const;
+  QString GetElementPath() const;
+  bool Report(const QString& fullText, const QString& message, ReportCode code);
 
   std::unique_ptr<ExpatParser> parser_;
   bool discardUnknown_ = false;
   bool ignoreErrors_ = false;
+  bool wantsFindings_ = false;
   bool inCdata_ = false;
   QString error_;
   QString bareError_;
+  QString foreignNamespace_;
+  ReportCode errorCode_ = ReportCode::kRefused;
   qint64 errorLine_ = 0;
   qint64 errorColumn_ = 0;
   bool fatal_ = false;

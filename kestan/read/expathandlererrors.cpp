@@ -1,5 +1,6 @@
 // How a parse deals with errors: those of the document, by grade, and the limits of the reader.
 
+#include "kestan/core/field.h"
 #include "kestan/core/kestanoptions.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/host/tr.h"
@@ -7,6 +8,7 @@
 #include "kestan/read/expathandler.h"
 #include "kestan/read/expatparser.h"
 #include "kestan/read/namespacescope.h"
+#include "kestan/read/taginfo.h"
 
 #include <atomic>
 
@@ -31,6 +33,10 @@ IErrorHandler* ExpatHandler::default_error_handler_ = nullptr;
 
 IErrorHandler::~IErrorHandler() = default;
 
+bool IErrorHandler::WantsFindings() const { return false; }
+
+void IErrorHandler::OnFinding(const ParseReport&) {}
+
 void ExpatHandler::SetDefaultErrorHandler(IErrorHandler* handler) {
   if (handler == default_error_handler_)
     return;
@@ -52,7 +58,16 @@ bool ExpatHandler::IgnoresErrors() const {
   return ignoreErrors_ || discardUnknown_ || ErrorHandling().Get() == 0;
 }
 
-bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how) {
+IErrorHandler* ExpatHandler::GetErrorHandler() const {
+  return errorHandler_ ? errorHandler_.get() : default_error_handler_;
+}
+
+bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how, ReportCode code) {
+  if (how == kFinding) {
+    if (IErrorHandler* const handler = WantsFindings() ? GetErrorHandler() : nullptr)
+      handler->OnFinding(MakeReport<ParseReport>(message, code));
+    return true;
+  }
   if (how == kErrorRecoverable && (ignoreErrors_ || discardUnknown_))
     return true;
   const int handling = how == kErrorFatal ? 2 : ErrorHandling().Get();
@@ -68,20 +83,36 @@ bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how) {
                                     QString::number(parser_ ? parser_->GetColumn() : 0), message) +
                            QLatin1String("\n\n");
   if (handling == 2) {
-    Fail(fullText, message);
+    Fail(fullText, message, code);
     return false;
   }
-  return Report(fullText, message);
+  return Report(fullText, message, code);
 }
 
-bool ExpatHandler::Report(const QString& fullText, const QString& message) {
-  IErrorHandler* const handler = errorHandler_ ? errorHandler_.get() : default_error_handler_;
-  ErrorReport report;
-  report.message = fullText;
-  report.text = message;
+QString ExpatHandler::GetElementPath() const {
+  QString path;
+  for (const TagInfo& tag : tagStack_) {
+    path += (path.isEmpty() ? QString() : QStringLiteral("/")) + tag.object->getType();
+    if (tag.field)
+      path += QLatin1Char('/') + tag.field->GetName();
+  }
+  return path;
+}
+
+template <class T> T ExpatHandler::MakeReport(const QString& message, ReportCode code) const {
+  T report;
+  report.code = code;
   report.line = parser_ ? parser_->GetLine() : 0;
   report.column = parser_ ? parser_->GetColumn() + 1 : 0;
-  if (handler) {
+  report.path = GetElementPath();
+  report.text = message;
+  return report;
+}
+
+bool ExpatHandler::Report(const QString& fullText, const QString& message, ReportCode code) {
+  auto report = MakeReport<ErrorReport>(message, code);
+  report.message = fullText;
+  if (IErrorHandler* const handler = GetErrorHandler()) {
     handler->OnParseError(report);
   } else {
     report.action = ErrorReport::kActionIgnoreRest;
@@ -90,7 +121,7 @@ bool ExpatHandler::Report(const QString& fullText, const QString& message) {
   if (report.action == ErrorReport::kActionIgnoreRest)
     ignoreErrors_ = true;
   if (report.action == ErrorReport::kActionAbort) {
-    Fail(fullText, message);
+    Fail(fullText, message, code);
     return false;
   }
   if (report.sticky)
@@ -104,7 +135,7 @@ bool ExpatHandler::HandleParseResult(FromStringResult result, const QString& tex
   case FromStringResult::kOk:
     break;
   case FromStringResult::kOutOfRange:
-    goOn = HandleRecoverable([&] {
+    goOn = HandleRecoverable(ReportCode::kOutOfRange, [&] {
       return tr("Value out of range (%1).",
                 "Error message shown when parsing a kml fileand a bounded value is out of "
                 "allowable range. VALUE_1 is the value which is out of range.")
@@ -112,7 +143,7 @@ bool ExpatHandler::HandleParseResult(FromStringResult result, const QString& tex
     });
     break;
   case FromStringResult::kUnknownEnumeration:
-    goOn = HandleRecoverable([&] {
+    goOn = HandleRecoverable(ReportCode::kUnknownEnumeration, [&] {
       return tr("Unknown enumeration (%1).",
                 "Error message shown when parsing a kml file and an enumeration is not "
                 "recognized. VALUE_1 is the unknown enumeration.")
@@ -120,14 +151,14 @@ bool ExpatHandler::HandleParseResult(FromStringResult result, const QString& tex
     });
     break;
   case FromStringResult::kSecurityViolation:
-    goOn = HandleRecoverable([] {
+    goOn = HandleRecoverable(ReportCode::kSecurityViolation, [] {
       return tr("<Update> Security Violation!",
                 "Error message shown when a KML Update tag cannot be applied for security "
                 "reasons");
     });
     break;
   default:
-    goOn = HandleRecoverable([&] {
+    goOn = HandleRecoverable(ReportCode::kUnsupportedData, [&] {
       return tr("Unsupported data in kml object (%1).",
                 "Error message shown when parsing a kml file fails because the feature is not "
                 "yet implemented. VALUE_1 is the unknown data.")
@@ -145,17 +176,28 @@ bool ExpatHandler::CheckFatalText() {
   return false;
 }
 
-void ExpatHandler::FatalError(const QString& text) { Fail(text, text); }
+void ExpatHandler::RefuseRoot() {
+  foreignNamespace_ = GetForeignUri(tagName_);
+  HandleError(tr("File has missing or bad root element",
+                 "Error message shown when parsing a KML file that is not correctly "
+                 "structured."),
+              kErrorFatal,
+              foreignNamespace_.isEmpty() ? ReportCode::kBadRoot : ReportCode::kForeignRoot);
+}
+
+void ExpatHandler::FatalError(const QString& text, ReportCode code) { Fail(text, text, code); }
 
 void ExpatHandler::FailToRead() {
   FatalError(tr("Could not open file \"%1\"",
                 "Error message shown when a KML file cannot be read. VAL_1 is the location of the "
                 "file.")
-                 .arg(url_));
+                 .arg(url_),
+             ReportCode::kUnreadable);
 }
 
-void ExpatHandler::Fail(const QString& text, const QString& bareText) {
+void ExpatHandler::Fail(const QString& text, const QString& bareText, ReportCode code) {
   fatal_ = true;
+  errorCode_ = code;
   error_ = text;
   bareError_ = bareText;
   errorLine_ = parser_ ? parser_->GetLine() : 0;
@@ -168,6 +210,7 @@ void ExpatHandler::ForgetFailure() {
   fatal_ = false;
   error_ = QString();
   bareError_ = QString();
+  foreignNamespace_ = QString();
   errorLine_ = 0;
   errorColumn_ = 0;
 }
@@ -177,14 +220,23 @@ void ExpatHandler::RefuseAttributes() {
                  "Error message shown when a KML file holds attributes that are too long. VAL_1 is "
                  "the greatest possible length.")
                   .arg(ExpatParser::kMaxAttributeBytes),
-              kErrorFatal);
+              kErrorFatal, ReportCode::kLimit);
 }
 
 void ExpatHandler::RefuseName() {
   HandleError(tr("A name has a character that is no letter in UTF-8",
                  "Error message shown when an element or attribute of a KML file has a name that "
                  "can't be written."),
-              kErrorFatal);
+              kErrorFatal, ReportCode::kMalformedXml);
+}
+
+void ExpatHandler::ReportSkippedEntity(const QString& name) {
+  ReportFinding(ReportCode::kSkippedEntity, [&] {
+    return tr("The entity \"%1\" isn't declared here and is left out",
+              "Message shown when a KML file uses an entity that is declared in another file, "
+              "which isn't read. VAL_1 is the name of the entity.")
+        .arg(name);
+  });
 }
 
 bool ExpatHandler::CheckTextLength() {
@@ -194,7 +246,7 @@ bool ExpatHandler::CheckTextLength() {
                         "Error message shown when a KML file holds a text that is too long. VAL_1 "
                         "is the greatest possible length.")
                          .arg(CharBuf::kMaxSize),
-                     kErrorFatal);
+                     kErrorFatal, ReportCode::kLimit);
 }
 
 void ExpatHandler::CheckNamespaceCost() {
@@ -204,7 +256,7 @@ void ExpatHandler::CheckNamespaceCost() {
   HandleError(tr("Too many namespaces around unknown content",
                  "Error message shown when a KML file declares so many namespaces that keeping "
                  "them with each unknown element would take too much memory."),
-              kErrorFatal);
+              kErrorFatal, ReportCode::kLimit);
 }
 
 void ExpatHandler::CheckLookupCost() {
@@ -217,7 +269,7 @@ void ExpatHandler::CheckLookupCost() {
   HandleError(tr("Too many ids that have the same hash value",
                  "Error message shown when the ids in a KML file were chosen so that finding them "
                  "would take too long."),
-              kErrorFatal);
+              kErrorFatal, ReportCode::kLimit);
 }
 
 bool ExpatHandler::CheckDepth() {
@@ -227,7 +279,7 @@ bool ExpatHandler::CheckDepth() {
                         "Error message shown when a KML file is nested too deeply. VAL_1 is the "
                         "greatest possible depth.")
                          .arg(GetMaxElementDepth()),
-                     kErrorFatal);
+                     kErrorFatal, ReportCode::kLimit);
 }
 
 } // namespace vorrel::kestan

@@ -115,6 +115,11 @@ struct ExpatParser::Callbacks {
     if (!parser.stopped_)
       parser.handler_.EndCdata();
   }
+  static void SkippedEntity(void* self, const XML_Char* name, int isParameter) noexcept {
+    ExpatParser& parser = *static_cast<ExpatParser*>(self);
+    if (!parser.stopped_ && isParameter == 0)
+      parser.handler_.ReportSkippedEntity(QString::fromUtf8(name));
+  }
   static int UnknownEncoding(void* self, const XML_Char* name, XML_Encoding* info) noexcept {
     info->data = nullptr;
     info->convert = nullptr;
@@ -135,6 +140,7 @@ ExpatParser::ExpatParser(ExpatHandler& handler, const char* encoding, QTextCodec
   XML_SetElementHandler(parser_, Callbacks::Start, Callbacks::End);
   XML_SetCharacterDataHandler(parser_, Callbacks::Characters);
   XML_SetCdataSectionHandler(parser_, Callbacks::StartCdata, Callbacks::EndCdata);
+  XML_SetSkippedEntityHandler(parser_, Callbacks::SkippedEntity);
   XML_SetUnknownEncodingHandler(parser_, Callbacks::UnknownEncoding, this);
 }
 

@@ -91,7 +91,7 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
     const Schema* const schema = FindSchema(tagName_);
     bool goOn = true;
     if (!schema) {
-      goOn = HandleRecoverable([this] {
+      goOn = HandleRecoverable(GetUnknownCode(ReportCode::kUnknownType), [this] {
         return tr("Unknown type <%1>",
                   "Error message shown when a KML file contains an unknown tag. VAL_1 is the "
                   "unknown tag.")
@@ -116,7 +116,7 @@ bool KmlHandler::ReportMisplaced(const SchemaObject& object) {
   const Meaning& meaning = FindMeaning(object.GetSchema());
   if (meaning.field && meaning.childSchema && !meaning.childSchema->IsAbstract())
     return ReportUnexpected(object.getType()); // the place is taken
-  return HandleRecoverable([this] {
+  return HandleRecoverable(GetUnknownCode(ReportCode::kUnknownElement), [this] {
     return tr("Unknown element <%1>",
               "Error message shown when a KML file contains an unknown tag. VAL_1 is the unknown "
               "tag.")
@@ -124,8 +124,13 @@ bool KmlHandler::ReportMisplaced(const SchemaObject& object) {
   });
 }
 
+/// The code for an element that nothing is known of.
+ReportCode KmlHandler::GetUnknownCode(ReportCode inKnownNamespace) const {
+  return GetForeignUri(tagName_).isEmpty() ? inKnownNamespace : ReportCode::kForeignElement;
+}
+
 bool KmlHandler::ReportUnexpected(const QString& parentName) {
-  return HandleRecoverable([&] {
+  return HandleRecoverable(ReportCode::kUnexpectedType, [&] {
     return tr("Unexpected type <%1> found as child of <%2>",
               "Error message shown when a KML file has a tag which should not appear at this "
               "location. VAL_1 is the name of the unexpected tag, VAL_2 is the parent tag "
@@ -186,7 +191,7 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     tag.field = field;
     if (!attrs)
       return true;
-    HandleRecoverable([this] {
+    HandleRecoverable(ReportCode::kUnknownAttribute, [this] {
       return tr("Unknown attribute(s) specified for <%1>.",
                 "Error message shown when one or more unknown KML attributes are specified for a "
                 "given KML tag. VAL_1 is the name of the tag.")
@@ -199,7 +204,7 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     }
     return true;
   case Field::kAttribute:
-    if (!HandleRecoverable([this] {
+    if (!HandleRecoverable(ReportCode::kAttributeAsElement, [this] {
           return tr("<%1> is expected to be an attribute, not an element",
                     "Error message shown if a name appears as an XML element in KML, instead of "
                     "being specified as an attribute. VAL_1 is the name of the element that "
@@ -246,7 +251,7 @@ bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, c
   int index = -1;
   RefPtr<SchemaObject> child = GetObject(schema, attrs, idIndex, index);
   if (!child) {
-    HandleRecoverable([this] {
+    HandleRecoverable(ReportCode::kAbstractType, [this] {
       return tr("Failed to create object <%1>",
                 "Error message shown when a KML file contains an invalid type name. VAL_1 is the "
                 "type name the KML file attempts to create.")
@@ -254,11 +259,11 @@ bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, c
     });
     return false;
   }
-  if (attrs)
-    HandleAttributes(*child, attrs, idIndex);
   if (!root_)
     root_ = child;
-  tagStack_.emplace_back(std::move(child), parent, parentField, index);
+  tagStack_.emplace_back(child, parent, parentField, index);
+  if (attrs)
+    HandleAttributes(*child, attrs, idIndex);
   return true;
 }
 
@@ -289,17 +294,14 @@ bool KmlHandler::IsInValue() const {
 
 void KmlHandler::ConsumeElement(const unsigned short** attrs, Declarations declarations) {
   if (!root_) {
-    HandleError(tr("File has missing or bad root element",
-                   "Error message shown when parsing a KML file that is not correctly "
-                   "structured."),
-                kErrorFatal);
+    RefuseRoot();
     return;
   }
   if (tagStack_.empty()) {
     HandleError(tr("Unexpected element \"%1\"",
                    "Error message shown when a KML file contains an unexpected tag (VAL_1)")
                     .arg(tagName_),
-                kErrorFatal);
+                kErrorFatal, ReportCode::kBadRoot);
     return;
   }
   if (KeepsUnknown()) {

@@ -54,6 +54,7 @@ private:
                          int idIndex);
   /// Both answer whether the parse goes on.
   bool ReportMisplaced(const SchemaObject& object);
+  ReportCode GetUnknownCode(ReportCode inKnownNamespace) const;
   /// Tells of an element of a known class that can't stand here.
   bool ReportUnexpected(const QString& parentName);
 

@@ -70,6 +70,11 @@ Namespace NamespaceScope::Lookup(const QChar* prefix, int length) const {
   return index < 0 ? Namespace::kUnknown : bindings_[static_cast<std::size_t>(index)].ns;
 }
 
+QString NamespaceScope::GetUri(const QChar* prefix, int length) const {
+  const int index = Find(prefix, length);
+  return index < 0 ? QString() : bindings_[static_cast<std::size_t>(index)].uri;
+}
+
 void NamespaceScope::InitDefault() {
   const Namespace ns = Lookup(nullptr, 0);
   default_ = ns == Namespace::kNone ? Namespace::kKml : ns;

@@ -28,6 +28,8 @@ public:
 
   /// `kUnknown` for a prefix without a declaration.
   Namespace Lookup(const QChar* prefix, int length) const;
+  /// With which content of the namespace is written; null for a prefix without a declaration.
+  QString GetUri(const QChar* prefix, int length) const;
 
   /// Adds a declaration that an element at `depth` makes.
   void Declare(int depth, const QString& prefix, const QString& uri, Namespace ns,

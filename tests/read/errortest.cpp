@@ -75,6 +75,71 @@ TEST_F(ErrorTest, EachFatalErrorHasItsMessage) {
   }
 }
 
+TEST_F(ErrorTest, ReportsHaveACodeAndAPath) {
+  struct Case {
+    const char* text;
+    const char* codes;
+    const char* path;
+  };
+  const Case cases[] = {
+      {"<Folder><Placemark><nome/></Placemark></Folder>", "unknown-element", "Folder/Placemark"},
+      {"<Placemark><q:nome/></Placemark>", "unknown-element", "Placemark"},
+      {"<Placemark xmlns:q='urn:q'><q:nome/></Placemark>", "foreign-element", "Placemark"},
+      {"<Placemark><nome xmlns='urn:q'/></Placemark>", "foreign-element", "Placemark"},
+      {"<Placemark><description><b>x</b></description></Placemark>", "unknown-type",
+       "Placemark/description"},
+      {"<Polygon><outerBoundaryIs><Point/></outerBoundaryIs></Polygon>", "unexpected-type",
+       "Polygon/outerBoundaryIs"},
+      {"<Placemark odd='1'/>", "unknown-attribute", "Placemark"},
+      {"<Placemark><id>a</id></Placemark>", "attribute-as-element", "Placemark"},
+      {"<Point><altitudeMode>high</altitudeMode></Point>", "unknown-enumeration",
+       "Point/altitudeMode"},
+      {"<Geometry/>", "abstract-type,bad-root", ""},
+      {"<kml xmlns='urn:q/2.2'/>", "foreign-element,foreign-root", ""},
+      {"<kml xmlns='http://www.opengis.net/kml/3'/>", "too-new", ""},
+      {"<kml><Document/><Folder/></kml>", "refused", ""},
+      {"<Placemark><name></Placemark>", "malformed-xml", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
+    const Parse parse(c.text, 1, recorder.get());
+    QStringList codes;
+    for (const ErrorReport& report : recorder->reports) {
+      codes += GetText(report.code);
+      EXPECT_EQ(c.path, report.path);
+    }
+    if (!parse.object)
+      codes += GetText(parse.handler.GetErrorCode());
+    EXPECT_EQ(c.codes, codes.join(','));
+  }
+  EXPECT_EQ("urn:q/2.2", Parse("<kml xmlns='urn:q/2.2'/>", 0).handler.GetForeignNamespace());
+  EXPECT_TRUE(Parse("<Geometry/>", 0).handler.GetForeignNamespace().isNull());
+}
+
+TEST_F(ErrorTest, FindingsReachThoseWhoAskAndChangeNothing) {
+  const QByteArray text = "<!DOCTYPE kml SYSTEM 'a.dtd'>\n<Placemark>\n"
+                          "<name>a&nbsp;b</name></Placemark>";
+  for (int handling = 0; handling <= 3; ++handling) {
+    SCOPED_TRACE(handling);
+    const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
+    EXPECT_TRUE(Parse(text, handling, recorder.get()).object);
+    EXPECT_TRUE(recorder->reports.empty());
+    ASSERT_EQ(1U, recorder->findings.size());
+    const ParseReport& finding = recorder->findings[0];
+    EXPECT_EQ(ReportCode::kSkippedEntity, finding.code);
+    EXPECT_EQ(Severity::kWarning, GetSeverity(finding.code));
+    EXPECT_EQ(3, finding.line);
+    EXPECT_EQ(8, finding.column);
+    EXPECT_EQ("Placemark/name", finding.path);
+    EXPECT_TRUE(finding.text.contains("\"nbsp\"")) << finding.text.toStdString();
+  }
+  const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
+  recorder->wantsFindings = false;
+  EXPECT_TRUE(Parse(text, 1, recorder.get()).object);
+  EXPECT_TRUE(recorder->findings.empty());
+}
+
 const QByteArray kTwoErrors = "<Placemark>\n<one/>\n <two/></Placemark>";
 
 TEST_F(ErrorTest, TheSettingGradesRecoverableErrors) {

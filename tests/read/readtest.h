@@ -21,8 +21,12 @@ protected:
 class RecordingErrorHandler final : public IErrorHandler {
 public:
   void OnParseError(ErrorReport& report) override;
+  bool WantsFindings() const override { return wantsFindings; }
+  void OnFinding(const ParseReport& finding) override { findings.push_back(finding); }
 
   std::vector<ErrorReport> reports;
+  std::vector<ParseReport> findings;
+  bool wantsFindings = true;
   int action = ErrorReport::kActionContinue;
   bool sticky = false;
 };
