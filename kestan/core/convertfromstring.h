@@ -10,7 +10,8 @@
 
 namespace vorrel::kestan {
 
-/// Converts a KML text in place. False, and the target unchanged, when it doesn't convert.
+/// Converts a KML text in place. False, and the target unchanged, when it doesn't convert. "inf"
+/// and "nan" are no numbers, in whatever form: a document has no place for them.
 template <class T> bool ConvertFromString(const QString& text, T& value);
 
 template <> KESTAN_EXPORT bool ConvertFromString(const QString& text, int& value);

@@ -18,6 +18,8 @@ public:
   bool IsNumeric() const override;
   int GetDataType() const override;
   bool KeepsText() const override;
+  /// A number that isn't finite has no text.
+  bool IsUndefined(const SchemaObject& object) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
   void clone(SchemaObject& dst, const SchemaObject& src, bool deep) const override;

@@ -6,6 +6,7 @@
 #include "kestan/write/valuetext.h"  // a value prints itself
 #include "kestan/write/writestate.h" // into the output of a write
 
+#include <cmath>
 #include <type_traits>
 
 namespace vorrel::kestan {
@@ -39,6 +40,13 @@ template <class T> int SimpleField<T>::GetDataType() const {
 }
 
 template <class T> bool SimpleField<T>::KeepsText() const { return std::is_same_v<T, QString>; }
+
+template <class T> bool SimpleField<T>::IsUndefined(const SchemaObject& object) const {
+  if constexpr (std::is_floating_point_v<T>)
+    return !std::isfinite(this->get(object));
+  else
+    return Field::IsUndefined(object);
+}
 
 template <class T>
 void SimpleField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {

@@ -163,11 +163,16 @@ private:
   }
 
   bool ReadTime(DateTime& time) {
-    time.precision_ = Precision::kTime;
-    return TwoDigits(time.hour_, 0, 24) && Take(':') && TwoDigits(time.minute_, 0, 59) &&
-           Take(':') && TwoDigits(time.second_, 0, 59) && ReadFraction(time) &&
-           (time.hour_ < 24 || (time.minute_ == 0 && time.second_ == 0 && time.fractionHigh_ == 0 &&
-                                time.fractionLow_ == 0));
+    time.precision_ = Precision::kMinute;
+    if (!TwoDigits(time.hour_, 0, 24) || !Take(':') || !TwoDigits(time.minute_, 0, 59))
+      return false;
+    if (Take(':')) {
+      time.precision_ = Precision::kTime;
+      if (!TwoDigits(time.second_, 0, 59) || !ReadFraction(time))
+        return false;
+    }
+    return time.hour_ < 24 || (time.minute_ == 0 && time.second_ == 0 && time.fractionHigh_ == 0 &&
+                               time.fractionLow_ == 0);
   }
 
   bool ReadFraction(DateTime& time) {
@@ -202,7 +207,12 @@ private:
       return true;
     int hours = 0;
     int minutes = 0;
-    if (!TwoDigits(hours, 0, 14) || !Take(':') || !TwoDigits(minutes, 0, 59))
+    if (!TwoDigits(hours, 0, 14))
+      return false;
+    time.zoneForm_ = Take(':')     ? ZoneForm::kColon
+                     : at_ == end_ ? ZoneForm::kHours
+                                   : ZoneForm::kPlain;
+    if (time.zoneForm_ != ZoneForm::kHours && !TwoDigits(minutes, 0, 59))
       return false;
     time.zoneMinutes_ = static_cast<std::uint16_t>(hours * 60 + minutes);
     return time.zoneMinutes_ <= kMaxZoneMinutes;
@@ -241,9 +251,11 @@ int DateTime::Print(char* buffer) const {
     part('-', month_);
   if (precision_ >= Precision::kDay)
     part('-', day_);
-  if (precision_ == Precision::kTime) {
+  if (precision_ >= Precision::kMinute) {
     part('T', hour_);
     part(':', minute_);
+  }
+  if (precision_ == Precision::kTime) {
     part(':', second_);
     if (fractionDigits_ > 0) {
       uint128 fraction = ((uint128(fractionHigh_) << 64) | fractionLow_) /
@@ -258,7 +270,10 @@ int DateTime::Print(char* buffer) const {
     *out++ = 'Z';
   } else if (zone_ != Zone::kNone) {
     part(zone_ == Zone::kAhead ? '+' : '-', zoneMinutes_ / 60U);
-    part(':', zoneMinutes_ % 60U);
+    if (zoneForm_ == ZoneForm::kColon)
+      *out++ = ':';
+    if (zoneForm_ != ZoneForm::kHours)
+      out = PrintPadded(zoneMinutes_ % 60U, 2, out);
   }
   return static_cast<int>(out - buffer);
 }
@@ -267,7 +282,7 @@ bool DateTime::isEqualByComponent(const DateTime& other) const {
   const auto parts = [](const DateTime& t) {
     return std::tie(t.fractionHigh_, t.fractionLow_, t.year_, t.zoneMinutes_, t.month_, t.day_,
                     t.hour_, t.minute_, t.second_, t.fractionDigits_, t.negative_, t.precision_,
-                    t.zone_);
+                    t.zone_, t.zoneForm_);
   };
   return parts(*this) == parts(other);
 }
@@ -338,8 +353,10 @@ void DateTime::AdjustTimeZone(int hours, int minutes) {
   zoneMinutes_ = static_cast<std::uint16_t>(std::abs(ahead));
   if (!moves)
     return;
+  zoneForm_ = ZoneForm::kColon;
   // A day in one zone is no day in another, but a time is a time.
-  precision_ = Precision::kTime;
+  if (precision_ != Precision::kMinute)
+    precision_ = Precision::kTime;
   SetTo(instant);
 }
 

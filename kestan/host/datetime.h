@@ -11,7 +11,8 @@ namespace vorrel {
 
 /// A date or a time of day on a date, as XML Schema writes them, in the precision in which it was
 /// written: a year, a month, a day, or a time with or without a fraction; each with a time zone or
-/// without one.
+/// without one. Beyond that schema, a time may leave its seconds out ("12:30"), and a zone the
+/// colon or the minutes ("+0530", "+05").
 ///
 /// The comparison operators look at the instant: the first one of a year, month or day, and UTC
 /// where there is no zone. The undefined time equals itself only, and comes before all others.
@@ -28,7 +29,7 @@ public:
   constexpr DateTime() = default;
 
   /// The time that the text tells, white space around it ignored; the undefined time for a text
-  /// that is no xs:dateTime, xs:date, xs:gYearMonth or xs:gYear.
+  /// that is none of these forms.
   static DateTime FromString(const QString& text);
   static DateTime FromString(const ushort* begin, const ushort* end);
 
@@ -68,8 +69,9 @@ public:
   double ToCurrentTime() const;
 
 private:
-  enum class Precision : std::uint8_t { kUndefined, kYear, kMonth, kDay, kTime };
+  enum class Precision : std::uint8_t { kUndefined, kYear, kMonth, kDay, kMinute, kTime };
   enum class Zone : std::uint8_t { kNone, kUtc, kAhead, kBehind };
+  enum class ZoneForm : std::uint8_t { kColon, kPlain, kHours }; ///< "+05:30", "+0530", "+05"
   struct Instant;
   class Reader;
 
@@ -93,6 +95,7 @@ private:
   bool negative_ = false;
   Precision precision_ = Precision::kUndefined;
   Zone zone_ = Zone::kNone;
+  ZoneForm zoneForm_ = ZoneForm::kColon;
 };
 
 /// The clock of the process.

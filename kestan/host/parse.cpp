@@ -4,6 +4,7 @@
 
 #include <QChar>
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -35,6 +36,10 @@ inline const ushort* SkipSpace(const ushort* at, const ushort* end) {
   while (at != end && IsSpace(*at))
     ++at;
   return at;
+}
+
+inline bool HasLineBreak(const ushort* at, const ushort* end) {
+  return std::any_of(at, end, [](ushort unit) { return unit == '\n' || unit == '\r'; });
 }
 
 /// Moves `at` over the digits that stand there, appending them to `value`; it may overflow.
@@ -289,14 +294,21 @@ const ushort* ParseUtf16ToVec3(const ushort* text, const ushort* end, Vec3<doubl
     while (at != end && !IsSpace(*at))
       ++at;
   }
+  bool hasCommas = false;
   for (int i = 1; i < components; ++i) {
     at = SkipSpace(at, end);
     if (at == end)
       return at;
-    if (*at == ',')
-      at = SkipSpace(at + 1, end);
-    else if (i >= components - optional)
+    if (*at == ',') {
+      const ushort* const comma = at;
+      at = SkipSpace(comma + 1, end);
+      // Two numbers are a position: behind a comma that was left over, the next line has its own.
+      if (i >= 2 && HasLineBreak(comma + 1, at))
+        return at;
+      hasCommas = true;
+    } else if (hasCommas || i >= components - optional) {
       return at;
+    }
     double value = 0.0;
     if (ParseComponent(at, end, value))
       out[i] = value;

@@ -31,7 +31,8 @@ KESTAN_EXPORT bool ParseFloat(const QString& text, float& value);
 ///
 /// Numbers stand behind each other with a comma between them; blanks may surround it. The first
 /// `components` - `optional` may also be parted by blanks alone; the others only follow a comma,
-/// so that a blank ends a tuple that leaves them out. Components that are left out are 0, and so
+/// and so do all others once one did, so that a blank ends a tuple that leaves them out. So does a
+/// comma behind two numbers with a line break behind it. Components that are left out are 0, and so
 /// is one that is empty or no number. A tuple begins with a number: what stands before it up to a
 /// blank is passed over.
 ///

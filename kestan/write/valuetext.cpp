@@ -3,6 +3,8 @@
 #include "kestan/host/numberformat.h"
 #include "kestan/write/utf8ostream.h"
 
+#include <cmath>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -42,10 +44,12 @@ void WriteValueText(Utf8OStream& stream, long long value) {
 void WriteValueText(Utf8OStream& stream, bool value) { stream << (value ? "1" : "0"); }
 
 void WriteValueText(Utf8OStream& stream, float value) {
+  value = std::isfinite(value) ? value : 0.0F;
   Print(stream, kMaxNumberLength, [value](char* out) { return FormatFloat(value, out); });
 }
 
 void WriteValueText(Utf8OStream& stream, double value) {
+  value = std::isfinite(value) ? value : 0.0;
   Print(stream, kMaxNumberLength, [value](char* out) { return FormatDouble(value, out); });
 }
 

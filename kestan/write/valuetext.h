@@ -12,8 +12,8 @@ namespace vorrel::kestan {
 
 class Utf8OStream;
 
-/// The text of a value, as it stands in a document. Numbers don't depend on the locale; strings are
-/// escaped.
+/// The text of a value, as it stands in a document. Numbers don't depend on the locale; one that
+/// isn't finite has no text, and 0 stands for it. Strings are escaped.
 KESTAN_EXPORT void WriteValueText(Utf8OStream& stream, int value);
 KESTAN_EXPORT void WriteValueText(Utf8OStream& stream, unsigned int value);
 KESTAN_EXPORT void WriteValueText(Utf8OStream& stream, unsigned short value);

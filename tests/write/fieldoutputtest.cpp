@@ -1,7 +1,13 @@
 #include "kestan/core/schema.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/style/iconstyle.h"
+#include "kestan/style/iconstyleschema.h"
+#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
 #include "tests/write/sampleschema.h"
+
+#include <limits>
 
 namespace vorrel::kestan {
 
@@ -46,6 +52,25 @@ TEST_F(FieldOutputTest, ReferencesKeepTheTextOfTheFile) {
     sample->raw_ = c.raw;
     EXPECT_EQ(QString("<gx:reference>%1</gx:reference>").arg(c.written),
               Element(Write(*sample), "gx:reference"));
+  }
+}
+
+TEST_F(FieldOutputTest, NumbersThatAreNotFiniteAreNotWritten) {
+  for (const float value :
+       {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+        -std::numeric_limits<float>::infinity()}) {
+    const auto placemark = Read<Placemark>(
+        "<Placemark><gx:balloonVisibility>1</gx:balloonVisibility><Style><IconStyle>"
+        "<scale>2</scale><heading a=\"1\">3</heading></IconStyle></Style>"
+        "</Placemark>");
+    ASSERT_TRUE(placemark);
+    auto* const icon = static_cast<Style*>(placemark->GetInlineStyleSelector())->GetIconStyle();
+    IconStyleSchema::GetSingleton().scale.SetTypedObject(*icon, value);
+    IconStyleSchema::GetSingleton().heading.SetTypedObject(*icon, value);
+    const QString written = Write(*placemark);
+    EXPECT_FALSE(written.contains("inf") || written.contains("nan"));
+    EXPECT_EQ(written, Write(*Read<Placemark>(written)));
+    EXPECT_TRUE(written.contains("<heading a=\"1\">"));
   }
 }
 
