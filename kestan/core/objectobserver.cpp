@@ -81,4 +81,28 @@ void ObjectObserver::NotifyPreDelete(SchemaObject& object) {
       [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnPreDelete(event); });
 }
 
+void ObjectObserver::MoveRevision(SchemaObject& object) {
+  const std::uint32_t revision = s_revision_counter_.fetch_add(1, std::memory_order_relaxed) + 1;
+  object.revision_ = revision;
+  InlinedVector<SchemaObject*, 16> reached;
+  reached.push_back(&object);
+  for (std::size_t next = 0; next < reached.size(); ++next) {
+    const SchemaObject& part = *reached[next];
+    for (int i = 0, count = part.GetOwnerCount(); i < count; ++i) {
+      SchemaObject* owner = part.GetOwner(i);
+      if (owner->revision_ == revision)
+        continue; // reached already
+      owner->revision_ = revision;
+      reached.push_back(owner);
+    }
+  }
+}
+
+void ObjectObserver::SetSpecified(SchemaObject& object, unsigned& mask, unsigned value) {
+  if (mask == value)
+    return;
+  mask = value;
+  MoveRevision(object);
+}
+
 } // namespace vorrel::kestan

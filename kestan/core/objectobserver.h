@@ -58,6 +58,12 @@ public:
                                     SchemaObject& changed, const Field& field,
                                     VisitedObjects& visited);
   static void NotifyPreDelete(SchemaObject& object);
+  /// What is derived from the object is out of date, though none of its values has changed: the
+  /// revisions of the object and of all that it's a part of move on. Nobody is told.
+  static void MoveRevision(SchemaObject& object);
+  /// Sets the mask of the fields of `object` that count as given. A given value may be the one that
+  /// the field has anyway, so that a change of the mask isn't a change of a field.
+  static void SetSpecified(SchemaObject& object, unsigned& mask, unsigned value);
 
   /// Counts the changes of all objects of the process.
   static std::atomic<std::uint32_t> s_revision_counter_;

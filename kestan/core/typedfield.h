@@ -30,7 +30,7 @@ public:
   virtual void SetTypedObject(SchemaObject& object, T value) const;
 
   /// The setter of classes with a mask of specified fields. An equal value sends no notice, but
-  /// marks the field as given all the same.
+  /// counts as given all the same, and what is derived from the object follows.
   void CheckSet(SchemaObject& object, const T& value, unsigned& specified) const;
   /// The setter of classes without a mask: an equal value does nothing.
   void CheckSet(SchemaObject& object, const T& value) const;

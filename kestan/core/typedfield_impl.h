@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kestan/core/objectobserver.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/typedfield.h"
 #include "kestan/host/datetime.h"
@@ -98,7 +99,7 @@ void TypedField<T>::CheckSet(SchemaObject& object, const T& value, unsigned& spe
   if (!typedfield_detail::IsSame(get(object), value))
     SetTypedObject(object, value);
   else
-    specified |= GetMaskBit();
+    ObjectObserver::SetSpecified(object, specified, specified | GetMaskBit());
 }
 
 template <class T> void TypedField<T>::CheckSet(SchemaObject& object, const T& value) const {

@@ -1,6 +1,7 @@
 #include "kestan/link/abstractlink.h"
 
 #include "kestan/core/enum.h"
+#include "kestan/core/objectobserver.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
@@ -110,7 +111,8 @@ void AbstractLink::SetDeprecatedRefreshPeriod(int seconds) {
 
 void AbstractLink::setViewParams(const ViewParams& view) {
   if (GetViewParams().IsSameView(view)) {
-    fieldsSpecified_ |= Fields().bound.GetMaskBit();
+    ObjectObserver::SetSpecified(*this, fieldsSpecified_,
+                                 fieldsSpecified_ | Fields().bound.GetMaskBit());
     return;
   }
   if (view_)

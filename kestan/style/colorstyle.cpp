@@ -49,7 +49,7 @@ bool ColorStyle::UnspecifyRedundantFields(const ColorStyle& other) {
     if ((mask & field->GetMaskBit()) != 0 && field->equals(*this, other))
       mask &= ~field->GetMaskBit();
   }
-  specified_ = mask;
+  SetSpecified(mask);
   return mask == 0;
 }
 

@@ -1,6 +1,7 @@
 #include "kestan/style/icon.h"
 
 #include "kestan/core/library.h"
+#include "kestan/core/objectobserver.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/core/threadcontext.h"
@@ -199,7 +200,7 @@ void Icon::SetSide(int side, int value) {
   if (!(givenSides_ & SideBit(side)))
     given_[side] = value;
   givenSides_ |= SideBit(side);
-  fieldsSpecified_ |= field.GetMaskBit();
+  ObjectObserver::SetSpecified(*this, fieldsSpecified_, fieldsSpecified_ | field.GetMaskBit());
 }
 
 bool Icon::HasSpecified(int side) const {

@@ -1,5 +1,7 @@
 #include "kestan/style/iconfield.h"
 
+#include "kestan/core/objectobserver.h"
+
 namespace vorrel::kestan {
 
 IconField::IconField(Schema& schema, unsigned offset, unsigned flags)
@@ -13,7 +15,7 @@ bool IconField::equals(const SchemaObject& a, const SchemaObject& b) const {
 
 void IconField::CheckSet(SchemaObject& object, Icon* icon, unsigned& specified) const {
   CheckSet(object, icon);
-  specified |= GetMaskBit();
+  ObjectObserver::SetSpecified(object, specified, specified | GetMaskBit());
 }
 
 } // namespace vorrel::kestan

@@ -75,7 +75,7 @@ unsigned IconStyle::GetFieldsSpecified() const {
 }
 
 void IconStyle::SetFieldSpecified(unsigned bit, bool specified) {
-  specified_ = specified ? specified_ | bit : specified_ & ~bit;
+  SetSpecified(specified ? specified_ | bit : specified_ & ~bit);
 }
 
 void IconStyle::CleanupHeadingAndHeadingModeBits() {

@@ -1,5 +1,6 @@
 #include "kestan/style/style.h"
 
+#include "kestan/core/objectobserver.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/style/builtinstyles.h"
@@ -106,6 +107,7 @@ template <class T> void Style::SetSubStyle(RefPtr<T> Style::*member, T* style) {
   this->*member = style;
   if (style)
     style->AddOwner(*this);
+  ObjectObserver::MoveRevision(*this);
 }
 
 template <class T> T* Style::GetOrCreate(RefPtr<T> Style::*member) {

@@ -1,5 +1,10 @@
 #include "kestan/style/substyle.h"
 
+#include "kestan/core/bitguard.h"
+#include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/objectobserver.h"
+#include "kestan/core/schema.h"
+
 namespace vorrel::kestan {
 
 SubStyle::SubStyle(const Schema& schema, const KmlId& id, const QString& baseUrl)
@@ -10,6 +15,26 @@ void SubStyle::FinishCreation(bool notify) {
     NotifyPostCreate();
   else
     SetBit(kBitNoCreationNotify, true);
+}
+
+void SubStyle::SetSpecified(unsigned mask) {
+  ObjectObserver::SetSpecified(*this, specified_, mask);
+}
+
+bool SubStyle::ClearField(const Field& field) {
+  if (!isOfType(field.GetSchema()))
+    return false;
+  if ((GetFieldsSpecified() & field.GetMaskBit()) == 0)
+    return true;
+  {
+    // Whoever hears of it finds the field without a value.
+    const NotificationDisabler disabler;
+    const BitGuard guard(this, kBitNoFieldNotify, true);
+    field.copy(*this, *GetSchema().CreateInstance(KmlId(), QString(), nullptr), true);
+  }
+  specified_ &= ~field.GetMaskBit();
+  SchemaObject::NotifyFieldChanged(field);
+  return true;
 }
 
 void SubStyle::merge(const SchemaObject& a, const SchemaObject& b) {

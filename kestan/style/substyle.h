@@ -12,6 +12,10 @@ class KESTAN_EXPORT SubStyle : public SchemaObject {
 public:
   unsigned GetFieldsSpecified() const override { return specified_; }
 
+  /// Takes back what was given for a field: it has its default again, and a shared style shows
+  /// through. Observers hear of it. False for a field of another class.
+  bool ClearField(const Field& field);
+
   /// Counts as given afterwards what one of the two gave.
   void merge(const SchemaObject& a, const SchemaObject& b) override;
   void WriteKml(WriteState& state) const override;
@@ -23,6 +27,9 @@ protected:
 
   /// End of each constructor: announces the object, or marks it as one that nobody hears of.
   void FinishCreation(bool notify);
+
+  /// Sets the mask of the fields that count as given.
+  void SetSpecified(unsigned mask);
 
   unsigned specified_ = 0;
 };

@@ -1,9 +1,10 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/style/balloonstyle.h"
-#include "kestan/style/iconstyle.h"
-#include "kestan/style/linestyle.h"
+#include "kestan/style/iconstyleschema.h"
+#include "kestan/style/linestyleschema.h"
 #include "kestan/style/liststyle.h"
+#include "kestan/style/polystyle.h"
 #include "kestan/style/stylemap.h"
 #include "kestan/style/stylemappair.h"
 #include "kestan/style/stylemappairschema.h"
@@ -11,6 +12,8 @@
 #include "tests/style/styletest.h"
 
 #include <QRegularExpression>
+
+#include <functional>
 
 namespace vorrel::kestan {
 
@@ -219,6 +222,70 @@ TEST_F(StyleSelectionTest, AChangeShowsAtOnce) {
   EXPECT_EQ("LineStyle.width=2", Look(*q));
   p->SetInlineStyleSelector(nullptr);
   EXPECT_EQ("LineStyle.color=ff00ff00 PolyStyle.fill=0", Look(*p));
+}
+
+// A value that an object has anyway, once it's given, hides what a shared style says.
+TEST_F(StyleSelectionTest, WhatIsGivenOrTakenBackShowsAtOnce) {
+  const QString shared = "<LineStyle><width>4</width></LineStyle>"
+                         "<IconStyle><scale>3</scale><heading>45</heading><Icon><href>i.png</href>"
+                         "<gx:x>8</gx:x></Icon></IconStyle>"
+                         "<PolyStyle><fill>0</fill></PolyStyle>"
+                         "<ListStyle><maxSnippetLines>7</maxSnippetLines></ListStyle>"
+                         "<BalloonStyle><bgColor>ff000001</bgColor></BalloonStyle>";
+  const auto document = ReadLocal(InDocument(
+      "<Style id='s'>" + shared + "</Style>" + Map("m", "#n") + Map("n", "#s") +
+      "<Placemark><name>p</name><styleUrl>#m</styleUrl><Style/></Placemark>"
+      "<Placemark><name>q</name><styleUrl>#m</styleUrl><StyleMap><Pair><key>normal</key><Style/>"
+      "</Pair></StyleMap></Placemark>"));
+  QString key;
+  const auto* map = static_cast<const StyleMap*>(Find(*document, "q")->GetInlineStyleSelector());
+  Style* const styles[] = {
+      Find(*document, "p")->InlineStyle(),
+      static_cast<Style*>(map->GetStyleMapPair(kStyleNormal, key)->GetStyleSelector())};
+  const auto& line = LineStyleSchema::GetSingleton();
+  const auto& icon = IconStyleSchema::GetSingleton();
+  struct Edit {
+    const char* gone; ///< What doesn't show any more.
+    std::function<void(Style&)> give;
+    std::function<void(Style&)> takeBack;
+  };
+  const Edit edits[] = {
+      {"LineStyle.width=4", [](Style& s) { s.GetLineStyle()->SetWidth(1); },
+       [&](Style& s) { s.GetLineStyle()->ClearField(line.width); }},
+      {"LineStyle.width=4", [](Style& s) { s.GetLineStyle()->SetWidth(1); },
+       [](Style& s) { s.UnspecifyRedundantFields(*Style::GetDefaultStyle()); }},
+      {"LineStyle.width=4", [](Style& s) { s.GetLineStyle()->SetWidth(1); },
+       [](Style& s) { s._setLineStyle(nullptr); }},
+      {"IconStyle.scale=3", [](Style& s) { s.GetIconStyle()->SetScale(1); },
+       [&](Style& s) { s.GetIconStyle()->ClearField(icon.scale); }},
+      {"IconStyle.heading=45", [](Style& s) { s.GetIconStyle()->SetHeading(0); },
+       [](Style& s) { s.GetIconStyle()->CleanupHeadingAndHeadingModeBits(); }},
+      {"IconStyle.heading=45",
+       [&](Style& s) { s.GetIconStyle()->SetFieldSpecified(icon.heading.GetMaskBit(), true); },
+       [&](Style& s) { s.GetIconStyle()->SetFieldSpecified(icon.heading.GetMaskBit(), false); }},
+      {"icon=i.png", [](Style& s) { s.GetIconStyle()->GetOrCreateIcon()->SetHref("j.png"); },
+       [&](Style& s) { s.GetIconStyle()->ClearField(icon.icon); }},
+      {"PolyStyle.fill=0", [](Style& s) { s.GetPolyStyle()->SetFill(true); },
+       [](Style& s) { s._setPolyStyle(nullptr); }},
+      {"ListStyle.maxSnippetLines=7", [](Style& s) { s.GetListStyle()->SetMaxSnippetLines(2); },
+       [](Style& s) { s._setListStyle(nullptr); }},
+      {"BalloonStyle.bgColor=ff000001",
+       [](Style& s) { s.GetBalloonStyle()->SetBgColor(Color32()); },
+       [](Style& s) { s._setBalloonStyle(nullptr); }},
+  };
+  for (std::size_t i = 0; i < std::size(styles); ++i) {
+    const AbstractFeature& feature = *Find(*document, i == 0 ? "p" : "q");
+    const QString former = Look(feature);
+    for (const Edit& edit : edits) {
+      SCOPED_TRACE(edit.gone);
+      EXPECT_TRUE(former.contains(edit.gone)) << former.toStdString();
+      edit.give(*styles[i]);
+      EXPECT_FALSE(Look(feature).contains(edit.gone)) << Look(feature).toStdString();
+      edit.takeBack(*styles[i]);
+      EXPECT_EQ(former, Look(feature));
+    }
+  }
+  EXPECT_FALSE(styles[0]->GetLineStyle()->ClearField(icon.scale));
 }
 
 TEST_F(StyleSelectionTest, AMergeKeepsWhatWasSaidAboutHotSpotAndBalloon) {
