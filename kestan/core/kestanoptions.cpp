@@ -1,6 +1,6 @@
 #include "kestan/core/kestanoptions.h"
 
-#include "kestan/read/namespaces.h" // the version that this library writes
+#include "kestan/core/namespace.h"
 
 namespace vorrel::kestan {
 

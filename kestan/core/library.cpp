@@ -1,14 +1,11 @@
 #include "kestan/core/library.h"
 
+#include "kestan/core/librarypart.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/host/resources.h"
 #include "kestan/host/system.h"
-#include "kestan/read/deprecationmanager.h" // ends with the library
-#include "kestan/read/expathandler.h"       // starts and ends with the library
-#include "kestan/read/loadobserver.h"       // starts and ends with the library
-#include "kestan/style/localshapes.h"       // built-in resources
 
 #include <memory>
 
@@ -30,29 +27,26 @@ void GInitialize(const KestanCreationParams& params) {
     return;
   s_initialized = true;
   System::SetMainThread();
-  LoadObserver::Initialize();
-  ExpatHandler::Startup();
+  LibraryPart::ForEach([](LibraryPart& part) { part.Start(); });
   s_resource_manager = std::make_unique<ResourceManager>();
-  s_resource_manager->AddLoader(std::make_unique<LocalShapes>());
+  LibraryPart::ForEach([](LibraryPart& part) { part.AddResourceLoaders(*s_resource_manager); });
   s_resource_manager->AddLoader(std::make_unique<QtResourceLoader>());
   s_resource_manager->AddLoader(std::make_unique<FileResourceLoader>());
   s_local_shapes = std::make_unique<QResourceRegistrar>(QStringLiteral("localshapes"));
   ThreadContext::Initialize();
   const NotificationDeferrer deferrer;
   Schema::Initialize(params);
-  LoadObserver::ObserveCreation(*ThreadContext::GetMain());
+  LibraryPart::ForEach([](LibraryPart& part) { part.ObserveCreation(); });
 }
 
 void GShutdown() {
   if (!s_initialized)
     return;
-  DeprecationManager::DeleteSingleton();
   Schema::Shutdown();
   ThreadContext::Shutdown();
   s_local_shapes.reset();
   s_resource_manager.reset();
-  ExpatHandler::Shutdown();
-  LoadObserver::Shutdown();
+  LibraryPart::ForEach([](LibraryPart& part) { part.Stop(); });
   s_initialized = false;
 }
 

@@ -2,6 +2,12 @@
 
 namespace vorrel::kestan {
 
+/// The version of KML that the library writes.
+inline constexpr char kKmlVersionString[] = "2.2";
+inline constexpr int kKmlVersionNumberMajor = 2;
+inline constexpr int kKmlVersionNumberMinor = 2;
+inline constexpr int kUnspecifiedVersion = -1;
+
 /// The vocabulary that an element or attribute name belongs to.
 enum class Namespace {
   kNone = 0,    ///< The empty URI.

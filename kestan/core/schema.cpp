@@ -2,13 +2,10 @@
 
 #include "kestan/core/creationobserver.h"
 #include "kestan/core/library.h"
+#include "kestan/core/librarypart.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/schemaobjectschema.h"
-#include "kestan/style/icon.h" // shared default objects, which need all schemas
-#include "kestan/style/labelstyle.h"
-#include "kestan/style/linestyle.h"
-#include "kestan/style/styleselector.h"
 
 #include <algorithm>
 #include <mutex>
@@ -246,17 +243,11 @@ void Schema::Initialize(const KestanCreationParams& params) {
   const NotificationDeferrer deferrer;
   SchemaObjectSchema::GetSingleton();
   SchemaRegistrar::CreateSingletons();
-  StyleSelector::Initialize();
-  LabelStyle::Initialize();
-  LineStyle::Initialize();
-  Icon::Initialize();
+  LibraryPart::ForEach([](LibraryPart& part) { part.MakeSharedObjects(); });
 }
 
 void Schema::Shutdown() {
-  Icon::Shutdown();
-  LineStyle::Shutdown();
-  LabelStyle::Shutdown();
-  StyleSelector::Shutdown();
+  LibraryPart::ForEach([](LibraryPart& part) { part.DropSharedObjects(); });
   SchemaRegistrar::DeleteSingletons();
 }
 

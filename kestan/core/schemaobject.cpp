@@ -6,7 +6,6 @@
 #include "kestan/core/schemaobjectschema.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/core/threadcontext.h"
-#include "kestan/feature/document.h"  // the document that an object lies in
 #include "kestan/feature/kmlschema.h" // hint targets
 #include "kestan/host/url.h"
 
@@ -308,17 +307,11 @@ void SchemaObject::NotifyPreDelete() {
 }
 
 Document* SchemaObject::GetOwnerDocument() const {
-  const SchemaObject* object = this;
-  while (!object->isOfType(AbstractFolder::GetClassSchema())) {
+  for (const SchemaObject* object = this; object; object = object->GetOwner(0)) {
+    if (Document* const document = object->AsDocument())
+      return document;
     if (object->GetOwnerCount() > 1)
       return nullptr;
-    object = object->GetOwner(0);
-    if (!object)
-      return nullptr;
-  }
-  for (; object; object = static_cast<const AbstractFeature*>(object)->GetParent()) {
-    if (object->isOfType(Document::GetClassSchema()))
-      return static_cast<Document*>(const_cast<SchemaObject*>(object));
   }
   return nullptr;
 }

@@ -203,6 +203,8 @@ public:
   virtual bool HasOwner(const SchemaObject& object) const { return owner_ == &object; }
   virtual int GetOwnerCount() const { return owner_ ? 1 : 0; }
   virtual SchemaObject* GetOwner(int index) const;
+  /// The nearest document on the way up, which may be the object itself; null where an object on
+  /// the way has several owners.
   virtual Document* GetOwnerDocument() const;
   /// Another owner has taken `child`: empties its slot here.
   virtual void stolen(SchemaObject& child);
@@ -230,6 +232,8 @@ public:
   /// Whether a further child of a document can go into `field` without pushing one out that would
   /// be written. Where it can't, its text is kept instead.
   virtual bool HasRoomFor(const Field& field, bool hasId) const;
+  /// The object itself, when it's a document.
+  virtual Document* AsDocument() const { return nullptr; }
 
   void WriteUnknownAttrs(WriteState& state) const;
   void WriteUnknownFieldAttrs(WriteState& state, const Field& field) const;

@@ -7,6 +7,7 @@
 #include "kestan/core/phantomfield.h"
 #include "kestan/core/schemat.h"
 #include "kestan/feature/abstractfeature.h"
+#include "kestan/feature/snippetfield.h"
 
 #include <array>
 

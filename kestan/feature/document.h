@@ -49,6 +49,7 @@ public:
   /// Nothing: a document inside another stands for itself.
   void CollectStylesAndSchemas(WriteState& state) const override;
   void accept(FeatureVisitor& visitor) override;
+  Document* AsDocument() const override { return const_cast<Document*>(this); }
   void WriteKml(WriteState& state) const override;
   /// A document takes its own styles along, and needs no other around it.
   void WriteStylesAndSchemas(WriteState& state, const QString& path) const override;

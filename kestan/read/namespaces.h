@@ -7,11 +7,6 @@
 
 namespace vorrel::kestan {
 
-inline constexpr char kKmlVersionString[] = "2.2";
-inline constexpr int kKmlVersionNumberMajor = 2;
-inline constexpr int kKmlVersionNumberMinor = 2;
-inline constexpr int kUnspecifiedVersion = -1;
-
 inline constexpr char kOgcNamespaceString[] = "http://www.opengis.net/kml/";
 inline constexpr char kKmlNamespaceString[] = "http://www.vorrel.com/kml/";
 inline constexpr char kOldKmlNamespaceString[] = "http://old.vorrel.com/kml/";

@@ -1,6 +1,6 @@
-#include "kestan/core/cdatafield.h"
+#include "kestan/feature/snippetfield.h"
 
-#include "kestan/feature/abstractfeature.h" // the snippet's state lies in the feature
+#include "kestan/feature/abstractfeature.h"
 
 namespace vorrel::kestan {
 
