@@ -41,28 +41,6 @@ FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const Att
   return FromStringResult::kOk;
 }
 
-template <class T> void SimpleArrayField<T>::WriteEntry(const T& value, WriteState& state) const {
-  WriteValueText(state.stream(), value);
-}
-
-template <class T>
-void SimpleArrayField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
-  if (this->HasFlag(Field::kNoWrite))
-    return;
-  const mmvector<bool>* undefined =
-      undefinedOffset_ ? &this->template Member<mmvector<bool>>(object, undefinedOffset_) : nullptr;
-  const mmvector<T>& array = this->Array(object);
-  for (std::size_t i = 0; i < array.size(); ++i) {
-    if (undefined && i < undefined->size() && (*undefined)[i]) {
-      this->WriteEmptyElement(state);
-      continue;
-    }
-    this->WriteElementStart(object, state);
-    WriteEntry(array[i], state);
-    this->WriteElementEnd(state);
-  }
-}
-
 Vec3<double> NormLLAArrayField::Parse(const QString& text) const {
   return convert::LLAToNorm(ValueFromString<Vec3<double>>(text));
 }

@@ -3,8 +3,8 @@
 #include "kestan/core/convertfromstring.h"
 #include "kestan/core/simplefield.h"
 #include "kestan/core/typedfield_impl.h"
-#include "kestan/write/valuetext.h"  // a value prints itself
-#include "kestan/write/writestate.h" // into the output of a write
+#include "kestan/write/utf8ostream.h"
+#include "kestan/write/valuetext.h" // a value prints itself
 
 #include <cmath>
 #include <type_traits>
@@ -49,15 +49,6 @@ template <class T> bool SimpleField<T>::IsUndefined(const SchemaObject& object) 
 }
 
 template <class T>
-void SimpleField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
-  if constexpr (std::is_same_v<T, QString>) // always a plain member: no copy is needed
-    this->WriteValue(object, state, this->template Member<T>(object) != this->GetDefault());
-  else
-    this->WriteValue(object, state,
-                     !typedfield_detail::IsSame(this->get(object), this->GetDefault()));
-}
-
-template <class T>
 void SimpleField<T>::copy(SchemaObject& dst, const SchemaObject& src, bool) const {
   this->SetTypedObject(dst, this->get(src));
 }
@@ -93,11 +84,6 @@ FromStringResult SimpleField<T>::fromString(SchemaObject& object, const Attribut
 
 template <class T> QString SimpleField<T>::toString(const SchemaObject& object, int) const {
   return ValueToString(this->get(object));
-}
-
-template <class T>
-void SimpleField<T>::WriteKmlString(const SchemaObject& object, WriteState& state) const {
-  WriteValueText(state.stream(), this->get(object));
 }
 
 } // namespace vorrel::kestan

@@ -51,23 +51,6 @@ FromStringResult SimpleListField<T>::fromString(SchemaObject& object, const Attr
   return FromStringResult::kOk;
 }
 
-template <class T>
-void SimpleListField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
-  const mmvector<T>& array = this->Array(object);
-  const bool isGiven = !array.empty() && !this->HasFlag(Field::kNoWrite);
-  if (!isGiven && object.GetUnknownFieldAttrs(*this).isNull())
-    return;
-  this->WriteElementStart(object, state);
-  const char* separator = "";
-  for (const T& value : array) {
-    state.out(separator);
-    WriteValueText(state.stream(), value);
-    separator = " ";
-  }
-  state.WriteIndent();
-  this->WriteElementEnd(state);
-}
-
 template class SimpleListField<int>;
 template class SimpleListField<unsigned int>;
 template class SimpleListField<unsigned short>;

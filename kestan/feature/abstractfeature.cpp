@@ -20,6 +20,7 @@
 #include "kestan/spacetime/timeprimitive.h"
 #include "kestan/style/liststyle.h" // lines of a snippet
 #include "kestan/style/style.h"
+#include "kestan/write/stylehoist.h"
 #include "kestan/write/writestate.h"
 
 #include <QFileInfo>
@@ -393,7 +394,7 @@ void AbstractFeature::WriteKml(WriteState& state) const {
 void AbstractFeature::WriteStylesAndSchemas(WriteState& state, const QString& path) const {
   state.PushStylesAndSchemas();
   CollectStylesAndSchemas(state);
-  state.AssignStyleIds();
+  state.hoist().AssignStyleIds();
   if (state.HasStylesOrSchemas()) {
     const RefPtr<Document> wrapper(new (HeapManager::GetTransientHeap())
                                        Document(KmlId(), QString()));

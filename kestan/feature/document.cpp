@@ -7,6 +7,7 @@
 #include "kestan/feature/documentschema.h"
 #include "kestan/feature/featurevisitor.h"
 #include "kestan/style/stylemap.h" // child class, for the field table
+#include "kestan/write/stylehoist.h"
 #include "kestan/write/writestate.h"
 
 #include <algorithm>
@@ -66,19 +67,19 @@ void Document::AddSchema(CustomSchema& schema) {
 void Document::SetClientData(std::unique_ptr<ClientData> data) { clientData_ = std::move(data); }
 
 void Document::CollectStylesAndSchemas(WriteState& state) const {
-  if (!state.IsInOutermost())
+  if (!state.hoist().IsInOutermost())
     return; // it has been here already
   LeaveStyles(state);
-  state.EnterInnerDocument();
+  state.hoist().EnterInnerDocument();
   CollectStyleReferences(state);
   AbstractFolder::CollectStylesAndSchemas(state);
-  state.LeaveInnerDocument();
+  state.hoist().LeaveInnerDocument();
 }
 
 void Document::LeaveStyles(WriteState& state) const {
   for (const RefPtr<StyleSelector>& style : styleSelectors_) {
     if (style)
-      state.LeaveStyle(*style, true);
+      state.hoist().LeaveStyle(*style, true);
   }
 }
 
@@ -91,10 +92,10 @@ void Document::CollectStyleReferences(WriteState& state) const {
 
 void Document::WriteKml(WriteState& state) const {
   state.PushStylesAndSchemas();
-  state.AddOwnStyles(styleSelectors_);
+  state.hoist().AddOwnStyles(styleSelectors_);
   CollectStyleReferences(state);
   AbstractFolder::CollectStylesAndSchemas(state);
-  state.AssignStyleIds();
+  state.hoist().AssignStyleIds();
   WriteKmlStylesSchemas(state, nullptr);
   state.PopStylesAndSchemas();
   LeaveStyles(state); // for the documents behind this one
@@ -109,8 +110,8 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
   const AbstractFolderSchema& folderFields = AbstractFolderSchema::GetSingleton();
   folderFields.icon.WriteKml(*this, state);
   WriteUnknownFields(state);
-  state.WriteSchemas();
-  state.WriteStyles();
+  state.hoist().WriteSchemas(state);
+  state.hoist().WriteStyles(state);
   if (feature)
     feature->WriteKml(state);
   else

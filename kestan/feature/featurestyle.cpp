@@ -8,7 +8,8 @@
 #include "kestan/style/style.h" // features look as their styles say
 #include "kestan/style/stylecache.h"
 #include "kestan/style/stylemap.h"
-#include "kestan/write/writestate.h" // what is written where it stands
+#include "kestan/write/stylehoist.h" // what is written where it stands
+#include "kestan/write/writestate.h"
 
 namespace vorrel::kestan {
 
@@ -154,12 +155,12 @@ void AbstractFeature::FlattenStyleSelectors() const {
 void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
   if (extendedData_)
     extendedData_->CollectSchemas(state);
-  if (referencedStyleSelector_ && !state.HasStyle(*referencedStyleSelector_) &&
+  if (referencedStyleSelector_ && !state.hoist().HasStyle(*referencedStyleSelector_) &&
       !StyleSelector::IsBuiltInUrl(styleUrl_))
     referencedStyleSelector_->InternalCollectStyles(state);
   // The inline selector goes out where it stands. What it refers to has to be found.
   if (inlineStyleSelector_)
-    state.LeaveStyle(*inlineStyleSelector_, false);
+    state.hoist().LeaveStyle(*inlineStyleSelector_, false);
   if (inlineStyleSelector_ && inlineStyleSelector_->isOfType(StyleMap::GetClassSchema()))
     static_cast<const StyleMap&>(*inlineStyleSelector_).CollectReferences(state);
 }

@@ -8,7 +8,8 @@
 #include "kestan/style/stylemapschema.h"
 #include "kestan/style/stylesource.h"
 #include "kestan/style/stylevisitor.h"
-#include "kestan/write/writestate.h" // shared maps are collected for the output
+#include "kestan/write/stylehoist.h" // shared maps are collected for the output
+#include "kestan/write/writestate.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -229,7 +230,7 @@ void StyleMap::CollectReferences(WriteState& state) const {
       if (!selector || (!isOwn && IsBuiltInUrl(pair->GetStyleUrl())))
         continue;
       if (isOwn)
-        state.LeaveStyle(*selector, false);
+        state.hoist().LeaveStyle(*selector, false);
       else if (!state.AddStyle(*selector))
         continue;
       const StyleMap* map = AsMap(*selector);

@@ -16,6 +16,7 @@
 #include "kestan/core/strfield.h"
 #include "kestan/host/convert.h"
 #include "kestan/write/markuptext.h"
+#include "kestan/write/outputurls.h"
 #include "kestan/write/valuetext.h"
 #include "kestan/write/writestate.h"
 #include "kestan/write/xmltext.h"
@@ -29,18 +30,6 @@ namespace {
 
 /// On `coordinates` in an older form: pairs with the latitude in front.
 const QLatin1String kPolylineMark(" type=\"polyline\"");
-
-/// Text that goes out here stands between the quotes of an attribute.
-class AttributeScope {
-public:
-  explicit AttributeScope(Utf8OStream& stream) : stream_(stream) { stream_.SetInAttribute(true); }
-  AttributeScope(const AttributeScope&) = delete;
-  AttributeScope& operator=(const AttributeScope&) = delete;
-  ~AttributeScope() { stream_.SetInAttribute(false); }
-
-private:
-  Utf8OStream& stream_;
-};
 
 bool HasUnknownAttrs(const SchemaObject& object, const Field& field) {
   return object.GetBit(kBitUnknownFieldAttrs) && !object.GetUnknownFieldAttrs(field).isNull();
@@ -284,7 +273,7 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
 void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
   const QString& url = Member<QString>(object);
   const auto write = [&](SchemaObject* target) {
-    state.WriteObjUrl(target, state.GetReferenceUrl(object, url));
+    state.WriteObjUrl(target, state.urls().GetReferenceUrl(object, url));
   };
   if (GetType() == kAttribute && !url.isEmpty()) {
     WriteAttributeStart(*this, object, state);

@@ -102,20 +102,17 @@ int KmzFiles::Add(const QString& url) {
 
 QString KmzFiles::CreateUniqueKmzDataFileName(const QString& fileName) {
   const QFileInfo info(fileName);
-  // Names are never given back, so that those tried before are in use still.
-  int& attempt = nextAttempts_[fileName.toCaseFolded()];
-  for (;;) {
-    QString name = fileName;
-    if (attempt > 0)
-      name = info.baseName() + QStringLiteral("_%1.").arg(attempt, 2, 10, QLatin1Char('0')) +
-             info.completeSuffix();
-    ++attempt;
-    const QString key = name.toCaseFolded();
-    if (names_.contains(key))
-      continue;
-    names_.insert(key);
-    return name;
-  }
+  const auto make = [&](int attempt) {
+    if (attempt == 0)
+      return fileName;
+    return info.baseName() + QStringLiteral("_%1.").arg(attempt, 2, 10, QLatin1Char('0')) +
+           info.completeSuffix();
+  };
+  const QString name = freeNames_.Find(fileName.toCaseFolded(), make, [this](const QString& free) {
+    return !names_.contains(free.toCaseFolded());
+  });
+  names_.insert(name.toCaseFolded());
+  return name;
 }
 
 kmz::Writer::Result KmzFiles::Copy(const KmzDictionaryEntry& entry, kmz::Writer& archive) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kestan/host/kmzwriter.h"
+#include "kestan/write/freenames.h"
 #include "kestan/write/sourcefiles.h"
 
 #include <QHash>
@@ -25,8 +26,8 @@ struct KmzDictionaryEntry {
 /// Files come in the order in which they were named. A file counts once, under however many URLs.
 class KmzFiles {
 public:
-  /// The archive that is being written: no document takes in its own destination.
-  void SetDestination(const QString& path) { destination_ = path; }
+  /// For the archive at `destination`: no document takes in what it's being written to.
+  explicit KmzFiles(const QString& destination) : destination_(destination) {}
 
   /// The reference to the copy of a local file; a null text when there's no such file to read.
   QString Register(const QString& url);
@@ -47,7 +48,7 @@ private:
   QHash<QString, int> entriesByUrl_;  ///< -1 for what isn't taken along.
   QHash<QString, int> entriesByFile_; ///< By what the file is, whatever it's called.
   QSet<QString> names_;               ///< Without their case.
-  QHash<QString, int> nextAttempts_;  ///< Where the search for a unique name goes on, by name.
+  FreeNames freeNames_;
   SourceFiles sources_;
   QStringList unreadable_;
 };

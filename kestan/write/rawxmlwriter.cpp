@@ -130,9 +130,8 @@ std::vector<RawXmlWriter::Attribute> RawXmlWriter::TakeAttributes(QStringView& t
 
 void RawXmlWriter::WriteValue(QStringView value) {
   stream_ << "=\"";
-  stream_.SetInAttribute(true);
+  const AttributeScope scope(stream_);
   WriteEscapedText(stream_, value);
-  stream_.SetInAttribute(false);
   stream_ << "\"";
 }
 
@@ -347,7 +346,7 @@ void RawXmlWriter::InsertDeclarations() {
     return;
   // In an order of their own, so that the text doesn't depend on where they stood before.
   Utf8OStream text;
-  text.SetInAttribute(true);
+  const AttributeScope scope(text);
   for (auto it = declarations_.constBegin(); it != declarations_.constEnd(); ++it) {
     text << " " << it.key() << "=\"";
     XmlUtf8OStream(text) << it.value();

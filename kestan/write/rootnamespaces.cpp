@@ -56,14 +56,13 @@ bool RootNamespaces::Declare(const RefPtr<UnknownNamespace>& declaration) {
 }
 
 QString RootNamespaces::PrefixFor(const QString& uri) {
-  QString prefix = prefixByUri_.value(uri);
-  while (prefix.isEmpty()) {
-    const QString candidate = QStringLiteral("ns%1").arg(madePrefixes_++);
-    if (!uriByPrefix_.contains(candidate)) {
-      Declare(candidate, uri);
-      prefix = candidate;
-    }
-  }
+  const QString known = prefixByUri_.value(uri);
+  if (!known.isEmpty())
+    return known;
+  const QString prefix = freePrefixes_.Find(
+      QStringLiteral("ns"), [](int number) { return QStringLiteral("ns%1").arg(number); },
+      [this](const QString& candidate) { return !uriByPrefix_.contains(candidate); });
+  Declare(prefix, uri);
   return prefix;
 }
 

@@ -3,6 +3,7 @@
 #include "kestan/core/unknowndata.h"
 #include "kestan/host/memory.h"
 #include "kestan/host/refptr.h"
+#include "kestan/write/freenames.h"
 
 #include <QHash>
 #include <QString>
@@ -40,7 +41,7 @@ private:
   QHash<QString, QString> uriByPrefix_;
   QHash<QString, QString> prefixByUri_;
   NamespaceList last_; ///< The list added last; many objects share one.
-  int madePrefixes_ = 0;
+  FreeNames freePrefixes_;
 };
 
 } // namespace vorrel::kestan

@@ -58,12 +58,12 @@ public:
   /// large for an array.
   QByteArray TakeBytes();
 
-  /// True while the value of an attribute is being written: white space in it goes out as
-  /// references, since a parser turns it into blanks otherwise.
+  /// True while the value of an attribute is being written; see `AttributeScope`.
   bool IsInAttribute() const { return inAttribute_; }
-  void SetInAttribute(bool inAttribute) { inAttribute_ = inAttribute; }
 
 private:
+  friend class AttributeScope;
+
   void Grow(std::size_t count);
 
   QByteArray array_;      ///< Holds the text until that is very large.
@@ -72,6 +72,22 @@ private:
   std::size_t size_ = 0;
   std::size_t capacity_;
   bool inAttribute_ = false;
+};
+
+/// While it lives, what is written stands between the quotes of an attribute: white space goes out
+/// as references, since a parser turns it into blanks otherwise.
+class AttributeScope {
+public:
+  explicit AttributeScope(Utf8OStream& stream) : stream_(stream), former_(stream.inAttribute_) {
+    stream_.inAttribute_ = true;
+  }
+  AttributeScope(const AttributeScope&) = delete;
+  AttributeScope& operator=(const AttributeScope&) = delete;
+  ~AttributeScope() { stream_.inAttribute_ = former_; }
+
+private:
+  Utf8OStream& stream_;
+  const bool former_;
 };
 
 /// Puts text into a buffer as XML character data: the five special characters as entities, a

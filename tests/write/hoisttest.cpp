@@ -6,6 +6,7 @@
 #include "kestan/style/style.h"
 #include "kestan/style/stylemap.h"
 #include "kestan/style/stylemappair.h"
+#include "kestan/write/writestate.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
 
@@ -40,6 +41,20 @@ TEST_F(HoistTest, AFeatureWithAStyleIsWrappedInADocument) {
 
   EXPECT_TRUE(Write(*placemark).contains("<name>KmlFile</name>"));
   EXPECT_FALSE(Write(*placemark, kWriteNoHoist).contains("<Document>"));
+}
+
+// What a client does with a state of its own, before it has any document.
+TEST_F(HoistTest, OutsideOfDocumentsNothingIsHoisted) {
+  QByteArray bytes;
+  WriteState state(bytes, QString());
+  state.PopStylesAndSchemas();
+  EXPECT_FALSE(state.HasStylesOrSchemas());
+  EXPECT_FALSE(state.AddStyle(*MakeStyle("s", "a.kml")));
+  Read<Document>("<Document/>")->WriteKmlStylesSchemas(state, nullptr);
+  state.AddUnknownNamespaces({RefPtr<UnknownNamespace>(new UnknownNamespace("", "p", "urn:p"))});
+  state.Finish();
+  EXPECT_EQ(QString(), FindXmlError(bytes));
+  EXPECT_TRUE(bytes.contains(" xmlns:p=\"urn:p\">\n<Document>")) << bytes.constData();
 }
 
 TEST_F(HoistTest, StylesOfOneIdOrOfNoneAreToldApart) {

@@ -1,5 +1,6 @@
+#include "kestan/write/tagstream.h"
+
 #include "kestan/core/schema.h"
-#include "kestan/write/writestate.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,35 +13,35 @@ const char* GetPrefix(Namespace ns) { return ns == Namespace::kKml ? "" : kExtPr
 
 } // namespace
 
-void WriteState::WriteIndent() {
+void TagStream::WriteIndent() {
   const std::size_t depth = static_cast<std::size_t>(std::clamp(indent_, 0, kMaxIndent));
   stream_.WriteRawBytes(GIndent(indent_), depth);
 }
 
-void WriteState::WriteTagStart(Namespace ns, const QString& name) {
-  WriteTagStart(QByteArray::fromRawData("", 0));
-  stream_ << GetPrefix(ns) << name;
+void TagStream::WriteTagStart(Namespace ns, const QString& name) {
+  WriteIndent();
+  stream_ << "<" << GetPrefix(ns) << name;
 }
 
-void WriteState::WriteTagEnd(Namespace ns, const QString& name) {
+void TagStream::WriteTagEnd(Namespace ns, const QString& name) {
   stream_ << "</" << GetPrefix(ns) << name << ">\n";
 }
 
-void WriteState::WriteTagStart(const Schema& schema) {
+void TagStream::WriteTagStart(const Schema& schema) {
   if (schema.GetTag().isEmpty())
     WriteTagStart(schema.GetNamespace(), schema.GetName());
   else
     WriteTagStart(schema.GetTag());
 }
 
-void WriteState::WriteTagEnd(const Schema& schema) {
+void TagStream::WriteTagEnd(const Schema& schema) {
   if (schema.GetTag().isEmpty())
     WriteTagEnd(schema.GetNamespace(), schema.GetName());
   else
     WriteTagEnd(schema.GetTag());
 }
 
-void WriteState::WriteTagStart(const QByteArray& tag) {
+void TagStream::WriteTagStart(const QByteArray& tag) {
   const std::size_t depth = static_cast<std::size_t>(std::clamp(indent_, 0, kMaxIndent));
   const std::size_t size = static_cast<std::size_t>(tag.size());
   char* out = stream_.Reserve(kMaxIndent + 1 + size);
@@ -51,7 +52,7 @@ void WriteState::WriteTagStart(const QByteArray& tag) {
   stream_.Commit(out + size);
 }
 
-void WriteState::WriteTagEnd(const QByteArray& tag) {
+void TagStream::WriteTagEnd(const QByteArray& tag) {
   const std::size_t size = static_cast<std::size_t>(tag.size());
   char* out = stream_.Reserve(size + 4);
   out = std::copy_n("</", 2, out);
