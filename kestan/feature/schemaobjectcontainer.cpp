@@ -1,7 +1,7 @@
 #include "kestan/feature/schemaobjectcontainer.h"
 
 #include "kestan/core/schemat_impl.h"
-#include "kestan/feature/containerschemas.h"
+#include "kestan/feature/schemaobjectcontainerschema.h"
 #include "kestan/feature/schemaobjectlist.h"
 
 namespace vorrel::kestan {
