@@ -202,11 +202,6 @@ void AbstractFolder::RequireParentInheritedVisibility(bool update) {
 
 void AbstractFolder::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(AbstractFolder& folder) {
-  if (ShouldVisitBaseClass(folder))
-    visit(static_cast<AbstractFeature&>(folder));
-}
-
 void AbstractFolder::Accept(GeometryVisitorConst* visitor) const {
   ForEachChild([visitor](const AbstractFeature& child) { child.Accept(visitor); });
 }

@@ -71,11 +71,6 @@ void Channel::CollectStylesAndSchemas(WriteState&) const {}
 
 void Channel::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(Channel& channel) {
-  if (ShouldVisitBaseClass(channel))
-    visit(static_cast<AbstractFolder&>(channel));
-}
-
 void Channel::stolen(SchemaObject& child) {
   if (!child.isOfType(AbstractFeature::GetClassSchema()) ||
       !InternalRemoveChild(static_cast<AbstractFeature&>(child)))

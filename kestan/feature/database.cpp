@@ -52,9 +52,4 @@ int Database::GetDrawOrder() const {
 
 void Database::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(Database& database) {
-  if (ShouldVisitBaseClass(database))
-    visit(static_cast<AbstractFolder&>(database));
-}
-
 } // namespace vorrel::kestan

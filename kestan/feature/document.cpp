@@ -121,11 +121,6 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
 
 void Document::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(Document& document) {
-  if (ShouldVisitBaseClass(document))
-    visit(static_cast<AbstractFolder&>(document));
-}
-
 bool Document::HasRoomFor(const Field& field, bool hasId) const {
   const bool isAnonymousStyle = &field == &Fields().styleSelectors && !hasId;
   return isAnonymousStyle ? !GetInlineStyleSelector() : AbstractFolder::HasRoomFor(field, hasId);

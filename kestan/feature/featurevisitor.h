@@ -22,8 +22,7 @@ class Tour;
 /// `visit` of that class.
 ///
 /// A `visit` that isn't replaced climbs to that of the base class, as long as
-/// `ShouldVisitBaseClass` allows it; the default visit of a class lies beside the class's `accept`.
-/// No visit goes down to the children of a folder.
+/// `ShouldVisitBaseClass` allows it. No visit goes down to the children of a folder.
 class KESTAN_EXPORT FeatureVisitor {
 public:
   virtual ~FeatureVisitor();

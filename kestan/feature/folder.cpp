@@ -22,9 +22,4 @@ Folder::~Folder() { NotifyPreDelete(); }
 
 void Folder::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(Folder& folder) {
-  if (ShouldVisitBaseClass(folder))
-    visit(static_cast<AbstractFolder&>(folder));
-}
-
 } // namespace vorrel::kestan

@@ -52,11 +52,6 @@ void Placemark::NotifyInheritedRegionChanged() {
 
 void Placemark::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(Placemark& placemark) {
-  if (ShouldVisitBaseClass(placemark))
-    visit(static_cast<AbstractFeature&>(placemark));
-}
-
 void Placemark::Accept(GeometryVisitorConst* visitor) const {
   if (geometry_)
     static_cast<const Geometry&>(*geometry_).accept(*visitor);

@@ -20,9 +20,4 @@ NetworkLink::~NetworkLink() = default;
 
 void NetworkLink::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(NetworkLink& link) {
-  if (ShouldVisitBaseClass(link))
-    visit(static_cast<AbstractFolder&>(link));
-}
-
 } // namespace vorrel::kestan

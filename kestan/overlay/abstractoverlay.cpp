@@ -20,9 +20,4 @@ AbstractOverlay::~AbstractOverlay() = default;
 
 void AbstractOverlay::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(AbstractOverlay& overlay) {
-  if (ShouldVisitBaseClass(overlay))
-    visit(static_cast<AbstractFeature&>(overlay));
-}
-
 } // namespace vorrel::kestan

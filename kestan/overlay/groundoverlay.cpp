@@ -20,9 +20,4 @@ GroundOverlay::~GroundOverlay() = default;
 
 void GroundOverlay::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(GroundOverlay& overlay) {
-  if (ShouldVisitBaseClass(overlay))
-    visit(static_cast<AbstractOverlay&>(overlay));
-}
-
 } // namespace vorrel::kestan

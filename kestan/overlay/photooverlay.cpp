@@ -20,9 +20,4 @@ PhotoOverlay::~PhotoOverlay() = default;
 
 void PhotoOverlay::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(PhotoOverlay& overlay) {
-  if (ShouldVisitBaseClass(overlay))
-    visit(static_cast<AbstractOverlay&>(overlay));
-}
-
 } // namespace vorrel::kestan

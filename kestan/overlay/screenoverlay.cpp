@@ -20,9 +20,4 @@ ScreenOverlay::~ScreenOverlay() = default;
 
 void ScreenOverlay::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(ScreenOverlay& overlay) {
-  if (ShouldVisitBaseClass(overlay))
-    visit(static_cast<AbstractOverlay&>(overlay));
-}
-
 } // namespace vorrel::kestan

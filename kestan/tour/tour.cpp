@@ -19,9 +19,4 @@ Tour::~Tour() = default;
 
 void Tour::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 
-void FeatureVisitor::visit(Tour& tour) {
-  if (ShouldVisitBaseClass(tour))
-    visit(static_cast<AbstractFeature&>(tour));
-}
-
 } // namespace vorrel::kestan
