@@ -148,8 +148,7 @@ int AbstractFolder::FindChild(const AbstractFeature& child) const {
 int AbstractFolder::GetChildCount() const { return static_cast<int>(children_.size()); }
 
 AbstractFeature* AbstractFolder::GetChild(int index) const {
-  Q_ASSERT(index >= 0 && index < GetChildCount());
-  return children_[static_cast<std::size_t>(index)].get();
+  return children_.at(static_cast<std::size_t>(index)).get();
 }
 
 void AbstractFolder::SetForceVisible(bool) {}

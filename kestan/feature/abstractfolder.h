@@ -26,7 +26,7 @@ public:
   bool AddChild(AbstractFeature& child);
   /// False when the feature isn't a child.
   bool RemChild(AbstractFeature& child);
-  /// The index must be in range.
+  /// Throws `std::out_of_range` for an index out of range.
   bool RemChild(int index);
   /// Moves all children of `from` behind those of `to`, with one notice each.
   static void MoveAllChildren(AbstractFolder* from, AbstractFolder* to);
@@ -54,7 +54,7 @@ public:
   /// The place of a child, or -1.
   virtual int FindChild(const AbstractFeature& child) const;
   virtual int GetChildCount() const;
-  /// The index must be in range.
+  /// Throws `std::out_of_range` for an index out of range.
   virtual AbstractFeature* GetChild(int index) const;
   // Folders have no force-visible state.
   virtual void SetForceVisible(bool force);

@@ -55,8 +55,7 @@ int Document::FindStyleSelector(const StyleSelector& selector) const {
 }
 
 StyleSelector* Document::GetStyleSelector(int index) const {
-  Q_ASSERT(index >= 0 && index < GetStyleSelectorCount());
-  return styleSelectors_[static_cast<std::size_t>(index)].get();
+  return styleSelectors_.at(static_cast<std::size_t>(index)).get();
 }
 
 void Document::AddSchema(CustomSchema& schema) {

@@ -33,7 +33,7 @@ public:
   bool RemStyleSelector(StyleSelector& selector);
   /// The place of a style, or -1.
   int FindStyleSelector(const StyleSelector& selector) const;
-  /// The index must be in range.
+  /// Throws `std::out_of_range` for an index out of range.
   StyleSelector* GetStyleSelector(int index) const;
   int GetStyleSelectorCount() const { return static_cast<int>(styleSelectors_.size()); }
   /// A schema without a name isn't added.

@@ -23,7 +23,7 @@ public:
   virtual bool rem(SchemaObject* object) = 0;
   virtual bool insert(int index, SchemaObject* object) = 0;
   virtual int find(SchemaObject* object) const = 0;
-  /// The index must be in range.
+  /// Throws `std::out_of_range` for an index out of range.
   virtual SchemaObject* get(int index) const = 0;
   virtual int GetLength() const = 0;
 

@@ -54,8 +54,7 @@ bool SchemaObjectList::RemObject(int index) {
 int SchemaObjectList::GetLength() const { return static_cast<int>(objects_.size()); }
 
 SchemaObject* SchemaObjectList::GetObject(int index) const {
-  Q_ASSERT(index >= 0 && index < GetLength());
-  return objects_[static_cast<std::size_t>(index)].get();
+  return objects_.at(static_cast<std::size_t>(index)).get();
 }
 
 } // namespace vorrel::kestan

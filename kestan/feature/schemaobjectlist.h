@@ -26,7 +26,7 @@ public:
   virtual bool RemObject(SchemaObject& object);
   virtual bool RemObject(int index);
   virtual int GetLength() const;
-  /// The index must be in range.
+  /// Throws `std::out_of_range` for an index out of range.
   virtual SchemaObject* GetObject(int index) const;
 
 private:

@@ -21,9 +21,9 @@ public:
   /// The members in file order; entries may be null.
   const mmvector<RefPtr<Geometry>>& GetGeometries() const { return geometries_; }
   int GetGeometryCount() const { return static_cast<int>(geometries_.size()); }
-  /// The caller keeps `index` in range.
+  /// Throws `std::out_of_range` for an index out of range.
   Geometry* GetGeometry(int index) const {
-    return geometries_[static_cast<std::size_t>(index)].get();
+    return geometries_.at(static_cast<std::size_t>(index)).get();
   }
   void ReverseGeometryOrder();
 

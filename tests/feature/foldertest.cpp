@@ -1,12 +1,20 @@
 #include "kestan/feature/folder.h"
+#include "kestan/feature/abstractfeaturecontainer.h"
 #include "kestan/feature/channel.h"
 #include "kestan/feature/database.h"
 #include "kestan/feature/databaseschema.h"
+#include "kestan/feature/document.h"
 #include "kestan/feature/globe.h"
+#include "kestan/feature/linearringcontainer.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/feature/planet.h"
+#include "kestan/feature/schemaobjectlist.h"
+#include "kestan/geometry/multilinestring.h"
+#include "kestan/geometry/polygon.h"
 #include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
+
+#include <stdexcept>
 
 namespace vorrel::kestan {
 
@@ -56,6 +64,29 @@ TEST_F(FolderTest, AddingAndRemoving) {
   EXPECT_FALSE(folder->RemChild(*other->GetChild(0)));
   EXPECT_TRUE(folder->RemChild(0));
   EXPECT_EQ("bx", Names(*folder));
+}
+
+TEST_F(FolderTest, NoIndexOutOfRangeIsAnswered) {
+  const auto folder = Fill<Folder>("ab");
+  const RefPtr<Document> document(new Document(KmlId(), QString()));
+  const RefPtr<SchemaObjectList> list(new SchemaObjectList(KmlId(), QString()));
+  const RefPtr<MultiGeometry> shapes(new MultiGeometry(KmlId(), QString()));
+  const RefPtr<MultiLineString> lines(new MultiLineString(KmlId(), QString()));
+  const RefPtr<LinearRingContainer> rings(new LinearRingContainer(KmlId(), QString()));
+  const RefPtr<AbstractFeatureContainer> features(new AbstractFeatureContainer(KmlId(), QString()));
+  EXPECT_THROW(rings->get(0), std::out_of_range) << "without a polygon";
+  rings->SetParent(RefPtr<Polygon>(new Polygon(KmlId(), QString())).get());
+  features->SetParent(folder.get());
+  for (const int index : {-1, 2, 7}) {
+    EXPECT_THROW(folder->GetChild(index), std::out_of_range);
+    EXPECT_THROW(folder->RemChild(index), std::out_of_range);
+    EXPECT_THROW(features->get(index), std::out_of_range);
+    EXPECT_THROW(rings->get(index), std::out_of_range);
+    EXPECT_THROW(document->GetStyleSelector(index), std::out_of_range);
+    EXPECT_THROW(list->GetObject(index), std::out_of_range);
+    EXPECT_THROW(shapes->GetGeometry(index), std::out_of_range);
+    EXPECT_THROW(lines->GetLineString(index), std::out_of_range);
+  }
 }
 
 TEST_F(FolderTest, AFolderNeverGetsIntoItself) {
