@@ -10,8 +10,6 @@
 #include "kestan/write/stylehoist.h"
 #include "kestan/write/writestate.h"
 
-#include <algorithm>
-
 namespace vorrel::kestan {
 
 template class SchemaT<Document, NewInstancePolicy, NoDerivedPolicy>;
@@ -27,6 +25,36 @@ DocumentSchema::DocumentSchema()
       styleSelectors(*this, QString(), StyleSelector::GetClassSchema(),
                      OffsetOf(&Document::styleSelectors_)),
       schemas(*this, QString(), CustomSchema::GetClassSchema(), OffsetOf(&Document::schemas_)) {}
+
+bool SharedStylesField::set(SchemaObject& owner, SchemaObject* child, int index) const {
+  return IsAnonymous(child) ? TakeInline(owner, *child) : ObjArrayField::set(owner, child, index);
+}
+
+bool SharedStylesField::insert(SchemaObject& owner, SchemaObject* child, int index) const {
+  return IsAnonymous(child) ? TakeInline(owner, *child)
+                            : ObjArrayField::insert(owner, child, index);
+}
+
+int SharedStylesField::AddMultiple(SchemaObject* owner,
+                                   const ArraySlice<RefPtr<SchemaObject>>& children) const {
+  mmvector<RefPtr<SchemaObject>> named;
+  int taken = 0;
+  for (const RefPtr<SchemaObject>& child : children) {
+    if (!IsAnonymous(child.get()))
+      named.push_back(child);
+    else if (TakeInline(*owner, *child))
+      ++taken;
+  }
+  return taken + ObjArrayField::AddMultiple(owner, {named.data(), named.size()});
+}
+
+bool SharedStylesField::IsAnonymous(const SchemaObject* style) {
+  return style && style->GetId().isEmpty();
+}
+
+bool SharedStylesField::TakeInline(SchemaObject& document, SchemaObject& style) {
+  return AbstractFeatureSchema::GetSingleton().inlineStyleSelector.set(document, &style, -1);
+}
 
 const Schema& Document::GetClassSchema() { return DocumentSchema::GetSingleton(); }
 
@@ -123,32 +151,6 @@ void Document::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
 bool Document::HasRoomFor(const Field& field, bool hasId) const {
   const bool isAnonymousStyle = &field == &Fields().styleSelectors && !hasId;
   return isAnonymousStyle ? !GetInlineStyleSelector() : AbstractFolder::HasRoomFor(field, hasId);
-}
-
-void Document::NotifyFieldChanged(const Field& field) {
-  if (&field == &Fields().styleSelectors)
-    TakeAnonymousStyle();
-  AbstractFolder::NotifyFieldChanged(field);
-}
-
-void Document::TakeAnonymousStyle() {
-  // Documents come with one style behind the other: of a list that only grew by one at its end, the
-  // others were looked at before.
-  const bool isAppended = namedStyleCount_ > 0 && styleSelectors_.size() == namedStyleCount_ + 1 &&
-                          styleSelectors_[namedStyleCount_ - 1] == lastNamedStyle_;
-  const auto anonymous = std::find_if(
-      isAppended ? styleSelectors_.end() - 1 : styleSelectors_.begin(), styleSelectors_.end(),
-      [](const RefPtr<StyleSelector>& style) { return style && style->GetId().isEmpty(); });
-  if (anonymous != styleSelectors_.end()) {
-    const RefPtr<StyleSelector> selector = *anonymous;
-    const int index = static_cast<int>(anonymous - styleSelectors_.begin());
-    Fields().styleSelectors.EraseMultiple(this, {&index, 1});
-    SetInlineStyleSelector(selector.get());
-    namedStyleCount_ = 0;
-    return;
-  }
-  namedStyleCount_ = styleSelectors_.size();
-  lastNamedStyle_ = namedStyleCount_ > 0 ? styleSelectors_.back().get() : nullptr;
 }
 
 } // namespace vorrel::kestan

@@ -53,14 +53,11 @@ public:
   void WriteKml(WriteState& state) const override;
   /// A document takes its own styles along, and needs no other around it.
   void WriteStylesAndSchemas(WriteState& state, const QString& path) const override;
-  void NotifyFieldChanged(const Field& field) override;
   bool HasRoomFor(const Field& field, bool hasId) const override;
 
 private:
   friend class DocumentSchema;
 
-  /// Makes a style without an id the document's own inline style.
-  void TakeAnonymousStyle();
   /// Reports the document's styles as written with it.
   void LeaveStyles(WriteState& state) const;
   /// Reports what the document's style maps lead to.
@@ -68,8 +65,6 @@ private:
 
   mmvector<RefPtr<StyleSelector>> styleSelectors_;
   mmvector<RefPtr<CustomSchema>> schemas_;
-  std::size_t namedStyleCount_ = 0;               // styles that are known to have an id,
-  const StyleSelector* lastNamedStyle_ = nullptr; // and the last of them, for comparison only
   std::unique_ptr<ClientData> clientData_;
 };
 
