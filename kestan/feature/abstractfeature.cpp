@@ -24,7 +24,11 @@
 #include "kestan/write/writestate.h"
 
 #include <QFileInfo>
+#include <QHash>
+#include <QSet>
+#include <QStringList>
 
+#include <algorithm>
 #include <cmath>
 
 namespace vorrel::kestan {
@@ -37,9 +41,44 @@ namespace {
 
 constexpr char kHomeDomainSuffix[] = "vorrel.com";
 
-// Bounds of an entity replacement, for values that refer to each other.
+// Bounds of an entity replacement: how often, and to how many characters.
 constexpr int kMaxReplacements = 1000;
-constexpr int kMaxReplacementGrowth = 1 << 20;
+constexpr int kMaxReplaced = 1 << 26;
+
+/// The references in the values that were filled in, to see which of them lead back to themselves.
+class FilledReferences {
+public:
+  /// False when `value` holds its own `token`, be it through the values of others.
+  bool Add(const QString& token, const QString& value) {
+    QStringList open = Find(value);
+    references_[token] = open;
+    QSet<QString> seen;
+    while (!open.isEmpty()) {
+      const QString next = open.takeLast();
+      if (next == token)
+        return false;
+      if (!seen.contains(next))
+        open += references_.value(next);
+      seen.insert(next);
+    }
+    return true;
+  }
+
+private:
+  static QStringList Find(const QString& text) {
+    QStringList found;
+    for (int at = text.indexOf(QLatin1String("$[")); at >= 0;
+         at = text.indexOf(QLatin1String("$["), at + 2)) {
+      const int end = text.indexOf(QLatin1Char(']'), at);
+      if (end < 0)
+        break;
+      found += text.mid(at, end + 1 - at);
+    }
+    return found;
+  }
+
+  QHash<QString, QStringList> references_;
+};
 
 const AbstractFeatureSchema& Fields() { return AbstractFeatureSchema::GetSingleton(); }
 
@@ -286,7 +325,8 @@ std::uint32_t AbstractFeature::GetFalseColor() const {
 
 QString AbstractFeature::ApplyEntityReplacement(const QString& text) const {
   QString result = text;
-  const qint64 limit = qint64{text.size()} + kMaxReplacementGrowth;
+  const qint64 limit = std::max(static_cast<int>(text.size()), kMaxReplaced);
+  FilledReferences filled;
   for (int count = 0; count < kMaxReplacements; ++count) {
     const int start = result.indexOf(QLatin1String("$["));
     if (start < 0)
@@ -307,7 +347,7 @@ QString AbstractFeature::ApplyEntityReplacement(const QString& text) const {
       break;
 
     const qint64 growth = qint64{value.size() - token.size()} * result.count(token);
-    if (value.contains(token) || result.size() + growth > limit)
+    if (!filled.Add(token, value) || result.size() + growth > limit)
       break;
     result.replace(token, value);
   }

@@ -135,7 +135,7 @@ public:
 
   /// The text with each reference of the form `$[key]` filled in: `$[name]`, `$[id]`, and the keys
   /// of the extended data. Ends at the first reference that it can't fill in or that's malformed,
-  /// and where values that refer to each other would go on for ever.
+  /// and where a value holds its own reference, be it through others.
   QString ApplyEntityReplacement(const QString& text) const;
 
   /// Source of a description that is fetched apart. An empty URL drops it; another one drops the

@@ -287,16 +287,19 @@ TEST_F(FeatureTest, EntityReplacement) {
 }
 
 TEST_F(FeatureTest, EntityReplacementEndsForValuesThatHoldReferences) {
-  const char* names[] = {"$[name]", "x$[name]$[name]", "$[id]"};
+  const char* names[] = {"$[name]", "x$[name]$[name]", "$[id]", "$[id]$[id]"};
   const char* ids[] = {"", "$[name]$[name]", "$[name]"};
   for (const char* name : names) {
     for (const char* id : ids) {
       SCOPED_TRACE(QString("%1 %2").arg(name, id).toStdString());
       RefPtr<Placemark> feature(new Placemark(KmlId(id, "http://a"), QString()));
       feature->SetName(name);
-      EXPECT_LE(feature->ApplyEntityReplacement("$[id] $[name]").size(), 1 << 21);
+      EXPECT_LE(feature->ApplyEntityReplacement("$[id] $[name]").size(), 1 << 10);
     }
   }
+  const RefPtr<Placemark> large(new Placemark(KmlId("$[name]", "http://a"), QString()));
+  large->SetName(QString(1500000, 'n'));
+  EXPECT_EQ(3000002, large->ApplyEntityReplacement("<$[name]$[id]>").size());
 }
 
 TEST_F(FeatureTest, SharedStylesAreBoundByReference) {
