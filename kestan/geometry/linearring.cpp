@@ -27,7 +27,8 @@ LinearRing::LinearRing(const KmlId& id, const QString& baseUrl)
     : LinearRing(nullptr, id, baseUrl) {}
 
 LinearRing::LinearRing(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
-    : LineString(GetClassSchema(), id, baseUrl), counterClockwise_(false), orientationDirty_(true) {
+    : LineString(GetClassSchema(), id, baseUrl), counterClockwise_(false), orientationDirty_(true),
+      edgesDirty_(false) {
   if (feature)
     AddOwner(*feature);
   NotifyPostCreate();
@@ -35,7 +36,14 @@ LinearRing::LinearRing(AbstractFeature* feature, const KmlId& id, const QString&
 
 LinearRing::~LinearRing() { NotifyPreDelete(); }
 
+const mmvector<bool>* LinearRing::GetEdgeFlags() const {
+  if (edgesDirty_)
+    CalculateEdgeFlags();
+  return edgeFlags_.empty() ? nullptr : &edgeFlags_;
+}
+
 void LinearRing::SetEdgeFlags(const unsigned char* flags, int count) {
+  edgesDirty_ = false;
   edgeFlags_.clear();
   const auto isSet = [](unsigned char flag) { return flag != 0; };
   if (count < 1 || std::none_of(flags, flags + count, isSet))
@@ -47,8 +55,10 @@ void LinearRing::SetEdgeFlags(const unsigned char* flags, int count) {
 bool LinearRing::IsInner() const { return GetBit(kBitRingRole) && !IsOuter(); }
 
 bool LinearRing::IsOuter() const {
+  if (!GetBit(kBitRingRole))
+    return false;
   const auto* polygon = static_cast<const Polygon*>(GetOwner(0));
-  return GetBit(kBitRingRole) && polygon && polygon->GetOuterBoundary() == this;
+  return polygon && polygon->GetOuterBoundary() == this;
 }
 
 bool LinearRing::IsCounterClockwise() const {
@@ -57,8 +67,11 @@ bool LinearRing::IsCounterClockwise() const {
   orientationDirty_ = false;
   double doubleArea = 0.0;
   if (GetCoordCount() > 3) {
+    // Seen from one of the positions, since the products of small rings cancel each other out.
+    const Vec3<double> origin = At(0);
     for (int i = 1; i < GetCoordCount(); ++i)
-      doubleArea += At(i - 1).x * At(i).y - At(i - 1).y * At(i).x;
+      doubleArea += (At(i - 1).x - origin.x) * (At(i).y - origin.y) -
+                    (At(i - 1).y - origin.y) * (At(i).x - origin.x);
   }
   counterClockwise_ = doubleArea >= 0.0;
   return counterClockwise_;
@@ -99,7 +112,8 @@ int LinearRing::AddCoord(int index, const Vec3<double>& coord) {
 
 void LinearRing::DelCoord(int index) {
   const int count = GetCoordCount();
-  if (index < 0 || index > count - 2)
+  const int last = count == 2 ? 1 : count - 2;
+  if (index < 0 || index > last)
     return;
   const int selected = GetSelectedCoord();
   if (selected == index && index == 0)
@@ -131,14 +145,15 @@ GeoBoundingBox<double> LinearRing::GetBBox() const { return CachedBBox(!GetBit(k
 
 void LinearRing::NotifyFieldChanged(const Field& field) {
   if (&field == &LinearRingSchema::GetSingleton().hiddenEdgeList) {
-    CalculateEdgeFlags();
+    edgesDirty_ = true;
   } else if (&field == &LineStringSchema::GetSingleton().coordinates) {
     orientationDirty_ = true;
     // The list may come before the positions that it speaks of.
     const auto edges = static_cast<std::size_t>(std::max(GetCoordCount() - 1, 0));
     const bool hasEdgeState = !edgeFlags_.empty() || !hiddenEdgeList_.empty();
     if (hasEdgeState && edgeFlags_.size() != edges)
-      CalculateEdgeFlags();
+      edgesDirty_ = true;
+    ClampSelection(GetCoordCount() - 1);
   }
   LineString::NotifyFieldChanged(field);
 }
@@ -159,7 +174,8 @@ bool LinearRing::IsClosed() const {
          etalmostEquald(At(0).z, At(last).z);
 }
 
-void LinearRing::CalculateEdgeFlags() {
+void LinearRing::CalculateEdgeFlags() const {
+  edgesDirty_ = false;
   edgeFlags_.clear();
   if (hiddenEdgeList_.empty() || GetCoordCount() < 1)
     return;

@@ -21,7 +21,7 @@ public:
   ~LinearRing() override;
 
   /// One bit an edge, true for a hidden one; null while all edges are visible.
-  const mmvector<bool>* GetEdgeFlags() const { return edgeFlags_.empty() ? nullptr : &edgeFlags_; }
+  const mmvector<bool>* GetEdgeFlags() const;
   /// Hides the edges whose flag isn't 0. The list that is written stays as it was read.
   void SetEdgeFlags(const unsigned char* flags, int count);
   /// The indices of hidden edges as read.
@@ -40,7 +40,7 @@ public:
   void SetCoord(int index, const Vec3<double>& coord) override;
   void SetCoordLonLat(int index, double longitude, double latitude) override;
   int AddCoord(int index, const Vec3<double>& coord) override;
-  /// The closing position can't be deleted by its own index. Of two positions both go.
+  /// The closing position can't be deleted by its own index. Of two positions both go with either.
   void DelCoord(int index) override;
   /// The closing position can't be selected.
   void SetSelectedCoord(int index) override;
@@ -55,12 +55,13 @@ private:
   friend class LinearRingSchema;
 
   bool IsClosed() const;
-  void CalculateEdgeFlags();
+  void CalculateEdgeFlags() const;
 
-  mmvector<bool> edgeFlags_;
+  mutable mmvector<bool> edgeFlags_;
   mmvector<unsigned short> hiddenEdgeList_;
   mutable bool counterClockwise_ : 1;
   mutable bool orientationDirty_ : 1;
+  mutable bool edgesDirty_ : 1;
 };
 
 } // namespace vorrel::kestan

@@ -134,6 +134,12 @@ void LineString::NotifyCoordsChanged() {
   NotifyFieldChanged(LineStringSchema::GetSingleton().coordinates);
 }
 
+void LineString::NotifyFieldChanged(const Field& field) {
+  if (&field == &LineStringSchema::GetSingleton().coordinates)
+    ClampSelection(GetCoordCount());
+  Geometry::NotifyFieldChanged(field);
+}
+
 GeoBoundingBox<double> LineString::GetBBox() const { return CachedBBox(true); }
 
 const GeoBoundingBox<double>& LineString::CachedBBox(bool acrossDateLine) const {

@@ -34,6 +34,7 @@ public:
   int GetCoordCount() const override { return static_cast<int>(coords_.size()); }
   void NotifyCoordsChanged() override;
   GeoBoundingBox<double> GetBBox() const override;
+  void NotifyFieldChanged(const Field& field) override;
 
   virtual void SetAltitude(int index, double altitude);
   virtual double GetAltitude(int index) const { return At(index).z; }
@@ -65,6 +66,11 @@ protected:
   const Vec3<double>& At(int index) const { return coords_[static_cast<std::size_t>(index)]; }
   /// Lets the selection follow an edit; no notice.
   void MoveSelection(int index) { selectedCoord_ = index; }
+  /// Drops a selection that isn't below `count`; no notice.
+  void ClampSelection(int count) {
+    if (selectedCoord_ >= count)
+      selectedCoord_ = -1;
+  }
   /// The box of all positions, made anew when it's out of date.
   const GeoBoundingBox<double>& CachedBBox(bool acrossDateLine) const;
 

@@ -1,5 +1,6 @@
 #include "kestan/geometry/linearring.h"
 
+#include "kestan/geometry/linestringschema.h"
 #include "kestan/geometry/polygon.h"
 #include "tests/geometry/geometrytest.h"
 
@@ -91,6 +92,38 @@ TEST_F(LinearRingTest, TheSelectionNeverReachesTheClosingPosition) {
   EXPECT_EQ(1, first->GetSelectedCoord()) << "the last before the closing one";
 }
 
+TEST_F(LinearRingTest, EitherPositionOfTwoEmptiesTheRing) {
+  for (const int index : {0, 1}) {
+    const auto ring = Ring("0,0 1,0");
+    ring->SetSelectedCoord(0);
+    ring->DelCoord(index);
+    EXPECT_EQ(0, ring->GetCoordCount());
+    EXPECT_EQ(-1, ring->GetSelectedCoord());
+  }
+  const auto single = Ring("0,0");
+  single->DelCoord(0);
+  EXPECT_EQ(1, single->GetCoordCount());
+}
+
+TEST_F(LinearRingTest, TheSelectionGoesWithItsPosition) {
+  const Vec3<double> two[] = {At(0, 0), At(1, 1)};
+  const auto ring = Ring("0,0 1,0 1,1 0,0");
+  ring->SetSelectedCoord(2);
+  ring->SetCoordCount(3);
+  EXPECT_EQ(-1, ring->GetSelectedCoord()) << "it closes the ring now";
+  const auto line =
+      ReadShape<LineString>("<LineString><coordinates>0,0 1,0 1,1</coordinates></LineString>");
+  line->SetSelectedCoord(2);
+  line->SetCoords(two, 2);
+  EXPECT_EQ(-1, line->GetSelectedCoord());
+  line->SetSelectedCoord(1);
+  line->SetCoord(0, At(5, 5));
+  EXPECT_EQ(1, line->GetSelectedCoord());
+  LineStringSchema::GetSingleton().coordinates.fromString(*line, nullptr, nullptr, "0,0", -1,
+                                                          nullptr);
+  EXPECT_EQ(-1, line->GetSelectedCoord());
+}
+
 TEST_F(LinearRingTest, HiddenEdgesMayBeListedBeforeOrBehindTheCoordinates) {
   const QString list = "<gx:hiddenEdgeList>0 2 9</gx:hiddenEdgeList>";
   const QString coords = "<coordinates>0,0 1,0 1,1 0,0</coordinates>";
@@ -129,6 +162,13 @@ TEST_F(LinearRingTest, OrientationFollowsTheCoordinates) {
   EXPECT_FALSE(ring->IsCounterClockwise());
   for (const char* flat : {"", "0,0 1,0 0,0", "0,0 1,1 2,2 0,0"})
     EXPECT_TRUE(Ring(flat)->IsCounterClockwise()) << flat;
+  // A square of a centimetre.
+  const auto small = Ring("139.7654321,35.6543211,0 139.7654322,35.6543211,0 "
+                          "139.7654322,35.6543212,0 139.7654321,35.6543212,0 "
+                          "139.7654321,35.6543211,0");
+  EXPECT_TRUE(small->IsCounterClockwise());
+  small->ReverseCoordOrder();
+  EXPECT_FALSE(small->IsCounterClockwise());
 }
 
 TEST_F(LinearRingTest, TheRoleAndTheBoxDependOnThePolygon) {
