@@ -262,6 +262,36 @@ void SchemaObject::SetInheritedShouldNotifySubFieldChanged(bool value) {
   NotifyInheritedShouldNotifySubFieldChanged();
 }
 
+bool SchemaObject::HandsDown() {
+  SchemaObject* const owner = GetOwner(0);
+  const bool isInOpen = owner && owner->GetBit(kBitBeingRead);
+  if (!isInOpen && !GetBit(kBitBeingRead))
+    return true;
+  SetBit(kBitInheritanceWaits, true);
+  if (isInOpen)
+    owner->SetBit(kBitInheritanceWaits, true);
+  return false;
+}
+
+void SchemaObject::HandDown() {
+  SetBit(kBitInheritanceWaits, false);
+  for (const Field* field : schema_->GetObjectFields()) {
+    if (field->HasFlag(Field::kNoWrite))
+      continue;
+    for (int i = 0; i < (field->IsArray() ? field->getCount(*this) : 1); ++i) {
+      const RefPtr<SchemaObject> child(field->GetObject(*this, i));
+      if (child)
+        child->NotifyOwnerChanged();
+    }
+  }
+}
+
+void SchemaObject::EndReading() {
+  SetBit(kBitBeingRead, false);
+  if (GetBit(kBitInheritanceWaits) && HandsDown())
+    HandDown();
+}
+
 void SchemaObject::NotifyFieldChanged(const Field& field) {
   const ThreadContext* context = ThreadContext::GetCurrent();
   if (!context || context->notifyEnabled)

@@ -171,9 +171,16 @@ public:
 
   /// Appends each object of the class, this one included, depth first, parents before children.
   void FindBySchema(const Schema& schema, mmvector<SchemaObject*>& out) const;
+  bool HasObservers() const { return !observers_.IsEmpty(); }
   bool UpdateInheritedVisibility();
   void UpdateInheritedShouldNotifySubFieldChanged();
   void SetInheritedShouldNotifySubFieldChanged(bool value);
+
+  // The reader tells when the object's element opens and when it has ended. In a tree that is being
+  // read nothing is handed down: nobody sees it, and each further element may change it. It goes
+  // down once, when the outermost element has ended.
+  void BeginReading() { SetBit(kBitBeingRead, true); }
+  void EndReading();
 
   // Operations that classes replace, in the order of their slots.
   void orphaned() override;
@@ -234,6 +241,8 @@ public:
   virtual bool HasRoomFor(const Field& field, bool hasId) const;
   /// The object itself, when it's a document.
   virtual Document* AsDocument() const { return nullptr; }
+  /// Brings those below up to date with all that they inherit.
+  virtual void HandDown();
 
   void WriteUnknownAttrs(WriteState& state) const;
   void WriteUnknownFieldAttrs(WriteState& state, const Field& field) const;
@@ -241,6 +250,9 @@ public:
 
 protected:
   SchemaObject(const Schema& schema, const KmlId& id, const QString& baseUrl);
+
+  /// Whether a change of what the object hands down goes down now; it's made up for if it doesn't.
+  bool HandsDown();
 
   /// First half of the destruction: the destructor of each concrete class calls it before its
   /// members go. A second call does nothing.

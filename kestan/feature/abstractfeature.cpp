@@ -518,6 +518,8 @@ void AbstractFeature::NotifyOwnerChanged() {
   UpdateInheritedRegion();
   UpdateInheritedTime();
   UpdateInheritedOpacity();
+  if (GetBit(kBitInheritanceWaits) && HandsDown())
+    HandDown();
 }
 
 void AbstractFeature::CopyNonFieldStuff(const SchemaObject& src) {

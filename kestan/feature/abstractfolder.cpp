@@ -58,6 +58,12 @@ template <class Op> void AbstractFolder::ForEachChild(Op op) const {
   }
 }
 
+/// Tells the children of a change in what they inherit.
+template <class Op> void AbstractFolder::PassOn(Op op) {
+  if (HandsDown())
+    ForEachChild(op);
+}
+
 void AbstractFolder::SetIcon(Icon* icon) { Fields().icon.CheckSet(*this, icon); }
 
 bool AbstractFolder::AddChild(AbstractFeature& child) {
@@ -142,7 +148,7 @@ bool AbstractFolder::InsertChild(int index, AbstractFeature& child) {
 }
 
 int AbstractFolder::FindChild(const AbstractFeature& child) const {
-  return child.HasOwner(*this) ? child.GetArrayIndex() : -1;
+  return Fields().children.FindObject(*this, child);
 }
 
 int AbstractFolder::GetChildCount() const { return static_cast<int>(children_.size()); }
@@ -168,30 +174,30 @@ void AbstractFolder::CollectStylesAndSchemas(WriteState& state) const {
 
 void AbstractFolder::NotifyInheritedRegionChanged() {
   const RefPtr<AbstractFeature> alive = KeepAlive();
-  ForEachChild([](AbstractFeature& child) { child.UpdateInheritedRegion(); });
+  PassOn([](AbstractFeature& child) { child.UpdateInheritedRegion(); });
   AbstractFeature::NotifyInheritedRegionChanged();
 }
 
 void AbstractFolder::NotifyInheritedTimeChanged() {
   const RefPtr<AbstractFeature> alive = KeepAlive();
-  ForEachChild([](AbstractFeature& child) { child.UpdateInheritedTime(); });
+  PassOn([](AbstractFeature& child) { child.UpdateInheritedTime(); });
   AbstractFeature::NotifyInheritedTimeChanged();
 }
 
 void AbstractFolder::NotifyInheritedOpacityChanged() {
   const RefPtr<AbstractFeature> alive = KeepAlive();
-  ForEachChild([](AbstractFeature& child) { child.UpdateInheritedOpacity(); });
+  PassOn([](AbstractFeature& child) { child.UpdateInheritedOpacity(); });
   AbstractFeature::NotifyInheritedOpacityChanged();
 }
 
 void AbstractFolder::NotifyInheritedVisibilityChanged() {
   const RefPtr<AbstractFeature> alive = KeepAlive();
-  ForEachChild([](AbstractFeature& child) { child.UpdateInheritedVisibility(); });
+  PassOn([](AbstractFeature& child) { child.UpdateInheritedVisibility(); });
   AbstractFeature::NotifyInheritedVisibilityChanged();
 }
 
 void AbstractFolder::NotifyInheritedShouldNotifySubFieldChanged() {
-  ForEachChild([](AbstractFeature& child) { child.UpdateInheritedShouldNotifySubFieldChanged(); });
+  PassOn([](AbstractFeature& child) { child.UpdateInheritedShouldNotifySubFieldChanged(); });
 }
 
 void AbstractFolder::RequireParentInheritedVisibility(bool update) {

@@ -81,6 +81,7 @@ private:
   friend class AbstractFolderSchema;
 
   template <class Op> void ForEachChild(Op op) const;
+  template <class Op> void PassOn(Op op);
 
   RefPtr<Icon> icon_;
   int syncState_ = -1;

@@ -22,6 +22,7 @@ protected:
   void Execute() override {
     if (!feature_.get())
       return;
+    feature_.get()->SetBit(kBitBalloonNotice, false);
     s_observers_.Dispatch([this](Observer& observer) {
       static_cast<BalloonVisibilityObserver&>(observer).OnNotify(feature_.get());
     });
@@ -36,10 +37,14 @@ BalloonVisibilityObserver::BalloonVisibilityObserver() { s_observers_.Add(*this)
 BalloonVisibilityObserver::~BalloonVisibilityObserver() = default;
 
 void BalloonVisibilityObserver::Notify(AbstractFeature& feature) {
+  if (feature.GetBit(kBitBalloonNotice))
+    return; // the one that waits tells of this change too
+  feature.SetBit(kBitBalloonNotice, true);
   ThreadContext* context = ThreadContext::GetCurrent();
   if (context && context != ThreadContext::GetMain()) {
     // The main thread mustn't look at the feature before it's merged.
     context->mergeNotices.push_back({RefPtr<SchemaObject>(&feature), [](SchemaObject& object) {
+                                       object.SetBit(kBitBalloonNotice, false);
                                        Notify(static_cast<AbstractFeature&>(object));
                                      }});
     return;

@@ -45,7 +45,7 @@ void Placemark::CollectStylesAndSchemas(WriteState& state) const {
 }
 
 void Placemark::NotifyInheritedRegionChanged() {
-  if (geometry_)
+  if (geometry_ && HandsDown())
     geometry_->NotifyFieldChanged(GeometrySchema::GetSingleton().region);
   AbstractFeature::NotifyInheritedRegionChanged();
 }
@@ -84,9 +84,15 @@ void Placemark::NotifyFieldChanged(const Field& field) {
 }
 
 void Placemark::NotifyInheritedVisibilityChanged() {
-  if (geometry_)
+  if (geometry_ && HandsDown())
     geometry_->UpdateInheritedVisibility();
   AbstractFeature::NotifyInheritedVisibilityChanged();
+}
+
+void Placemark::HandDown() {
+  AbstractFeature::HandDown();
+  if (geometry_ && GetInheritedRegion())
+    geometry_->NotifyFieldChanged(GeometrySchema::GetSingleton().region);
 }
 
 } // namespace vorrel::kestan

@@ -32,6 +32,7 @@ public:
   bool IsTimedFeature() const override;
   void NotifyFieldChanged(const Field& field) override;
   void NotifyInheritedVisibilityChanged() override;
+  void HandDown() override;
 
 private:
   friend class PlacemarkSchema;

@@ -14,6 +14,17 @@ template class SchemaT<Geometry, NoInstancePolicy, NoDerivedPolicy>;
 template class ObjField<Geometry>;
 template class ObjArrayField<Geometry>;
 
+namespace {
+
+/// Whether anybody hears of a change in the object, which climbs from owner to owner.
+bool IsHeard(const SchemaObject* object) {
+  while (object && !object->HasObservers())
+    object = object->GetOwner(0);
+  return object != nullptr;
+}
+
+} // namespace
+
 GeometrySchema::GeometrySchema() : SchemaT("Geometry", nullptr, Namespace::kKml) {
   name.SetDefault(QString());
   drawOrder.SetDefault(0);
@@ -90,7 +101,10 @@ void Geometry::NotifyFieldChanged(const Field& field) {
   if (movesBounds) {
     SetBit(kBitGeometryDirty, true);
     SchemaObject* const owner = GetOwner(0);
-    if (owner && owner->isOfType(GetClassSchema()))
+    // A collection that is out of date tells those around it again only where somebody listens:
+    // else each change in a deep nest would climb from every level.
+    if (owner && owner->isOfType(GetClassSchema()) &&
+        (!owner->GetBit(kBitGeometryDirty) || IsHeard(owner)))
       owner->NotifyFieldChanged(schema.bound);
   }
   SchemaObject::NotifyFieldChanged(field);

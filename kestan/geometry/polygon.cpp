@@ -98,6 +98,11 @@ void Polygon::RequireParentInheritedVisibility(bool update) {
   Geometry::RequireParentInheritedVisibility(update);
 }
 
+void Polygon::NotifyInheritedVisibilityChanged() {
+  ForEachRing([](LinearRing& ring) { ring.UpdateInheritedVisibility(); });
+  Geometry::NotifyInheritedVisibilityChanged();
+}
+
 void Polygon::accept(GeometryVisitorConst& visitor) const { visitor.visit(*this); }
 
 void Polygon::accept(GeometryVisitor& visitor) { visitor.visit(*this); }

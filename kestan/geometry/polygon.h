@@ -44,6 +44,7 @@ public:
   void MakeCounterClockwise();
 
   void RequireParentInheritedVisibility(bool update) override;
+  void NotifyInheritedVisibilityChanged() override;
   void accept(GeometryVisitorConst& visitor) const override;
   void accept(GeometryVisitor& visitor) override;
   double GetAltitudeOffset() const override;

@@ -14,7 +14,15 @@ struct TagInfo {
   TagInfo(RefPtr<SchemaObject> objectMade, SchemaObject* parentObject, const Field* parentField,
           int place)
       : object(std::move(objectMade)), parent(parentObject), parent_field(parentField),
-        index(place) {}
+        index(place) {
+    object->BeginReading();
+  }
+  TagInfo(TagInfo&&) = default;
+  TagInfo& operator=(TagInfo&&) = delete;
+  ~TagInfo() {
+    if (object)
+      object->EndReading();
+  }
 
   /// The mark of a field of `object` in `filled`.
   static std::uint64_t GetMark(const Field& field) {
