@@ -103,6 +103,26 @@ bool Kml::HasRoomFor(const Field& field, bool hasId) const {
          SchemaObject::HasRoomFor(field, hasId);
 }
 
+void Kml::WriteKml(WriteState& state) const {
+  for (const Field* field : GetSchema().GetSerializedFields())
+    field->WriteKml(*this, state);
+  if (!feature_) // which has been given what no class understands
+    WriteUnknownFields(state);
+}
+
+void Kml::WriteStylesAndSchemas(WriteState& state, const QString& path) const {
+  if (!feature_) {
+    WriteKml(state);
+    return;
+  }
+  for (const Field* field : GetSchema().GetSerializedFields()) {
+    if (field == &KmlSchema::GetSingleton().feature)
+      feature_->WriteStylesAndSchemas(state, path);
+    else
+      field->WriteKml(*this, state);
+  }
+}
+
 void Kml::NotifyFieldChanged(const Field& field) {
   const KmlSchema& fields = KmlSchema::GetSingleton();
   QString error;

@@ -1,7 +1,10 @@
 #include "kestan/core/kestanoptions.h"
 #include "kestan/feature/kmlschema.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/read/kmlhandler.h"
 #include "tests/support/kmltest.h"
+
+#include <utility>
 
 namespace vorrel::kestan {
 
@@ -45,6 +48,29 @@ TEST_F(KmlRootTest, TheHintComesBack) {
   KestanOptionsContext::kestanOptions.hintTarget.Set("mars");
   EXPECT_TRUE(Write(*plain).contains(" hint=\"target=mars\">"));
   KestanOptionsContext::kestanOptions.hintTarget.Reset();
+}
+
+TEST_F(KmlRootTest, TheRootIsWrittenWithAllThatItHolds) {
+  const QByteArray kml =
+      "<kml hint=\"target=sky\"><DocumentSource>there</DocumentSource><q/><Placemark>"
+      "<name>n</name></Placemark></kml>";
+  QByteArray text = kml;
+  QByteArray former;
+  for (int round = 0; round < 2; ++round) {
+    KmlHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, nullptr);
+    const auto feature =
+        ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                              static_cast<std::size_t>(text.size()));
+    ASSERT_TRUE(feature) << handler.GetErrorText().toStdString();
+    EXPECT_TRUE(feature->isOfType(Placemark::GetClassSchema()));
+    former = std::exchange(text, Write(*handler.GetRoot()).toUtf8());
+    EXPECT_EQ(1, text.count("<kml")) << text.toStdString();
+    EXPECT_EQ(1, text.count("<q>") + text.count("<q/>")) << text.toStdString();
+    EXPECT_TRUE(text.contains("<DocumentSource>there</DocumentSource>"));
+    EXPECT_TRUE(text.contains("hint=\"target=sky\""));
+    EXPECT_TRUE(text.contains("<name>n</name>"));
+  }
+  EXPECT_EQ(former, text);
 }
 
 } // namespace vorrel::kestan
