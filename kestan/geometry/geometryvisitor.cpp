@@ -24,88 +24,63 @@ template <class Base, class Visitor> void VisitBase(Visitor& visitor, Base& geom
 
 } // namespace
 
-GeometryVisitor::~GeometryVisitor() = default;
+template <bool kConst> BasicGeometryVisitor<kConst>::~BasicGeometryVisitor() = default;
 
-void GeometryVisitor::visit(Geometry&) {}
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<Geometry>&) {}
 
-void GeometryVisitor::visit(Point& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(LineString& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(LinearRing& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(Polygon& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(MultiGeometry& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(MultiPoint& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(MultiLineString& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(MultiPolygon& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(Model& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(DioramaObject& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(Track& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-void GeometryVisitor::visit(MultiTrack& geometry) { VisitBase<Geometry>(*this, geometry); }
-
-bool GeometryVisitor::ShouldVisitBaseClass(Geometry&) { return true; }
-
-GeometryVisitorConst::~GeometryVisitorConst() = default;
-
-void GeometryVisitorConst::visit(const Geometry&) {}
-
-void GeometryVisitorConst::visit(const Point& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<Point>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const LineString& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<LineString>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const LinearRing& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<LinearRing>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const Polygon& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<Polygon>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const MultiGeometry& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<MultiGeometry>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const MultiPoint& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<MultiPoint>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const MultiLineString& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<MultiLineString>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const MultiPolygon& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<MultiPolygon>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const Model& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<Model>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const DioramaObject& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<DioramaObject>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const Track& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<Track>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-void GeometryVisitorConst::visit(const MultiTrack& geometry) {
-  VisitBase<const Geometry>(*this, geometry);
+template <bool kConst> void BasicGeometryVisitor<kConst>::visit(Shape<MultiTrack>& geometry) {
+  VisitBase<Shape<Geometry>>(*this, geometry);
 }
 
-bool GeometryVisitorConst::ShouldVisitBaseClass(const Geometry&) { return true; }
+template <bool kConst> bool BasicGeometryVisitor<kConst>::ShouldVisitBaseClass(Shape<Geometry>&) {
+  return true;
+}
+
+template class BasicGeometryVisitor<false>;
+template class BasicGeometryVisitor<true>;
 
 } // namespace vorrel::kestan
