@@ -108,7 +108,7 @@ AbstractFeatureSchema::AbstractFeatureSchema()
   opacity.SetDefault(1.0F);
 
   const auto react = [this](const Field& field, Reaction reaction) {
-    reactions_[field.GetIndex()] = reaction;
+    reactions_.at(field.GetIndex()) = reaction;
   };
   react(styleUrl, &AbstractFeature::OnStyleUrlChanged);
   react(region, &AbstractFeature::UpdateInheritedRegion);
@@ -466,7 +466,7 @@ bool AbstractFeature::HasRoomFor(const Field& field, bool hasId) const {
 void AbstractFeature::NotifyFieldChanged(const Field& field) {
   const AbstractFeatureSchema& fields = Fields();
   const auto reaction =
-      &field.GetSchema() == &fields ? fields.reactions_[field.GetIndex()] : nullptr;
+      &field.GetSchema() == &fields ? fields.reactions_.at(field.GetIndex()) : nullptr;
   if (!reaction) {
     SchemaObject::NotifyFieldChanged(field);
     return;
