@@ -30,8 +30,8 @@ public:
   static double Run(double maxSeconds);
 
   /// Sets what to call when a job comes in, or when something becomes due sooner than all that
-  /// waited so far. It is called on the thread that caused it; it should only make the main thread
-  /// call `Run` soon. None by default.
+  /// waited so far; at once when something waits already. It is called on the thread that caused
+  /// it; it should only make the main thread call `Run` soon. None by default.
   static void SetWaker(std::function<void()> waker);
 
   /// Drops all that waits without running it. For the end of a client, on its main thread.
@@ -50,12 +50,15 @@ protected:
   /// the task isn't about to run.
   virtual ~PumpTask();
 
-  /// Puts the task into the queue, or moves it when it is there. From any thread.
-  void Schedule(double delaySeconds);
+  static constexpr double kOnce = -1.0;
+
+  /// Puts the task into the queue, or moves it when it is there. Unless it is to run `kOnce`, it is
+  /// back in the queue, for so many seconds later, whenever it runs. From any thread.
+  void Schedule(double delaySeconds, double repeatSeconds = kOnce);
   void Unschedule();
   bool IsScheduled() const;
 
-  /// Runs on the main thread, when the task is out of the queue. It may end the task.
+  /// Runs on the main thread. It may end the task.
   virtual void OnDue() = 0;
   /// The queue is cleared, and the task out of it.
   virtual void OnDropped() {}
@@ -66,6 +69,7 @@ private:
   using Clock = std::chrono::steady_clock;
 
   Clock::time_point due_;
+  double repeat_ = kOnce;
   std::uint64_t turn_ = 0; // order of entry into the queue; 0 when outside
 };
 

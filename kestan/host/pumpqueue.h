@@ -20,12 +20,12 @@ public:
   static PumpQueue& Get();
 
   void SetWaker(std::function<void()> waker);
-  void Schedule(PumpTask& task, Clock::time_point due);
+  void Schedule(PumpTask& task, double delaySeconds, double repeatSeconds);
   void Unschedule(PumpTask& task);
   bool IsScheduled(const PumpTask& task);
   void AddJob(RefPtr<AbstractJob> job);
 
-  double Run(Clock::time_point deadline);
+  double Run(double maxSeconds);
   void Clear();
 
 private:
@@ -37,6 +37,7 @@ private:
   PumpTask* TakeDue(std::uint64_t lastTurn);
   RefPtr<AbstractJob> TakeJob();
   double SecondsToNext();
+  void Insert(PumpTask& task, Clock::time_point due);
   void Remove(PumpTask& task);
 
   std::mutex mutex_;

@@ -4,6 +4,7 @@
 #include "kestan/host/timer.h"
 
 #include <algorithm>
+#include <mutex>
 
 namespace vorrel {
 
@@ -68,7 +69,7 @@ SettingModifier Setting::GetModifier() const {
 void Setting::NotifyChanged() {
   if (System::IsMainThread())
     Execute();
-  else
+  else if (!IsPending()) // a notice that waits stays where it is, and tells this change too
     Timer::Execute(*this, 0.0);
 }
 

@@ -7,7 +7,6 @@
 
 #include <QString>
 
-#include <mutex>
 #include <vector>
 
 namespace vorrel {

@@ -2,8 +2,6 @@
 
 #include "kestan/host/pump.h"
 
-#include <atomic>
-
 namespace vorrel {
 
 class SyncMethod;
@@ -23,7 +21,7 @@ public:
   /// Starts, or starts anew, so that `Fire` is called after `delaySeconds` from now. Unless it is
   /// `singleShot`, that repeats; calls that were missed aren't made up for.
   void Start(double delaySeconds, bool singleShot);
-  void Stop();
+  void Stop() { Unschedule(); }
   /// True while a call of `Fire` is to come.
   bool IsActive() const { return IsScheduled(); }
 
@@ -36,12 +34,9 @@ protected:
   virtual void Fire() = 0;
 
 private:
-  static constexpr double kSingleShot = -1.0;
-
-  void OnDue() final;
+  void OnDue() final { Fire(); }
 
   const char* const name_;
-  std::atomic<double> interval_{kSingleShot};
 };
 
 } // namespace vorrel

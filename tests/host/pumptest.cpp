@@ -198,6 +198,10 @@ TEST_F(PumpTest, TheWakerIsCalledWhenSomethingIsDueSooner) {
   EXPECT_EQ(2, woken);
   GetDefaultJobScheduler().AddJob(new Slices(log, 'j', 1));
   EXPECT_EQ(3, woken);
+  // Whoever comes late hears of what waits already.
+  int wokenLate = 0;
+  Pump::SetWaker([&wokenLate] { ++wokenLate; });
+  EXPECT_EQ(1, wokenLate);
 }
 
 TEST_F(PumpTest, OnlyTheMainThreadRunsThings) {

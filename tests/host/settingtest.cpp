@@ -1,6 +1,7 @@
 #include "kestan/host/pump.h"
 #include "kestan/host/settings.h"
 #include "kestan/host/system.h"
+#include "kestan/host/timer.h"
 
 #include <gtest/gtest.h>
 
@@ -47,6 +48,23 @@ TEST_F(SettingTest, ObserversHearOfChangesOnlyAndOnTheMainThread) {
   EXPECT_EQ(2, counter.count);
   Pump::Run(1.0);
   EXPECT_EQ(3, counter.count);
+  EXPECT_EQ("9", counter.last);
+}
+
+TEST_F(SettingTest, ChangesWithoutPauseHoldUpNoNotice) {
+  struct Next final : SyncMethod {
+    explicit Next(const Counter& c) : SyncMethod("Next"), counter(c) {}
+    void Execute() override { noticesBefore = counter.count; }
+    const Counter& counter;
+    int noticesBefore = -1;
+  };
+  Next next(counter);
+  std::thread([this] { level.Set(8); }).join();
+  Timer::Execute(next, 0.0);
+  std::thread([this] { level.Set(9); }).join();
+  Pump::Run(1.0);
+  EXPECT_EQ(1, next.noticesBefore);
+  EXPECT_EQ(1, counter.count);
   EXPECT_EQ("9", counter.last);
 }
 
