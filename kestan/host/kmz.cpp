@@ -24,7 +24,7 @@ QByteArray Unzip(QIODevice& device, const QString& archiveName, const QString& e
   QByteArray bytes;
   if (Archive archive(device); !archive.IsOpen())
     reason = tr("it is no archive", "Reason why an entry of a KMZ file can't be read");
-  else if (!archive.Find(entry))
+  else if (!archive.Find(entry) && !archive.Find(archive.GetDocumentFolder() + entry))
     reason = tr("there is no such file in the archive",
                 "Reason why an entry of a KMZ file can't be read");
   else
@@ -40,9 +40,7 @@ QByteArray Unzip(QIODevice& device, const QString& archiveName, const QString& e
 
 QStringList List(QIODevice& device) {
   QStringList names;
-  Archive archive(device);
-  for (bool more = archive.First(); more; more = archive.Next()) {
-    const QString name = archive.Name();
+  for (const QString& name : Archive(device).GetNames()) {
     if (!name.endsWith(QLatin1Char('/')) && !name.endsWith(QLatin1Char('\\')))
       names.append(name);
   }

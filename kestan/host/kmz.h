@@ -12,8 +12,8 @@
 /// `kmzwriter.h`. Nothing is ever unpacked into a file.
 ///
 /// Entry names are compared without regard to case, with "/" for backslashes and without "/" or
-/// "./" in front, since archives in the wild have all of these. All operations are safe from any
-/// thread.
+/// "./" in front, and composed letters count as decomposed ones do, since archives in the wild have
+/// all of these. All operations are safe from any thread.
 namespace vorrel::kmz {
 
 /// What an entry may unpack to, as a guard against archives made to fill the memory.
@@ -37,10 +37,12 @@ KESTAN_EXPORT bool IsKmzData(const void* data, std::size_t size);
 KESTAN_EXPORT bool IsKmzFile(const QString& path, bool* exists = nullptr);
 
 /// The bytes of an entry. A null `entry` asks for the document: "doc.kml" at the root, or else the
-/// first entry with a name that ends in ".kml".
+/// first entry with a name that ends in ".kml" outside the folder "__MACOSX". A name that isn't
+/// there is looked for in the document's folder, where its references begin.
 ///
 /// On failure the result is null and `error`, when given, gets a text for the user: no archive, no
-/// such entry, a damaged or encrypted one, or one beyond the limits. The bytes of an empty entry
+/// such entry, one that is damaged, encrypted or packed by another method than deflation, or one
+/// beyond the limits. The bytes of an empty entry
 /// are empty, not null.
 KESTAN_EXPORT QByteArray UnzipBytes(const QByteArray& bytes, const QString& entry,
                                     QString* error = nullptr);

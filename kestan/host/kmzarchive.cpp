@@ -1,57 +1,26 @@
 #include "kestan/host/kmzarchive.h"
 
 #include "kestan/host/kmz.h"
+#include "kestan/host/kmzdirectory.h"
 #include "kestan/host/tr.h"
 
 #include <QIODevice>
-#include <QScopedValueRollback>
 #include <QtEndian>
 
-#include <minizip/unzip.h>
+#include <zlib.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace vorrel::kmz {
 
 namespace {
 
-constexpr qint64 kLargestByteArray = (qint64(1) << 31) - (qint64(1) << 20);
+constexpr quint16 kStored = 0;
+constexpr quint16 kDeflated = 8;
 
-/// Stands in an archive's fields of 32 bits for what doesn't fit; the value is elsewhere then.
-constexpr quint64 kElsewhere = 0xFFFFFFFF;
-
-voidpf OpenDevice(voidpf, const void* device, int) { return const_cast<void*>(device); }
-
-uLong WriteDevice(voidpf, voidpf, const void*, uLong) { return 0; }
-
-int CloseDevice(voidpf, voidpf) { return 0; }
-
-int DeviceError(voidpf, voidpf) { return 0; }
-
-/// The form of an entry's name in which two are compared.
-QString PlainName(QString name) {
-  name.replace(QLatin1Char('\\'), QLatin1Char('/'));
-  int start = 0;
-  for (;;) {
-    if (name.size() > start && name[start] == QLatin1Char('/'))
-      start += 1;
-    else if (name.size() > start + 1 && name[start] == QLatin1Char('.') &&
-             name[start + 1] == QLatin1Char('/'))
-      start += 2;
-    else
-      return name.mid(start).toCaseFolded();
-  }
-}
-
-/// Names are UTF-8 by the archive's word or by custom; old archivers wrote 8-bit names.
-QString DecodeName(const QByteArray& name) {
-  const QString text = QString::fromUtf8(name);
-  return text.contains(QChar::ReplacementCharacter) ? QString::fromLatin1(name) : text;
-}
-
-qint64 Clamped(ZPOS64_T size) {
-  constexpr ZPOS64_T kMost = ZPOS64_T(1) << 62;
-  return static_cast<qint64>(std::min(size, kMost));
+qint64 Clamped(quint64 size) {
+  return static_cast<qint64>(std::min<quint64>(size, std::numeric_limits<qint64>::max()));
 }
 
 QString Damaged() { return tr("it is damaged", "Reason why an entry of a KMZ file can't be read"); }
@@ -62,156 +31,181 @@ QString TooLarge(qint64 largest) {
       .arg(largest);
 }
 
-bool GetInfo(unzFile file, unz_file_info64& info) {
-  return unzGetCurrentFileInfo64(file, &info, nullptr, 0, nullptr, 0, nullptr, 0) == UNZ_OK;
+QString OtherMethod(quint16 method) {
+  struct Method {
+    quint16 number;
+    const char* name;
+  };
+  static constexpr Method kMethods[] = {
+      {1, "Shrink"}, {2, "Reduce"},     {3, "Reduce"},     {4, "Reduce"},
+      {5, "Reduce"}, {6, "Implode"},    {9, "Deflate64"},  {12, "bzip2"},
+      {14, "LZMA"},  {20, "Zstandard"}, {93, "Zstandard"}, {94, "MP3"},
+      {95, "XZ"},    {96, "JPEG"},      {97, "WavPack"},   {98, "PPMd"},
+  };
+  const auto* const known = std::find_if(std::begin(kMethods), std::end(kMethods),
+                                         [method](const Method& m) { return m.number == method; });
+  QString name = QString::number(method);
+  if (known != std::end(kMethods))
+    name = QLatin1String(known->name) + QStringLiteral(" (%1)").arg(name);
+  return tr("it is packed by a method that isn't supported: %1",
+            "Reason why an entry of a KMZ file can't be read; the method")
+      .arg(name);
 }
 
 /// What an entry may unpack to. The packed size that an archive tells may be wrong, but it can't
 /// exceed the archive.
-qint64 GetLargest(const unz_file_info64& info, qint64 archiveSize, const Limits& limits) {
-  const qint64 packed = std::min(Clamped(info.compressed_size), archiveSize);
+qint64 GetLargest(const DirectoryEntry& entry, qint64 archiveSize, const Limits& limits) {
+  constexpr qint64 kLargestByteArray = (qint64(1) << 31) - (qint64(1) << 20);
+  const qint64 packed = std::min(Clamped(entry.packedSize), archiveSize);
   const qint64 byRatio = packed > limits.maxEntrySize / std::max<qint64>(limits.maxRatio, 1)
                              ? limits.maxEntrySize
                              : packed * limits.maxRatio;
   return std::min({limits.maxEntrySize, std::max(byRatio, limits.freeSize), kLargestByteArray});
 }
 
+/// Goes to where the entry's bytes begin. False where there is no entry.
+bool GoToContent(QIODevice& device, const DirectoryEntry& entry) {
+  constexpr int kHeaderSize = 30;
+  constexpr quint64 kFarthest = quint64(1) << 62;
+  if (entry.offset > kFarthest || !device.seek(static_cast<qint64>(entry.offset)))
+    return false;
+  const QByteArray header = device.read(kHeaderSize);
+  if (header.size() < kHeaderSize || !header.startsWith("PK\3\4"))
+    return false;
+  const qint64 names = qint64(qFromLittleEndian<quint16>(header.constData() + 26)) +
+                       qFromLittleEndian<quint16>(header.constData() + 28);
+  return device.seek(device.pos() + names);
+}
+
+/// Undoes the packing of one entry, piece by piece.
+class Unpacker {
+public:
+  Unpacker(QIODevice& device, const DirectoryEntry& entry)
+      : device_(device), left_(Clamped(entry.packedSize)), isDeflated_(entry.method == kDeflated) {
+    isOpen_ = isDeflated_ && inflateInit2(&stream_, -MAX_WBITS) == Z_OK;
+  }
+  ~Unpacker() {
+    if (isOpen_)
+      inflateEnd(&stream_);
+  }
+  Unpacker(const Unpacker&) = delete;
+  Unpacker& operator=(const Unpacker&) = delete;
+
+  /// Answers how many bytes came: fewer than there's room for only at the end, -1 on failure.
+  int Read(char* to, int size) { return isDeflated_ ? Inflate(to, size) : Copy(to, size); }
+
+private:
+  int Copy(char* to, int size) {
+    const auto count = static_cast<int>(device_.read(to, std::min<qint64>(size, left_)));
+    left_ -= std::max(count, 0);
+    return count;
+  }
+
+  int Inflate(char* to, int size) {
+    stream_.next_out = reinterpret_cast<Bytef*>(to);
+    stream_.avail_out = static_cast<uInt>(size);
+    while (isOpen_ && !isAtEnd_ && stream_.avail_out > 0) {
+      if (stream_.avail_in == 0 && left_ > 0 && !Refill())
+        return -1;
+      const int result = inflate(&stream_, Z_NO_FLUSH);
+      isAtEnd_ = result == Z_STREAM_END;
+      if (!isAtEnd_ && result != Z_OK)
+        return -1;
+    }
+    return isOpen_ ? size - static_cast<int>(stream_.avail_out) : -1;
+  }
+
+  bool Refill() {
+    packed_.resize(static_cast<int>(std::min<qint64>(left_, kPiece)));
+    const qint64 count = device_.read(packed_.data(), packed_.size());
+    left_ -= std::max<qint64>(count, 0);
+    stream_.next_in = reinterpret_cast<Bytef*>(packed_.data());
+    stream_.avail_in = static_cast<uInt>(std::max<qint64>(count, 0));
+    return count > 0;
+  }
+
+  static constexpr qint64 kPiece = 1 << 16;
+
+  QIODevice& device_;
+  qint64 left_; ///< Of the packed bytes.
+  const bool isDeflated_;
+  bool isOpen_ = false;
+  bool isAtEnd_ = false;
+  QByteArray packed_;
+  z_stream stream_{};
+};
+
+/// The bytes of an entry of this size. Null when they aren't those that were packed.
+QByteArray Unpack(QIODevice& device, const DirectoryEntry& entry, qint64 size) {
+  // The size that the archive tells is only a hint, so that a lie costs no memory.
+  constexpr qint64 kPiece = 1 << 20;
+  constexpr qint64 kTrusted = 16 << 20;
+  Unpacker unpacker(device, entry);
+  QByteArray bytes("");
+  bytes.reserve(static_cast<int>(std::min(size, kTrusted)) + 1);
+  for (int count = 1; count > 0;) {
+    const int had = bytes.size();
+    bytes.resize(static_cast<int>(std::min(had + kPiece, size + 1)));
+    count = unpacker.Read(bytes.data() + had, bytes.size() - had);
+    bytes.resize(had + std::max(count, 0));
+    if (count < 0 || bytes.size() > size)
+      return QByteArray();
+  }
+  const auto checksum =
+      crc32(0, reinterpret_cast<const Bytef*>(bytes.constData()), static_cast<uInt>(bytes.size()));
+  return bytes.size() == size && checksum == entry.checksum ? bytes : QByteArray();
+}
+
 } // namespace
 
-long Archive::Input::Seek(void*, void* stream, quint64 offset, int origin) {
-  const auto& input = *static_cast<Input*>(stream);
-  QIODevice& device = *input.device;
-  const qint64 base = origin == ZLIB_FILEFUNC_SEEK_CUR   ? device.pos()
-                      : origin == ZLIB_FILEFUNC_SEEK_END ? device.size()
-                                                         : 0;
-  if (origin == ZLIB_FILEFUNC_SEEK_SET && offset >= kElsewhere)
-    offset += input.shift;
-  const qint64 target = base + static_cast<qint64>(offset);
-  return target >= 0 && target <= device.size() && device.seek(target) ? 0 : -1;
+Archive::Archive(QIODevice& device) : device_(device), directory_(new Directory) {
+  if (!device.isOpen() || !directory_->Read(device))
+    directory_.reset();
 }
 
-Archive::Archive(QIODevice& device) : input_{&device, 0}, size_(device.size()) {
-  const auto read = [](voidpf, voidpf stream, void* buffer, uLong size) {
-    const qint64 count = static_cast<Input*>(stream)->device->read(static_cast<char*>(buffer),
-                                                                   static_cast<qint64>(size));
-    return count < 0 ? 0 : static_cast<uLong>(count);
-  };
-  const auto tell = [](voidpf, voidpf stream) {
-    return static_cast<ZPOS64_T>(static_cast<Input*>(stream)->device->pos());
-  };
-  const auto seek = [](voidpf opaque, voidpf stream, ZPOS64_T offset, int origin) {
-    return Input::Seek(opaque, stream, offset, origin);
-  };
-  zlib_filefunc64_def functions = {OpenDevice, read,        WriteDevice, tell,
-                                   seek,       CloseDevice, DeviceError, nullptr};
-  if (device.isOpen())
-    file_ = unzOpen2_64(&input_, &functions);
+Archive::~Archive() = default;
+
+QStringList Archive::GetNames() const {
+  QStringList names;
+  if (directory_) {
+    for (const DirectoryEntry& entry : directory_->GetEntries())
+      names.append(entry.name);
+  }
+  return names;
 }
 
-Archive::~Archive() {
-  if (file_)
-    unzClose(file_);
-}
-
-bool Archive::First() { return file_ && unzGoToFirstFile(file_) == UNZ_OK; }
-
-bool Archive::Next() { return unzGoToNextFile(file_) == UNZ_OK; }
-
-QString Archive::Name() const {
-  unz_file_info64 info;
-  if (!GetInfo(file_, info))
-    return QString();
-  QByteArray name(static_cast<int>(info.size_filename), '\0');
-  if (unzGetCurrentFileInfo64(file_, &info, name.data(), info.size_filename, nullptr, 0, nullptr,
-                              0) != UNZ_OK)
-    return QString();
-  return DecodeName(name);
+QString Archive::GetDocumentFolder() const {
+  return directory_ ? directory_->GetDocumentFolder() : QString();
 }
 
 bool Archive::Find(const QString& entry) {
-  if (entry.isNull())
-    return FindDocument();
-  if (!hasIndex_)
-    MakeIndex();
-  const auto found = index_.constFind(PlainName(entry));
-  return found != index_.constEnd() && GoTo(*found);
+  entry_ = !directory_      ? nullptr
+           : entry.isNull() ? directory_->FindDocument()
+                            : directory_->Find(entry);
+  return entry_;
 }
 
-bool Archive::FindDocument() {
-  Position firstKml{};
-  bool hasKml = false;
-  for (bool more = First(); more; more = Next()) {
-    const QString name = PlainName(Name());
-    if (name == QLatin1String("doc.kml"))
-      return true;
-    if (!hasKml && name.endsWith(QLatin1String(".kml"))) {
-      firstKml = GetPosition();
-      hasKml = true;
-    }
-  }
-  return hasKml && GoTo(firstKml);
-}
-
-void Archive::MakeIndex() {
-  hasIndex_ = true;
-  for (bool more = First(); more; more = Next()) {
-    const QString name = PlainName(Name());
-    if (!index_.contains(name))
-      index_.insert(name, GetPosition());
-  }
-}
-
-Archive::Position Archive::GetPosition() const {
-  unz64_file_pos position{};
-  unzGetFilePos64(file_, &position);
-  return {position.pos_in_zip_directory, position.num_of_file};
-}
-
-bool Archive::GoTo(const Position& position) {
-  const unz64_file_pos place{position.offset, position.number};
-  return unzGoToFilePos64(file_, &place) == UNZ_OK;
-}
-
-/// Where an entry begins is told elsewhere beyond 4 GiB. minizip doesn't look there.
-quint64 Archive::GetShift() const {
-  unz_file_info64 info;
-  if (!GetInfo(file_, info) || info.size_file_extra == 0)
-    return 0;
-  QByteArray extra(static_cast<int>(info.size_file_extra), '\0');
-  if (unzGetCurrentFileInfo64(file_, &info, nullptr, 0, extra.data(), info.size_file_extra, nullptr,
-                              0) != UNZ_OK)
-    return 0;
-  constexpr int kHeader = 4;
-  constexpr int kLargeSizes = 1;
-  for (int at = 0; at + kHeader <= extra.size();) {
-    const char* const field = extra.constData() + at;
-    const int size = qFromLittleEndian<quint16>(field + 2);
-    const int before =
-        (info.uncompressed_size == kElsewhere) + (info.compressed_size == kElsewhere);
-    const int place = kHeader + 8 * before;
-    if (qFromLittleEndian<quint16>(field) == kLargeSizes && kHeader + size >= place + 8 &&
-        at + place + 8 <= extra.size()) {
-      const auto offset = qFromLittleEndian<quint64>(field + place);
-      return offset > kElsewhere && offset < static_cast<quint64>(size_) ? offset - kElsewhere : 0;
-    }
-    at += kHeader + size;
-  }
-  return 0;
+bool Archive::FindReference(const QString& entry) {
+  entry_ = directory_ ? directory_->FindReference(entry) : nullptr;
+  return entry_;
 }
 
 bool Archive::IsReadable(const Limits& limits, QString& reason) const {
-  constexpr uLong kEncrypted = 1;
-  unz_file_info64 info;
-  if (!GetInfo(file_, info)) {
+  constexpr quint16 kEncrypted = 1;
+  if (!entry_) {
     reason = Damaged();
     return false;
   }
-  if ((info.flag & kEncrypted) != 0) {
+  if ((entry_->flags & kEncrypted) != 0) {
     reason = tr("it is encrypted", "Reason why an entry of a KMZ file can't be read");
     return false;
   }
-  const qint64 largest = GetLargest(info, size_, limits);
-  if (Clamped(info.uncompressed_size) > largest) {
+  if (entry_->method != kStored && entry_->method != kDeflated) {
+    reason = OtherMethod(entry_->method);
+    return false;
+  }
+  const qint64 largest = GetLargest(*entry_, device_.size(), limits);
+  if (Clamped(entry_->size) > largest) {
     reason = TooLarge(largest);
     return false;
   }
@@ -221,52 +215,12 @@ bool Archive::IsReadable(const Limits& limits, QString& reason) const {
 QByteArray Archive::Read(const Limits& limits, QString& reason) {
   if (!IsReadable(limits, reason))
     return QByteArray();
-  unz_file_info64 info;
-  const bool known = GetInfo(file_, info);
-  // As long as the entry is open, nothing reads the directory, which may lie that far out too.
-  const QScopedValueRollback<quint64> guard(input_.shift, GetShift());
-  if (!known || unzOpenCurrentFile(file_) != UNZ_OK) {
+  const QByteArray bytes = GoToContent(device_, *entry_)
+                               ? Unpack(device_, *entry_, Clamped(entry_->size))
+                               : QByteArray();
+  if (bytes.isNull())
     reason = Damaged();
-    return QByteArray();
-  }
-  QByteArray bytes("");
-  const bool good =
-      ReadOpen(Clamped(info.uncompressed_size), GetLargest(info, size_, limits), bytes, reason);
-  // Closing tells whether the checksum was right, once all bytes were read.
-  if (unzCloseCurrentFile(file_) != UNZ_OK && good) {
-    reason = Damaged();
-    return QByteArray();
-  }
-  return good ? bytes : QByteArray();
-}
-
-/// The size that the archive tells is only a hint, so that a lie costs no memory.
-bool Archive::ReadOpen(qint64 expected, qint64 largest, QByteArray& bytes, QString& reason) {
-  constexpr int kPiece = 1 << 20;
-  constexpr qint64 kTrusted = 16 << 20;
-  bytes.reserve(static_cast<int>(std::min(expected, kTrusted)) + 1);
-  for (;;) {
-    const int had = bytes.size();
-    bytes.resize(static_cast<int>(std::min<qint64>(qint64(had) + kPiece, largest + 1)));
-    const int count =
-        unzReadCurrentFile(file_, bytes.data() + had, static_cast<unsigned>(bytes.size() - had));
-    if (count < 0) {
-      reason = Damaged();
-      return false;
-    }
-    bytes.resize(had + count);
-    if (bytes.size() > largest) {
-      reason = TooLarge(largest);
-      return false;
-    }
-    if (count == 0)
-      break;
-  }
-  if (bytes.size() != expected) {
-    reason = Damaged();
-    return false;
-  }
-  return true;
+  return bytes;
 }
 
 } // namespace vorrel::kmz

@@ -3,14 +3,18 @@
 #include "kestan/host/export.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
+#include <QStringList>
+
+#include <memory>
 
 class QIODevice;
 
 namespace vorrel::kmz {
 
+struct DirectoryEntry;
 struct Limits;
+class Directory;
 
 /// A KMZ archive that is open for reading, standing at one of its entries: for several reads of one
 /// archive. A single read is simpler with `UnzipFile` and its kin.
@@ -25,16 +29,18 @@ public:
   Archive& operator=(const Archive&) = delete;
 
   /// False when the device holds no archive; then there are no entries.
-  bool IsOpen() const { return file_ != nullptr; }
+  bool IsOpen() const { return directory_ != nullptr; }
 
-  /// Walk all entries, in the archive's order. False at the end.
-  bool First();
-  bool Next();
-  /// The name of the present entry as it stands in the archive.
-  QString Name() const;
+  /// The names of all entries, folders too, in the archive's order.
+  QStringList GetNames() const;
+  /// The folder of the archive in which its document lies, with "/" behind; empty for the root.
+  QString GetDocumentFolder() const;
+
   /// Goes to the first entry of this name, or to the document for a null name. False when there's
   /// none. Later searches for names cost no further walk through the archive.
   bool Find(const QString& entry);
+  /// The same for a name as references have it, which may be escaped where the archive's isn't.
+  bool FindReference(const QString& entry);
 
   /// True for an entry that may be unpacked within these limits; else `reason` tells the user why
   /// not. Whether its bytes are sound shows when they are read.
@@ -43,30 +49,9 @@ public:
   QByteArray Read(const Limits& limits, QString& reason);
 
 private:
-  /// What minizip reads through.
-  struct Input {
-    QIODevice* device;
-    quint64 shift; ///< For places that minizip takes from a field too small for them.
-
-    static long Seek(void* opaque, void* stream, quint64 offset, int origin);
-  };
-  struct Position {
-    quint64 offset;
-    quint64 number;
-  };
-
-  bool FindDocument();
-  void MakeIndex();
-  bool GoTo(const Position& position);
-  quint64 GetShift() const;
-  Position GetPosition() const;
-  bool ReadOpen(qint64 expected, qint64 largest, QByteArray& bytes, QString& reason);
-
-  Input input_;
-  void* file_ = nullptr; ///< minizip's.
-  qint64 size_;
-  bool hasIndex_ = false;
-  QHash<QString, Position> index_; ///< By the form of the name that is compared.
+  QIODevice& device_;
+  std::unique_ptr<Directory> directory_;
+  const DirectoryEntry* entry_ = nullptr; ///< The present one.
 };
 
 } // namespace vorrel::kmz

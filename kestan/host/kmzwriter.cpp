@@ -1,7 +1,8 @@
 #include "kestan/host/kmzwriter.h"
 
-#include <QByteArray>
+#include <QDataStream>
 #include <QIODevice>
+#include <QtEndian>
 
 #include <minizip/zip.h>
 
@@ -33,16 +34,27 @@ bool ReadFull(QIODevice& device, char* buffer, qint64 size, qint64& count) {
 
 constexpr qint64 kPiece = 1 << 18;
 
+/// The largest count that an archive's plain end has room for.
+constexpr quint16 kMostEntries = 0xFFFF;
+
+constexpr int kLocatorSize = 20;
+constexpr int kPlainEndSize = 22;
+/// What stands at the end of an archive: where its large end lies, if it has one, and its plain
+/// end.
+constexpr int kEndSize = kLocatorSize + kPlainEndSize;
+
 } // namespace
 
-Writer::Writer(QIODevice& device) : output_{&device, true} {
+Writer::Writer(QIODevice& device) : output_{&device, true, QByteArray()} {
   // minizip loses memory when a write fails, so that it doesn't hear of it: nothing more is written
   // then, and the archive is never good.
   const auto write = [](voidpf, voidpf stream, const void* buffer, uLong size) {
     auto& output = *static_cast<Output*>(stream);
     const auto count = static_cast<qint64>(size);
-    output.good =
-        output.good && output.device->write(static_cast<const char*>(buffer), count) == count;
+    const auto* const data = static_cast<const char*>(buffer);
+    output.good = output.good && output.device->write(data, count) == count;
+    if (count <= kEndSize)
+      output.end = (output.end + QByteArray(data, static_cast<int>(count))).right(kEndSize);
     return size;
   };
   const auto tell = [](voidpf, voidpf stream) {
@@ -72,7 +84,11 @@ bool Writer::Open(const QString& name, qint64 size) {
   // From here on, the packed form of a content that doesn't pack may need more than 32 bits.
   constexpr qint64 kLarge = 0xF0000000;
   const bool stored = name.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive);
-  good_ = IsGood() && zipOpenNewFileInZip4_64(file_, name.toUtf8().constData(), nullptr, nullptr, 0,
+  // Without a date, tools show the month 0.
+  constexpr uLong kFirstDay = (1U << 5) | 1U;
+  const zip_fileinfo info{{}, kFirstDay, 0, 0};
+  ++count_;
+  good_ = IsGood() && zipOpenNewFileInZip4_64(file_, name.toUtf8().constData(), &info, nullptr, 0,
                                               nullptr, 0, nullptr, stored ? 0 : Z_DEFLATED,
                                               stored ? Z_NO_COMPRESSION : Z_DEFAULT_COMPRESSION, 0,
                                               -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY,
@@ -125,7 +141,32 @@ Writer::Result Writer::Add(const QString& name, QIODevice& contents) {
 bool Writer::Close() {
   const bool closed = file_ && zipClose(file_, nullptr) == ZIP_OK;
   file_ = nullptr;
-  return closed && IsGood();
+  return closed && IsGood() && (count_ <= kMostEntries || WriteLargeEnd());
+}
+
+/// minizip writes a large end where the directory lies far out, but not all of its versions do so
+/// for many entries.
+bool Writer::WriteLargeEnd() {
+  if (output_.end.startsWith("PK\6\7"))
+    return true;
+  QByteArray end = output_.end.right(kPlainEndSize);
+  const quint64 place = static_cast<quint64>(output_.device->pos()) - kPlainEndSize;
+  QByteArray large;
+  QDataStream out(&large, QIODevice::WriteOnly);
+  out.setByteOrder(QDataStream::LittleEndian);
+  constexpr quint16 kVersion = 45;
+  constexpr quint64 kSizeFromHere = 44;
+  constexpr quint32 kNoDisk = 0;
+  out.writeRawData("PK\6\6", 4);
+  out << kSizeFromHere << kVersion << kVersion << kNoDisk << kNoDisk << count_ << count_
+      << quint64(qFromLittleEndian<quint32>(end.constData() + 12))
+      << quint64(qFromLittleEndian<quint32>(end.constData() + 16));
+  out.writeRawData("PK\6\7", 4);
+  out << kNoDisk << place << quint32(1);
+  end.replace(8, 4, "\xFF\xFF\xFF\xFF");
+  large += end;
+  QIODevice& device = *output_.device;
+  return device.seek(static_cast<qint64>(place)) && device.write(large) == large.size();
 }
 
 } // namespace vorrel::kmz

@@ -2,6 +2,7 @@
 
 #include "kestan/host/export.h"
 
+#include <QByteArray>
 #include <QString>
 
 class QIODevice;
@@ -11,7 +12,9 @@ namespace vorrel::kmz {
 /// Writes a KMZ archive, entry by entry, holding no more than a piece of one in memory.
 ///
 /// The same entries in the same order give the same bytes: nothing in the archive tells when or
-/// where it was made. Names are UTF-8, and marked as such. Thread: any, one at a time.
+/// where it was made, all are of 1980-01-01. Names are UTF-8, and marked as such. More entries, and
+/// larger ones, than a plain archive has room for make it a large one (zip64). Thread: any, one at
+/// a time.
 class KESTAN_EXPORT Writer {
 public:
   enum Result {
@@ -40,8 +43,10 @@ private:
   struct Output {
     QIODevice* device;
     bool good;
+    QByteArray end; ///< The bytes that were written last.
   };
 
+  bool WriteLargeEnd();
   bool Open(const QString& name, qint64 size);
   bool Write(const char* data, qint64 size);
 
@@ -50,6 +55,7 @@ private:
   Output output_;
   void* file_; ///< minizip's.
   bool good_;
+  quint64 count_ = 0; ///< Of the entries.
 };
 
 } // namespace vorrel::kmz

@@ -1,26 +1,54 @@
 #include "kestan/host/net.h"
 
 #include "kestan/host/kmz.h"
+#include "kestan/host/kmzarchive.h"
+#include "kestan/host/kmzcontents.h"
+#include "kestan/host/path.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
+
+#include <algorithm>
 
 namespace vorrel::net {
 
 namespace {
 
-bool IsSlash(QChar c) { return c == QLatin1Char('/') || c == QLatin1Char('\\'); }
-
 bool BeginsWith(const QString& text, const char* start) {
   return text.startsWith(QLatin1String(start), Qt::CaseInsensitive);
 }
 
-QString WithoutQuery(const QString& url) {
-  int end = 0;
-  while (end < url.size() && url[end] != QLatin1Char('?') && url[end] != QLatin1Char('#'))
-    ++end;
-  return url.left(end);
+/// Where the name of a file in a local archive ends, and its query or fragment begins.
+int GetInnerEnd(const QString& archive, const QString& inner) {
+  const auto isMark = [](QChar c) { return c == QLatin1Char('?') || c == QLatin1Char('#'); };
+  const auto first = std::find_if(inner.begin(), inner.end(), isMark);
+  if (first == inner.end() || kmz::HasReference(archive, inner))
+    return inner.size();
+  const int last =
+      static_cast<int>(std::find_if(inner.rbegin(), inner.rend(), isMark).base() - inner.begin()) -
+      1;
+  return kmz::HasReference(archive, inner.left(last)) ? last
+                                                      : static_cast<int>(first - inner.begin());
 }
+
+/// Splits a path behind the first part of it that `isArchive`.
+template <class IsArchive>
+bool Split(const QString& path, QString* kmzPath, QString* innerPath, IsArchive isArchive) {
+  const QLatin1String extension(".kmz");
+  for (int at = path.indexOf(extension, 0, Qt::CaseInsensitive); at >= 0;
+       at = path.indexOf(extension, at + 1, Qt::CaseInsensitive)) {
+    const int end = at + static_cast<int>(extension.size());
+    if (end + 1 >= path.size() || !file::IsSlash(path[end]) || !isArchive(path.left(end)))
+      continue;
+    *kmzPath = path.left(end);
+    *innerPath = path.mid(end + 1);
+    return true;
+  }
+  return false;
+}
+
+bool IsFile(const QString& path) { return QFileInfo(path).isFile(); }
 
 } // namespace
 
@@ -29,51 +57,45 @@ FileNameType GetFileNameType(const QString& name) {
     return kFileNameNetwork;
   if (BeginsWith(name, "file:"))
     return kFileNameLocalUrl;
-  if (name.size() > 1 && IsSlash(name[0]) && IsSlash(name[1]))
+  if (name.size() > 1 && file::IsSlash(name[0]) && file::IsSlash(name[1]))
     return kFileNameLocalUrl;
   if (name.startsWith(QLatin1Char('/')))
     return kFileNameLocal;
   const bool drive = name.size() > 2 && name[0].unicode() < 0x80 && name[0].isLetter() &&
-                     name[1] == QLatin1Char(':') && IsSlash(name[2]);
+                     name[1] == QLatin1Char(':') && file::IsSlash(name[2]);
   return drive ? kFileNameLocal : kFileNameOther;
 }
 
 bool Fetcher::FindInKmz(const QString& url, QString* kmzPath, QString* innerPath) {
   kmzPath->clear();
   innerPath->clear();
-  constexpr int kExtension = 4;
   // Nearly no URL gets past this look at the text.
   if (!url.contains(QLatin1String(".kmz"), Qt::CaseInsensitive))
     return false;
-
-  const bool network = ServerInfo::IsHttp(url, false);
-  QString path = WithoutQuery(url);
-  if (BeginsWith(path, "file:"))
-    path = QUrl(path).toLocalFile();
-  for (int at = path.indexOf(QLatin1String(".kmz"), 0, Qt::CaseInsensitive); at >= 0;
-       at = path.indexOf(QLatin1String(".kmz"), at + 1, Qt::CaseInsensitive)) {
-    const int end = at + kExtension;
-    if (end + 1 >= path.size() || !IsSlash(path[end]))
-      continue;
-    const QString archive = path.left(end);
-    if (!network && !QFileInfo(archive).isFile())
-      continue;
-    *kmzPath = archive;
-    *innerPath = path.mid(end + 1);
+  if (ServerInfo::IsHttp(url, false))
+    return Split(url.left(file::GetPathEnd(url)), kmzPath, innerPath,
+                 [](const QString&) { return true; });
+  if (BeginsWith(url, "file:"))
+    return Split(QUrl(url).toLocalFile(), kmzPath, innerPath, IsFile);
+  const bool mayBeEscaped = url.contains(QLatin1Char('%'));
+  if (!Split(url, kmzPath, innerPath, IsFile) &&
+      !(mayBeEscaped && Split(file::UnescapedLocal(url), kmzPath, innerPath, IsFile)))
+    return false;
+  innerPath->truncate(GetInnerEnd(*kmzPath, *innerPath));
+  if (!innerPath->isEmpty())
     return true;
-  }
+  kmzPath->clear();
   return false;
 }
 
 QByteArray Fetcher::GetBytesFromKmz(const QString& kmzPath, const QString& innerPath) {
   if (ServerInfo::IsHttp(kmzPath, false))
     return QByteArray();
-  const QByteArray bytes = kmz::UnzipFile(kmzPath, innerPath);
-  if (!bytes.isNull())
-    return bytes;
-  // References are often escaped where the names in the archive aren't.
-  const QString decoded = QUrl::fromPercentEncoding(innerPath.toUtf8());
-  return decoded != innerPath ? kmz::UnzipFile(kmzPath, decoded) : QByteArray();
+  QFile file(kmzPath);
+  file.open(QIODevice::ReadOnly);
+  kmz::Archive archive(file);
+  QString reason;
+  return archive.FindReference(innerPath) ? archive.Read(kmz::GetLimits(), reason) : QByteArray();
 }
 
 bool ServerInfo::IsHttp(const QString& url, bool schemeOnly) {

@@ -35,7 +35,8 @@ public:
   /// True when the URL addresses a file inside a KMZ archive, with the archive's path and the path
   /// inside it: a local path or "file:" URL that goes on behind an existing file with a name that
   /// ends in ".kmz", or a network URL that goes on behind a ".kmz". Both out texts are empty
-  /// otherwise. Query and fragment belong to neither.
+  /// otherwise. Query and fragment belong to neither; what looks like one may be part of a local
+  /// name, and is where there is such a file.
   static bool FindInKmz(const QString& url, QString* kmzPath, QString* innerPath);
 
   /// The bytes of a file inside a local archive; null on failure, and always for network paths.

@@ -1,12 +1,18 @@
 #include "kestan/host/path.h"
 
+#include <QFileInfo>
 #include <QStringList>
+#include <QUrl>
+
+#include <algorithm>
 
 namespace vorrel::file {
 
+bool IsSlash(QChar c) { return c == QLatin1Char('/') || c == QLatin1Char('\\'); }
+
 namespace {
 
-bool IsSlash(QChar c) { return c == QLatin1Char('/') || c == QLatin1Char('\\'); }
+constexpr QLatin1String kMarks("?#");
 
 bool IsLetter(QChar c) { return c.unicode() < 0x80 && c.isLetter(); }
 
@@ -26,14 +32,28 @@ int IndexOfSlash(const QString& text, int from, int end) {
   return from;
 }
 
+int IndexOfMark(const QString& text, QLatin1String marks, int from) {
+  const auto isMark = [marks](QChar c) {
+    return std::any_of(marks.begin(), marks.end(),
+                       [c](char mark) { return c == QLatin1Char(mark); });
+  };
+  return static_cast<int>(std::find_if(text.begin() + from, text.end(), isMark) - text.begin());
+}
+
+bool HasServer(const QString& text, int scheme, int end) {
+  return scheme > 0 && scheme + 2 < end && IsSlash(text[scheme + 1]) && IsSlash(text[scheme + 2]);
+}
+
+bool IsOnTheWeb(const QString& text) {
+  return text.startsWith(QLatin1String("http:"), Qt::CaseInsensitive) ||
+         text.startsWith(QLatin1String("https:"), Qt::CaseInsensitive);
+}
+
 /// Where the path begins that may be rewritten; the text's end when there is none.
 int PathStart(const QString& text, int end) {
   const int scheme = SchemeLength(text);
-  if (scheme > 0) {
-    const bool hasServer =
-        scheme + 2 < end && IsSlash(text[scheme + 1]) && IsSlash(text[scheme + 2]);
-    return hasServer ? IndexOfSlash(text, scheme + 3, end) : end;
-  }
+  if (scheme > 0)
+    return HasServer(text, scheme, end) ? IndexOfSlash(text, scheme + 3, end) : end;
   if (end > 2 && IsSlash(text[0]) && IsSlash(text[1]) && !IsSlash(text[2]))
     return IndexOfSlash(text, 2, end);
   // Drives have letters; what else looks like one is taken for one by whoever classifies URLs.
@@ -45,18 +65,19 @@ int PathStart(const QString& text, int end) {
 }
 
 /// Whether there is anything to do; most paths are plain already.
-bool NeedsCleanup(const QString& text, int start, int end) {
+bool NeedsCleanup(const QString& text, int start, int end, bool keepsEmpty) {
   for (int i = start; i < end; ++i) {
     if (text[i] == QLatin1Char('\\'))
       return true;
     const bool begins = i == start || text[i - 1] == QLatin1Char('/');
-    if (begins && (text[i] == QLatin1Char('.') || (i > start && text[i] == QLatin1Char('/'))))
+    const bool isEmpty = !keepsEmpty && i > start && text[i] == QLatin1Char('/');
+    if (begins && (text[i] == QLatin1Char('.') || isEmpty))
       return true;
   }
   return false;
 }
 
-QString CleanParts(const QString& path) {
+QString CleanParts(const QString& path, bool keepsEmpty) {
   const bool rooted = path.startsWith(QLatin1Char('/'));
   QStringList kept;
   const QStringList parts = path.split(QLatin1Char('/'));
@@ -65,7 +86,7 @@ QString CleanParts(const QString& path) {
     const bool last = i == parts.size() - 1;
     if (part.isEmpty()) {
       // A URL inside the path keeps the "//" behind its scheme.
-      if (last || (!kept.isEmpty() && kept.last().endsWith(QLatin1Char(':'))))
+      if (last || keepsEmpty || (!kept.isEmpty() && kept.last().endsWith(QLatin1Char(':'))))
         kept.append(part);
     } else if (part == QLatin1String(".")) {
       if (last)
@@ -88,28 +109,66 @@ QString CleanParts(const QString& path) {
   return clean.isEmpty() && !path.isEmpty() ? QStringLiteral("./") : clean;
 }
 
-} // namespace
-
-void CleanupPathname(QString& path) {
+/// Leaves as many characters as they are at the end.
+void Cleanup(QString& path, int behind) {
   // What is left may begin like a drive or a URL, of which more has to go.
   for (int before = path.size() + 1; path.size() < before;) {
     before = path.size();
-    int end = 0;
-    while (end < path.size() && path[end] != QLatin1Char('?') && path[end] != QLatin1Char('#'))
-      ++end;
+    const int end = path.size() - behind;
     const int start = PathStart(path, end);
-    if (!NeedsCleanup(path, start, end) &&
+    const bool keepsEmpty = IsOnTheWeb(path);
+    if (!NeedsCleanup(path, start, end, keepsEmpty) &&
         !QStringView(path).left(start).contains(QLatin1Char('\\')))
       return;
     const QString root = path.left(start).replace(QLatin1Char('\\'), QLatin1Char('/'));
     const QString dirty = path.mid(start, end - start).replace(QLatin1Char('\\'), QLatin1Char('/'));
-    path = root + CleanParts(dirty) + path.mid(end);
+    path = root + CleanParts(dirty, keepsEmpty) + path.mid(end);
   }
 }
+
+} // namespace
+
+int GetServerEnd(const QString& url) {
+  const int scheme = SchemeLength(url);
+  const int end = IndexOfMark(url, kMarks, 0);
+  return HasServer(url, scheme, end) ? IndexOfSlash(url, scheme + 3, end) : 0;
+}
+
+int GetPathEnd(const QString& url, QLatin1String marks, int from) {
+  int end = IndexOfMark(url, marks, from);
+  if (SchemeLength(url) > 0)
+    return end;
+  while (end < url.size()) {
+    const int partEnd = IndexOfSlash(url, end, url.size());
+    if (!QFileInfo::exists(url.left(partEnd)))
+      break;
+    end = IndexOfMark(url, marks, partEnd);
+  }
+  return end;
+}
+
+void CleanupPathname(QString& path) {
+  int end = IndexOfMark(path, kMarks, 0);
+  // Nearly no path is asked whether it exists: only where that makes a difference.
+  if (end < path.size() && NeedsCleanup(path, 0, path.size(), false))
+    end = GetPathEnd(path);
+  Cleanup(path, path.size() - end);
+}
+
+void CleanupWholePathname(QString& path) { Cleanup(path, 0); }
 
 QString Cleaned(QString path) {
   CleanupPathname(path);
   return path;
+}
+
+QString Unescaped(const QString& text, int from) {
+  const QString path = text.left(from) + QUrl::fromPercentEncoding(text.mid(from).toUtf8());
+  return Cleaned(path) == path && !path.contains(QChar(QChar::Null)) ? path : QString();
+}
+
+QString UnescapedLocal(const QString& path) {
+  return Unescaped(path, GetPathEnd(path, QLatin1String("%")));
 }
 
 } // namespace vorrel::file

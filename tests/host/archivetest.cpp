@@ -51,6 +51,79 @@ protected:
   QTemporaryDir folder_;
 };
 
+/// An entry as its archive tells of it. Values that are told in an extra field stand for themselves
+/// there, and the fields that they don't fit in say so.
+struct RawEntry {
+  QByteArray name;
+  QByteArray content;
+  QByteArray extra = {}; ///< In the directory.
+  quint16 method = 0;
+  quint16 flags = 0;
+  bool largeSizes = false;
+  bool largePlace = false;
+};
+
+QByteArray Bytes(quint64 value, int count) {
+  QByteArray bytes;
+  for (; count > 0; --count, value >>= 8)
+    bytes.append(static_cast<char>(value & 0xFF));
+  return bytes;
+}
+
+quint32 Checksum(const QByteArray& bytes) {
+  return static_cast<quint32>(
+      crc32(0, reinterpret_cast<const Bytef*>(bytes.constData()), static_cast<uInt>(bytes.size())));
+}
+
+/// An archive byte by byte, as no archiver of ours makes it.
+QByteArray MakeRaw(const std::vector<RawEntry>& entries, const QByteArray& comment = "",
+                   bool largeEnd = false) {
+  QByteArray archive;
+  QByteArray directory;
+  for (const RawEntry& e : entries) {
+    const auto size = static_cast<quint64>(e.content.size());
+    const auto place = static_cast<quint64>(archive.size());
+    const QByteArray common = Bytes(20, 2) + Bytes(e.flags, 2) + Bytes(e.method, 2) + Bytes(0, 4) +
+                              Bytes(Checksum(e.content), 4);
+    const quint64 shown = e.largeSizes ? 0xFFFFFFFF : size;
+    QByteArray large;
+    if (e.largeSizes)
+      large += Bytes(size, 8) + Bytes(size, 8);
+    if (e.largePlace)
+      large += Bytes(place, 8);
+    if (!large.isEmpty())
+      large.prepend(Bytes(1, 2) + Bytes(static_cast<quint64>(large.size()), 2));
+    const QByteArray extra = e.extra + large;
+    const QByteArray sizes =
+        Bytes(shown, 4) + Bytes(shown, 4) + Bytes(static_cast<quint64>(e.name.size()), 2);
+    archive += "PK\3\4" + common + sizes + Bytes(0, 2) + e.name + e.content;
+    directory += "PK\1\2" + Bytes(20, 2) + common + sizes +
+                 Bytes(static_cast<quint64>(extra.size()), 2) + Bytes(0, 10) +
+                 Bytes(e.largePlace ? 0xFFFFFFFF : place, 4) + e.name + extra;
+  }
+  const auto start = static_cast<quint64>(archive.size());
+  const auto size = static_cast<quint64>(directory.size());
+  const auto count = static_cast<quint64>(entries.size());
+  archive += directory;
+  if (largeEnd) {
+    archive += "PK\6\6" + Bytes(44, 8) + Bytes(45, 2) + Bytes(45, 2) + Bytes(0, 8) +
+               Bytes(count, 8) + Bytes(count, 8) + Bytes(size, 8) + Bytes(start, 8);
+    archive += "PK\6\7" + Bytes(0, 4) + Bytes(start + size, 8) + Bytes(1, 4);
+  }
+  const quint64 none = 0xFFFFFFFF;
+  archive += "PK\5\6" + Bytes(0, 4) + Bytes(largeEnd ? none : count, 2) +
+             Bytes(largeEnd ? none : count, 2) + Bytes(largeEnd ? none : size, 4) +
+             Bytes(largeEnd ? none : start, 4) + Bytes(static_cast<quint64>(comment.size()), 2) +
+             comment;
+  return archive;
+}
+
+/// The field in which archivers tell a name that their own field has no letters for.
+QByteArray UnicodePath(const QByteArray& nameItIsFor, const QByteArray& name) {
+  const QByteArray data = Bytes(1, 1) + Bytes(Checksum(nameItIsFor), 4) + name;
+  return Bytes(0x7075, 2) + Bytes(static_cast<quint64>(data.size()), 2) + data;
+}
+
 /// Holds bytes, and fails from some place on.
 class FailingDevice : public QBuffer {
 public:
@@ -131,6 +204,108 @@ TEST_F(ArchiveTest, NamedEntriesAreFoundWhateverTheSlashesAndTheCase) {
   EXPECT_FALSE(kmz::IsKmzFile(folder_.filePath("none"), &exists));
   EXPECT_FALSE(exists);
   EXPECT_TRUE(kmz::UnzipFile(folder_.filePath("none"), QString()).isNull());
+}
+
+TEST_F(ArchiveTest, NamesAreReadInTheLettersThatTheirArchiverMeant) {
+  const quint16 utf8 = 1U << 11;
+  struct Case {
+    const char* what;
+    RawEntry entry;
+    QString name;
+    bool found;
+  };
+  const QString umlaut = QString::fromUtf8("files/\xC3\xA4.png");
+  const QString apart = QString::fromUtf8("files/a\xCC\x88.png");
+  const QString drawing = QString::fromUtf8("files/\xE2\x94\x9C\xC3\xB1.png");
+  const Case cases[] = {
+      {"the code page", {"files/\x84.png", "1"}, umlaut, true},
+      {"the code page, in another case", {"files/\x8E.PNG", "1"}, umlaut, true},
+      {"marked as UTF-8", {"files/\xC3\xA4.png", "1", "", 0, utf8}, umlaut, true},
+      {"marked as UTF-8 is never the code page",
+       {"files/\xC3\xA4.png", "1", "", 0, utf8},
+       drawing,
+       false},
+      {"UTF-8 by custom", {"files/\xC3\xA4.png", "1"}, umlaut, true},
+      {"what might be UTF-8 may be the code page", {"files/\xC3\xA4.png", "1"}, drawing, true},
+      {"taken apart in the archive", {"files/a\xCC\x88.png", "1"}, umlaut, true},
+      {"taken apart in the reference", {"files/\xC3\xA4.png", "1"}, apart, true},
+      {"the field for such names",
+       {"files/_.png", "1", UnicodePath("files/_.png", "files/\xC3\xA4.png")},
+       umlaut,
+       true},
+      {"the field of a name that was changed since",
+       {"files/_.png", "1", UnicodePath("files/-.png", "files/\xC3\xA4.png")},
+       umlaut,
+       false},
+      {"its own name when the field is another name's",
+       {"files/_.png", "1", UnicodePath("files/-.png", "files/\xC3\xA4.png")},
+       "files/_.png",
+       true},
+      {"a field cut short", {"files/_.png", "1", "\x75\x70\xFF\xFF\1"}, "files/_.png", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(c.found ? QByteArray("1") : QByteArray(),
+              kmz::UnzipBytes(MakeRaw({{"doc.kml", "0"}, c.entry}), c.name));
+  }
+}
+
+TEST_F(ArchiveTest, ArchivesInTheirLargeFormAreRead) {
+  const QByteArray content = Noise(3000);
+  for (const bool largeEnd : {false, true}) {
+    for (const QByteArray& front : {QByteArray(), QByteArray("#!/bin/sh\n")}) {
+      const QByteArray archive = front + MakeRaw({{"doc.kml", content, "", 0, 0, true, false},
+                                                  {"a", content, "", 0, 0, false, true},
+                                                  {"b", content, Bytes(0, 4), 0, 0, true, true}},
+                                                 "", largeEnd);
+      for (const char* name : {"doc.kml", "a", "b"}) {
+        QString error;
+        EXPECT_EQ(content, kmz::UnzipBytes(archive, name, &error))
+            << name << ' ' << largeEnd << error.toStdString();
+      }
+      // No value of the large form may lead anywhere when it is wrong.
+      for (int i = archive.size() - 150; i < archive.size(); ++i) {
+        QByteArray damaged = archive;
+        damaged[i] = static_cast<char>(damaged[i] ^ 0x80);
+        const QByteArray bytes = kmz::UnzipBytes(damaged, "b");
+        EXPECT_TRUE(bytes.isNull() || bytes == content) << i;
+      }
+    }
+  }
+}
+
+TEST_F(ArchiveTest, ACommentMayHaveAnyLengthAndAnyText) {
+  for (const int size : {1, 65513, 65514, 65535}) {
+    QByteArray comment(size, 'c');
+    comment.replace(size / 2, 4, "PK\5\6");
+    EXPECT_EQ("1", kmz::UnzipBytes(MakeRaw({{"doc.kml", "1"}}, comment.left(size)), QString()))
+        << size;
+  }
+}
+
+TEST_F(ArchiveTest, AMethodThatIsNotSupportedIsNamed) {
+  struct Case {
+    quint16 method;
+    const char* name;
+  };
+  for (const Case& c : {Case{9, "Deflate64 (9)"}, Case{14, "LZMA (14)"}, Case{77, "77"}}) {
+    const QString error = Error(MakeRaw({{"doc.kml", "1", "", c.method}}));
+    EXPECT_TRUE(error.endsWith(QString("a method that isn't supported: ") + c.name))
+        << error.toStdString();
+  }
+}
+
+TEST_F(ArchiveTest, FoldersOfOtherPurposeHideNoDocument) {
+  EXPECT_EQ("1", kmz::UnzipBytes(MakeRaw({{"__MACOSX/._doc.kml", "0"},
+                                          {"__macosx/a/doc.kml", "0"},
+                                          {"sub/main.kml", "1"}}),
+                                 QString()));
+  // References begin where the document lies, and names at the root are found first.
+  const QByteArray archive =
+      MakeRaw({{"sub/main.kml", "1"}, {"sub/a.png", "2"}, {"sub/b.png", "3"}, {"b.png", "4"}});
+  EXPECT_EQ("2", kmz::UnzipBytes(archive, "a.png"));
+  EXPECT_EQ("4", kmz::UnzipBytes(archive, "b.png"));
+  EXPECT_EQ("3", kmz::UnzipBytes(archive, "sub/b.png"));
 }
 
 TEST_F(ArchiveTest, DamageIsAnErrorAndNeverMore) {
@@ -253,6 +428,35 @@ TEST_F(ArchiveTest, AnArchiveThatLacksAnyByteIsNotComplete) {
   for (qint64 room = 0; room <= whole.size(); ++room) {
     FailingDevice target(QIODevice::WriteOnly, room);
     EXPECT_EQ(room == whole.size(), write(target)) << room;
+  }
+}
+
+TEST_F(ArchiveTest, MoreEntriesThanAPlainEndHasRoomForMakeALargeOne) {
+  for (const int count : {65535, 65536}) {
+    QByteArray bytes;
+    QBuffer target(&bytes);
+    target.open(QIODevice::WriteOnly);
+    kmz::Writer writer(target);
+    for (int i = 0; i < count; ++i)
+      writer.Add(QString::number(i) + ".jpg", "1", 1);
+    ASSERT_TRUE(writer.Close());
+    const QString last = QString::number(count - 1) + ".jpg";
+    EXPECT_EQ("1", kmz::UnzipBytes(bytes, last));
+
+    // By the format's word, not by ours: the counts and places of all three parts of the end.
+    const int end = bytes.size() - 22;
+    const int large = end - 20 - 56;
+    const bool isLarge = bytes.mid(large, 4) == "PK\6\6";
+    EXPECT_EQ(count > 65535, isLarge);
+    EXPECT_EQ(Bytes(0xFFFF, 2), bytes.mid(end + 10, 2));
+    if (isLarge) {
+      const int directory = bytes.indexOf("PK\1\2");
+      EXPECT_EQ(Bytes(static_cast<quint64>(count), 8), bytes.mid(large + 32, 8));
+      EXPECT_EQ(Bytes(static_cast<quint64>(large - directory), 8), bytes.mid(large + 40, 8));
+      EXPECT_EQ(Bytes(static_cast<quint64>(directory), 8), bytes.mid(large + 48, 8));
+      EXPECT_EQ("PK\6\7" + Bytes(0, 4) + Bytes(static_cast<quint64>(large), 8) + Bytes(1, 4),
+                bytes.mid(end - 20, 20));
+    }
   }
 }
 

@@ -36,10 +36,14 @@ TEST(CleanupPathnameTest, RewritesThePathAndNothingElse) {
       {"%:/../b", "%:/b"},
       {"\\\\server\\share\\..\\x", "//server/x"},
       {"//server/a//b", "//server/a/b"},
-      {"http://host/a/../b//c?q=x/../y//z\\w#f/./g", "http://host/b/c?q=x/../y//z\\w#f/./g"},
+      {"http://host/a/../b//c?q=x/../y//z\\w#f/./g", "http://host/b//c?q=x/../y//z\\w#f/./g"},
       {"http://host/../../a", "http://host/a"},
       {"HTTP:\\\\host\\a", "HTTP://host/a"},
       {"http://host", "http://host"},
+      {"http://host//a//", "http://host//a//"},
+      {"https://host//a//../b", "https://host//a/b"},
+      {"http://host//..", "http://host/"},
+      {"ftp://host//a", "ftp://host/a"},
       {"http://host?u=http://x//y", "http://host?u=http://x//y"},
       {"http://proxy/http://host/a", "http://proxy/http://host/a"},
       {"file:///a/../b", "file:///b"},
@@ -80,6 +84,9 @@ TEST(NetTest, FindsFilesInsideArchives) {
   EXPECT_EQ("files/x.png", inner);
   EXPECT_TRUE(net::Fetcher::FindInKmz(
       QUrl::fromLocalFile(archive).toString(QUrl::FullyEncoded) + "/x.png", &kmz, &inner));
+  EXPECT_EQ(archive, kmz);
+  EXPECT_TRUE(net::Fetcher::FindInKmz(QString(archive).replace("A b", "A%20b") + "/x%20y.png", &kmz,
+                                      &inner));
   EXPECT_EQ(archive, kmz);
   EXPECT_TRUE(net::Fetcher::FindInKmz(folder.filePath("dir.kmz/in.kmz/y"), &kmz, &inner));
   EXPECT_EQ(folder.filePath("dir.kmz/in.kmz"), kmz);
