@@ -35,6 +35,14 @@ void CheckTypes(const QString& url, const QString& base) {
 void CheckCleanup(const QString& path) {
   QString once = path;
   file::CleanupPathname(once);
+  QString whole = path;
+  file::CleanupWholePathname(whole);
+  QString wholeTwice = whole;
+  file::CleanupWholePathname(wholeTwice);
+  const bool isSameKind = GGetUrlType(whole) == GGetUrlType(path);
+  Expect(!isSameKind || whole == wholeTwice, "cleaned again as a whole", whole, wholeTwice);
+  Expect(once.size() <= path.size() + 2 && whole.size() <= path.size() + 2, "cleaned to more", path,
+         once);
   if (GGetUrlType(once) != GGetUrlType(path)) {
     return; // what followed "a/../" looks like a scheme
   }
@@ -61,6 +69,13 @@ void CheckAbsolute(const QString& base, const QString& url) {
   Expect(SchemaObject::MakeAbsoluteUrl(base, url) == absolute, "not the same answer", base, url);
   Expect(!base.isEmpty() || GIsUrlAbsolute(url) || absolute.isEmpty(), "made of nothing", url,
          absolute);
+  const int server = net::ServerInfo::IsHttp(base, false) ? file::GetServerEnd(base) : 0;
+  const bool isRelative = GetRelativeUrlType(url, base) < kUrlNetwork;
+  Expect(server == 0 || !isRelative || absolute.startsWith(QStringView(base).left(server)),
+         "another server", base, absolute);
+  const int hash = FindFragment(base, url);
+  Expect(hash == -1 || (hash < url.size() && url[hash] == QLatin1Char('#')), "fragment", base, url);
+  Expect((hash < 0) <= !url.startsWith(QLatin1Char('#')), "no fragment", base, url);
   const bool isPlace = net::GetFileNameType(base) != net::kFileNameOther;
   if (isPlace && GetRelativeUrlType(absolute, base) >= kUrlNetwork) {
     const QString again = SchemaObject::MakeAbsoluteUrl(base, absolute);
@@ -102,7 +117,11 @@ void CheckLink(const QString& base, const QString& href, const QString& query,
   link->SetViewFormat(format);
   link->setViewParams(View());
   const QString& absolute = link->GetAbsoluteUrl();
-  Expect(absolute.startsWith(link->GetResourceUrl()), "the query stands behind", absolute, href);
+  const QString resource = link->GetResourceUrl();
+  const int hash = GGetUrlType(resource) == kUrlNetwork ? resource.indexOf(QLatin1Char('#')) : -1;
+  const QString fragment = hash < 0 ? QString() : resource.mid(hash);
+  Expect(absolute.startsWith(resource.left(hash)) && absolute.endsWith(fragment),
+         "the query stands between path and fragment", absolute, href);
   Expect(link->GetHref() == href, "the reference has changed", link->GetHref(), href);
   const RefPtr<SchemaObject> copy = link->clone(true, nullptr);
   Expect(static_cast<Link&>(*copy).GetAbsoluteUrl() == absolute, "a copy leads elsewhere",

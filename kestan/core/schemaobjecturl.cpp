@@ -36,13 +36,14 @@ KmlId SchemaObject::MakeAbsoluteId(const QString& base, const QString& id) {
 
   const auto resolve = [&base, &id] {
     const UrlType type = GGetUrlType(id);
-    if (base.isEmpty() || (type != kUrlRelative && type != kUrlFragment))
-      return KmlId(file::Cleaned(id));
-    const int hash = static_cast<int>(id.lastIndexOf(QLatin1Char('#')));
-    if (hash <= 0)
-      return KmlId(id.mid(hash + 1), base);
-    const QString url = MakeAbsoluteUrl(base, id.left(hash));
-    return KmlId(file::Cleaned(url + id.mid(hash)));
+    const bool isRelative = !base.isEmpty() && (type == kUrlRelative || type == kUrlFragment);
+    const int hash = FindFragment(isRelative ? base : QString(), id);
+    const QString name = id.mid(hash < 0 ? id.size() : hash + 1);
+    if (!isRelative)
+      return KmlId(name, file::Cleaned(id.left(hash)));
+    if (hash < 0)
+      return KmlId(id, base);
+    return KmlId(name, hash > 0 ? MakeAbsoluteUrl(base, id.left(hash)) : base);
   };
   const KmlId absolute = resolve();
   if (context) {

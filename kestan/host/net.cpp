@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <climits>
 
 namespace vorrel::net {
 
@@ -32,14 +33,17 @@ int GetInnerEnd(const QString& archive, const QString& inner) {
                                                       : static_cast<int>(first - inner.begin());
 }
 
-/// Splits a path behind the first part of it that `isArchive`.
-template <class IsArchive>
-bool Split(const QString& path, QString* kmzPath, QString* innerPath, IsArchive isArchive) {
+/// Splits a path behind the first part of it that names an archive; a local one must be there.
+bool Split(const QString& path, bool isLocal, QString* kmzPath, QString* innerPath) {
   const QLatin1String extension(".kmz");
   for (int at = path.indexOf(extension, 0, Qt::CaseInsensitive); at >= 0;
        at = path.indexOf(extension, at + 1, Qt::CaseInsensitive)) {
     const int end = at + static_cast<int>(extension.size());
-    if (end + 1 >= path.size() || !file::IsSlash(path[end]) || !isArchive(path.left(end)))
+    if (isLocal && end > PATH_MAX)
+      return false; // and there may be any number of others
+    if (end + 1 >= path.size() || !file::IsSlash(path[end]))
+      continue;
+    if (isLocal && !QFileInfo(path.left(end)).isFile())
       continue;
     *kmzPath = path.left(end);
     *innerPath = path.mid(end + 1);
@@ -47,8 +51,6 @@ bool Split(const QString& path, QString* kmzPath, QString* innerPath, IsArchive 
   }
   return false;
 }
-
-bool IsFile(const QString& path) { return QFileInfo(path).isFile(); }
 
 } // namespace
 
@@ -73,13 +75,12 @@ bool Fetcher::FindInKmz(const QString& url, QString* kmzPath, QString* innerPath
   if (!url.contains(QLatin1String(".kmz"), Qt::CaseInsensitive))
     return false;
   if (ServerInfo::IsHttp(url, false))
-    return Split(url.left(file::GetPathEnd(url)), kmzPath, innerPath,
-                 [](const QString&) { return true; });
+    return Split(url.left(file::GetPathEnd(url)), false, kmzPath, innerPath);
   if (BeginsWith(url, "file:"))
-    return Split(QUrl(url).toLocalFile(), kmzPath, innerPath, IsFile);
+    return Split(QUrl(url).toLocalFile(), true, kmzPath, innerPath);
   const bool mayBeEscaped = url.contains(QLatin1Char('%'));
-  if (!Split(url, kmzPath, innerPath, IsFile) &&
-      !(mayBeEscaped && Split(file::UnescapedLocal(url), kmzPath, innerPath, IsFile)))
+  if (!Split(url, true, kmzPath, innerPath) &&
+      !(mayBeEscaped && Split(file::UnescapedLocal(url), true, kmzPath, innerPath)))
     return false;
   innerPath->truncate(GetInnerEnd(*kmzPath, *innerPath));
   if (!innerPath->isEmpty())

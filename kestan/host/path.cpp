@@ -140,7 +140,9 @@ int GetPathEnd(const QString& url, QLatin1String marks, int from) {
     return end;
   while (end < url.size()) {
     const int partEnd = IndexOfSlash(url, end, url.size());
-    if (!QFileInfo::exists(url.left(partEnd)))
+    QString part = url.left(partEnd);
+    CleanupWholePathname(part); // is what it is asked for in the end
+    if (!QFileInfo::exists(part))
       break;
     end = IndexOfMark(url, marks, partEnd);
   }

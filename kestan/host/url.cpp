@@ -1,5 +1,6 @@
 #include "kestan/host/url.h"
 
+#include "kestan/host/kmzcontents.h"
 #include "kestan/host/net.h"
 #include "kestan/host/path.h"
 #include "kestan/host/system.h"
@@ -44,24 +45,63 @@ bool HasScheme(const QString& url) {
   return end != url.end() && *end == QLatin1Char(':');
 }
 
-/// Up to the last slash.
+bool IsLibraryUrl(const QString& url) {
+  return StartsWith(url, "root://") || StartsWith(url, "runtime://") ||
+         StartsWith(url, "flatfile://");
+}
+
+/// Up to the last slash, but never into the server.
 QString CutToDirectory(const QString& path) {
   int end = static_cast<int>(path.lastIndexOf(QLatin1Char('/')));
   if (end < 0)
     end = static_cast<int>(path.lastIndexOf(QLatin1Char('\\')));
+  const bool hasServer = !IsLibraryUrl(path) && !StartsWith(path, "file:");
+  const int server = hasServer ? file::GetServerEnd(path) : 0;
+  if (server > 0 && end < server)
+    return path.left(server) + QLatin1Char('/');
   return end < 0 ? QStringLiteral("./") : path.left(end + 1);
 }
 
+/// A relative URL behind the folder to which it is relative.
+struct Joined {
+  QString text;
+  int start; ///< Of the URL in the text.
+
+  Joined(const QString& folder, const QString& url) {
+    const bool isDoubled = url.startsWith(QLatin1Char('/')) && !IsLibraryUrl(folder);
+    text = folder + (isDoubled ? url.mid(1) : url);
+    start = text.size() - url.size();
+  }
+};
+
 /// Joins as if the base were a directory or an archive.
-QString JoinToPath(const QString& base, const QString& url) {
+Joined JoinToPath(const QString& base, const QString& url) {
   if (base.endsWith(QLatin1String(".kml"), Qt::CaseInsensitive))
-    return CutToDirectory(base) + url;
-  return base.endsWith(QLatin1Char('/')) ? base + url : base + QLatin1Char('/') + url;
+    return {CutToDirectory(base), url};
+  return {base.endsWith(QLatin1Char('/')) ? base : base + QLatin1Char('/'), url};
 }
 
 /// Joins to the directory in which the document at `base` lies.
-QString JoinToDocument(const QString& base, const QString& url) {
-  return CutToDirectory(base.section(QLatin1Char('?'), 0, 0)) + url;
+Joined JoinToDocument(const QString& base, const QString& url) {
+  return {CutToDirectory(base.left(file::GetPathEnd(base, QLatin1String("?")))), url};
+}
+
+/// Joins to a local archive. Where its document lies in a folder, references begin there, and those
+/// that lead to nothing begin at its root.
+QString JoinToArchive(const QString& archive, const QString& url) {
+  const QString root = file::Cleaned(archive) + QLatin1Char('/');
+  const QString atRoot = file::Cleaned(Joined(root, url).text);
+  const QString folder = kmz::GetDocumentFolder(archive);
+  if (folder.isEmpty())
+    return atRoot;
+  const QString inFolder = file::Cleaned(Joined(root + folder, url).text);
+  if (!inFolder.startsWith(root))
+    return inFolder;
+  QString path;
+  QString inner;
+  const bool exists =
+      net::Fetcher::FindInKmz(inFolder, &path, &inner) && kmz::HasReference(path, inner);
+  return exists ? inFolder : atRoot;
 }
 
 bool IsInside(const QString& path, const QString& directory) {
@@ -72,29 +112,44 @@ bool IsInside(const QString& path, const QString& directory) {
          path[prefix.size()] == QLatin1Char('/');
 }
 
+bool IsOwn(const QString& path) {
+  return IsInside(path, System::GetInstallPath()) || IsInside(path, System::GetResourceDirectory());
+}
+
 /// A client may keep documents away from local files that aren't its own.
 bool IsForbidden(const QString& url) {
   if (VersionInfo::AllowLocalFilesOutsideInstallation())
     return false;
-  const net::FileNameType type = net::GetFileNameType(url);
-  return (type == net::kFileNameLocal || type == net::kFileNameLocalUrl) &&
-         !IsInside(url, System::GetInstallPath()) && !IsInside(url, System::GetResourceDirectory());
+  const QString text = url.trimmed();
+  // What looks like a query may turn out to be part of a path once there is such a file.
+  QString path = text;
+  file::CleanupWholePathname(path);
+  switch (net::GetFileNameType(text)) {
+  case net::kFileNameLocal:
+  case net::kFileNameLocalUrl:
+    return !IsOwn(text) || !IsOwn(path);
+  case net::kFileNameOther:
+    return path == QLatin1String("..") || path.startsWith(QLatin1String("../"));
+  default:
+    return false;
+  }
 }
 
-QString Join(const QString& base, const QString& url) {
+QString Resolve(const QString& base, const QString& url) {
   const UrlType type = GetRelativeUrlType(url, base);
   if (type >= kUrlNetwork)
-    return url;
+    return file::Cleaned(url);
   if (base.isEmpty())
     return QString();
-  const bool isFragment = type == kUrlFragment;
-  const QString attempt = isFragment ? base : JoinToPath(base, url);
+  if (type == kUrlFragment)
+    return file::Cleaned(base) + url;
+  const QString attempt = JoinToPath(base, url).text;
   QString kmzPath;
   QString innerPath;
-  if (net::Fetcher::FindInKmz(attempt, &kmzPath, &innerPath) ||
-      (kmzPath != base && !innerPath.isEmpty()))
-    return isFragment ? attempt + url : attempt;
-  return isFragment ? base + url : JoinToDocument(base, url);
+  if (!net::Fetcher::FindInKmz(attempt, &kmzPath, &innerPath))
+    return file::Cleaned(JoinToDocument(base, url).text);
+  const bool isDocument = kmzPath == base && !net::ServerInfo::IsHttp(base, false);
+  return isDocument ? JoinToArchive(base, url) : file::Cleaned(attempt);
 }
 
 } // namespace
@@ -133,8 +188,20 @@ UrlType GetRelativeUrlType(const QString& url, const QString& base) {
 }
 
 QString ResolveUrl(const QString& base, const QString& url) {
-  const QString absolute = file::Cleaned(Join(base, url));
+  const QString absolute = Resolve(base, url);
   return IsForbidden(absolute) ? QString() : absolute;
+}
+
+int FindFragment(const QString& base, const QString& url) {
+  const QLatin1String mark("#");
+  int end = static_cast<int>(url.indexOf(mark));
+  if (end > 0 && !base.isEmpty()) {
+    const Joined joined = JoinToDocument(base, url);
+    end = file::GetPathEnd(joined.text, mark, joined.start) - joined.start;
+  } else if (end > 0) {
+    end = file::GetPathEnd(url, mark);
+  }
+  return end < url.size() ? end : -1;
 }
 
 } // namespace vorrel::kestan

@@ -26,8 +26,14 @@ KESTAN_EXPORT bool GIsUrlAbsolute(const QString& url);
 /// relative to a base that isn't local.
 KESTAN_EXPORT UrlType GetRelativeUrlType(const QString& url, const QString& base);
 
-/// The absolute form of a URL that stands in a document at `base`. Empty for a relative one without
-/// a base, and for a local file that documents may not name.
+/// The absolute form of a URL that stands in a document at `base`. A document that lies in a folder
+/// of its local archive refers to files in that folder, and then to those at the archive's root;
+/// URLs of archives from elsewhere begin at the root, since they aren't here to be asked. Empty for
+/// a relative one without a base, and for a local file that documents may not name.
 KESTAN_EXPORT QString ResolveUrl(const QString& base, const QString& url);
+
+/// Where the "#" stands that begins the fragment of such a URL; -1 when there is none. With an
+/// empty base the URL is absolute.
+KESTAN_EXPORT int FindFragment(const QString& base, const QString& url);
 
 } // namespace vorrel::kestan

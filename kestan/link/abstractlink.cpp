@@ -25,15 +25,19 @@ void AppendSeparator(QString& text, QLatin1Char separator) {
     text += separator;
 }
 
-/// Puts a query behind a URL that may have one.
+/// Puts a query behind a URL that may have one, but in front of its fragment: what stands behind
+/// that reaches no server.
 QString AppendQuery(QString url, const QString& query) {
   if (query.isEmpty())
     return url;
+  const int hash = url.indexOf(QLatin1Char('#'));
+  const QString fragment = hash < 0 ? QString() : url.mid(hash);
+  url.truncate(hash < 0 ? url.size() : hash);
   if (!url.contains(QLatin1Char('?')))
     url += QLatin1Char('?');
   else if (!url.endsWith(QLatin1Char('?')))
     AppendSeparator(url, QLatin1Char('&'));
-  return url + query;
+  return url + query + fragment;
 }
 
 } // namespace

@@ -56,7 +56,8 @@ Destination::Destination(const QString& fileName, QString& error)
     fileName_ += QLatin1String(".kml");
   error = Try();
 
-  folder_ = QFileInfo(file::Cleaned(fileName_).toLower()).absolutePath();
+  folder_ = QFileInfo(fileName_).absolutePath();
+  file::CleanupWholePathname(folder_);
   if (!folder_.endsWith(QLatin1Char('/')))
     folder_ += QLatin1Char('/');
 }

@@ -20,7 +20,7 @@ public:
 
   WriteState::WriteMode mode() const { return mode_; }
   const QString& fileName() const { return fileName_; }
-  /// Folder of the file in lower case, with a "/" behind; empty for bytes.
+  /// Folder of the file, with a "/" behind; empty for bytes.
   const QString& folder() const { return folder_; }
 
   /// Sends the text, and into an archive what travels with it. What was there before stays until

@@ -1,6 +1,7 @@
 #include "kestan/write/outputurls.h"
 
 #include "kestan/core/schemaobject.h"
+#include "kestan/host/file.h"
 #include "kestan/host/url.h"
 #include "kestan/write/destination.h"
 
@@ -12,6 +13,12 @@ bool MayLieInArchive(UrlType type) {
   return type == kUrlRelative || type == kUrlFragment || type == kUrlLocal;
 }
 
+/// Two folders may differ in nothing but the case of their names.
+bool BeginsWithFolder(const QString& url, const QString& folder) {
+  return url.startsWith(folder) || (url.startsWith(folder, Qt::CaseInsensitive) &&
+                                    file::isSame(url.left(folder.size()), folder));
+}
+
 } // namespace
 
 OutputUrls::OutputUrls(const Destination& destination, bool keepRelativeUrls)
@@ -20,8 +27,7 @@ OutputUrls::OutputUrls(const Destination& destination, bool keepRelativeUrls)
 
 QString OutputUrls::GetRelativeUrl(const QString& url) const {
   const QString& folder = destination_.folder();
-  const bool isBelow = !folder.isEmpty() && url.startsWith(folder, Qt::CaseInsensitive);
-  if (!isBelow)
+  if (folder.isEmpty() || !BeginsWithFolder(url, folder))
     return url;
   const QString path = url.mid(folder.size());
   // A reader takes the archive for a folder: what lies beside it is one level up.

@@ -13,13 +13,6 @@ namespace vorrel::kestan {
 
 namespace {
 
-/// The path that `text` stands for, escaped as references often are. Null for one that only
-/// unescaping leads upwards: it isn't what the document's rules allowed.
-QString Unescaped(const QString& text) {
-  const QString path = QUrl::fromPercentEncoding(text.toUtf8());
-  return file::Cleaned(path) == path && !path.contains(QChar(QChar::Null)) ? path : QString();
-}
-
 bool IsReadableFile(const QString& path) {
   // Only a plain file is opened: a pipe would block, a device may have no end.
   const QFileInfo info(path);
@@ -48,7 +41,7 @@ bool SourceFiles::Locate(const QString& url, SourceFile& source) {
   QString archive;
   QString inner;
   if (net::Fetcher::FindInKmz(url, &archive, &inner)) {
-    for (const QString& path : {inner, Unescaped(inner)}) {
+    for (const QString& path : {inner, file::Unescaped(inner)}) {
       QString reason;
       kmz::Archive& contents = GetArchive(archive).contents;
       if (path.isEmpty() || !contents.Find(path) || !contents.IsReadable(kmz::GetLimits(), reason))
@@ -61,7 +54,9 @@ bool SourceFiles::Locate(const QString& url, SourceFile& source) {
   }
   const bool isFileUrl = url.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
   const QString literal = isFileUrl ? file::Cleaned(QUrl(url).toLocalFile()) : url;
-  for (const QString& path : {literal, Unescaped(literal)}) {
+  const QString withoutQuery = isFileUrl ? literal : url.left(file::GetPathEnd(url));
+  for (const QString& path :
+       {literal, file::UnescapedLocal(literal), withoutQuery, file::UnescapedLocal(withoutQuery)}) {
     if (!path.isEmpty() && IsReadableFile(path)) {
       source.path = path;
       return true;

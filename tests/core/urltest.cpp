@@ -5,6 +5,7 @@
 #include "kestan/host/versioninfo.h"
 #include "tests/support/kmltest.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -87,6 +88,20 @@ TEST_F(UrlTest, UrlsAreMadeAbsolute) {
       {"http://h/a/b.kmz/doc.kml", "files/c.png", "http://h/a/b.kmz/files/c.png"},
       {"http://h/a/b.kmz", "../c.png", "http://h/a/c.png"},
       {"http://h/a/b.kmz", "#id", "http://h/a/b.kmz#id"},
+      {"http://h", "b.png", "http://h/b.png"},
+      {"http://h", "/b.png", "http://h/b.png"},
+      {"http://h?q=1/2", "b.png", "http://h/b.png"},
+      {"http://h#f", "b.png", "http://h/b.png"},
+      {"http://h.kml", "b.png", "http://h.kml/b.png"},
+      {"http://h.kml", "b.kmz/c.png", "http://h.kml/b.kmz/c.png"},
+      {"http://h\\a", "b.png", "http://h/b.png"},
+      {"ftp://h", "b.png", "ftp://h/b.png"},
+      {"http://h", "#id", "http://h#id"},
+      {"root://styles", "b.png", "root://b.png"},
+      {"http://h/a//doc.kml", "b//c.png", "http://h/a//b//c.png"},
+      {"http://h/a//doc.kml", "../b.png", "http://h/a/b.png"},
+      {"/dir//doc.kml", "b//c.png", "/dir/b/c.png"},
+      {"/none/dir?1/doc.kml", "b.png", "/none/b.png"}, // there's no such folder
       {"/dir/doc.kml", "/etc/b.png", "/etc/b.png"},
       {"C:\\dir\\doc.kml", "b.png", "C:/dir/b.png"},
       {"doc.kml", "b.png", "b.png"},
@@ -121,6 +136,51 @@ TEST_F(UrlTest, ALocalArchiveCountsAsADirectoryWhenItExists) {
   EXPECT_EQ(kmz + "/d.png", SchemaObject::MakeAbsoluteUrl(kmz, "d.png"));
 }
 
+TEST_F(UrlTest, FilesMayHaveInTheirNamesWhatBeginsAQueryOrFragment) {
+  const QTemporaryDir dir;
+  const auto make = [&dir](const QString& name) {
+    QDir(dir.path()).mkpath(QFileInfo(name).path());
+    QFile file(dir.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  };
+  struct Case {
+    const char* base;
+    const char* url;
+    const char* absolute;
+  };
+  const Case cases[] = {
+      {"C#/doc.kml", "a.png", "C#/a.png"},
+      {"C#/doc.kml", "../a.png", "a.png"},
+      {"what?/doc.kml", "a.png", "what?/a.png"},
+      {"what?/doc.kml", "../a?b#c", "a?b#c"},
+      {"what?/doc.kml", "a.png?v=../1", "what?/a.png?v=../1"},
+      {"50%/doc.kml", "a%20b.png", "50%/a%20b.png"},
+      {"n#1.kmz", "a.png", "n#1.kmz/a.png"},
+      {"q?1.kmz", "files/a.png", "q?1.kmz/files/a.png"},
+      {"doc.kml", "q?1.kmz/a#1.png", "q?1.kmz/a#1.png"},
+      {"doc.kml?x=1/2", "a.png", "a.png"},
+  };
+  for (const char* name : {"C#/doc.kml", "what?/doc.kml", "50%/doc.kml", "n#1.kmz", "q?1.kmz"})
+    make(name);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.base) + " + " + c.url);
+    EXPECT_EQ(dir.filePath(c.absolute),
+              SchemaObject::MakeAbsoluteUrl(dir.filePath(c.base), QString::fromUtf8(c.url)));
+  }
+  // The id is behind the "#" that belongs to no name; without a file, behind the first one.
+  const QString base = dir.filePath("doc.kml");
+  const auto id = [&base](const char* text) { return SchemaObject::MakeAbsoluteId(base, text); };
+  EXPECT_EQ(KmlId("s", dir.filePath("C#/doc.kml")), id("C#/doc.kml#s"));
+  EXPECT_EQ(KmlId("s", dir.filePath("C#/new.kml")), id("C#/new.kml#s"));
+  EXPECT_EQ(KmlId("s#t", dir.filePath("new.kml")), id("new.kml#s#t"));
+  EXPECT_EQ(KmlId("s", dir.filePath("C#/new.kml")),
+            SchemaObject::MakeAbsoluteId(dir.filePath("C#/doc.kml"), "new.kml#s"));
+  EXPECT_EQ(KmlId("s", dir.filePath("C#/doc.kml")),
+            SchemaObject::MakeAbsoluteId("http://h/a.kml", dir.filePath("C#/doc.kml") + "#s"));
+  EXPECT_EQ(KmlId("s", "/none/C#/other.kml"),
+            SchemaObject::MakeAbsoluteId("/none/C#/doc.kml", "other.kml#s"));
+}
+
 TEST_F(UrlTest, AClientCanKeepDocumentsInItsOwnFolders) {
   VersionInfo::Options options;
   options.allowLocalFilesOutsideInstallation = false;
@@ -131,6 +191,11 @@ TEST_F(UrlTest, AClientCanKeepDocumentsInItsOwnFolders) {
   EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("/opt/client/doc.kml", "../../etc/b.png"));
   EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("/opt/client2/doc.kml", "c.png"));
   EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("http://h/doc.kml", "file:///etc/d.png"));
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("http://h/doc.kml", " file:///etc/d.png"));
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("doc.kml", "../etc/b.png"));
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("", "/opt/client/../etc/b.png"));
+  EXPECT_EQ("", SchemaObject::MakeAbsoluteUrl("", "/opt/client/c#/../../../etc/b.png"));
+  EXPECT_EQ("b.png", SchemaObject::MakeAbsoluteUrl("doc.kml", "a/../b.png"));
   EXPECT_EQ("/opt/client/e.png", SchemaObject::MakeAbsoluteUrl("/opt/client/doc.kml", "e.png"));
   EXPECT_EQ("http://h/f.png", SchemaObject::MakeAbsoluteUrl("http://h/doc.kml", "f.png"));
   System::SetInstallPath(installed);

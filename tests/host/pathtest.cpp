@@ -100,3 +100,10 @@ TEST(NetTest, FindsFilesInsideArchives) {
     EXPECT_TRUE(kmz.isEmpty() && inner.isEmpty());
   }
 }
+
+TEST(NetTest, LooksForArchivesAtNoCostOutOfProportion) {
+  QString kmz;
+  QString inner;
+  // Each of its parts might be an archive. Asking for all of them takes minutes.
+  EXPECT_FALSE(net::Fetcher::FindInKmz(QString("a.kmz/").repeated(300000), &kmz, &inner));
+}

@@ -8,6 +8,8 @@
 #include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
 
+#include <limits>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -70,6 +72,8 @@ TEST_F(LinkTest, TheUrlHasTheQueryThatTheLinkAsksFor) {
        "http://h/a?q&v"},
       {"<href>http://h/q=1?q=1</href><httpQuery>q=1</httpQuery>", "http://h/q=1?q=1&q=1"},
       {"<href>http://h/a?q=1&amp;</href><httpQuery>q=1</httpQuery>", "http://h/a?q=1&q=1"},
+      {"<href>http://h/a#f</href><httpQuery>q</httpQuery>", "http://h/a?q#f"},
+      {"<href>http://h/a?b#f?c</href><httpQuery>q</httpQuery>", "http://h/a?b&q#f?c"},
   };
   VersionInfo::SetApp("A & B", "[language]"); // what is filled in isn't looked at again
   for (const Case& c : cases) {
@@ -173,10 +177,14 @@ TEST_F(LinkTest, ObserversHearOfViewsAndRequests) {
   FieldLog log(*link);
   link->setViewParams(SmallView());
   link->setViewParams(SmallView());
+  ViewParams nowhere = SmallView();
+  nowhere.lookatTilt = std::numeric_limits<double>::quiet_NaN();
+  link->setViewParams(nowhere);
+  link->setViewParams(nowhere);
   link->refresh();
   link->SetErrorHandle(4);
   link->SetErrorHandle(4);
-  EXPECT_EQ("bound refreshCounter errorHandle", log.take());
+  EXPECT_EQ("bound bound refreshCounter errorHandle", log.take());
   EXPECT_EQ(1, link->GetRefreshCounter());
 
   link->SetDeprecatedRefreshPeriod(30);

@@ -1,5 +1,6 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
@@ -113,7 +114,7 @@ TEST_F(DestinationTest, UrlsAreRelativeToTheFileUnlessTheyKeepTheirText) {
       {false, "x", "", "x"}, // nothing better is known
       {false, "", "http://a/b", ""},
       {false, "b.png", base + "sub/b.png", "sub/b.png"},
-      {false, "b.png", base.toUpper() + "b.png", "b.png"},
+      {false, "b.png", base.toUpper() + "b.png", base.toUpper() + "b.png"}, // isn't there
       {false, "b.png", "/elsewhere/b.png", "/elsewhere/b.png"},
       {false, "b.png", "http://a/b.png", "http://a/b.png"},
       {true, "b.png", "/elsewhere/b.png", "b.png"},
@@ -128,6 +129,24 @@ TEST_F(DestinationTest, UrlsAreRelativeToTheFileUnlessTheyKeepTheirText) {
   QByteArray bytes;
   WriteState state(bytes, QString());
   EXPECT_EQ(base + "b.png", state.RegisterUrl("b.png", base + "b.png", true));
+}
+
+TEST_F(DestinationTest, FoldersThatDifferInCaseAreOneOnlyWhereTheyLeadToOne) {
+  for (const char* name : {"Data", "data"})
+    ASSERT_TRUE(QDir(folder_.path()).mkdir(name));
+  ASSERT_TRUE(QFile::link(Path("Data"), Path("DATA")));
+  MakeFile("Data/doc.kml", "<kml><Placemark><Style><IconStyle><Icon><href>a.png</href></Icon>"
+                           "</IconStyle></Style></Placemark></kml>");
+  KmlHandler handler(Path("Data/doc.kml"), 2, nullptr, nullptr, nullptr);
+  const RefPtr<SchemaObject> tree = ExpatHandler::LoadXml(handler, nullptr, 0);
+  ASSERT_TRUE(tree);
+  const std::pair<const char*, QString> cases[] = {
+      {"Data/out.kml", "a.png"}, {"data/out.kml", Path("Data/a.png")}, {"DATA/out.kml", "a.png"}};
+  for (const auto& [out, href] : cases) {
+    EXPECT_EQ(QString(), tree->WriteKmlFile(Path(out)));
+    EXPECT_EQ("<href>" + href + "</href>", Element(QString::fromUtf8(Contents(Path(out))), "href"))
+        << out;
+  }
 }
 
 TEST_F(DestinationTest, ReferencesMeanTheSameWhereverTheyCameFromAndGo) {

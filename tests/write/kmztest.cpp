@@ -191,6 +191,54 @@ TEST_F(KmzTest, FilesInAnotherArchiveAreCopied) {
   EXPECT_EQ(Contents(outputs[0]), Contents(outputs[1]));
 }
 
+TEST_F(KmzTest, DocumentsInAFolderOfTheirArchiveReferFromThere) {
+  const QString archive = Path("in.kmz");
+  const zipFile zip = zipOpen64(QFile::encodeName(archive).constData(), APPEND_STATUS_CREATE);
+  const auto add = [zip](const char* name, const QByteArray& bytes) {
+    zipOpenNewFileInZip(zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 6);
+    zipWriteInFileInZip(zip, bytes.constData(), static_cast<unsigned>(bytes.size()));
+    zipCloseFileInZip(zip);
+  };
+  add("__MACOSX/._doc.kml", "junk");
+  add("Sub/main.kml", DocumentWith({"a.png", "both.png", "root.png", "../up.png", "n#1.png?v=2",
+                                    "b%20c.png", "../../beside.png", "none.png"}));
+  for (const char* name : {"Sub/a.png", "Sub/both.png", "both.png", "root.png", "up.png",
+                           "Sub/n#1.png", "Sub/b c.png"})
+    add(name, name);
+  zipClose(zip, nullptr);
+  MakeFile("beside.png", "beside");
+
+  const RefPtr<SchemaObject> tree = Load(archive);
+  ASSERT_TRUE(tree);
+  EXPECT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz")));
+  const char* const contents[] = {"Sub/a.png",   "Sub/both.png", "root.png", "up.png",
+                                  "Sub/n#1.png", "Sub/b c.png",  "beside"};
+  const QStringList references = References(Path("out.kmz"));
+  ASSERT_EQ(static_cast<int>(std::size(contents)) + 1, references.size());
+  for (int i = 0; i < static_cast<int>(std::size(contents)); ++i)
+    EXPECT_EQ(contents[i], kmz::UnzipFile(Path("out.kmz"), references[i])) << i;
+}
+
+TEST_F(KmzTest, LocalNamesMayHoldWhatBeginsAQuery) {
+  for (const QString folder : {"C#", "what?", "50%"}) {
+    SCOPED_TRACE(folder.toStdString());
+    const QStringList references = {"a.png", "n#1.png", "b.png?v=1#f", "c%20d.png", "e%20f.png"};
+    MakeFile(folder + "/a.png", "a");
+    MakeFile(folder + "/n#1.png", "n");
+    MakeFile(folder + "/b.png", "b");
+    MakeFile(folder + "/c d.png", "c");
+    MakeFile(folder + "/e%20f.png", "e");
+    const QString document = MakeFile(folder + "/doc.kml", DocumentWith(references));
+    // Packed, and out of an archive in such a folder packed again.
+    EXPECT_EQ(QString(), Load(document)->WriteKmlFile(Path(folder + "/x#1.kmz")));
+    EXPECT_EQ(QString(), Load(Path(folder + "/x#1.kmz"))->WriteKmlFile(Path("again.kmz")));
+    const QStringList copies = References(Path("again.kmz"));
+    ASSERT_EQ(5, copies.size());
+    for (int i = 0; i < 5; ++i)
+      EXPECT_EQ(QByteArray("anbce").mid(i, 1), kmz::UnzipFile(Path("again.kmz"), copies[i])) << i;
+  }
+}
+
 TEST_F(KmzTest, OtherReadersSeeMarkedNamesOfTheFirstDay) {
   const QByteArray pixels(5000, 'p');
   const QString odd = QString::fromUtf8("\xC3\xBC.JPG");
@@ -232,7 +280,7 @@ TEST_F(KmzTest, OtherReadersSeeMarkedNamesOfTheFirstDay) {
     ASSERT_EQ(UNZ_OK, unzGetCurrentFileInfo64(zip, &info, name.data(), 99, nullptr, 0, nullptr, 0));
     EXPECT_EQ(c.name, name.constData());
     EXPECT_EQ(c.stored ? 0U : unsigned{Z_DEFLATED}, info.compression_method);
-    EXPECT_EQ(1U << 11, info.flag & ~6U); // UTF-8; the rest tells the level
+    EXPECT_EQ(1U << 11, info.flag & ~6U);    // UTF-8; the rest tells the level
     EXPECT_EQ((1U << 5) | 1U, info.dosDate); // 1980-01-01
     EXPECT_EQ(0U, info.size_file_extra + info.size_file_comment);
     unzGoToNextFile(zip);
