@@ -20,6 +20,8 @@ template <class Visit> void ForEachCopiedField(const Schema& schema, Visit visit
   }
 }
 
+thread_local int t_clonesInWork = 0;
+
 bool Contains(const mmvector<const Field*>* fields, const Field& field) {
   return fields && std::find(fields->begin(), fields->end(), &field) != fields->end();
 }
@@ -46,8 +48,18 @@ void SchemaObject::CopyFields(SchemaObject& dst, bool deep, const mmvector<const
 RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
                                          const mmvector<const Field*>* excluded) const {
   RefPtr<SchemaObject> object = schema_->CreateInstance(GetUniqueRuntimeId(id), baseUrl_, nullptr);
-  if (object)
-    CopyFields(*object, deep, excluded, true);
+  if (!object)
+    return object;
+  // It's put together as a document is: what is inherited goes down once, when the outermost is
+  // whole.
+  object->BeginReading();
+  ++t_clonesInWork;
+  CopyFields(*object, deep, excluded, true);
+  --t_clonesInWork;
+  if (t_clonesInWork == 0)
+    object->EndReading();
+  else
+    object->SetBit(kBitBeingRead, false);
   return object;
 }
 

@@ -59,10 +59,13 @@ TEST_F(ProportionTest, WhatIsInheritedGoesDownOnceAfterReading) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     const std::uint32_t before = ObjectObserver::s_revision_counter_;
-    ASSERT_TRUE(ReadObject(c.kml.contains("%1") ? c.kml.arg(children) : c.kml))
-        << qPrintable(error());
+    const auto tree = ReadObject(c.kml.contains("%1") ? c.kml.arg(children) : c.kml);
+    ASSERT_TRUE(tree) << qPrintable(error());
     // Every notice counts.
     EXPECT_LE(ObjectObserver::s_revision_counter_ - before, 10U * (kChildren + kChanges));
+    const std::uint32_t between = ObjectObserver::s_revision_counter_;
+    tree->clone(true, nullptr);
+    EXPECT_LE(ObjectObserver::s_revision_counter_ - between, 40U * (kChildren + kChanges));
   }
 }
 
