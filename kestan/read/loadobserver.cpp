@@ -8,6 +8,7 @@
 #include "kestan/read/loadobserverloader.h"
 #include "kestan/style/styleclimbbatch.h" // many references may end in one style
 
+#include <algorithm>
 #include <mutex>
 
 namespace vorrel {
@@ -236,8 +237,19 @@ bool LoadObserver::UpdateAll(LoadObserverList* list, const IJobContinuator& cont
 }
 
 bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continuator) {
-  return UpdateAll(main.schemaLoadObservers.get(), continuator) ||
-         UpdateAll(main.styleLoadObservers.get(), continuator);
+  LoadObserverList* const lists[] = {main.schemaLoadObservers.get(), main.styleLoadObservers.get()};
+  const auto isWalking = [](const LoadObserverList* list) { return list && list->IsWalking(); };
+  if (std::none_of(std::begin(lists), std::end(lists), isWalking)) {
+    for (LoadObserverList* list : lists) {
+      if (list)
+        list->Rewind();
+    }
+  }
+  for (LoadObserverList* list : lists) {
+    if (UpdateAll(list, continuator) && std::any_of(std::begin(lists), std::end(lists), isWalking))
+      return true;
+  }
+  return false;
 }
 
 void LoadObserver::MoveToMain(ThreadContext& from, ThreadContext& main, bool lookAnew) {

@@ -82,8 +82,8 @@ public:
   /// Moves all open references of a thread that has ended its work to the main context, of which
   /// the next `UpdateAll` looks at all anew.
   static void MoveToMain(ThreadContext& from, ThreadContext& main, bool lookAnew);
-  /// Tries all that `MoveToMain` left to try, schemas before the styles. True when the continuator
-  /// stopped it: it goes on there at the next call.
+  /// Tries all that are open, schemas before the styles: for a client that has read a document on
+  /// the main thread. True when the continuator stopped it: it goes on there at the next call.
   static bool UpdateAll(ThreadContext& main, const IJobContinuator& continuator);
 
   /// One attempt to finish; true when the target was found. Then, and when the target is known not

@@ -25,6 +25,7 @@ public:
   /// Starts a walk from the front. The walk survives whatever comes and goes meanwhile; what comes
   /// isn't visited.
   void Rewind() { next_ = head_; }
+  bool IsWalking() const { return next_ != nullptr; }
   /// The next one of the walk; null at its end.
   LoadObserver* TakeNext();
 
