@@ -8,9 +8,6 @@ namespace vorrel::kestan {
 
 namespace {
 
-/// So many owners are told one by one. No document of use comes near it.
-constexpr std::size_t kBudget = std::size_t{1} << 22;
-
 thread_local StyleClimbBatch* t_outermost = nullptr;
 
 } // namespace
@@ -39,10 +36,7 @@ bool StyleClimbBatch::Takes(StyleSelector& selector) {
   // One that is built or dies can't be kept until then.
   if (!t_outermost || selector.GetRefCount() <= 0)
     return false;
-  t_outermost->told_ += static_cast<std::size_t>(selector.GetOwnerCount());
-  if (t_outermost->told_ <= kBudget)
-    return false;
-  if (t_outermost->known_.insert(&selector).second)
+  if (selector.GetOwnerCount() > 0 && t_outermost->known_.insert(&selector).second)
     t_outermost->taken_.emplace_back(&selector);
   return true;
 }

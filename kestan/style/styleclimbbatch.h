@@ -3,18 +3,15 @@
 #include "kestan/host/memory.h"
 #include "kestan/host/refptr.h"
 
-#include <cstddef>
 #include <unordered_set>
 
 namespace vorrel::kestan {
 
 class StyleSelector;
 
-/// A scope in which many selectors may change, such as the reading of a document.
-///
-/// A map with as many pairs as owners would tell its owners so often that it takes time by the
-/// square. Up to a budget each change is told at once. Beyond it, the owners of a selector hear of
-/// its changes once, when the outermost batch of the thread ends.
+/// A scope in which many selectors may change, such as the reading of a document. The owners of a
+/// selector hear of its changes once, when the outermost batch of the thread ends: a map that is
+/// read with as many pairs as owners would tell them so often that it takes time by the square.
 class StyleClimbBatch {
 public:
   StyleClimbBatch();
@@ -27,7 +24,6 @@ public:
 
 private:
   StyleClimbBatch* const outer_;
-  std::size_t told_ = 0;
   mmvector<RefPtr<StyleSelector>> taken_;
   std::unordered_set<const StyleSelector*> known_; // those that are in `taken_`
 };
