@@ -19,6 +19,11 @@ FromStringResult EnumField::fromString(SchemaObject& object, const AttributeList
   return Store(object, value, attrs, namespaces, update);
 }
 
+void EnumField::CheckSet(SchemaObject& object, const int& value, unsigned& specified) const {
+  if (!values_->getString(value).isEmpty())
+    SimpleField::CheckSet(object, value, specified);
+}
+
 QString EnumField::toString(const SchemaObject& object, int) const {
   return values_->getString(get(object));
 }

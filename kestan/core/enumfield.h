@@ -19,6 +19,11 @@ public:
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
   QString toString(const SchemaObject& object, int index) const override;
+
+  using SimpleField::CheckSet;
+  /// A value without a name, which no text could give back, changes nothing.
+  void CheckSet(SchemaObject& object, const int& value, unsigned& specified) const;
+
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
 
 private:
