@@ -3,6 +3,8 @@
 #include "kestan/core/creationobserver.h"
 #include "kestan/core/threadcontext.h"
 
+#include <utility>
+
 namespace vorrel::kestan {
 
 NotificationDeferrer::NotificationDeferrer() : thread_(System::GetCurrentThread()) {
@@ -21,6 +23,18 @@ NotificationDisabler::NotificationDisabler() : thread_(System::GetCurrentThread(
 NotificationDisabler::~NotificationDisabler() {
   if (System::GetCurrentThread() == thread_)
     --ThreadContext::GetCurrent()->disableCount;
+}
+
+UnlistedObjects::UnlistedObjects() {
+  ThreadContext& context = *ThreadContext::GetCurrent();
+  ++context.unlistedCount;
+  formerNotifyEnabled_ = std::exchange(context.notifyEnabled, false);
+}
+
+UnlistedObjects::~UnlistedObjects() {
+  ThreadContext& context = *ThreadContext::GetCurrent();
+  --context.unlistedCount;
+  context.notifyEnabled = formerNotifyEnabled_;
 }
 
 } // namespace vorrel::kestan

@@ -30,4 +30,18 @@ private:
   System::ThreadId thread_;
 };
 
+/// Objects born in its scope are their maker's alone: no id leads to them, and nobody hears of
+/// their birth or of what is set in them. So they may be handed to any thread, and go there.
+class KESTAN_EXPORT UnlistedObjects {
+public:
+  UnlistedObjects();
+  UnlistedObjects(const UnlistedObjects&) = delete;
+  UnlistedObjects& operator=(const UnlistedObjects&) = delete;
+  ~UnlistedObjects();
+
+private:
+  NotificationDisabler disabler_;
+  bool formerNotifyEnabled_;
+};
+
 } // namespace vorrel::kestan

@@ -19,8 +19,9 @@ protected:
   virtual SchemaObject* GetTarget(const SchemaObject& object) const = 0;
 };
 
-/// A reference to a `T`. The target lies in a `RefPtr<T>` member.
-template <class T> class KESTAN_EXPORT ObjUrlField final : public ObjUrlFieldBase {
+/// A reference to a `T`. The target lies in a member that answers it by `get()`.
+template <class T, class Target = RefPtr<T>>
+class KESTAN_EXPORT ObjUrlField final : public ObjUrlFieldBase {
 public:
   ObjUrlField(Schema& schema, const QString& name, unsigned offset, Field::Type type,
               unsigned flags, unsigned targetOffset);

@@ -95,6 +95,8 @@ void SchemaObject::orphaned() {
 /// Only for an object with an id.
 void SchemaObject::AddToObjectHash(std::uint32_t hashValue) {
   ThreadContext* context = ThreadContext::GetCurrent();
+  if (context->unlistedCount != 0)
+    return;
   SchemaObject* present = context->find(hashValue, GetKmlId());
   if (present == this)
     return;
@@ -309,6 +311,13 @@ void SchemaObject::NotifySubFieldChanged(SchemaObject& changed, const Field& fie
 
 bool SchemaObject::HasRoomFor(const Field& field, bool) const {
   return field.IsArray() || field.HasFlag(Field::kNoWrite) || !field.GetObject(*this, -1);
+}
+
+void SchemaObject::FinishCreation(bool notify) {
+  if (notify)
+    NotifyPostCreate();
+  else
+    SetBit(kBitNoCreationNotify, true);
 }
 
 void SchemaObject::NotifyPostCreate() { CreationObserver::NotifyPostCreate(*this); }

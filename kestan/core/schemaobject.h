@@ -251,6 +251,10 @@ public:
 protected:
   SchemaObject(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
+  /// End of a constructor with a choice: announces the object, or marks it as one that nobody hears
+  /// of.
+  void FinishCreation(bool notify);
+
   /// Whether a change of what the object hands down goes down now; it's made up for if it doesn't.
   bool HandsDown();
 

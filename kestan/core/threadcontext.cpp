@@ -63,7 +63,6 @@ bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator) {
   main.deferred.insert(main.deferred.end(), std::make_move_iterator(deferred.begin()),
                        std::make_move_iterator(deferred.end()));
   deferred.clear();
-  styleCache.reset(); // watches objects that are the main thread's now
   for (const MergeNotice& notice : mmvector<MergeNotice>(std::move(mergeNotices))) {
     if (notice.object->GetRefCount() > 1)
       notice.send(*notice.object);

@@ -52,6 +52,7 @@ public:
 
   int disableCount = 0;                    ///< Open `NotificationDisabler`s.
   int deferCount = 0;                      ///< Open `NotificationDeferrer`s.
+  int unlistedCount = 0;                   ///< Open `UnlistedObjects`.
   mmvector<RefPtr<SchemaObject>> deferred; ///< Objects that wait for their creation notice.
 
   /// A notice that the main thread sends once it has the object, unless nobody else holds that
@@ -64,7 +65,7 @@ public:
 
   bool replaceDuplicates = true; ///< A newer object wins over one with the same id.
 
-  std::unique_ptr<StyleCache> styleCache; ///< The last style that was merged; null until then.
+  std::unique_ptr<StyleCache> styleCache; ///< The last styles that were merged; null until then.
 
   // The last arguments and results of the URL rules.
   QString lastUrl;
