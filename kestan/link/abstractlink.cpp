@@ -174,14 +174,16 @@ QString AbstractLink::ComposeQuery() const {
   return query + ExpandViewFormat(format, view);
 }
 
-const QString& AbstractLink::GetAbsoluteUrl() const {
+QString AbstractLink::GetAbsoluteUrl() const {
   if (!urlDirty_)
     return absoluteUrl_;
+  const QString url = GetResourceUrl();
+  return GGetUrlType(url) == kUrlNetwork ? AppendQuery(url, ComposeQuery()) : url;
+}
+
+void AbstractLink::KeepAbsoluteUrl() {
+  absoluteUrl_ = GetAbsoluteUrl();
   urlDirty_ = false;
-  absoluteUrl_ = GetResourceUrl();
-  if (GGetUrlType(absoluteUrl_) == kUrlNetwork)
-    absoluteUrl_ = AppendQuery(absoluteUrl_, ComposeQuery());
-  return absoluteUrl_;
 }
 
 void AbstractLink::MarkChanged(const Field& field) {

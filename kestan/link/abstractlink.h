@@ -50,7 +50,7 @@ public:
 
   /// The URL to fetch: the reference made absolute and, for a server, with its query for the
   /// present view. Empty when there is no reference, or it can't be resolved.
-  const QString& GetAbsoluteUrl() const;
+  QString GetAbsoluteUrl() const;
   /// The same without anything that query and view add to it.
   virtual QString GetResourceUrl() const;
 
@@ -79,8 +79,12 @@ protected:
 
   QString href_;
   unsigned fieldsSpecified_ = 0;
-  mutable QString absoluteUrl_; // cache of GetAbsoluteUrl
-  mutable bool urlDirty_ = false;
+  /// Keeps what `GetAbsoluteUrl` has to say, until something changes it. No thread that only asks
+  /// does so.
+  void KeepAbsoluteUrl();
+
+  QString absoluteUrl_;
+  bool urlDirty_ = false; // what is kept isn't right any more
 
 private:
   friend class AbstractLinkSchema;

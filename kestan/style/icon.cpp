@@ -21,59 +21,15 @@ template class SchemaT<Icon, NewInstancePolicy, NoDerivedPolicy>;
 template class ObjField<Icon>;
 
 unsigned Icon::s_refresh_stamp = 0;
-std::int32_t Icon::*const Icon::kSides[kSideCount] = {&Icon::x_, &Icon::y_, &Icon::w_, &Icon::h_};
+std::int32_t Icon::*const Icon::kSides[IconRectangle::kSideCount] = {&Icon::x_, &Icon::y_,
+                                                                     &Icon::w_, &Icon::h_};
 
 namespace {
-
-enum Side { kX, kY, kW, kH };
-
-const char* const kSideParameters[] = {"x=", "y=", "w=", "h="};
-constexpr int kNoRectangle[] = {0, 0, -1, -1};
-
-constexpr unsigned char SideBit(int side) { return static_cast<unsigned char>(1U << side); }
-
-constexpr char kBitmapPrefix[] = "root://icons/bitmap-";
-constexpr char kPalettePrefix[] = "root://icons/palette-";
 
 const IconSchema& Fields() { return IconSchema::GetSingleton(); }
 
 RefPtr<Icon> s_default_icon;
 RefPtr<Icon> s_default_photo_icon;
-
-bool StartsWith(const QString& text, const char* prefix) {
-  return text.startsWith(QLatin1String(prefix));
-}
-
-QString PaletteUrl(int palette) {
-  return QStringLiteral("root://icons/palette-%1.png").arg(palette);
-}
-
-/// The digit that stands at `position`; -1 for anything else there.
-int DigitAt(const QString& text, int position) {
-  if (position >= text.size())
-    return -1;
-  const ushort digit = text[position].unicode();
-  return digit >= '0' && digit <= '9' ? digit - '0' : -1;
-}
-
-ResourceRecord FindResource(const QString& name, const QString& extension) {
-  const ResourceManager* resources = GetResourceManager();
-  return resources ? resources->Find(name, extension) : ResourceRecord{};
-}
-
-/// The side that a parameter of a URL gives a value to; -1 for any other parameter.
-int SideOf(const QString& parameter, int& value) {
-  for (int side = kX; side <= kH; ++side) {
-    if (!parameter.startsWith(QLatin1String(kSideParameters[side])))
-      continue;
-    bool isNumber = false;
-    value = parameter.mid(2).toInt(&isNumber);
-    if (side == kW || side == kH)
-      value = std::max(value, -1);
-    return isNumber ? side : -1;
-  }
-  return -1;
-}
 
 /// The side that a field holds; -1 for any other field.
 int SideOf(const Field& field) {
@@ -81,15 +37,6 @@ int SideOf(const Field& field) {
   const auto place = std::find(std::begin(sides), std::end(sides), &field);
   return place == std::end(sides) ? -1 : static_cast<int>(place - std::begin(sides));
 }
-
-int LastQuery(const QString& url) { return static_cast<int>(url.lastIndexOf(QLatin1Char('?'))); }
-
-void ChopSeparators(QString& query) {
-  while (query.endsWith(QLatin1Char('&')))
-    query.chop(1);
-}
-
-QString Png() { return QLatin1String(ResourceManager::kResourceTypePng); }
 
 } // namespace
 
@@ -133,10 +80,10 @@ Icon::Icon(bool clientFlag) : Icon(QString(), true, clientFlag) {}
 Icon::Icon() : Icon(true) {}
 
 Icon::Icon(unsigned short texId, bool clientFlag)
-    : Icon(PaletteUrl(texId >> 8) + QStringLiteral("?x=%1&y=%2&w=%3&h=%3")
-                                        .arg((texId & 15) * kTileSize)
-                                        .arg(((texId >> 4) & 15) * kTileSize)
-                                        .arg(kTileSize),
+    : Icon(MakePaletteUrl(texId >> 8) + QStringLiteral("?x=%1&y=%2&w=%3&h=%3")
+                                            .arg((texId & 15) * kTileSize)
+                                            .arg(((texId >> 4) & 15) * kTileSize)
+                                            .arg(kTileSize),
            true, clientFlag) {}
 
 Icon::~Icon() { NotifyPreDelete(); }
@@ -186,10 +133,10 @@ void Icon::Shutdown() {
   s_default_photo_icon.reset();
 }
 
-void Icon::SetX(int x) { SetSide(kX, x); }
-void Icon::SetY(int y) { SetSide(kY, y); }
-void Icon::SetW(int w) { SetSide(kW, std::max(w, -1)); }
-void Icon::SetH(int h) { SetSide(kH, std::max(h, -1)); }
+void Icon::SetX(int x) { SetSide(IconRectangle::kX, x); }
+void Icon::SetY(int y) { SetSide(IconRectangle::kY, y); }
+void Icon::SetW(int w) { SetSide(IconRectangle::kW, std::max(w, -1)); }
+void Icon::SetH(int h) { SetSide(IconRectangle::kH, std::max(h, -1)); }
 
 void Icon::SetSide(int side, int value) {
   const SimpleField<int>& field = *Fields().sides[side];
@@ -197,9 +144,8 @@ void Icon::SetSide(int side, int value) {
     field.SetTypedObject(*this, value);
     return;
   }
-  if (!(givenSides_ & SideBit(side)))
-    given_[side] = value;
-  givenSides_ |= SideBit(side);
+  if (!rectangle_.IsSet(side))
+    rectangle_.Set(side, value);
   ObjectObserver::SetSpecified(*this, fieldsSpecified_, fieldsSpecified_ | field.GetMaskBit());
 }
 
@@ -212,30 +158,32 @@ bool Icon::IsSpecifiedAgainstOthers(const Field& field) const {
   if (side < 0 || !HasSpecified(side))
     return false;
   const SimpleField<int>& older = *Fields().legacySides[side];
-  return older.get(*this) != older.GetDefault() || LastQuery(href_) >= 0;
+  return older.get(*this) != older.GetDefault() || href_.contains(QLatin1Char('?'));
 }
 
-bool Icon::HasSpecifiedX() const { return HasSpecified(kX); }
-bool Icon::HasSpecifiedY() const { return HasSpecified(kY); }
-bool Icon::HasSpecifiedW() const { return HasSpecified(kW); }
-bool Icon::HasSpecifiedH() const { return HasSpecified(kH); }
+bool Icon::HasSpecifiedX() const { return HasSpecified(IconRectangle::kX); }
+bool Icon::HasSpecifiedY() const { return HasSpecified(IconRectangle::kY); }
+bool Icon::HasSpecifiedW() const { return HasSpecified(IconRectangle::kW); }
+bool Icon::HasSpecifiedH() const { return HasSpecified(IconRectangle::kH); }
 
 void Icon::AdoptLegacyRectangle() {
-  for (int side = 0; side < kSideCount; ++side) {
+  for (int side = 0; side < IconRectangle::kSideCount; ++side) {
     const SimpleField<int>& legacy = *Fields().legacySides[side];
     if (!(fieldsSpecified_ & legacy.GetMaskBit()) || HasSpecified(side))
       continue;
     const int value = legacy.get(*this);
-    SetSide(side, side == kX || side == kY ? value : std::max(value, -1));
+    SetSide(side, IconRectangle::kNothing[side] == 0 ? value : std::max(value, -1));
   }
 }
 
-const QString& Icon::GetKeyText() const {
+QString Icon::GetKeyText() const {
   // What a server is asked for depends on the view, too.
   return texId_ == kImageFile && urlType_ == kUrlNetwork ? GetAbsoluteUrl() : keyText_;
 }
 
-bool Icon::operator==(const Icon& other) const { return CreateIconKey() == other.CreateIconKey(); }
+bool Icon::operator==(const Icon& other) const {
+  return this == &other || CreateIconKey() == other.CreateIconKey();
+}
 
 const LegacyScreenVec* Icon::GetHotSpotOverride() const {
   constexpr auto kFraction = LegacyScreenVec::kFraction;
@@ -248,7 +196,7 @@ const LegacyScreenVec* Icon::GetHotSpotOverride() const {
 
 QString Icon::AppendPaletteParams(const QString& url) const {
   QString result = url;
-  for (int side = 0; side < kSideCount; ++side) {
+  for (int side = 0; side < IconRectangle::kSideCount; ++side) {
     const int value = this->*kSides[side];
     if (value < 1)
       continue;
@@ -256,7 +204,7 @@ QString Icon::AppendPaletteParams(const QString& url) const {
       result += QLatin1Char('?');
     else if (!result.endsWith(QLatin1Char('&')))
       result += QLatin1Char('&');
-    result += QLatin1String(kSideParameters[side]) + QString::number(value);
+    result += QLatin1String(IconRectangle::kParameters[side]) + QString::number(value);
   }
   return result;
 }
@@ -264,36 +212,6 @@ QString Icon::AppendPaletteParams(const QString& url) const {
 QString Icon::MapPalIconToShape(short palette, int index) {
   ShowWholeImage();
   return GetShapeOfPaletteIcon(palette, index);
-}
-
-unsigned short Icon::GetOldNormal(unsigned short old) {
-  const unsigned cleared = old & 16U ? 32U : 48U;
-  return static_cast<unsigned short>(old & ~cleared);
-}
-
-unsigned short Icon::GetOldHighlight(unsigned short old) {
-  return static_cast<unsigned short>(GetOldNormal(old) | 32U);
-}
-
-int Icon::OldRowToNew(int row) {
-  constexpr int kNewRows[] = {0, 1, 1, 2, 3, 3, 4, 4};
-  return kNewRows[std::clamp(row, 0, kTilesPerSide - 1)];
-}
-
-unsigned short Icon::OldToNew(int palette, int row, int column) {
-  return static_cast<unsigned short>(OldRowToNew(row) * 16 | (column & 7) | palette << 8);
-}
-
-unsigned short Icon::OldToNew(unsigned short old) {
-  const int group = (old & 48) >> 4;
-  int row = 0;
-  if (old & 8)
-    row = group < 2 ? group + 3 : 5;
-  else if (old & 16)
-    row = old & 32 ? 7 : 6;
-  else
-    row = std::min(group, 2);
-  return OldToNew(old >> 8, row, old & 7);
 }
 
 FromStringResult Icon::fromString(const QString& text) {
@@ -306,13 +224,11 @@ void Icon::NotifyFieldChanged(const Field& field) {
   const bool isHref = &field == &AbstractLinkSchema::GetSingleton().href;
   if (isHref) {
     fromBitmapForm_ = false;
-    queryTaken_ = false;
+    rectangle_.TakeQuery(href_);
   }
   const int side = SideOf(field);
-  if (side >= 0) {
-    given_[side] = this->*kSides[side];
-    givenSides_ |= SideBit(side);
-  }
+  if (side >= 0)
+    rectangle_.Set(side, this->*kSides[side]);
   // A URL may be long, and an icon may be told of many changes. So it's looked at only where the
   // outcome can be another one.
   if (isHref || (side >= 0 && isPalette_) ||
@@ -326,14 +242,15 @@ void Icon::NotifyFieldChanged(const Field& field) {
 void Icon::merge(const SchemaObject& a, const SchemaObject& b) {
   AbstractLink::merge(a, b);
   // Each side was set on the way; only those count that one of the two has.
-  for (int side = 0; side < kSideCount; ++side) {
+  for (int side = 0; side < IconRectangle::kSideCount; ++side) {
     if (!HasSpecified(side))
-      givenSides_ &= static_cast<unsigned char>(~SideBit(side));
+      rectangle_.Forget(side);
   }
   const unsigned href = AbstractLinkSchema::GetSingleton().href.GetMaskBit();
   const SchemaObject& source = b.GetFieldsSpecified() & href ? b : a;
   if (source.isOfType(GetClassSchema()))
     makeAbsolute_ = static_cast<const Icon&>(source).makeAbsolute_;
+  urlDirty_ = true;
   update();
 }
 
@@ -345,189 +262,8 @@ void Icon::CopyNonFieldStuff(const SchemaObject& src) {
   refreshStamp_ = icon.refreshStamp_;
   makeAbsolute_ = icon.makeAbsolute_;
   fromBitmapForm_ = icon.fromBitmapForm_;
-  queryTaken_ = icon.queryTaken_;
-  hasQuery_ = icon.hasQuery_;
-  queriedSides_ = icon.queriedSides_;
-  givenSides_ = icon.givenSides_;
-  std::copy(std::begin(icon.queried_), std::end(icon.queried_), queried_);
-  std::copy(std::begin(icon.given_), std::end(icon.given_), given_);
+  rectangle_ = icon.rectangle_;
   update();
-}
-
-void Icon::update() {
-  if (!ThreadContext::GetCurrent())
-    return;
-  texId_ = kUnknownImage;
-  paletteNumber_ = -1;
-  hotSpotKind_ = kNoHotSpot;
-  wholeImage_ = false;
-  isPalette_ = false;
-  urlType_ = 0;
-  if (!queryTaken_)
-    TakeQuery();
-  ResetRectangle();
-  if (href_.isEmpty()) {
-    texId_ = kNoImage;
-    absoluteUrl_ = keyText_ = QString();
-    urlDirty_ = false;
-    return;
-  }
-  urlDirty_ = makeAbsolute_;
-  if (!makeAbsolute_)
-    absoluteUrl_ = href_;
-  keyText_ = GetAbsoluteUrl();
-  if (!absoluteUrl_.isEmpty())
-    Classify();
-}
-
-void Icon::ResetRectangle() {
-  for (int side = 0; side < kSideCount; ++side) {
-    const bool isGiven = givenSides_ & SideBit(side);
-    const bool isQueried = queriedSides_ & SideBit(side);
-    const bool isTileSize = hasQuery_ && (side == kW || side == kH) && (x_ > 0 || y_ > 0);
-    const unsigned bit = Fields().sides[side]->GetMaskBit();
-    if (isGiven || isQueried || isTileSize) {
-      this->*kSides[side] = isGiven ? given_[side] : isQueried ? queried_[side] : kTileSize;
-      fieldsSpecified_ |= bit;
-    } else {
-      this->*kSides[side] = kNoRectangle[side];
-      fieldsSpecified_ &= ~bit;
-    }
-  }
-  if (fromBitmapForm_)
-    MapOldRows();
-}
-
-void Icon::MapOldRows() {
-  x_ = std::clamp(x_ / kTileSize, 0, kTilesPerSide - 1) * kTileSize;
-  y_ = OldRowToNew(y_ / kTileSize) * kTileSize;
-}
-
-/// Of several values for one side the first counts. What is left of the reference, taken as one, is
-/// left alone: a copy shows the same.
-void Icon::TakeQuery() {
-  queryTaken_ = true;
-  queriedSides_ = 0;
-  int start = LastQuery(href_);
-  hasQuery_ = start >= 0;
-  if (!hasQuery_)
-    return;
-  // A server may mean something else by these parameters, so that it gets them all the same.
-  const QString url = makeAbsolute_ ? AbstractLink::GetResourceUrl() : href_;
-  const bool isServer = GGetUrlType(url) == kUrlNetwork;
-  QString rest;
-  for (; start >= 0 && rest.isEmpty(); start = LastQuery(href_)) {
-    ChopSeparators(href_);
-    QStringList kept;
-    for (const QString& parameter : href_.mid(start + 1).split(QLatin1Char('&'))) {
-      int value = 0;
-      const int side = SideOf(parameter, value);
-      if (side >= 0 && !(queriedSides_ & SideBit(side))) {
-        queried_[side] = value;
-        queriedSides_ |= SideBit(side);
-      }
-      if (isServer || side < 0)
-        kept += parameter;
-    }
-    rest = kept.join(QLatin1Char('&'));
-    ChopSeparators(rest);
-    href_.truncate(start);
-    if (!rest.isEmpty())
-      href_ += QLatin1Char('?') + rest;
-  }
-}
-
-void Icon::Classify() {
-  urlType_ = GGetUrlType(absoluteUrl_);
-  if (urlType_ == kUrlFlatfile) {
-    texId_ = kFlatfileImage;
-    return;
-  }
-  bool showsTile = false;
-  if (StartsWith(absoluteUrl_, kBitmapPrefix) &&
-      !TakeBitmapForm(DigitAt(absoluteUrl_, static_cast<int>(sizeof(kBitmapPrefix)) - 1)))
-    return;
-  if (StartsWith(absoluteUrl_, kPalettePrefix)) {
-    isPalette_ = true;
-    const int palette = DigitAt(absoluteUrl_, static_cast<int>(sizeof(kPalettePrefix)) - 1);
-    showsTile = TakeTile(palette, x_ / kTileSize, y_ / kTileSize);
-    if (!showsTile)
-      return;
-  } else if (StartsWith(absoluteUrl_, kIconServerBase)) {
-    showsTile = TakeServerForm(absoluteUrl_.mid(static_cast<int>(sizeof(kIconServerBase)) - 1));
-  } else {
-    texId_ = kImageFile;
-  }
-  if (showsTile && ShowTile())
-    return;
-  const int query = LastQuery(keyText_);
-  if (urlType_ != kUrlNetwork && query >= 0)
-    keyText_.truncate(query);
-}
-
-bool Icon::TakeBitmapForm(int palette) {
-  if (palette < 0)
-    return false;
-  fromBitmapForm_ = true;
-  MapOldRows();
-  href_ = absoluteUrl_ = keyText_ = PaletteUrl(palette);
-  return true;
-}
-
-bool Icon::TakeTile(int palette, int column, int row) {
-  const auto isInside = [](int tile) { return tile >= 0 && tile < kTilesPerSide; };
-  if (palette < 0 || !isInside(column) || !isInside(row))
-    return false;
-  paletteNumber_ = static_cast<short>(palette);
-  texId_ = static_cast<short>(palette << 8 | row << 4 | column);
-  x_ = column * kTileSize;
-  y_ = row * kTileSize;
-  return true;
-}
-
-/// `rest` is what stands behind the base of the icon server. True for a tile of a palette.
-bool Icon::TakeServerForm(const QString& rest) {
-  if (rest.startsWith(QLatin1String("pal"))) {
-    // As in "pal2/icon12.png".
-    constexpr int kPalettePosition = 3;
-    constexpr int kNumberPosition = 9;
-    constexpr int kSuffixLength = 4;
-    constexpr int kMaxDigits = 9;
-    bool isNumber = false;
-    const int length = static_cast<int>(rest.size()) - kNumberPosition - kSuffixLength;
-    const int index =
-        length > 0 && length <= kMaxDigits ? rest.mid(kNumberPosition, length).toInt(&isNumber) : 0;
-    if (!isNumber || index < 0)
-      return false;
-    const int row = kTilesPerSide - 1 - index / kTilesPerSide;
-    isPalette_ = TakeTile(DigitAt(rest, kPalettePosition), index % kTilesPerSide, row);
-    return isPalette_;
-  }
-  const QStringList parts = rest.split(QLatin1Char('.'));
-  const ResourceRecord record = parts.size() == 2
-                                    ? FindResource(parts[0], parts[1])
-                                    : FindResource(QStringLiteral("ylw-pushpin"), Png());
-  texId_ = record.found ? kBuiltInImage : kImageFile;
-  if (record.found)
-    keyText_ = record.text;
-  return false;
-}
-
-bool Icon::ShowTile() {
-  absoluteUrl_ = MapTexIdToIconFile(static_cast<unsigned short>(texId_));
-  const int index = x_ / kTileSize + (kTilesPerSide - 1 - y_ / kTileSize) * kTilesPerSide;
-  const ResourceRecord record = FindResource(MapPalIconToShape(paletteNumber_, index), Png());
-  texId_ = record.found ? kBuiltInImage : kUnknownImage;
-  keyText_ = record.found ? record.text : absoluteUrl_;
-  if (!record.found)
-    return false;
-  hotSpotKind_ = IsCentredPaletteIcon(paletteNumber_, index) ? kCentre : kBottomCentre;
-  return true;
-}
-
-void Icon::ShowWholeImage() {
-  wholeImage_ = true;
-  w_ = h_ = -1;
 }
 
 QString Icon::GetResourceUrl() const {

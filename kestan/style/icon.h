@@ -2,6 +2,7 @@
 
 #include "kestan/link/abstractlink.h"
 #include "kestan/style/iconkey.h"
+#include "kestan/style/iconrectangle.h"
 
 namespace vorrel {
 struct LegacyScreenVec;
@@ -84,7 +85,7 @@ public:
   bool IsWholeImage() const { return wholeImage_; }
   bool GetClientFlag() const { return clientFlag_; }
   /// The text that identifies the image.
-  const QString& GetKeyText() const;
+  QString GetKeyText() const;
   IconKey CreateIconKey() const { return IconKey(GetKeyText(), x_, y_, w_, h_); }
   /// Icons are equal when they show the same.
   bool operator==(const Icon& other) const;
@@ -127,8 +128,7 @@ private:
   enum HotSpotKind : unsigned char { kNoHotSpot, kCentre, kBottomCentre };
 
   /// The sides of the rectangle in the order x, y, w, h.
-  static constexpr int kSideCount = 4;
-  static std::int32_t Icon::*const kSides[kSideCount];
+  static std::int32_t Icon::*const kSides[IconRectangle::kSideCount];
 
   Icon(const KmlId& id, const QString& baseUrl, const QString& url, bool makeAbsolute,
        bool clientFlag);
@@ -136,9 +136,8 @@ private:
   void init(const QString& url, bool makeAbsolute, bool clientFlag);
   /// Finds out what is shown.
   void update();
-  /// The rectangle as it was set; elsewhere as the query says, or by default.
+  /// Shows the part of the image that the rectangle says.
   void ResetRectangle();
-  void TakeQuery();
   void Classify();
   bool TakeBitmapForm(int palette);
   bool TakeServerForm(const QString& rest);
@@ -163,12 +162,8 @@ private:
   std::int32_t legacyW_ = -1;
   std::int32_t legacyH_ = -1;
   QString keyText_;
-  std::int32_t given_[kSideCount] = {};   // the rectangle as it was set
-  std::int32_t queried_[kSideCount] = {}; // as the reference's query has it
-  unsigned char givenSides_ = 0;          // one bit for each side that was set
-  unsigned char queriedSides_ = 0;        // and for each one that the query has
-  bool queryTaken_ = false;               // false after a change of the reference
-  bool hasQuery_ = false;
+  QString resolvedUrl_; // the reference, made absolute, before a tile's own file takes its place
+  IconRectangle rectangle_;
   bool isPalette_ = false; // the URL is of a palette or a tile, and decides with the rectangle
   HotSpotKind hotSpotKind_ = kNoHotSpot;
   short texId_ = kNoImage;

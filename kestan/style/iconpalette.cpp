@@ -138,6 +138,10 @@ QSet<QString> CollectShapes() {
 
 } // namespace
 
+QString MakePaletteUrl(int palette) {
+  return QStringLiteral("root://icons/palette-%1.png").arg(palette);
+}
+
 QString MapTexIdToIconFile(unsigned short texId) {
   const int column = texId & 15;
   const int row = (texId >> 4) & 15;

@@ -14,6 +14,9 @@ inline constexpr char kIconServerBase[] = "http://maps.vorrel.com/mapfiles/kml/"
 inline constexpr int kTileSize = 32;
 inline constexpr int kTilesPerSide = 8;
 
+/// URL of the image with all tiles of a palette.
+KESTAN_EXPORT QString MakePaletteUrl(int palette);
+
 /// URL of the file with one tile of a palette: palette in bits 8 to 15, row from the top in bits 4
 /// to 7, column in bits 0 to 3.
 KESTAN_EXPORT QString MapTexIdToIconFile(unsigned short texId);

@@ -47,8 +47,12 @@ void IconStyle::SetStackOrder(int order) { Fields().stackOrder.CheckSet(*this, o
 Icon* IconStyle::GetIcon() const { return icon_ ? icon_.get() : Icon::GetDefaultIcon(); }
 
 Icon* IconStyle::GetOrCreateIcon() {
-  if (!icon_)
-    Fields().icon.SetTypedObject(*this, Icon::CreateDefaultIcon());
+  if (!icon_) {
+    // References that it's given are those of the document.
+    const RefPtr<Icon> icon(new Icon(KmlId(QString(), GetUrl()), GetBaseUrl()));
+    icon->copy(*Icon::GetDefaultIcon(), true, nullptr);
+    Fields().icon.SetTypedObject(*this, icon);
+  }
   return icon_.get();
 }
 

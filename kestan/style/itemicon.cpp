@@ -22,23 +22,19 @@ constexpr unsigned kMatchedBits = 0xFF;
 } // namespace
 
 ItemIconSchema::ItemIconSchema()
-    : SchemaT("ItemIcon", nullptr, Namespace::kKml),
-      states_({{ItemIcon::kOpen, "open"},
-               {ItemIcon::kClosed, "closed"},
-               {ItemIcon::kError, "error"},
-               {ItemIcon::kFetching0, "fetching0"},
-               {ItemIcon::kFetching1, "fetching1"},
-               {ItemIcon::kFetching2, "fetching2"}},
-              true) {}
+    : SchemaT("ItemIcon", nullptr, Namespace::kKml), states_({{ItemIcon::kOpen, "open"},
+                                                              {ItemIcon::kClosed, "closed"},
+                                                              {ItemIcon::kError, "error"},
+                                                              {ItemIcon::kFetching0, "fetching0"},
+                                                              {ItemIcon::kFetching1, "fetching1"},
+                                                              {ItemIcon::kFetching2, "fetching2"}},
+                                                             true) {}
 
 const Schema& ItemIcon::GetClassSchema() { return ItemIconSchema::GetSingleton(); }
 
 ItemIcon::ItemIcon(const KmlId& id, const QString& baseUrl, bool notify)
     : SchemaObject(GetClassSchema(), id, baseUrl) {
-  if (notify)
-    NotifyPostCreate();
-  else
-    SetBit(kBitNoCreationNotify, true);
+  FinishCreation(notify);
 }
 
 ItemIcon::~ItemIcon() { NotifyPreDelete(); }
@@ -47,13 +43,7 @@ void ItemIcon::SetState(unsigned mask) { Fields().state.CheckSet(*this, static_c
 
 void ItemIcon::SetHref(const QString& href) { Fields().href.CheckSet(*this, href); }
 
-const QString& ItemIcon::GetAbsoluteUrl() const {
-  if (urlDirty_) {
-    absoluteUrl_ = MakeAbsoluteUrl(GetBaseUrl(), href_);
-    urlDirty_ = false;
-  }
-  return absoluteUrl_;
-}
+QString ItemIcon::GetAbsoluteUrl() const { return MakeAbsoluteUrl(GetBaseUrl(), href_); }
 
 int ItemIcon::GetMatchValue(unsigned state) const {
   return static_cast<int>(std::bitset<8>(state & GetState() & kMatchedBits).count());
@@ -62,12 +52,6 @@ int ItemIcon::GetMatchValue(unsigned state) const {
 bool ItemIcon::HasEqualValue(const ItemIcon& other) const {
   return state_ == other.state_ && href_ == other.href_ &&
          GetAbsoluteUrl() == other.GetAbsoluteUrl();
-}
-
-void ItemIcon::NotifyFieldChanged(const Field& field) {
-  if (&field == &Fields().href)
-    urlDirty_ = true;
-  SchemaObject::NotifyFieldChanged(field);
 }
 
 void ItemIcon::WriteKml(WriteState& state) const {

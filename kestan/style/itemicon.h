@@ -33,14 +33,13 @@ public:
   void SetState(unsigned mask);
   const QString& GetHref() const { return href_; }
   void SetHref(const QString& href);
-  /// The URL to fetch. Thread: that of the object.
-  const QString& GetAbsoluteUrl() const;
+  /// The URL to fetch.
+  QString GetAbsoluteUrl() const;
 
   /// How well the icon fits an entry in `state`: the number of bits in common.
   int GetMatchValue(unsigned state) const;
   bool HasEqualValue(const ItemIcon& other) const;
 
-  void NotifyFieldChanged(const Field& field) override;
   void WriteKml(WriteState& state) const override;
 
 private:
@@ -48,8 +47,6 @@ private:
 
   int state_ = kAnyState;
   mutable QString href_; // stands for another text while it's written
-  mutable QString absoluteUrl_;
-  mutable bool urlDirty_ = true;
 };
 
 } // namespace vorrel::kestan

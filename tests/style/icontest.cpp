@@ -59,9 +59,8 @@ TEST_F(IconTest, ImagesAreToldByTheFormOfTheirUrl) {
       {"http://h/a.png?max=5&x=z&x=9&x=4&w=-3&", Icon::kImageFile, "9,0,-1,32",
        "http://h/a.png?max=5&x=z&x=9&x=4&w=-3"},
       {"http://h/a.png?", Icon::kImageFile, "0,0,-1,-1", "http://h/a.png"},
-      {"file:///a.png?x=32", Icon::kImageFile, "32,0,32,32", "file:///a.png"},
-      {"file:///a.png?a=b&x=32&c&y=z", Icon::kImageFile, "32,0,32,32", "file:///a.png?a=b&c&y=z",
-       "file:///a.png"},
+      {"file:///a.png?x=32", Icon::kImageFile, "32,0,32,32", QString(), "file:///a.png"},
+      {"file:///a.png?a=b&x=32&c&y=z", Icon::kImageFile, "32,0,32,32", QString(), "file:///a.png"},
       {"http://h/flatfile?a", Icon::kFlatfileImage, "0,0,-1,-1"},
       {"root://icons/palette-3.png?x=64&y=32&w=32&h=32", Icon::kBuiltInImage, "64,32,-1,-1",
        Server("pal3/icon50.png"), sunny},
@@ -76,8 +75,7 @@ TEST_F(IconTest, ImagesAreToldByTheFormOfTheirUrl) {
        Server("pal4/icon31.png"), Server("paddle/pause.png")},
       {"root://icons/bitmap-z.png", Icon::kUnknownImage, "0,0,-1,-1"},
       {"root://icons/palette-", Icon::kUnknownImage, "0,0,-1,-1"},
-      {"root://icons/palette-3.png?x=320", Icon::kUnknownImage, "320,0,32,32",
-       "root://icons/palette-3.png"},
+      {"root://icons/palette-3.png?x=320", Icon::kUnknownImage, "320,0,32,32"},
       {Server("pal9/icon5.png"), Icon::kUnknownImage, "160,224,-1,-1"},
       {Server("pal2/icon64.png"), Icon::kUnknownImage, "0,0,-1,-1"},
       {Server("pal2/icon99999999999.png"), Icon::kUnknownImage, "0,0,-1,-1"},
@@ -168,8 +166,9 @@ TEST_F(IconTest, TheRectangleComesBackWhateverTheQuerySays) {
       {"<href>a.png?x=0</href><x>3</x>", "0,0,-1,-1"},
       {"<href>a.png</href><x>0</x>", "0,0,-1,-1"},
       {"<href>file:///a.png??x=7</href>", "7,0,32,32"},
-      {"<href>file:///a.png?x=7?y=8</href>", "7,8,32,32"},
+      {"<href>file:///a.png?x=7?y=8</href>", "0,8,32,32"},
       {"<href>file:///a.png?b&amp;x=7&amp;&amp;</href>", "7,0,32,32"},
+      {"<href>a.png?x=7&amp;k=1</href><gx:x>3</gx:x>", "3,0,32,32"},
       {"<href>root://icons/palette-3.png</href><gx:y>36</gx:y>", "0,32,-1,-1"},
       {"<href>root://icons/palette-1.png</href><gx:x>32</gx:x>", "32,0,-1,-1"},
   };
@@ -179,6 +178,10 @@ TEST_F(IconTest, TheRectangleComesBackWhateverTheQuerySays) {
     ASSERT_TRUE(icon);
     EXPECT_EQ(c.rectangle, Rectangle(*icon));
     const QString first = Element(Write(*icon), "Icon");
+    // A local reference is the text as it was, but for separators at its end.
+    if (QString(c.content).contains("file:")) {
+      EXPECT_EQ(Element(QString(c.content).remove("&amp;&amp;"), "href"), Element(first, "href"));
+    }
     const auto again = ReadIcon(QString(first).remove("<Icon>\n").remove("</Icon>"));
     ASSERT_TRUE(again);
     EXPECT_EQ(icon->CreateIconKey(), again->CreateIconKey());
@@ -250,7 +253,7 @@ TEST_F(IconTest, AFlatfileImageIsWrittenAsTheHalfThatIsShown) {
   const Case cases[] = {
       {"<href>flatfile://a_nh.png</href>", "<href>flatfile://a_n.png</href>"},
       {"<href>flatfile://a_nh.png</href><gx:y>32</gx:y>", "<href>flatfile://a_h.png</href>"},
-      {"<href>flatfile://a_nh.png?y=32</href>", "<href>flatfile://a_h.png</href>"},
+      {"<href>flatfile://a_nh.png?y=32</href>", "<href>flatfile://a_nh.png?y=32</href>"},
       {"<href>file:///a_nh.png</href>", "<href>file:///a_nh.png</href>"},
   };
   for (const Case& c : cases) {
