@@ -67,7 +67,8 @@ public:
   Style* InlineStyle();
   /// The style to draw with in `mode`, with every sub-style set or stood in for by its default.
   /// Null only while the library isn't initialised. It lives until the next change of what it's
-  /// made of. Thread: any with a context, one at a time for a feature.
+  /// made of. Thread: any that has a context, one at a time for a feature; other threads may ask
+  /// other features of the document meanwhile.
   const Style* getRenderStyle(int mode) const;
   /// The selector behind the render style.
   const StyleSelector* getRenderStyleSelector() const;

@@ -1,5 +1,6 @@
 // The styles of a feature: an inline one, a shared one, and what they make together.
 
+#include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/custom/extendeddata.h" // collected for a write with the styles
 #include "kestan/feature/abstractfeature.h"
@@ -48,10 +49,8 @@ void AbstractFeature::ReleaseReferencedStyleSelector() {
     former->RemOwner(*this);
 }
 
-void AbstractFeature::ReleaseFlattenedStyleSelector() const {
-  if (const RefPtr<StyleSelector> former = std::move(flattenedStyleSelector_))
-    former->RemOwner(const_cast<AbstractFeature&>(*this));
-}
+/// Features share it, on several threads, so that it has no owner.
+void AbstractFeature::ReleaseFlattenedStyleSelector() const { flattenedStyleSelector_.reset(); }
 
 void AbstractFeature::OnUrlLoad(const StrField&, SchemaObject* loaded) {
   if (!loaded) {
@@ -114,11 +113,9 @@ const StyleSelector* AbstractFeature::getRenderStyleSelector() const {
 }
 
 bool AbstractFeature::HasSpecifiedHighlightStyle() const {
-  const StyleSelector* selector = getRenderStyleSelector();
-  if (!selector || !selector->isOfType(StyleMap::GetClassSchema()))
-    return false;
+  const StyleMap* map = StyleMap::As(getRenderStyleSelector());
   QString key;
-  return static_cast<const StyleMap*>(selector)->GetStyleMapPair(kStyleHighlight, key) != nullptr;
+  return map && map->GetStyleMapPair(kStyleHighlight, key);
 }
 
 /// The selector to draw with; null when the feature has none.
@@ -132,24 +129,26 @@ const StyleSelector* AbstractFeature::UpdateRenderStyleSelector() const {
   return flattenedStyleSelector_ ? flattenedStyleSelector_.get() : inlineStyleSelector_.get();
 }
 
+/// Other threads may do the same with the same styles: nothing is written but what this feature and
+/// this thread have for themselves.
 void AbstractFeature::FlattenStyleSelectors() const {
   ReleaseFlattenedStyleSelector();
   const bool isStyle = inlineStyleSelector_->isOfType(Style::GetClassSchema());
   // Generators write the same inline style again and again: neighbours share the result.
   StyleCache* cache = isStyle ? StyleCache::GetCurrent() : nullptr;
-  auto* inlineStyle = cache ? static_cast<Style*>(inlineStyleSelector_.get()) : nullptr;
+  const auto* inlineStyle = cache ? static_cast<const Style*>(inlineStyleSelector_.get()) : nullptr;
   if (cache)
     flattenedStyleSelector_ = cache->Find(*inlineStyle, *referencedStyleSelector_);
-  if (!flattenedStyleSelector_) {
-    flattenedStyleSelector_ =
-        referencedStyleSelector_->InternalFlatten(inlineStyleSelector_.get(), false);
-    if (!flattenedStyleSelector_)
-      return;
-    flattenedStyleSelector_->SetFlattenRevision(ObjectObserver::s_revision_counter_);
-    if (cache)
-      cache->Set(*inlineStyle, *referencedStyleSelector_, *flattenedStyleSelector_);
-  }
-  flattenedStyleSelector_->AddOwner(const_cast<AbstractFeature&>(*this));
+  if (flattenedStyleSelector_)
+    return;
+  const UnlistedObjects scope;
+  flattenedStyleSelector_ =
+      referencedStyleSelector_->InternalFlatten(inlineStyleSelector_.get(), false);
+  if (!flattenedStyleSelector_)
+    return;
+  flattenedStyleSelector_->SetFlattenRevision(ObjectObserver::s_revision_counter_);
+  if (cache)
+    cache->Set(*inlineStyle, *referencedStyleSelector_, *flattenedStyleSelector_);
 }
 
 void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
@@ -161,8 +160,8 @@ void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
   // The inline selector goes out where it stands. What it refers to has to be found.
   if (inlineStyleSelector_)
     state.hoist().LeaveStyle(*inlineStyleSelector_, false);
-  if (inlineStyleSelector_ && inlineStyleSelector_->isOfType(StyleMap::GetClassSchema()))
-    static_cast<const StyleMap&>(*inlineStyleSelector_).CollectReferences(state);
+  if (const StyleMap* map = StyleMap::As(inlineStyleSelector_.get()))
+    map->CollectReferences(state);
 }
 
 } // namespace vorrel::kestan

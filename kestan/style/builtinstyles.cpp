@@ -28,10 +28,9 @@ RefPtr<Style> MakeStyle(const char* id) {
 
 } // namespace
 
-BuiltInStyles* BuiltInStyles::s_instance_ = nullptr;
+std::unique_ptr<BuiltInStyles> BuiltInStyles::s_instance_;
 
 BuiltInStyles::BuiltInStyles() {
-  s_instance_ = this;
   iconStyle = Make<IconStyle>();
   iconStackStyle = Make<IconStackStyle>();
   polyStyle = Make<PolyStyle>();
@@ -47,15 +46,11 @@ BuiltInStyles::BuiltInStyles() {
                        *defaultStyle->Clone(), *highlightStyle->Clone(), nullptr);
 }
 
-BuiltInStyles::~BuiltInStyles() { s_instance_ = nullptr; }
+BuiltInStyles::~BuiltInStyles() = default;
 
-PolyStyle* PolyStyle::GetDefaultPolyStyle() {
-  return Shared(&BuiltInStyles::polyStyle);
-}
+PolyStyle* PolyStyle::GetDefaultPolyStyle() { return Shared(&BuiltInStyles::polyStyle); }
 
-IconStyle* IconStyle::GetDefaultIconStyle() {
-  return Shared(&BuiltInStyles::iconStyle);
-}
+IconStyle* IconStyle::GetDefaultIconStyle() { return Shared(&BuiltInStyles::iconStyle); }
 
 IconStackStyle* IconStackStyle::GetDefaultIconStackStyle() {
   return Shared(&BuiltInStyles::iconStackStyle);
@@ -65,28 +60,16 @@ BalloonStyle* BalloonStyle::GetDefaultBalloonStyle() {
   return Shared(&BuiltInStyles::balloonStyle);
 }
 
-ListStyle* ListStyle::GetDefaultListStyle() {
-  return Shared(&BuiltInStyles::listStyle);
-}
+ListStyle* ListStyle::GetDefaultListStyle() { return Shared(&BuiltInStyles::listStyle); }
 
-Style* Style::GetDefaultStyle() {
-  return Shared(&BuiltInStyles::defaultStyle);
-}
+Style* Style::GetDefaultStyle() { return Shared(&BuiltInStyles::defaultStyle); }
 
-Style* Style::GetFetchingStyle() {
-  return Shared(&BuiltInStyles::fetchingStyle);
-}
+Style* Style::GetFetchingStyle() { return Shared(&BuiltInStyles::fetchingStyle); }
 
-Style* Style::GetFailedStyle() {
-  return Shared(&BuiltInStyles::failedStyle);
-}
+Style* Style::GetFailedStyle() { return Shared(&BuiltInStyles::failedStyle); }
 
-Style* Style::GetDefaultHighlightStyle() {
-  return Shared(&BuiltInStyles::highlightStyle);
-}
+Style* Style::GetDefaultHighlightStyle() { return Shared(&BuiltInStyles::highlightStyle); }
 
-StyleMap* StyleMap::GetDefaultStyleMap() {
-  return Shared(&BuiltInStyles::defaultStyleMap);
-}
+StyleMap* StyleMap::GetDefaultStyleMap() { return Shared(&BuiltInStyles::defaultStyleMap); }
 
 } // namespace vorrel::kestan

@@ -2,6 +2,8 @@
 
 #include "kestan/host/refptr.h"
 
+#include <memory>
+
 namespace vorrel::kestan {
 
 class BalloonStyle;
@@ -15,11 +17,13 @@ class StyleMap;
 /// The shared styles that stand in where a document says nothing. They live from the library's
 /// start to its stop.
 struct BuiltInStyles {
+  static void Create() { s_instance_ = std::make_unique<BuiltInStyles>(); }
+  static void Delete() { s_instance_.reset(); }
+  /// Null while the library isn't initialised.
+  static BuiltInStyles* Get() { return s_instance_.get(); }
+
   BuiltInStyles();
   ~BuiltInStyles();
-
-  /// Null while the library isn't initialised.
-  static BuiltInStyles* Get() { return s_instance_; }
 
   RefPtr<IconStyle> iconStyle;
   RefPtr<IconStackStyle> iconStackStyle;
@@ -33,7 +37,7 @@ struct BuiltInStyles {
   RefPtr<StyleMap> defaultStyleMap;
 
 private:
-  static BuiltInStyles* s_instance_;
+  static std::unique_ptr<BuiltInStyles> s_instance_;
 };
 
 } // namespace vorrel::kestan

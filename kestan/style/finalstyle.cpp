@@ -1,5 +1,7 @@
 #include "kestan/style/finalstyle.h"
 
+#include "kestan/style/styleschema.h"
+
 namespace vorrel::kestan {
 
 FinalStyle::FinalStyle()
@@ -10,7 +12,9 @@ FinalStyle::FinalStyle()
   ref(); // never given back: objects on the stack don't go with their last reference
 }
 
-FinalStyle::~FinalStyle() { ReleaseSubStyles(); }
+FinalStyle::~FinalStyle() {
+  StyleSchema::GetSingleton().ForEachPart([this](auto member) { (this->*member).reset(); });
+}
 
 template <class T>
 void FinalStyle::Merge(RefPtr<T> Style::*member, T& target, const Style& base, const Style& over) {

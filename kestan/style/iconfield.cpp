@@ -8,8 +8,8 @@ IconField::IconField(Schema& schema, unsigned offset, unsigned flags)
     : ObjField(schema, QString(), Icon::GetClassSchema(), offset, flags) {}
 
 bool IconField::equals(const SchemaObject& a, const SchemaObject& b) const {
-  const RefPtr<Icon> x = get(a);
-  const RefPtr<Icon> y = get(b);
+  const auto* x = static_cast<const Icon*>(GetObject(a, -1));
+  const auto* y = static_cast<const Icon*>(GetObject(b, -1));
   return x && y ? *x == *y : x == y;
 }
 

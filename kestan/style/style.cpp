@@ -10,6 +10,7 @@
 #include "kestan/write/writestate.h" // shared styles are collected for the output
 
 #include <string_view>
+#include <tuple>
 
 namespace vorrel::kestan {
 
@@ -20,6 +21,13 @@ namespace {
 
 const StyleSchema& Fields() { return StyleSchema::GetSingleton(); }
 
+/// What stands in for a sub-style, by its class.
+constexpr std::tuple kStandards{
+    &LineStyle::GetDefaultLineStyle, &LabelStyle::GetDefaultLabelStyle,
+    &IconStyle::GetDefaultIconStyle, &IconStackStyle::GetDefaultIconStackStyle,
+    &PolyStyle::GetDefaultPolyStyle, &BalloonStyle::GetDefaultBalloonStyle,
+    &ListStyle::GetDefaultListStyle};
+
 const QString& GetDefaultStyleId() {
   static const QString id = QStringLiteral("default");
   return id;
@@ -28,7 +36,7 @@ const QString& GetDefaultStyleId() {
 /// The highlight of a generated style is larger than its normal look.
 constexpr float kHighlightScale = 1.1F;
 
-/// True when the two, which may be null, change any other sub-style in the same way.
+/// True when the two, which may be null, change any other object in the same way.
 bool MergeAlike(const SchemaObject* a, const SchemaObject* b) {
   const unsigned mask = a ? a->GetFieldsSpecified() : 0;
   if (mask != (b ? b->GetFieldsSpecified() : 0))
@@ -36,7 +44,11 @@ bool MergeAlike(const SchemaObject* a, const SchemaObject* b) {
   if (mask == 0)
     return true;
   for (const Field* field : a->GetSchema().GetSerializedFields()) {
-    if ((mask & field->GetMaskBit()) != 0 && !field->equals(*a, *b))
+    if ((mask & field->GetMaskBit()) == 0)
+      continue;
+    const bool isChild = field->GetObjSchema() && !field->IsArray();
+    if (!field->equals(*a, *b) ||
+        (isChild && !MergeAlike(field->GetObject(*a, -1), field->GetObject(*b, -1))))
       return false;
   }
   return true;
@@ -90,89 +102,59 @@ Style::Style(const KmlId& id, const QString& baseUrl, bool notify)
     : StyleSelector(GetClassSchema(), id, baseUrl) {
   if (id.id == GetDefaultStyleId() && id.url == GetRootStyleBase() && BuiltInStyles::Get())
     BuiltInStyles::Get()->defaultStyle = this;
-  if (notify)
-    NotifyPostCreate();
-  else
-    SetBit(kBitNoCreationNotify, true);
+  FinishCreation(notify);
 }
 
 Style::~Style() { NotifyPreDelete(); }
 
-template <class T> void Style::SetSubStyle(RefPtr<T> Style::*member, T* style) {
-  const RefPtr<T> former = this->*member;
+template <class T> const T* Style::Get() const {
+  const T* own = (this->*std::get<RefPtr<T> Style::*>(Fields().parts)).get();
+  return own ? own : std::get<T* (*)()>(kStandards)();
+}
+
+template <class T> T* Style::GetOrCreate() {
+  RefPtr<T>& own = this->*std::get<RefPtr<T> Style::*>(Fields().parts);
+  if (!own)
+    Set(new T(KmlId(QString(), GetUrl()), GetBaseUrl()));
+  return own.get();
+}
+
+template <class T> void Style::Set(T* style) {
+  RefPtr<T>& own = this->*std::get<RefPtr<T> Style::*>(Fields().parts);
+  const RefPtr<T> former = own;
   if (former == style)
     return;
   if (former)
     former->RemOwner(*this);
-  this->*member = style;
+  own = style;
   if (style)
     style->AddOwner(*this);
   ObjectObserver::MoveRevision(*this);
 }
 
-template <class T> T* Style::GetOrCreate(RefPtr<T> Style::*member) {
-  if (!(this->*member))
-    SetSubStyle(member, new T(KmlId(QString(), GetUrl()), GetBaseUrl()));
-  return (this->*member).get();
-}
+const LineStyle* Style::GetLineStyle() const { return Get<LineStyle>(); }
+const LabelStyle* Style::GetLabelStyle() const { return Get<LabelStyle>(); }
+const IconStyle* Style::GetIconStyle() const { return Get<IconStyle>(); }
+const IconStackStyle* Style::GetIconStackStyle() const { return Get<IconStackStyle>(); }
+const PolyStyle* Style::GetPolyStyle() const { return Get<PolyStyle>(); }
+const BalloonStyle* Style::GetBalloonStyle() const { return Get<BalloonStyle>(); }
+const ListStyle* Style::GetListStyle() const { return Get<ListStyle>(); }
 
-const LineStyle* Style::GetLineStyle() const {
-  return lineStyle_ ? lineStyle_.get() : LineStyle::GetDefaultLineStyle();
-}
+LineStyle* Style::GetLineStyle() { return GetOrCreate<LineStyle>(); }
+LabelStyle* Style::GetLabelStyle() { return GetOrCreate<LabelStyle>(); }
+IconStyle* Style::GetIconStyle() { return GetOrCreate<IconStyle>(); }
+IconStackStyle* Style::GetIconStackStyle() { return GetOrCreate<IconStackStyle>(); }
+PolyStyle* Style::GetPolyStyle() { return GetOrCreate<PolyStyle>(); }
+BalloonStyle* Style::GetBalloonStyle() { return GetOrCreate<BalloonStyle>(); }
+ListStyle* Style::GetListStyle() { return GetOrCreate<ListStyle>(); }
 
-const LabelStyle* Style::GetLabelStyle() const {
-  return labelStyle_ ? labelStyle_.get() : LabelStyle::GetDefaultLabelStyle();
-}
-
-const IconStyle* Style::GetIconStyle() const {
-  return iconStyle_ ? iconStyle_.get() : IconStyle::GetDefaultIconStyle();
-}
-
-const IconStackStyle* Style::GetIconStackStyle() const {
-  return iconStackStyle_ ? iconStackStyle_.get() : IconStackStyle::GetDefaultIconStackStyle();
-}
-
-const PolyStyle* Style::GetPolyStyle() const {
-  return polyStyle_ ? polyStyle_.get() : PolyStyle::GetDefaultPolyStyle();
-}
-
-const BalloonStyle* Style::GetBalloonStyle() const {
-  return balloonStyle_ ? balloonStyle_.get() : BalloonStyle::GetDefaultBalloonStyle();
-}
-
-const ListStyle* Style::GetListStyle() const {
-  return listStyle_ ? listStyle_.get() : ListStyle::GetDefaultListStyle();
-}
-
-LineStyle* Style::GetLineStyle() { return GetOrCreate(&Style::lineStyle_); }
-
-LabelStyle* Style::GetLabelStyle() { return GetOrCreate(&Style::labelStyle_); }
-
-IconStyle* Style::GetIconStyle() { return GetOrCreate(&Style::iconStyle_); }
-
-IconStackStyle* Style::GetIconStackStyle() { return GetOrCreate(&Style::iconStackStyle_); }
-
-PolyStyle* Style::GetPolyStyle() { return GetOrCreate(&Style::polyStyle_); }
-
-BalloonStyle* Style::GetBalloonStyle() { return GetOrCreate(&Style::balloonStyle_); }
-
-ListStyle* Style::GetListStyle() { return GetOrCreate(&Style::listStyle_); }
-
-void Style::_setLineStyle(LineStyle* style) { SetSubStyle(&Style::lineStyle_, style); }
-
-void Style::_setLabelStyle(LabelStyle* style) { SetSubStyle(&Style::labelStyle_, style); }
-
-void Style::_setIconStyle(IconStyle* style) { SetSubStyle(&Style::iconStyle_, style); }
-
-void Style::_setIconStackStyle(IconStackStyle* style) {
-  SetSubStyle(&Style::iconStackStyle_, style);
-}
-
-void Style::_setPolyStyle(PolyStyle* style) { SetSubStyle(&Style::polyStyle_, style); }
-
-void Style::_setBalloonStyle(BalloonStyle* style) { SetSubStyle(&Style::balloonStyle_, style); }
-
-void Style::_setListStyle(ListStyle* style) { SetSubStyle(&Style::listStyle_, style); }
+void Style::_setLineStyle(LineStyle* style) { Set(style); }
+void Style::_setLabelStyle(LabelStyle* style) { Set(style); }
+void Style::_setIconStyle(IconStyle* style) { Set(style); }
+void Style::_setIconStackStyle(IconStackStyle* style) { Set(style); }
+void Style::_setPolyStyle(PolyStyle* style) { Set(style); }
+void Style::_setBalloonStyle(BalloonStyle* style) { Set(style); }
+void Style::_setListStyle(ListStyle* style) { Set(style); }
 
 RefPtr<Style> Style::Clone() const {
   return RefPtr<Style>(static_cast<Style*>(clone(true, nullptr).get()));
@@ -189,7 +171,9 @@ RefPtr<Style> Style::CloneIcon(const QString& role, Icon& icon, bool* isNew) con
   }
   const RefPtr<Style> result(new Style(id, GetBaseUrl()));
   result->copy(*this, true, nullptr);
-  result->GetIconStyle()->SetIcon(&icon);
+  // One that belongs to a style stays there.
+  result->GetIconStyle()->SetIcon(
+      icon.GetOwner(0) ? static_cast<Icon*>(icon.clone(true, nullptr).get()) : &icon);
   return result;
 }
 
@@ -211,30 +195,24 @@ RefPtr<Style> Style::CloneHighlightIcon(Icon& icon) const {
 }
 
 bool Style::UnspecifyRedundantFields(const Style& base) {
-  const auto reduce = [this](auto member, const auto* standard) {
-    auto& own = this->*member;
-    if (own && own->GetFieldsSpecified() != 0 && own->UnspecifyRedundantFields(*standard))
-      SetSubStyle(member, static_cast<decltype(own.get())>(nullptr));
-    return !own;
-  };
-  bool empty = reduce(&Style::lineStyle_, base.GetLineStyle());
-  empty &= reduce(&Style::polyStyle_, base.GetPolyStyle());
-  empty &= reduce(&Style::labelStyle_, base.GetLabelStyle());
-  empty &= reduce(&Style::iconStyle_, base.GetIconStyle());
-  empty &= reduce(&Style::iconStackStyle_, base.GetIconStackStyle());
-  empty &= reduce(&Style::balloonStyle_, base.GetBalloonStyle());
-  empty &= reduce(&Style::listStyle_, base.GetListStyle());
+  bool empty = true;
+  Fields().ForEachPart([&]<class T>(RefPtr<T> Style::*member) {
+    const RefPtr<T> own = this->*member;
+    if (own && own->GetFieldsSpecified() != 0 && own->UnspecifyRedundantFields(*base.Get<T>()))
+      Set<T>(nullptr);
+    empty = empty && !(this->*member);
+  });
   return empty;
 }
 
 bool Style::operator==(const Style& other) const {
-  return this == &other ||
-         (*GetIconStyle() == *other.GetIconStyle() &&
-          *GetIconStackStyle() == *other.GetIconStackStyle() &&
-          *GetLabelStyle() == *other.GetLabelStyle() && *GetLineStyle() == *other.GetLineStyle() &&
-          *GetPolyStyle() == *other.GetPolyStyle() &&
-          *GetBalloonStyle() == *other.GetBalloonStyle() &&
-          *GetListStyle() == *other.GetListStyle());
+  bool equal = true;
+  Fields().ForEachPart([&]<class T>(RefPtr<T> Style::*) {
+    const T* own = Get<T>();
+    const T* others = other.Get<T>();
+    equal = equal && (own == others || *own == *others);
+  });
+  return equal;
 }
 
 bool Style::MergesLike(const Style& other) const {
@@ -266,16 +244,6 @@ RefPtr<StyleSelector> Style::InternalFlatten(const StyleSelector* other, bool en
 void Style::InternalCollectStyles(WriteState& state) const { state.AddStyle(*this); }
 
 const Style* Style::InternalGetSelectedStyle(int) const { return this; }
-
-void Style::ReleaseSubStyles() {
-  _setLineStyle(nullptr);
-  _setPolyStyle(nullptr);
-  _setIconStyle(nullptr);
-  _setIconStackStyle(nullptr);
-  _setLabelStyle(nullptr);
-  _setBalloonStyle(nullptr);
-  _setListStyle(nullptr);
-}
 
 void Style::NotifyFieldChanged(const Field& field) {
   if (field.HasFlag(Field::kProxy))

@@ -100,9 +100,6 @@ public:
   void WriteKml(WriteState& state) const override;
 
 protected:
-  /// Lets go of all sub-styles.
-  void ReleaseSubStyles();
-
   int providerId_ = 0;
   struct Deprecated;
   mutable std::unique_ptr<Deprecated> deprecated_;
@@ -117,8 +114,10 @@ protected:
 private:
   friend class StyleSchema;
 
-  template <class T> void SetSubStyle(RefPtr<T> Style::*member, T* style);
-  template <class T> T* GetOrCreate(RefPtr<T> Style::*member);
+  // The same for each class of sub-styles.
+  template <class T> const T* Get() const;
+  template <class T> T* GetOrCreate();
+  template <class T> void Set(T* style);
 
   Deprecated& GetDeprecated() const;
   void ApplyDeprecated(const Field& field);

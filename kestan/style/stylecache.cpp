@@ -14,21 +14,20 @@ StyleCache* StyleCache::GetCurrent() {
 }
 
 StyleSelector* StyleCache::Find(const Style& inlineStyle, const StyleSelector& referenced) const {
-  const Style* last = inlineStyle_.get();
-  StyleSelector* flattened = flattened_.get();
-  if (!last || !flattened || referenced_.get() != &referenced)
+  if (!flattened_ || referenced_ != &referenced || deathCount_ != StyleSelector::GetDeathCount())
     return nullptr;
   // One that is older than the inline style would be looked up again and again.
-  const bool isCurrent = flattened->IsFlattenedAfter(*last) &&
-                         flattened->IsFlattenedAfter(inlineStyle) &&
-                         flattened->IsFlattenedAfter(referenced);
-  return isCurrent && last->MergesLike(inlineStyle) ? flattened : nullptr;
+  const bool isCurrent =
+      flattened_->IsFlattenedAfter(inlineStyle) && flattened_->IsFlattenedAfter(referenced);
+  return isCurrent && inlineStyle_->MergesLike(inlineStyle) ? flattened_.get() : nullptr;
 }
 
-void StyleCache::Set(Style& inlineStyle, StyleSelector& referenced, StyleSelector& flattened) {
-  inlineStyle_.set(&inlineStyle);
-  referenced_.set(&referenced);
-  flattened_.set(&flattened);
+void StyleCache::Set(const Style& inlineStyle, const StyleSelector& referenced,
+                     StyleSelector& flattened) {
+  inlineStyle_ = inlineStyle.Clone();
+  referenced_ = &referenced;
+  deathCount_ = StyleSelector::GetDeathCount();
+  flattened_ = &flattened;
 }
 
 } // namespace vorrel::kestan

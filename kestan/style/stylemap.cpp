@@ -20,16 +20,8 @@ template class SchemaT<StyleMap, NewInstancePolicy, NoDerivedPolicy>;
 
 namespace {
 
-QString GetKeyOf(int mode) {
-  return mode == kStyleNormal      ? QStringLiteral("normal")
-         : mode == kStyleHighlight ? QStringLiteral("highlight")
-                                   : QString();
-}
-
-const StyleMap* AsMap(const StyleSelector& selector) {
-  return selector.isOfType(StyleMap::GetClassSchema()) ? static_cast<const StyleMap*>(&selector)
-                                                       : nullptr;
-}
+const char* const kModeKeys[] = {"normal", "highlight"};
+static_assert(kStyleNormal == 0 && kStyleHighlight == 1);
 
 } // namespace
 
@@ -40,11 +32,31 @@ bool PairsField::Accepts(const SchemaObject& owner, const SchemaObject& child) c
   if (!ObjArrayField::Accepts(owner, child))
     return false;
   const StyleSelector* own = static_cast<const StyleMap::Pair&>(child).GetInlineStyleSelector();
-  const StyleMap* map = own ? AsMap(*own) : nullptr;
+  const StyleMap* map = StyleMap::As(own);
   return !map || !map->Holds(static_cast<const StyleMap&>(owner));
 }
 
 const Schema& StyleMap::GetClassSchema() { return StyleMapSchema::GetSingleton(); }
+
+const StyleMap* StyleMap::As(const SchemaObject* object) {
+  return object && object->isOfType(GetClassSchema()) ? static_cast<const StyleMap*>(object)
+                                                      : nullptr;
+}
+
+StyleMap* StyleMap::As(SchemaObject* object) {
+  return const_cast<StyleMap*>(As(static_cast<const SchemaObject*>(object)));
+}
+
+QString StyleMap::GetKeyOf(int mode) {
+  return mode == kStyleNormal || mode == kStyleHighlight ? QString::fromLatin1(kModeKeys[mode])
+                                                         : QString();
+}
+
+int StyleMap::GetModeOf(const QString& key) {
+  const auto matches = [&](const char* name) { return key == QLatin1String(name); };
+  const auto place = std::find_if(std::begin(kModeKeys), std::end(kModeKeys), matches);
+  return place == std::end(kModeKeys) ? -1 : static_cast<int>(place - std::begin(kModeKeys));
+}
 
 const QString& StyleMap::GetRootStyleMapBase() {
   static const QString base = QStringLiteral("root://styleMaps");
@@ -58,10 +70,7 @@ QString StyleMap::GetStyleMapBase(const QString& url) {
                    : QString(url).replace(place, styles.size(), QStringLiteral("styleMaps"));
 }
 
-StyleMap* StyleMap::find(const KmlId& id) {
-  SchemaObject* object = SchemaObject::find(id);
-  return object && object->isOfType(GetClassSchema()) ? static_cast<StyleMap*>(object) : nullptr;
-}
+StyleMap* StyleMap::find(const KmlId& id) { return As(SchemaObject::find(id)); }
 
 StyleMap* StyleMap::find(const QString& url, const QString& id) { return find(KmlId(id, url)); }
 
@@ -97,10 +106,7 @@ RefPtr<StyleMap> StyleMap::create(const Style& style, Icon& normal, Icon& highli
 
 StyleMap::StyleMap(const KmlId& id, const QString& baseUrl, bool notify)
     : StyleSelector(GetClassSchema(), id, baseUrl) {
-  if (notify)
-    NotifyPostCreate();
-  else
-    SetBit(kBitNoCreationNotify, true);
+  FinishCreation(notify);
 }
 
 StyleMap::StyleMap(const Style& style, Icon& normal, Icon& highlight, const KmlId& id,
@@ -115,8 +121,7 @@ StyleMap::~StyleMap() {
   NotifyPreDelete();
   const StyleClimbBatch batch;
   // Those that refer to the map without keeping it.
-  for (int i = GetOwnerCount(); i-- > 0;) {
-    SchemaObject* owner = GetOwner(0);
+  while (SchemaObject* owner = GetOwner(0)) {
     RemOwner(*owner);
     if (owner->isOfType(Pair::GetClassSchema()))
       static_cast<Pair*>(owner)->ForgetReference();
@@ -157,7 +162,7 @@ StyleSource StyleMap::Select(int mode) const {
     const StyleSelector* selector = pair->GetStyleSelector();
     if (!selector)
       return {pair->GetStandIn(), this, pair, StyleSource::kMissing};
-    map = AsMap(*selector);
+    map = As(selector);
     if (!map)
       return {static_cast<const Style*>(selector), this, pair, StyleSource::kGiven};
     if (map == mark)
@@ -194,6 +199,8 @@ RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool
     const RefPtr<StyleSelector> look = FlattenLook(mode, other, entered);
     if (look)
       new Pair(GetKeyOf(mode), static_cast<Style&>(*look), map);
+    else
+      new Pair(GetKeyOf(mode), map);
   }
   return RefPtr<StyleSelector>(&map);
 }
@@ -211,7 +218,7 @@ bool StyleMap::Holds(const StyleMap& map) const {
       return true;
     for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
       const StyleSelector* own = pair ? pair->GetInlineStyleSelector() : nullptr;
-      if (const StyleMap* inner = own ? AsMap(*own) : nullptr)
+      if (const StyleMap* inner = As(own))
         maps.push_back(inner);
     }
   }
@@ -233,7 +240,7 @@ void StyleMap::CollectReferences(WriteState& state) const {
         state.hoist().LeaveStyle(*selector, false);
       else if (!state.AddStyle(*selector))
         continue;
-      const StyleMap* map = AsMap(*selector);
+      const StyleMap* map = As(selector);
       if (map && seen.insert(map).second)
         maps.push_back(map);
     }

@@ -22,6 +22,14 @@ public:
 
   class Pair;
 
+  /// The object as a map; null for anything else.
+  static const StyleMap* As(const SchemaObject* object);
+  static StyleMap* As(SchemaObject* object);
+
+  /// The key of a pair for a mode, and the mode of a key: empty and -1 for any other.
+  static QString GetKeyOf(int mode);
+  static int GetModeOf(const QString& key);
+
   /// Document of the built-in maps.
   static const QString& GetRootStyleMapBase();
   /// The URL of maps that belongs to a URL of styles: its first "styles" turned into "styleMaps".
@@ -53,7 +61,8 @@ public:
   void setStyle(StyleStateMode mode, Style& style);
 
   void accept(StyleVisitor& visitor) override;
-  /// A map with exactly the two looks, each merged to a single style.
+  /// A map with exactly the two looks, each merged to a single style. One that nobody says anything
+  /// about has a pair without a style, and shows the default.
   RefPtr<StyleSelector> InternalFlatten(const StyleSelector* other, bool entered) const override;
   void InternalCollectStyles(WriteState& state) const override;
   /// Reports what the map leads to, but not the map.
@@ -66,14 +75,28 @@ public:
   /// True for this map, and for one that is a pair's own in it, however deep.
   bool Holds(const StyleMap& map) const;
 
+  /// A reference that doesn't keep its target begins to do so when nobody else does any more, and
+  /// it is in use.
+  void orphaned() override;
+  void RemOwner(SchemaObject& former) override;
+
 private:
   friend class StyleMapSchema;
 
   const Pair* FindPair(int state) const;
   RefPtr<StyleSelector> FlattenLook(int mode, const StyleSelector* other, bool entered) const;
 
+  // Maps that refer to each other.
+  mmvector<StyleMap*> FindKeptMaps(int maxPairs) const;
+  bool MayKeep(const StyleMap& other) const;
+  Pair* FindUser(bool* isUsed) const;
+  bool IsKeptWithout(const StyleMap& other) const;
+  bool FindKeeper();
+  void EndRings();
+
   mmvector<RefPtr<Pair>> pairs_;
-  bool isInline_ = false; // it is, or was, a pair's own
+  bool isInline_ = false;    // it is, or was, a pair's own
+  bool mayBeInRing_ = false; // it was in one that a pair keeps
 };
 
 } // namespace vorrel::kestan

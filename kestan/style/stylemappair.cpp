@@ -1,30 +1,22 @@
 #include "kestan/style/stylemappair.h"
 
 #include "kestan/core/objarrayfield_impl.h"
+#include "kestan/core/objurlfield_impl.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/read/typedloadobserver.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemappairschema.h"
 #include "kestan/style/stylemapschema.h"
 
-#include <algorithm>
-
 namespace vorrel::kestan {
 
 template class SchemaT<StyleMap::Pair, NewInstancePolicy, NoDerivedPolicy>;
 template class ObjArrayField<StyleMap::Pair>;
+template class ObjUrlField<StyleSelector, StyleReference>;
 
 namespace {
 
-/// The search for a loop ends after so many pairs.
-constexpr int kMaxLoopSearch = 100;
-
 const StyleMapPairSchema& Fields() { return StyleMapPairSchema::GetSingleton(); }
-
-StyleMap* AsMap(SchemaObject* object) {
-  return object && object->isOfType(StyleMap::GetClassSchema()) ? static_cast<StyleMap*>(object)
-                                                                : nullptr;
-}
 
 } // namespace
 
@@ -39,16 +31,16 @@ const Schema& StyleMap::Pair::GetClassSchema() { return StyleMapPairSchema::GetS
 
 StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
     : SchemaObject(GetClassSchema(), id, baseUrl) {
-  if (notify)
-    NotifyPostCreate();
-  else
-    SetBit(kBitNoCreationNotify, true);
+  FinishCreation(notify);
 }
 
-StyleMap::Pair::Pair(const QString& key, Style& style, StyleMap& map)
+StyleMap::Pair::Pair(const QString& key, Style& style, StyleMap& map) : Pair(key, map) {
+  SetStyleSelector(&style);
+}
+
+StyleMap::Pair::Pair(const QString& key, StyleMap& map)
     : Pair(KmlId(QString(), map.GetUrl()), map.GetBaseUrl()) {
   SetKey(key);
-  SetStyleSelector(&style);
   StyleMapSchema::GetSingleton().pairs.add(map, this);
 }
 
@@ -63,7 +55,7 @@ void StyleMap::Pair::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSe
 
 void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
   const bool isNameless = selector && selector->GetUrl().isEmpty() && selector->GetId().isEmpty();
-  if (!selector || selector == inlineSelector_ || selector == referencedSelector_ ||
+  if (!selector || selector == inlineSelector_ || selector == reference_.get() ||
       (isNameless && !MayOwn(*selector)))
     return;
   const RefPtr<StyleSelector> kept(selector);
@@ -79,27 +71,27 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
     SchemaObject::NotifyFieldChanged(Fields().styleSelector);
   } else {
     styleUrl_ = selector->MakeStyleUrl(GetBaseUrl(), QString());
-    SetReference(selector);
+    SetReference(*selector);
   }
 }
 
 bool StyleMap::Pair::MayOwn(const StyleSelector& selector) const {
-  const bool isMap = selector.isOfType(StyleMap::GetClassSchema());
-  const StyleMap* owner = AsMap(GetOwner(0));
-  return !isMap || !owner || !static_cast<const StyleMap&>(selector).Holds(*owner);
+  const StyleMap* map = As(&selector);
+  const StyleMap* owner = As(GetOwner(0));
+  return !map || !owner || !map->Holds(*owner);
 }
 
-void StyleMap::Pair::SetReference(StyleSelector* selector) {
+void StyleMap::Pair::SetReference(StyleSelector& selector) {
   ReleaseReference();
-  referencedSelector_ = selector;
-  selector->AddOwner(*this);
+  reference_.Set(selector);
+  selector.AddOwner(*this);
   UpdateKeepsReference();
   SchemaObject::NotifyFieldChanged(Fields().styleUrl); // the reference is resolved already
 }
 
 void StyleMap::Pair::MarkInline() {
-  StyleMap* map = AsMap(inlineSelector_.get());
-  if (!map || map->isInline_)
+  StyleMap* map = As(inlineSelector_.get());
+  if (!map)
     return;
   map->isInline_ = true;
   for (const RefPtr<Pair>& pair : map->pairs_) {
@@ -108,22 +100,9 @@ void StyleMap::Pair::MarkInline() {
   }
 }
 
-/// A reference of which the target doesn't count: the pointer is there, the count isn't.
-void StyleMap::Pair::SetKeepsReference(bool keeps) {
-  if (keeps == keepsReference_ || !referencedSelector_)
-    return;
-  if (keeps)
-    referencedSelector_->ref();
-  else if (referencedSelector_->GetRefCount() > 1)
-    referencedSelector_->unref();
-  else
-    return; // nobody else holds the map
-  keepsReference_ = keeps;
-}
-
 void StyleMap::Pair::ReleaseReference() {
-  SetKeepsReference(true);
-  if (const RefPtr<StyleSelector> former = std::move(referencedSelector_))
+  keepsRing_ = false;
+  if (const RefPtr<StyleSelector> former = reference_.Release())
     former->RemOwner(*this);
 }
 
@@ -131,35 +110,6 @@ void StyleMap::Pair::ForgetReference() {
   ReleaseReference();
   SetBit(kBitLoadFailed, true);
   SchemaObject::NotifyFieldChanged(Fields().styleUrl);
-}
-
-/// Maps that hold each other would never go. So a reference doesn't count where it leads back to
-/// its own map, nor where that map is a pair's own, and may be part of any other. It ends when its
-/// target does.
-void StyleMap::Pair::UpdateKeepsReference() {
-  const StyleMap* target = AsMap(referencedSelector_.get());
-  const StyleMap* owner = AsMap(GetOwner(0));
-  if (target && owner)
-    SetKeepsReference(IsBuiltInUrl(styleUrl_) || (!owner->isInline_ && !Keeps(*target, *owner)));
-}
-
-/// True when references that count lead from `map` to `other`, or too far to tell.
-bool StyleMap::Pair::Keeps(const StyleMap& map, const StyleMap& other) {
-  int steps = 0;
-  mmvector<const StyleMap*> maps{&map};
-  for (std::size_t i = 0; i < maps.size(); ++i) {
-    if (maps[i] == &other)
-      return true;
-    for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
-      if (++steps > kMaxLoopSearch)
-        return true;
-      const StyleMap* next =
-          pair && pair->keepsReference_ ? AsMap(pair->referencedSelector_.get()) : nullptr;
-      if (next && std::find(maps.begin(), maps.end(), next) == maps.end())
-        maps.push_back(next);
-    }
-  }
-  return false;
 }
 
 const Style* StyleMap::Pair::GetStandIn() const {
@@ -173,14 +123,14 @@ void StyleMap::Pair::OnUrlLoad(const StrField&, SchemaObject* loaded) {
     SetBit(kBitLoadFailed, true);
     SchemaObject::NotifyFieldChanged(Fields().styleUrl); // a new load would fail again
   } else if (IsBuiltInUrl(styleUrl_)) {
-    SetReference(static_cast<StyleSelector*>(loaded)); // by the name that it has
+    SetReference(static_cast<StyleSelector&>(*loaded)); // by the name that it has
   } else {
     SetStyleSelector(static_cast<StyleSelector*>(loaded));
   }
 }
 
 const Field* StyleMap::Pair::FindObject(const SchemaObject& child, int* index) const {
-  if (&child == referencedSelector_.get()) {
+  if (&child == reference_.get()) {
     if (index)
       *index = 0;
     return &Fields().styleUrl;
@@ -211,11 +161,7 @@ void StyleMap::Pair::NotifyOwnerChanged() {
   UpdateKeepsReference();
 }
 
-void StyleMap::Pair::UpdateKeyState() {
-  keyState_ = key_ == QLatin1String("normal")      ? kStyleNormal
-              : key_ == QLatin1String("highlight") ? kStyleHighlight
-                                                   : -1;
-}
+void StyleMap::Pair::UpdateKeyState() { keyState_ = GetModeOf(key_); }
 
 void StyleMap::Pair::CopyNonFieldStuff(const SchemaObject& src) {
   UpdateKeyState();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kestan/style/stylemap.h"
+#include "kestan/style/stylereference.h"
 
 namespace vorrel::kestan {
 
@@ -15,6 +16,8 @@ public:
   Pair(const KmlId& id, const QString& baseUrl, bool notify = true);
   /// A new look of `map`, which keeps it.
   Pair(const QString& key, Style& style, StyleMap& map);
+  /// The same without a style yet.
+  Pair(const QString& key, StyleMap& map);
   ~Pair() override;
 
   const QString& GetKey() const { return key_; }
@@ -25,10 +28,10 @@ public:
   void SetStyleUrl(const QString& url);
   StyleSelector* GetInlineStyleSelector() const { return inlineSelector_.get(); }
   /// What the style URL led to; null while it's open, and beside a selector of its own.
-  StyleSelector* GetReferencedStyleSelector() const { return referencedSelector_.get(); }
+  StyleSelector* GetReferencedStyleSelector() const { return reference_.get(); }
   /// The one that counts; may be null.
   StyleSelector* GetStyleSelector() const {
-    return inlineSelector_ ? inlineSelector_.get() : referencedSelector_.get();
+    return inlineSelector_ ? inlineSelector_.get() : reference_.get();
   }
   /// Takes a selector in place of the present one: as a reference if it can be named, else as its
   /// own. A map that the pair lies in can't be its own: nothing changes.
@@ -48,21 +51,20 @@ public:
 
 private:
   friend class StyleMapPairSchema;
+  friend class StyleMap;
 
-  void SetReference(StyleSelector* selector);
-  void SetKeepsReference(bool keeps);
+  void SetReference(StyleSelector& selector);
   void ReleaseReference();
   void UpdateKeyState();
   void UpdateKeepsReference();
-  static bool Keeps(const StyleMap& map, const StyleMap& other);
   void MarkInline();
 
   QString key_;
   int keyState_ = -1;
   RefPtr<StyleSelector> inlineSelector_;
-  RefPtr<StyleSelector> referencedSelector_;
+  StyleReference reference_; // what the style URL led to
   QString styleUrl_;
-  bool keepsReference_ = true; // false where counts could close a loop
+  bool keepsRing_ = false; // the reference keeps its target though that may close a ring
 };
 
 } // namespace vorrel::kestan

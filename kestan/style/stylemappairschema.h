@@ -23,9 +23,9 @@ public:
   StyleMapPairSchema();
 
   StrField key{*this, "key", OffsetOf(&StyleMap::Pair::key_), Field::kElement};
-  ObjUrlField<StyleSelector> styleUrl{
+  ObjUrlField<StyleSelector, StyleReference> styleUrl{
       *this,           "styleUrl", OffsetOf(&StyleMap::Pair::styleUrl_),
-      Field::kElement, 0,          OffsetOf(&StyleMap::Pair::referencedSelector_)};
+      Field::kElement, 0,          OffsetOf(&StyleMap::Pair::reference_)};
   OwnSelectorField styleSelector{*this, QString(), StyleSelector::GetClassSchema(),
                                  OffsetOf(&StyleMap::Pair::inlineSelector_)};
 };

@@ -14,6 +14,8 @@
 #include "kestan/style/polystyle.h"
 #include "kestan/style/style.h"
 
+#include <tuple>
+
 namespace vorrel::kestan {
 
 /// What old documents say in the style itself. It goes into the sub-styles as it's read.
@@ -28,8 +30,7 @@ struct Style::Deprecated {
   bool falseColorGeom = false;
 };
 
-class KESTAN_EXPORT StyleSchema final
-    : public SchemaT<Style, NewInstancePolicy, NoDerivedPolicy> {
+class KESTAN_EXPORT StyleSchema final : public SchemaT<Style, NewInstancePolicy, NoDerivedPolicy> {
 private:
   static constexpr unsigned kDeprecated = Field::kNoWrite | Field::kNoCopy | Field::kProxy;
   Enum placements_{{{LabelStyle::kPlacementCenter, "center"},
@@ -58,13 +59,9 @@ public:
                            OffsetOf(&Style::Deprecated::labelPlacement),
                            Field::kElement,
                            kDeprecated};
-  EnumField polyMode{*this,
-                     "polyMode",
-                     polyModes_,
-                     2,
-                     OffsetOf(&Style::Deprecated::polyMode),
-                     Field::kElement,
-                     kDeprecated};
+  EnumField polyMode{
+      *this,           "polyMode", polyModes_, 2, OffsetOf(&Style::Deprecated::polyMode),
+      Field::kElement, kDeprecated};
   SimpleField<bool> falseColorGeom{*this, "falseColorGeom",
                                    OffsetOf(&Style::Deprecated::falseColorGeom), Field::kElement,
                                    kDeprecated};
@@ -85,9 +82,20 @@ public:
   ObjField<IconStackStyle> iconStackStyle{*this, QString(), IconStackStyle::GetClassSchema(),
                                           OffsetOf(&Style::iconStackStyle_)};
 
-  /// The sub-styles in the order in which they are written.
+  /// The sub-styles in the order in which they are written: as fields, and as members.
   const Field* const written[7] = {&iconStyle, &labelStyle, &balloonStyle,  &listStyle,
                                    &lineStyle, &polyStyle,  &iconStackStyle};
+  const std::tuple<RefPtr<IconStyle> Style::*, RefPtr<LabelStyle> Style::*,
+                   RefPtr<BalloonStyle> Style::*, RefPtr<ListStyle> Style::*,
+                   RefPtr<LineStyle> Style::*, RefPtr<PolyStyle> Style::*,
+                   RefPtr<IconStackStyle> Style::*>
+      parts{&Style::iconStyle_, &Style::labelStyle_, &Style::balloonStyle_,  &Style::listStyle_,
+            &Style::lineStyle_, &Style::polyStyle_,  &Style::iconStackStyle_};
+
+  /// Calls `visit(member)` for each.
+  template <class Visit> void ForEachPart(Visit visit) const {
+    std::apply([&](auto... member) { (visit(member), ...); }, parts);
+  }
 };
 
 extern template class SchemaT<Style, NewInstancePolicy, NoDerivedPolicy>;

@@ -3,8 +3,11 @@
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/objurlfield_impl.h"
+#include "kestan/core/schemaobjectschema.h"
 #include "kestan/core/schemat_impl.h"
+#include "kestan/core/threadcontext.h"
 #include "kestan/style/builtinstyles.h"
+#include "kestan/style/stylecache.h"
 #include "kestan/style/styleclimb.h"
 #include "kestan/style/styleselectorschema.h"
 #include "kestan/style/stylevisitor.h"
@@ -16,26 +19,29 @@ template class ObjField<StyleSelector>;
 template class ObjArrayField<StyleSelector>;
 template class ObjUrlField<StyleSelector>;
 
-namespace {
-
-std::unique_ptr<BuiltInStyles> s_built_in_styles;
-
-} // namespace
+std::atomic<std::uint32_t> StyleSelector::s_deaths_{0};
 
 StyleSelectorSchema::StyleSelectorSchema() : SchemaT("StyleSelector", nullptr, Namespace::kKml) {}
 
 const Schema& StyleSelector::GetClassSchema() { return StyleSelectorSchema::GetSingleton(); }
 
-void StyleSelector::Initialize() { s_built_in_styles = std::make_unique<BuiltInStyles>(); }
+void StyleSelector::Initialize() { BuiltInStyles::Create(); }
 
-void StyleSelector::Shutdown() { s_built_in_styles.reset(); }
+void StyleSelector::Shutdown() {
+  ThreadContext::GetMain()->styleCache.reset();
+  BuiltInStyles::Delete();
+}
 
 StyleSelector::StyleSelector(const Schema& schema, const KmlId& id, const QString& baseUrl)
-    : SchemaObject(schema, id, baseUrl) {
+    : SchemaObject(schema, id, baseUrl),
+      isUnlisted_(ThreadContext::GetCurrent()->unlistedCount != 0) {
   SetBit(kBitRootStyle, id.url.startsWith(QLatin1String("root://")));
 }
 
-StyleSelector::~StyleSelector() = default;
+StyleSelector::~StyleSelector() {
+  if (!isUnlisted_)
+    s_deaths_.fetch_add(1, std::memory_order_relaxed);
+}
 
 StyleSelector* StyleSelector::find(const KmlId& id) {
   SchemaObject* object = SchemaObject::find(id);
@@ -83,6 +89,13 @@ SchemaObject* StyleSelector::GetOwner(int index) const {
   if (!owners_)
     return index == 0 ? owner_ : nullptr;
   return index >= 0 && index < GetOwnerCount() ? (*owners_)[index] : nullptr;
+}
+
+void StyleSelector::NotifyFieldChanged(const Field& field) {
+  const RefPtr<StyleSelector> kept(GetRefCount() > 0 ? this : nullptr); // whatever observers do
+  SchemaObject::NotifyFieldChanged(field);
+  if (kept && &field == &SchemaObjectSchema::GetSingleton().id)
+    ThreadContext::GetMain()->styleCreationObserver->OnPostCreate({this});
 }
 
 void StyleSelector::NotifySubFieldChanged(SchemaObject& changed, const Field& field,

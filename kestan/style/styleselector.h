@@ -3,6 +3,7 @@
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/pointerset.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 
@@ -54,6 +55,10 @@ public:
     return static_cast<std::int32_t>(flattenRevision_ - source.GetRevision()) >= 0;
   }
 
+  /// Counts the selectors of all documents that have gone. While it stays, an address means one
+  /// selector.
+  static std::uint32_t GetDeathCount() { return s_deaths_.load(std::memory_order_relaxed); }
+
   // Operations that selectors add, in the order of their slots.
   virtual void accept(StyleVisitor& visitor);
   virtual void apply() const {}
@@ -71,6 +76,8 @@ public:
   int GetOwnerCount() const override;
   SchemaObject* GetOwner(int index) const override;
   Document* GetOwnerDocument() const override { return nullptr; }
+  /// A new id may be one that is waited for.
+  void NotifyFieldChanged(const Field& field) override;
   /// Tells each owner. A change that comes by here again on its way up isn't told twice.
   void NotifySubFieldChanged(SchemaObject& changed, const Field& field,
                              VisitedObjects& visited) override;
@@ -83,6 +90,9 @@ private:
 
   std::unique_ptr<OwnerSet> owners_; // where there are several; else the plain owner, if any
   std::uint32_t flattenRevision_ = 0;
+  const bool isUnlisted_; // made for a look, and in no document
+
+  static std::atomic<std::uint32_t> s_deaths_;
 };
 
 } // namespace vorrel::kestan

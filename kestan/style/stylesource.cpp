@@ -9,13 +9,9 @@ namespace vorrel::kestan {
 
 namespace {
 
-bool IsMap(const StyleSelector* selector) {
-  return selector && selector->isOfType(StyleMap::GetClassSchema());
-}
-
 StyleSource Select(const StyleSelector& selector, int mode) {
-  if (IsMap(&selector))
-    return static_cast<const StyleMap&>(selector).Select(mode);
+  if (const StyleMap* map = StyleMap::As(&selector))
+    return map->Select(mode);
   return {static_cast<const Style*>(&selector), &selector, nullptr, StyleSource::kGiven};
 }
 
@@ -40,7 +36,7 @@ StyleSources::StyleSources(const AbstractFeature& feature, int mode) {
 
 StyleSources::StyleSources(const StyleSelector* over, const StyleSelector* under, int mode) {
   // The result has the shape of one of the two: that of a map, and of the lower one of two maps.
-  const StyleSelector* shape = !over || IsMap(under) ? under : over;
+  const StyleSelector* shape = !over || StyleMap::As(under) ? under : over;
   const StyleSelector* other = shape == over ? under : over;
   StyleSource first = Select(*shape, mode);
   if (first.kind == StyleSource::kLoop) {

@@ -10,13 +10,6 @@ namespace vorrel::kestan {
 SubStyle::SubStyle(const Schema& schema, const KmlId& id, const QString& baseUrl)
     : SchemaObject(schema, id, baseUrl) {}
 
-void SubStyle::FinishCreation(bool notify) {
-  if (notify)
-    NotifyPostCreate();
-  else
-    SetBit(kBitNoCreationNotify, true);
-}
-
 void SubStyle::SetSpecified(unsigned mask) {
   ObjectObserver::SetSpecified(*this, specified_, mask);
 }

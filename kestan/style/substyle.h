@@ -25,9 +25,6 @@ public:
 protected:
   SubStyle(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
-  /// End of each constructor: announces the object, or marks it as one that nobody hears of.
-  void FinishCreation(bool notify);
-
   /// Sets the mask of the fields that count as given.
   void SetSpecified(unsigned mask);
 

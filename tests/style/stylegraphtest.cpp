@@ -2,6 +2,8 @@
 #include "kestan/feature/document.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/stylemap.h"
+#include "kestan/style/stylemappair.h"
+#include "kestan/style/stylemapschema.h"
 #include "tests/style/styletest.h"
 
 #include <QStringList>
@@ -110,18 +112,93 @@ TEST_F(StyleGraphTest, LoopsGoWithTheirDocument) {
   }
 }
 
-TEST_F(StyleGraphTest, AReferenceEndsWithATargetThatItCannotKeep) {
-  // The second document closes the loop. When it goes, the first one refers to nothing again.
-  const auto document = ReadAt("/dir/a.kml", InDocument(Map("a", "b.kml#b", "root://styles#hl") +
-                                                        "<Placemark><name>p</name>"
-                                                        "<styleUrl>#a</styleUrl></Placemark>"));
-  auto other = ReadAt("/dir/b.kml", InDocument(Map("b", "a.kml#a", "#b")));
-  const AbstractFeature* feature = Find(*document, "p");
-  EXPECT_EQ("", Look(*feature));
-  other.reset();
-  EXPECT_FALSE(StyleMap::find("/dir/b.kml", "b"));
-  EXPECT_EQ("failed", Look(*feature));
-  EXPECT_EQ("IconStyle.scale=1.2", Look(*feature, 1));
+TEST_F(StyleGraphTest, AReferenceKeepsItsTargetInARingToo) {
+  const QString url = "/dir/a.kml";
+  const QString style = "<Style id='s'><LineStyle><width>3</width></LineStyle></Style>"
+                        "<Style id='t'><LineStyle><width>4</width></LineStyle></Style>";
+  const QString feature = "<Placemark><name>p</name><styleUrl>#a</styleUrl></Placemark>";
+  const QString maps[] = {Map("a", "#s", "#b"), Map("b", "#a", "#t")};
+  // Within one document, whichever map leaves it.
+  for (const int order : {0, 1}) {
+    for (const char* leaves : {"a", "b"}) {
+      SCOPED_TRACE(leaves);
+      auto document =
+          ReadAt(url, InDocument(style + maps[order] + maps[1 - order] + feature + feature));
+      Document& root = static_cast<Document&>(*document);
+      Watcher<StyleMap> a(StyleMap::find(url, "a"));
+      Watcher<StyleMap> b(StyleMap::find(url, "b"));
+      const RefPtr<AbstractFeature> kept(Find(*document, "p"));
+      root.RemStyleSelector(*StyleMap::find(url, leaves));
+      EXPECT_EQ("LineStyle.width=3", Look(*kept));
+      EXPECT_EQ("LineStyle.width=4", Look(*kept, kStyleHighlight));
+      // The text says the same.
+      EXPECT_EQ(2, Write(*document).count("<StyleMap "));
+      // And so does what is left of the document.
+      document.reset();
+      EXPECT_EQ("LineStyle.width=4", Look(*kept, kStyleHighlight));
+      EXPECT_TRUE(a.get() && b.get());
+      kept->SetReferencedStyleSelector(nullptr);
+      EXPECT_FALSE(a.get());
+      EXPECT_FALSE(b.get());
+    }
+  }
+
+  // The second document closes the loop, or leads further than anybody looks, or both.
+  const QString longMap =
+      "<StyleMap id='b'>" + QString("<Pair/>").repeated(300) +
+      "<Pair><key>normal</key><styleUrl>%1</styleUrl></Pair><Pair><key>highlight</key>"
+      "<styleUrl>#t</styleUrl></Pair></StyleMap>";
+  const struct {
+    QString map;
+    bool stays;
+  } cases[] = {{Map("b", "a.kml#a", "#t"), true},
+               {Map("b", "#b", "#t"), true},
+               {longMap.arg("#t"), true},
+               {longMap.arg("a.kml#a"), false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.map.right(200).toStdString());
+    auto document = ReadAt(url, InDocument(Map("a", "root://styles#hl", "b.kml#b") + feature));
+    auto other = ReadAt("/dir/b.kml", InDocument(c.map + style));
+    Watcher<StyleMap> b(StyleMap::find("/dir/b.kml", "b"));
+    const RefPtr<AbstractFeature> kept(Find(*document, "p"));
+    EXPECT_EQ("LineStyle.width=4", Look(*kept, kStyleHighlight));
+    other.reset();
+    EXPECT_EQ(c.stays ? "LineStyle.width=4" : "failed", Look(*kept, kStyleHighlight));
+    EXPECT_EQ("IconStyle.scale=1.2", Look(*kept));
+    EXPECT_EQ(c.stays, b.get() != nullptr);
+    document.reset();
+    EXPECT_EQ(c.stays, b.get() != nullptr);
+    kept->SetReferencedStyleSelector(nullptr);
+    EXPECT_FALSE(b.get());
+  }
+}
+
+// Maps that a client made and never put anywhere.
+TEST_F(StyleGraphTest, RingsThatNobodyUsesGo) {
+  QString key;
+  for (const bool isOwned : {false, true}) {
+    const auto document = ReadLocal(InDocument("<Placemark/>"));
+    auto& root = static_cast<Document&>(*document);
+    RefPtr<StyleMap> maps[3];
+    for (RefPtr<StyleMap>& map : maps)
+      map = new StyleMap(KmlId(QStringLiteral("m%1").arg(&map - maps), "/dir/doc.kml"), QString());
+    for (int i = 0; i < 3; ++i) {
+      const RefPtr<StyleMap::Pair> pair(new StyleMap::Pair(KmlId(), QString()));
+      pair->SetKey("normal");
+      pair->SetStyleSelector(maps[(i + 1) % 3].get());
+      StyleMapSchema::GetSingleton().pairs.add(*maps[i], pair.get());
+      if (isOwned)
+        root.AddStyleSelector(*maps[i]);
+    }
+    Watcher<StyleMap> first(maps[0].get());
+    Watcher<StyleMap> last(maps[2].get());
+    for (RefPtr<StyleMap>& map : maps) {
+      root.RemStyleSelector(*map);
+      map.reset();
+    }
+    EXPECT_FALSE(first.get());
+    EXPECT_FALSE(last.get());
+  }
 }
 
 // What was read from elsewhere goes on meaning the same, moved or copied.

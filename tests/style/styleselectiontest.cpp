@@ -1,6 +1,12 @@
+#include "kestan/core/schemaobjectschema.h"
+#include "kestan/core/threadcontext.h"
 #include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/host/job.h"
+#include "kestan/read/loadobserver.h"
+#include "kestan/read/loadobserverloader.h"
 #include "kestan/style/balloonstyle.h"
+#include "kestan/style/icon.h"
 #include "kestan/style/iconstyleschema.h"
 #include "kestan/style/linestyleschema.h"
 #include "kestan/style/liststyle.h"
@@ -118,6 +124,8 @@ TEST_F(StyleSelectionTest, AFeatureAnswersItsLookInBothModes) {
       {Url("#hollow"), " | IconStyle.scale=1.2"},
       {Url("#empty"), " | IconStyle.scale=1.2"},
       {Url("#empty") + wide, width},
+      {Url("#empty") + "<StyleMap/>", ""},
+      {Url("#calm") + Map("#big"), "IconStyle.scale=3 LineStyle.color=ff0000ff | "},
       // Targets that come later.
       {Url("far.kml#s"), "fetching", "PolyStyle.fill=0"},
       {Url("far.kml#gone"), "fetching"},
@@ -288,6 +296,48 @@ TEST_F(StyleSelectionTest, WhatIsGivenOrTakenBackShowsAtOnce) {
   EXPECT_FALSE(styles[0]->GetLineStyle()->ClearField(icon.scale));
 }
 
+// Nothing tells where their images are, but they are two.
+TEST_F(StyleSelectionTest, RelativeIconsOfADocumentWithoutAUrlDiffer) {
+  const QString placemark =
+      "<Placemark><name>%1</name><styleUrl>#s</styleUrl><Style><IconStyle><Icon><href>%1.png</href>"
+      "%2</Icon></IconStyle></Style></Placemark>";
+  for (const char* url : {"", "/dir/doc.kml"}) {
+    const auto document = ReadAt(
+        url, InDocument("<Style id='s'><LineStyle><width>2</width></LineStyle></Style>" +
+                        placemark.arg("a", "") + placemark.arg("b", "") + placemark.arg("c", "") +
+                        placemark.arg("b", "<gx:x>8</gx:x>").replace("<name>b", "<name>d")));
+    ASSERT_TRUE(document);
+    for (const char* name : {"a", "b", "c"})
+      EXPECT_EQ(QStringLiteral("LineStyle.width=2 icon=%1.png").arg(name),
+                Look(*Find(*document, name)));
+    Style& a = *Find(*document, "a")->InlineStyle();
+    Style& b = *Find(*document, "b")->InlineStyle();
+    EXPECT_FALSE(a == b);
+    EXPECT_FALSE(b.UnspecifyRedundantFields(a));
+    EXPECT_TRUE(a.UnspecifyRedundantFields(*a.Clone()));
+    const auto made = Style::create(KmlId("made", url), url, nullptr);
+    made->GetIconStyle()->GetOrCreateIcon()->SetHref("b.png");
+    EXPECT_TRUE(*made == b);
+    made->GetIconStyle()->GetIcon()->SetHref("d.png");
+    EXPECT_FALSE(*made == b);
+  }
+}
+
+// Icons that show the same may still bring different things into a merge.
+TEST_F(StyleSelectionTest, NeighboursShareALookOnlyWhereTheirStylesSayTheSame) {
+  const auto document = ReadLocal(InDocument(
+      "<Style id='s'><IconStyle><Icon><href>http://h/i.png</href></Icon></IconStyle></Style>"
+      "<Placemark><name>p</name><styleUrl>#s</styleUrl><Style><IconStyle><Icon>"
+      "<refreshMode>onInterval</refreshMode></Icon></IconStyle></Style></Placemark>"
+      "<Placemark><name>q</name><styleUrl>#s</styleUrl><Style><IconStyle><Icon>"
+      "<refreshMode>onExpire</refreshMode></Icon></IconStyle></Style></Placemark>"));
+  const auto mode = [&](const char* name) {
+    return Find(*document, name)->getRenderStyle(0)->GetIconStyle()->GetIcon()->GetRefreshMode();
+  };
+  EXPECT_EQ(Icon::kOnInterval, mode("p"));
+  EXPECT_EQ(Icon::kOnExpire, mode("q"));
+}
+
 TEST_F(StyleSelectionTest, AMergeKeepsWhatWasSaidAboutHotSpotAndBalloon) {
   const auto document = ReadLocal(
       InDocument("<Style id='new'><BalloonStyle><bgColor>ff000001</bgColor></BalloonStyle></Style>"
@@ -304,6 +354,48 @@ TEST_F(StyleSelectionTest, AMergeKeepsWhatWasSaidAboutHotSpotAndBalloon) {
   // Still the tip of the default pin: nobody gave a hot spot or an icon.
   EXPECT_EQ(20.0, b->GetIconStyle()->GetHotSpot().x);
   EXPECT_EQ(LegacyScreenVec::kPixels, b->GetIconStyle()->GetHotSpot().xunits);
+}
+
+TEST_F(StyleSelectionTest, AStyleThatIsRenamedIsFoundByThoseThatWaitForIt) {
+  const auto document = ReadLocal(
+      InDocument("<Placemark><name>p</name><styleUrl>#s</styleUrl></Placemark><Placemark><name>q"
+                 "</name><styleUrl>#old</styleUrl></Placemark>"
+                 "<Style id='old'><LineStyle><width>2</width></LineStyle></Style>"));
+  EXPECT_EQ("failed", Look(*Find(*document, "p")));
+  SchemaObjectSchema::GetSingleton().id.SetTypedObject(*Style::find("/dir/doc.kml", "old"), "s");
+  EXPECT_EQ("LineStyle.width=2", Look(*Find(*document, "p")));
+  EXPECT_EQ("LineStyle.width=2", Look(*Find(*document, "q")));
+}
+
+TEST_F(StyleSelectionTest, WithoutLoadersAReferenceFailsOnceItsDocumentIsThere) {
+  class Loader final : public LoadObserverLoader {
+  public:
+    void RequestLoad(const QString&) override {}
+    bool HasLoadEnded(const QString& url) override { return url == ended; }
+    QString ended;
+  };
+  class StopsAlways final : public IJobContinuator {
+  public:
+    bool ShouldContinue() const override { return false; }
+  };
+  Loader loader;
+  const auto document = ReadLocal(
+      InDocument("<Placemark><name>p</name><styleUrl>far.kml#no</styleUrl></Placemark>"
+                 "<Placemark><name>q</name><styleUrl>other.kml#s</styleUrl></Placemark>"
+                 "<Placemark><name>r</name><styleUrl>far.kml#late</styleUrl></Placemark>"));
+  const auto far = ReadAt("/dir/far.kml", InDocument("<Style id='s'/>"));
+  loader.ended = "/dir/far.kml";
+  ThreadContext& main = *ThreadContext::GetMain();
+  int stops = 0;
+  while (LoadObserver::UpdateAll(main, StopsAlways()))
+    ASSERT_LT(++stops, 3);
+  EXPECT_EQ("failed", Look(*Find(*document, "p")));
+  EXPECT_EQ("fetching", Look(*Find(*document, "q")));
+  EXPECT_EQ("failed", Look(*Find(*document, "r")));
+  Find(*document, "p")->SetStyleUrl("far.kml#never"); // a new reference to it
+  while (LoadObserver::UpdateAll(main, StopsAlways())) {
+  }
+  EXPECT_EQ("failed", Look(*Find(*document, "p")));
 }
 
 TEST_F(StyleSelectionTest, TheSelectorTellsWhetherThereIsAHighlight) {

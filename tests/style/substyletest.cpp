@@ -6,6 +6,7 @@
 #include "kestan/style/linestyle.h"
 #include "kestan/style/liststyle.h"
 #include "kestan/style/polystyle.h"
+#include "kestan/style/stylemap.h"
 #include "tests/style/styletest.h"
 
 namespace vorrel::kestan {
@@ -114,6 +115,18 @@ TEST_F(SubStyleTest, UnknownModesAreReportedOrChangeNothing) {
   style->GetLineStyle()->SetColorMode("random");
   style->GetLineStyle()->SetColorMode("no mode");
   EXPECT_EQ(ColorStyle::kRandom, style->GetLineStyle()->GetColorMode());
+  style->GetLineStyle()->SetColorMode(static_cast<ColorStyle::ColorMode>(3));
+  style->GetListStyle()->SetListItemType(static_cast<ListStyle::ListItemType>(4));
+  EXPECT_EQ("<LineStyle><colorMode>random</colorMode></LineStyle>", GetStyleContent(Write(*style)));
+}
+
+TEST_F(SubStyleTest, AStyleKeepsTheIconThatAnotherOneIsMadeWith) {
+  const auto style = ReadStyle("<IconStyle><Icon><href>http://a/i.png</href></Icon></IconStyle>");
+  Icon& icon = *style->GetIconStyle()->GetIcon();
+  const auto map = StyleMap::create(*Style::GetDefaultStyle(), icon, icon);
+  for (const int mode : {kStyleNormal, kStyleHighlight})
+    EXPECT_TRUE(map->InternalGetSelectedStyle(mode)->GetIconStyle()->HasIcon());
+  EXPECT_TRUE(style->GetIconStyle()->HasIcon());
 }
 
 TEST_F(SubStyleTest, RedundantFieldsAreForgotten) {

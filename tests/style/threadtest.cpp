@@ -4,12 +4,17 @@
 #include "kestan/host/pump.h"
 #include "kestan/read/kmlhandler.h"
 #include "kestan/read/namespaces.h"
+#include "kestan/style/icon.h"
+#include "kestan/style/iconstyle.h"
 #include "kestan/style/linestyle.h"
+#include "kestan/style/liststyle.h"
 #include "kestan/style/stylemap.h"
+#include "kestan/style/stylesource.h"
 #include "tests/style/styletest.h"
 #include "tests/support/workers.h"
 
 #include <array>
+#include <functional>
 
 namespace vorrel::kestan {
 
@@ -102,6 +107,82 @@ TEST_F(StyleThreadTest, DocumentsAreReadAskedAndWrittenOnAllThreads) {
     }
     for (const auto& document : documents)
       EXPECT_EQ("LineStyle.width=7 PolyStyle.fill=0", Look(*Find(*document, "far")));
+  }
+}
+
+/// All that a renderer asks of a look.
+QString Appearance(const AbstractFeature& feature, const std::function<QString(int mode)>& look) {
+  QString text = QString::number(feature.HasSpecifiedHighlightStyle());
+  for (const int mode : {kStyleNormal, kStyleHighlight}) {
+    const StyleSources sources(feature, mode);
+    const Icon& icon = *sources.GetStyle()->GetIconStyle()->GetIcon();
+    text += look(mode) + icon.GetAbsoluteUrl() + icon.CreateIconKey().text +
+            QString::number(sources.GetStyle()->GetIconStyle()->GetHotSpot().x);
+    for (const RefPtr<ItemIcon>& item : sources.GetStyle()->GetListStyle()->GetItemIcons())
+      text += item->GetAbsoluteUrl();
+  }
+  return text;
+}
+
+// The features share styles, and neighbours share what their styles make together.
+TEST_F(StyleThreadTest, ThreadsAskDifferentFeaturesOfOneDocument) {
+  constexpr int kFeatures = 60;
+  const QString icon = "<IconStyle id='i%1'><Icon id='p%1'><href>http://h/%1.png</href>"
+                       "<viewRefreshMode>onStop</viewRefreshMode></Icon></IconStyle>";
+  const QString list = "<ListStyle><ItemIcon><href>%1.png</href></ItemIcon></ListStyle>";
+  const QString line = "<LineStyle id='l'><width>5</width></LineStyle>";
+  const QString inlines[] = {
+      "<Style>" + line + "</Style>", "<Style>" + line + "</Style>",
+      "<Style>" + icon.arg("own") + list.arg("own") + "</Style>",
+      "<StyleMap><Pair><key>highlight</key><styleUrl>#t</styleUrl></Pair></StyleMap>", ""};
+  const char* const shared[] = {"#s", "#s", "#m", "#n", "#gone"};
+  QString content = "<Style id='s'>" + icon.arg("shared") + list.arg("shared") +
+                    "<PolyStyle><fill>0</fill></PolyStyle></Style><Style id='t'/>"
+                    "<StyleMap id='m'><Pair><key>normal</key><styleUrl>#s</styleUrl></Pair>"
+                    "<Pair><key>highlight</key><Style>" +
+                    line +
+                    "</Style></Pair></StyleMap>"
+                    "<StyleMap id='n'><Pair><key>normal</key><styleUrl>#m</styleUrl></Pair>"
+                    "<Pair><key>highlight</key><styleUrl>#n</styleUrl></Pair></StyleMap>";
+  for (int i = 0; i < kFeatures; ++i)
+    content += "<Placemark><styleUrl>" + QLatin1String(shared[i / 7 % 5]) + "</styleUrl>" +
+               inlines[i / 3 % 5] + "</Placemark>";
+  auto document = ReadLocal(InDocument(content));
+  ASSERT_TRUE(document);
+  const auto& folder = static_cast<const Document&>(*document);
+  ASSERT_EQ(kFeatures, folder.GetChildCount());
+  const auto appearance = [](const AbstractFeature& feature) {
+    return Appearance(feature, [&](int mode) { return Look(feature, mode); });
+  };
+  for (int round = 0; round < 2 * kRounds; ++round) {
+    Style::find("/dir/doc.kml", round % 2 == 0 ? "s" : "t")
+        ->GetLineStyle()
+        ->SetPhysicalWidth(static_cast<float>(round));
+    // What threads see first has never been asked for, or was, before the change.
+    QStringList expected;
+    {
+      const auto copy = document->clone(true, nullptr);
+      for (int i = 0; i < kFeatures; ++i)
+        expected += appearance(*static_cast<const Document&>(*copy).GetChild(i));
+    }
+    std::array<QStringList, kWorkers> answers;
+    {
+      Workers workers(kWorkers, [&](int number) {
+        for (int i = (number + round) % kWorkers; i < kFeatures; i += kWorkers)
+          answers[static_cast<std::size_t>(number)] += appearance(*folder.GetChild(i));
+      });
+      // Other documents come and go.
+      workers.Finish([&] {
+        const auto other = ReadAt("/dir/other.kml", InDocument(content));
+        appearance(*static_cast<const Document&>(*other).GetChild(0));
+      });
+      if (round == 2 * kRounds - 1)
+        document.reset(); // before the threads end
+    }
+    for (int number = 0; number < kWorkers; ++number) {
+      for (int i = (number + round) % kWorkers, place = 0; i < kFeatures; i += kWorkers, ++place)
+        EXPECT_EQ(expected[i], answers[static_cast<std::size_t>(number)][place]);
+    }
   }
 }
 
