@@ -6,7 +6,8 @@ namespace vorrel::kestan {
 
 BitField::BitField(Schema& schema, const QString& name, unsigned bitIndex, bool defaultValue,
                    unsigned offset, Field::Type type, unsigned flags)
-    : SimpleField(schema, name, offset, type, flags), mask_(1U << bitIndex) {
+    : SimpleField(schema, name, offset, type, flags, sizeof(std::uint32_t), alignof(std::uint32_t)),
+      mask_(1U << bitIndex) {
   SetDefault(defaultValue);
 }
 

@@ -1,10 +1,12 @@
 #include "kestan/core/creationobserver.h"
 
+#include "kestan/core/constructionguard.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/read/loadobserver.h" // what dies waits for nothing any more
 
+#include <algorithm>
 #include <mutex>
 
 namespace vorrel::kestan {
@@ -25,7 +27,7 @@ CreationObserver::~CreationObserver() {
 
 void CreationObserver::NotifyPostCreate(SchemaObject& object) {
   ThreadContext* context = ThreadContext::GetCurrent();
-  if (context->disableCount != 0)
+  if (context->disableCount != 0 || object.GetBit(kBitDeleting))
     return;
   object.SetBit(kBitPostCreated, true);
   if (!object.GetSchema().HasCreationObservers())
@@ -42,15 +44,20 @@ bool CreationObserver::DoNotifyPostCreate(SchemaObject& object, bool onMain) {
   const mmvector<CreationObserver*>& observers = object.GetSchema().GetCreationObservers();
   const bool seenBySafe = object.GetBit(kBitPostCreateSafeDone);
   bool reachedAll = true;
-  for (std::size_t i = 0;; ++i) {
-    CreationObserver* observer = nullptr;
+  InlinedVector<CreationObserver*, 16> present;
+  {
+    const std::lock_guard<SpinLock> guard(s_lock_);
+    for (CreationObserver* observer : observers)
+      present.push_back(observer);
+  }
+  const ConstructionGuard building(object, object.GetRefCount() > 0);
+  for (CreationObserver* const observer : present) {
     {
       // The list may change while the lock is open for a call.
       const std::lock_guard<SpinLock> guard(s_lock_);
-      if (i >= observers.size())
-        break;
+      if (std::find(observers.begin(), observers.end(), observer) == observers.end())
+        continue;
       // Those that aren't called here may go as soon as the lock is open.
-      observer = observers[i];
       if (observer->threadSafety_ == kAnyThread) {
         if (seenBySafe)
           continue;
@@ -60,14 +67,10 @@ bool CreationObserver::DoNotifyPostCreate(SchemaObject& object, bool onMain) {
         continue;
       }
     }
-    // The object may still be in its constructor, without any reference: letting go of this one
-    // must not delete it.
-    object.ref();
     if (observer->enabled_)
       observer->OnPostCreate(Event{&object});
     if (onMain)
       object.SetBit(kBitPostCreateDone, true);
-    object.UnrefWithoutDelete();
   }
   return reachedAll;
 }

@@ -3,12 +3,16 @@
 #include "kestan/host/export.h"
 #include "kestan/host/spinlock.h"
 
+#include <atomic>
+
 namespace vorrel::kestan {
 
 class Schema;
 class SchemaObject;
 
-/// Watches a class: hears of each new object of it and of the classes derived from it.
+/// Watches a class: hears of each new object of it and of the classes derived from it. Those that
+/// come while an object is announced don't hear of that one; those that go don't keep it from the
+/// others.
 class KESTAN_EXPORT CreationObserver {
 public:
   enum ThreadSafety {
@@ -43,7 +47,7 @@ private:
 
   const Schema* schema_;
   ThreadSafety threadSafety_;
-  bool enabled_ = true;
+  std::atomic<bool> enabled_{true}; ///< Workers ask, whatever thread switches it.
 
   static SpinLock s_lock_;
 };

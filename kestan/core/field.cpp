@@ -1,5 +1,6 @@
 #include "kestan/core/field.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 
@@ -85,7 +86,11 @@ int Field::FindObject(const SchemaObject&, const SchemaObject&) const { return -
 
 bool Field::IsUndefined(const SchemaObject&) const { return false; }
 
-void Field::NotifyFieldChanged(SchemaObject& object) const { object.NotifyFieldChanged(*this); }
+void Field::NotifyFieldChanged(SchemaObject& object) const {
+  const DeletionDeferrer deferrer;
+  if (!object.GetBit(kBitDeleting))
+    object.NotifyFieldChanged(*this);
+}
 
 void Field::SetFlagBit(unsigned flag, bool value) {
   flags_ = value ? flags_ | flag : flags_ & ~flag;

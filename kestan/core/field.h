@@ -140,7 +140,7 @@ public:
   /// Prints the bare value.
   virtual void WriteKmlString(const SchemaObject& object, WriteState& state) const;
 
-  /// Tells the object that this member has changed.
+  /// Tells the object that this member has changed. What is dying tells nothing.
   void NotifyFieldChanged(SchemaObject& object) const;
   /// The name with the prefix that it needs as an element, or as an attribute of `object`.
   QString GetPrefixedElem() const;

@@ -1,27 +1,23 @@
 #include "kestan/core/objarrayfield.h"
 
+#include "kestan/core/childmove.h"
 #include "kestan/core/objfield.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/inlinedvector.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace vorrel::kestan {
 
 ObjArrayFieldBase::ObjArrayFieldBase(Schema& schema, const QString& name, const Schema& objSchema,
                                      unsigned offset, unsigned flags, unsigned size, unsigned align)
-    : Field(schema, name, offset, kObject, GetNamespaceFlags(objSchema, flags), size, align,
-            &objSchema),
-      objSchema_(&objSchema) {}
-
-bool ObjArrayFieldBase::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
-  return &child != &owner && child.isOfType(*objSchema_);
-}
+    : ChildField(schema, name, objSchema, offset, flags, size, align) {}
 
 int ObjArrayFieldBase::FindObject(const SchemaObject& owner, const SchemaObject& child) const {
-  if (!child.HasOwner(owner) || !child.isOfType(*objSchema_))
+  if (!child.HasOwner(owner) || !child.isOfType(*GetObjSchema()))
     return -1;
   if (GetObject(owner, child.GetArrayIndex()) == &child)
     return child.GetArrayIndex();
@@ -38,30 +34,43 @@ QString ObjArrayFieldBase::toString(const SchemaObject& object, int index) const
   return child ? child->toString() : QString();
 }
 
+/// Puts `child`, which isn't in this array, between the others.
+void ObjArrayFieldBase::Place(ChildMove& move, SchemaObject& owner, SchemaObject& child,
+                              int index) const {
+  const int count = getCount(owner);
+  if (Owns(owner))
+    move.Take(child);
+  Append(owner, &child);
+  if (index < count) {
+    Move(owner, count, index);
+    Renumbered(owner, index + 1, count + 1);
+  }
+  if (Owns(owner))
+    ChildMove::Enter(child, owner, index);
+}
+
 bool ObjArrayFieldBase::insert(SchemaObject& owner, SchemaObject* child, int index) const {
   if (!child)
     return remove(owner, index);
   if (!Accepts(owner, *child))
     return false;
+  ChildMove move;
   const int count = getCount(owner);
   const int from = FindObject(owner, *child);
   if (index < 0 || index > count) {
     if (from >= 0)
       return false;
-    Append(owner, child);
-    child->AddArrayOwner(owner, count);
+    Place(move, owner, *child, count);
   } else if (from >= 0) {
     const int to = std::min(index, count - 1);
     if (from == to)
       return true;
     Move(owner, from, to);
-    Renumber(owner, std::min(from, to), std::max(from, to) + 1);
+    Renumbered(owner, std::min(from, to), std::max(from, to) + 1);
   } else {
-    Append(owner, child);
-    Move(owner, count, index);
-    Renumber(owner, index + 1, count + 1);
-    child->AddArrayOwner(owner, index);
+    Place(move, owner, *child, index);
   }
+  move.Tell();
   NotifyFieldChanged(owner);
   return true;
 }
@@ -76,25 +85,50 @@ bool ObjArrayFieldBase::set(SchemaObject& owner, SchemaObject* child, int index)
   if (GetObject(owner, index) == child)
     return true;
 
-  const RefPtr<SchemaObject> kept(child);
-  const RefPtr<SchemaObject> former(GetObject(owner, index));
-  if (index >= getCount(owner))
-    setCount(owner, static_cast<unsigned>(index) + 1);
+  ChildMove move;
   const int from = FindObject(owner, *child);
+  if (Owns(owner) && from < 0)
+    move.Take(*child);
+  if (index >= getCount(owner))
+    Grow(owner, static_cast<std::size_t>(index) + 1);
+  RefPtr<SchemaObject> former(GetObject(owner, index));
   Store(owner, index, child);
-  if (former)
-    former->RemArrayOwner(owner, index);
   if (from >= 0) {
     // The child stood elsewhere in this array: that place closes.
-    child->RemArrayOwner(owner, from);
     Erase(owner, {&from, 1});
-    Renumber(owner, from, getCount(owner));
+    Renumbered(owner, from, getCount(owner));
     if (from < index)
       --index;
   }
-  child->AddArrayOwner(owner, index);
+  if (former)
+    move.LetGo(std::move(former), owner);
+  if (Owns(owner))
+    ChildMove::Enter(*child, owner, index);
+  move.Tell();
   NotifyFieldChanged(owner);
   return true;
+}
+
+void ObjArrayFieldBase::setCount(SchemaObject& object, unsigned count) const {
+  const auto present = static_cast<unsigned>(getCount(object));
+  if (count >= present) {
+    Grow(object, count);
+    return;
+  }
+  mmvector<int> places(present - count);
+  std::iota(places.begin(), places.end(), static_cast<int>(count));
+  EraseMultiple(&object, places);
+}
+
+void ObjArrayFieldBase::TakeOut(SchemaObject& owner, int index) const {
+  Erase(owner, {&index, 1});
+  Renumbered(owner, index, getCount(owner));
+}
+
+/// Only an owner says where its children stand.
+void ObjArrayFieldBase::Renumbered(const SchemaObject& owner, int from, int end) const {
+  if (Owns(owner))
+    Renumber(owner, from, end);
 }
 
 int ObjArrayFieldBase::EraseMultiple(SchemaObject* owner,
@@ -110,18 +144,15 @@ int ObjArrayFieldBase::EraseMultiple(SchemaObject* owner,
   std::sort(places.begin(), places.end());
   const auto end = std::unique(places.begin(), places.end());
 
-  // The array is whole again before any element hears of it, since what it does then may change
-  // the array once more.
-  mmvector<std::pair<RefPtr<SchemaObject>, int>> gone;
+  ChildMove move;
   for (auto place = places.begin(); place != end; ++place) {
-    if (SchemaObject* element = GetObject(*owner, *place))
-      gone.emplace_back(element, *place);
+    if (SchemaObject* const element = GetObject(*owner, *place))
+      move.LetGo(RefPtr<SchemaObject>(element), *owner);
   }
   const auto erased = static_cast<std::size_t>(end - places.begin());
   Erase(*owner, {places.begin(), erased});
-  Renumber(*owner, places[0], getCount(*owner));
-  for (const auto& [element, place] : gone)
-    element->RemArrayOwner(*owner, place);
+  Renumbered(*owner, places[0], getCount(*owner));
+  move.Tell();
   return static_cast<int>(erased);
 }
 
@@ -130,6 +161,7 @@ bool ObjArrayFieldBase::remove(SchemaObject& owner, SchemaObject* child) const {
 }
 
 bool ObjArrayFieldBase::remove(SchemaObject& owner, int index) const {
+  const DeletionDeferrer deferrer;
   if (EraseMultiple(&owner, ArraySlice<const int>(&index, 1)) == 0)
     return false;
   NotifyFieldChanged(owner);
@@ -138,6 +170,7 @@ bool ObjArrayFieldBase::remove(SchemaObject& owner, int index) const {
 
 int ObjArrayFieldBase::RemoveMultiple(SchemaObject* owner,
                                       const ArraySlice<RefPtr<SchemaObject>>& children) const {
+  const DeletionDeferrer deferrer;
   InlinedVector<int, 64> places;
   for (const RefPtr<SchemaObject>& child : children) {
     if (child)
@@ -156,14 +189,15 @@ bool ObjArrayFieldBase::add(SchemaObject& owner, SchemaObject* child) const {
 
 int ObjArrayFieldBase::AddMultiple(SchemaObject* owner,
                                    const ArraySlice<RefPtr<SchemaObject>>& children) const {
+  ChildMove move;
   int added = 0;
   for (const RefPtr<SchemaObject>& child : children) {
     if (!child || !Accepts(*owner, *child) || FindObject(*owner, *child) >= 0)
       continue;
-    Append(*owner, child.get());
-    child->AddArrayOwner(*owner, getCount(*owner) - 1);
+    Place(move, *owner, *child, getCount(*owner));
     ++added;
   }
+  move.Tell();
   if (added > 0)
     NotifyFieldChanged(*owner);
   return added;
@@ -171,12 +205,15 @@ int ObjArrayFieldBase::AddMultiple(SchemaObject* owner,
 
 void ObjArrayFieldBase::reverse(SchemaObject& owner) const {
   Reverse(owner);
-  Renumber(owner, 0, getCount(owner));
+  Renumbered(owner, 0, getCount(owner));
   NotifyFieldChanged(owner);
 }
 
 void ObjArrayFieldBase::clone(SchemaObject& dst, const SchemaObject& src, bool deep) const {
-  if (!deep)
+  const DeletionDeferrer deferrer;
+  if (HasFlag(kNoWrite))
+    copy(dst, src, false);
+  if (!deep || HasFlag(kNoWrite))
     return;
   const int count = getCount(src);
   setCount(dst, static_cast<unsigned>(count));
@@ -187,21 +224,26 @@ void ObjArrayFieldBase::clone(SchemaObject& dst, const SchemaObject& src, bool d
 }
 
 void ObjArrayFieldBase::copy(SchemaObject& dst, const SchemaObject& src, bool deep) const {
+  const DeletionDeferrer deferrer;
+  const bool moves = !deep || HasFlag(kNoWrite);
   const int count = getCount(src);
   for (int i = 0; i < count; ++i) {
     // A child that moves leaves its former array: those go from the end.
-    const int place = deep ? i : count - 1 - i;
+    const int place = moves ? count - 1 - i : i;
     SchemaObject* source = GetObject(src, place);
     SchemaObject* present = GetObject(dst, place);
-    if (!deep)
+    if (moves)
       set(dst, source, place);
     else if (source && present && &source->GetSchema() == &present->GetSchema())
       present->copy(*source, true, nullptr);
     else if (source)
       set(dst, CloneObject(*source, true, nullptr).get(), place);
   }
-  while (getCount(dst) > count)
-    remove(dst, getCount(dst) - 1);
+  mmvector<int> rest;
+  for (int i = count; i < getCount(dst); ++i)
+    rest.push_back(i);
+  if (EraseMultiple(&dst, rest) > 0)
+    NotifyFieldChanged(dst);
 }
 
 void ObjArrayFieldBase::merge(SchemaObject& dst, const SchemaObject& a, const SchemaObject& b,
@@ -209,10 +251,8 @@ void ObjArrayFieldBase::merge(SchemaObject& dst, const SchemaObject& a, const Sc
   const SchemaObject& source = useB ? b : a;
   if (&dst == &source)
     return;
-  mmvector<int> all(static_cast<std::size_t>(getCount(dst)));
-  for (std::size_t i = 0; i < all.size(); ++i)
-    all[i] = static_cast<int>(i);
-  EraseMultiple(&dst, ArraySlice<const int>(all.data(), all.size()));
+  const DeletionDeferrer deferrer;
+  setCount(dst, 0);
   int place = 0;
   for (int i = 0, count = getCount(source); i < count; ++i) {
     if (const SchemaObject* child = GetObject(source, i))

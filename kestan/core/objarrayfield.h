@@ -1,19 +1,24 @@
 #pragma once
 
-#include "kestan/core/field.h"
+#include "kestan/core/childfield.h"
 #include "kestan/host/arrayslice.h"
 #include "kestan/host/memory.h"
 #include "kestan/host/refptr.h"
 
 namespace vorrel::kestan {
 
+class ChildMove;
+
 /// What holds for a member with an ordered array of children, whatever their class.
 ///
 /// Each element has the array's object as owner, and its own position as array index. Entries may
 /// be null.
-class KESTAN_EXPORT ObjArrayFieldBase : public Field {
+class KESTAN_EXPORT ObjArrayFieldBase : public ChildField {
 public:
   bool IsArray() const override { return true; }
+  /// Grows the array with null entries, or lets those at its end go, without a notice of its own.
+  void setCount(SchemaObject& object, unsigned count) const override;
+  void TakeOut(SchemaObject& owner, int index) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
   void clone(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
@@ -25,7 +30,6 @@ public:
   /// Inserts, or moves a child that is already here. A negative index, or one beyond the end,
   /// appends.
   bool insert(SchemaObject& owner, SchemaObject* child, int index) const override;
-  const Schema* GetObjSchema() const override { return objSchema_; }
   int FindObject(const SchemaObject& owner, const SchemaObject& child) const override;
 
   virtual bool remove(SchemaObject& owner, SchemaObject* child) const;
@@ -43,12 +47,10 @@ public:
   int EraseMultiple(SchemaObject* owner, const ArraySlice<const int>& indices) const;
 
 protected:
-  /// Whether `child` may become a child of `owner` at all.
-  virtual bool Accepts(const SchemaObject& owner, const SchemaObject& child) const;
-
   ObjArrayFieldBase(Schema& schema, const QString& name, const Schema& objSchema, unsigned offset,
                     unsigned flags, unsigned size, unsigned align);
 
+  virtual void Grow(SchemaObject& owner, std::size_t count) const = 0;
   virtual void Store(SchemaObject& owner, int index, SchemaObject* child) const = 0;
   virtual void Append(SchemaObject& owner, SchemaObject* child) const = 0;
   /// Takes the entry at `from` to the place `to`; those between move one place towards `from`.
@@ -60,7 +62,8 @@ protected:
   virtual void Renumber(const SchemaObject& owner, int from, int end) const = 0;
 
 private:
-  const Schema* objSchema_;
+  void Place(ChildMove& move, SchemaObject& owner, SchemaObject& child, int index) const;
+  void Renumbered(const SchemaObject& owner, int from, int end) const;
 };
 
 /// A member `mmvector<RefPtr<T>>` that owns its objects.
@@ -74,10 +77,10 @@ public:
   void construct(SchemaObject& object) const override;
   void destruct(SchemaObject& object) const override;
   int getCount(const SchemaObject& object) const override;
-  void setCount(SchemaObject& object, unsigned count) const override;
   SchemaObject* GetObject(const SchemaObject& object, int index) const override;
 
 protected:
+  void Grow(SchemaObject& owner, std::size_t count) const override;
   void Store(SchemaObject& owner, int index, SchemaObject* child) const override;
   void Append(SchemaObject& owner, SchemaObject* child) const override;
   void Move(SchemaObject& owner, int from, int to) const override;

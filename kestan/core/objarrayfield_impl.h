@@ -36,8 +36,8 @@ template <class T> int ObjArrayField<T>::getCount(const SchemaObject& object) co
   return static_cast<int>(Array(object).size());
 }
 
-template <class T> void ObjArrayField<T>::setCount(SchemaObject& object, unsigned count) const {
-  Array(object).resize(count);
+template <class T> void ObjArrayField<T>::Grow(SchemaObject& owner, std::size_t count) const {
+  Array(owner).resize(count);
 }
 
 template <class T>

@@ -1,26 +1,73 @@
 // Copying, merging and walks: written once, on the field lists of the schema.
 
+#include "kestan/core/deletiondeferrer.h"
+#include "kestan/core/objurlfield.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/url.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <utility>
 
 namespace vorrel::kestan {
 
 namespace {
 
-/// Elements and child objects first, then attributes.
-template <class Visit> void ForEachCopiedField(const Schema& schema, Visit visit) {
+/// Elements and child objects first, then attributes; of objects of another class those that both
+/// have.
+template <class Visit>
+void ForEachCopiedField(const SchemaObject& dst, const SchemaObject& a, const SchemaObject& b,
+                        Visit visit) {
+  const Schema& schema = dst.GetSchema();
+  const bool isAlike = &a.GetSchema() == &schema && &b.GetSchema() == &schema;
   for (const auto* list : {&schema.GetSerializedFields(), &schema.GetAttributes()}) {
     for (const Field* field : *list) {
-      if (!field->HasFlag(Field::kNoCopy))
+      if (!field->HasFlag(Field::kNoCopy) &&
+          (isAlike || (a.isOfType(field->GetSchema()) && b.isOfType(field->GetSchema()))))
         visit(*field);
     }
   }
 }
 
-thread_local int t_clonesInWork = 0;
+/// A reference to what may lie below the object that is changed. Nobody counts what is built.
+RefPtr<const SchemaObject> Keep(const SchemaObject& object) {
+  return RefPtr<const SchemaObject>(object.GetRefCount() > 0 ? &object : nullptr);
+}
+
+/// The clones that one call makes, and what they are made of. All of it stays in memory until the
+/// call ends, whatever dies.
+struct CloneSession {
+  mmvector<std::pair<const SchemaObject*, SchemaObject*>> clones;
+
+  /// References between objects that were cloned lead from clone to clone.
+  void Connect() const;
+};
+
+thread_local CloneSession* t_session = nullptr;
+
+void CloneSession::Connect() const {
+  std::unordered_map<const SchemaObject*, const SchemaObject*> copies;
+  for (const auto& entry : clones) {
+    for (const ObjUrlFieldBase* field : entry.first->GetSchema().GetReferences())
+      copies.emplace(field->GetTarget(*entry.first), nullptr);
+  }
+  if (copies.empty())
+    return;
+  for (const auto& [source, clone] : clones) {
+    const auto place = copies.find(source);
+    if (place != copies.end())
+      place->second = clone;
+  }
+  for (const auto& [source, clone] : clones) {
+    for (const ObjUrlFieldBase* field : source->GetSchema().GetReferences()) {
+      const auto place = copies.find(field->GetTarget(*source));
+      const SchemaObject* const copy = place == copies.end() ? nullptr : place->second;
+      if (copy && !copy->GetId().isEmpty())
+        field->SetTypedObject(*clone, copy->GetUrl() + QLatin1Char('#') + copy->GetId());
+    }
+  }
+}
 
 bool Contains(const mmvector<const Field*>* fields, const Field& field) {
   return fields && std::find(fields->begin(), fields->end(), &field) != fields->end();
@@ -30,7 +77,9 @@ bool Contains(const mmvector<const Field*>* fields, const Field& field) {
 
 void SchemaObject::CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                               bool fresh) const {
-  ForEachCopiedField(dst.GetSchema(), [&](const Field& field) {
+  const DeletionDeferrer deferrer;
+  const RefPtr<const SchemaObject> kept = Keep(*this);
+  ForEachCopiedField(dst, *this, *this, [&](const Field& field) {
     if (Contains(excluded, field))
       return;
     if (fresh)
@@ -47,19 +96,27 @@ void SchemaObject::CopyFields(SchemaObject& dst, bool deep, const mmvector<const
 
 RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
                                          const mmvector<const Field*>* excluded) const {
+  const DeletionDeferrer deferrer;
   RefPtr<SchemaObject> object = schema_->CreateInstance(GetUniqueRuntimeId(id), baseUrl_, nullptr);
   if (!object)
     return object;
   // It's put together as a document is: what is inherited goes down once, when the outermost is
   // whole.
   object->BeginReading();
-  ++t_clonesInWork;
-  CopyFields(*object, deep, excluded, true);
-  --t_clonesInWork;
-  if (t_clonesInWork == 0)
-    object->EndReading();
-  else
+  if (t_session) {
+    t_session->clones.emplace_back(this, object.get());
+    CopyFields(*object, deep, excluded, true);
     object->SetBit(kBitBeingRead, false);
+    return object;
+  }
+  CloneSession session;
+  session.clones.emplace_back(this, object.get());
+  t_session = &session;
+  CopyFields(*object, deep, excluded, true);
+  t_session = nullptr;
+  object->EndReading();
+  if (deep)
+    session.Connect();
   return object;
 }
 
@@ -74,8 +131,10 @@ void SchemaObject::copy(const SchemaObject& src, bool deep,
 }
 
 void SchemaObject::merge(const SchemaObject& a, const SchemaObject& b) {
+  const DeletionDeferrer deferrer;
+  const RefPtr<const SchemaObject> kept[] = {Keep(a), Keep(b)};
   const unsigned specified = b.GetFieldsSpecified();
-  ForEachCopiedField(*schema_, [&](const Field& field) {
+  ForEachCopiedField(*this, a, b, [&](const Field& field) {
     field.merge(*this, a, b, (specified & field.GetMaskBit()) != 0);
   });
 }
@@ -104,6 +163,8 @@ void SchemaObject::FindBySchema(const Schema& schema, mmvector<SchemaObject*>& o
   if (isOfType(schema))
     out.push_back(const_cast<SchemaObject*>(this));
   for (const Field* field : schema_->GetObjectFields()) {
+    if (field->HasFlag(Field::kNoWrite)) // may refer to what lies above
+      continue;
     const int count = field->IsArray() ? field->getCount(*this) : 1;
     for (int i = 0; i < count; ++i) {
       if (const SchemaObject* child = field->GetObject(*this, i))

@@ -1,5 +1,7 @@
 #include "kestan/core/objectobserver.h"
 
+#include "kestan/core/deletiondeferrer.h"
+
 #include <algorithm>
 
 namespace vorrel::kestan {
@@ -31,7 +33,7 @@ ObjectObserver::~ObjectObserver() = default;
 
 void ObjectObserver::SetObserved(const SchemaObject* object) {
   Detach();
-  if (object)
+  if (object && !object->GetBit(kBitDeleting))
     const_cast<SchemaObject*>(object)->observers_.Add(*this);
 }
 
@@ -41,15 +43,16 @@ void ObjectObserver::NotifyFieldChanged(SchemaObject& object, const Field& field
   object.revision_ = s_revision_counter_.fetch_add(1, std::memory_order_relaxed) + 1;
   if (object.observers_.IsEmpty() && object.GetOwnerCount() == 0)
     return;
-  if (object.GetBit(kBitNoFieldNotify))
+  if (object.GetBit(kBitNoFieldNotify) || object.GetBit(kBitDeleting))
     return;
+  const DeletionDeferrer deferrer;
   const FieldChangedEvent event{object, field};
   const bool alive = object.observers_.Dispatch(
       [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnFieldChanged(event); });
   if (!alive)
     return;
   if (object.GetBit(kBitNotifySubField) || object.GetBit(kBitInheritedNotifySubField)) {
-    VisitedObjects visited;
+    VisitedObjects visited(object.revision_);
     object.NotifySubFieldChanged(object, field, visited);
   }
 }
@@ -57,9 +60,10 @@ void ObjectObserver::NotifyFieldChanged(SchemaObject& object, const Field& field
 void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject& child,
                                            SchemaObject& changed, const Field& field,
                                            VisitedObjects& visited) {
+  const DeletionDeferrer deferrer;
   // A cycle of owners ends where it closes. What this climb has come by is no older than the object
   // that changed, so that the usual owner needs no search, however long the way up is.
-  const bool mayBeVisited = static_cast<std::int32_t>(observed.revision_ - changed.revision_) >= 0;
+  const bool mayBeVisited = static_cast<std::int32_t>(observed.revision_ - visited.revision) >= 0;
   const bool closesCycle =
       mayBeVisited && std::find(visited.begin(), visited.end(), &observed) != visited.end();
   observed.revision_ = s_revision_counter_.load(std::memory_order_relaxed);
@@ -77,8 +81,10 @@ void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject&
 
 void ObjectObserver::NotifyPreDelete(SchemaObject& object) {
   const PreDeleteEvent event{object};
+  // Whoever misses this one keeps a pointer to nothing.
   object.observers_.Dispatch(
-      [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnPreDelete(event); });
+      [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnPreDelete(event); },
+      StackForwarder::kAlways);
 }
 
 void ObjectObserver::MoveRevision(SchemaObject& object) {

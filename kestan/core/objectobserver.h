@@ -48,7 +48,7 @@ public:
   explicit ObjectObserver(SchemaObject* object);
   ~ObjectObserver() override;
 
-  /// Moves the observer to another object, or to none.
+  /// Moves the observer to another object, or to none. A dying one isn't watched any more.
   void SetObserved(const SchemaObject* object);
 
   void OnSubFieldChanged(const SubFieldChangedEvent& event) override;

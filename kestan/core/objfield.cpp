@@ -1,5 +1,6 @@
 #include "kestan/core/objfield.h"
 
+#include "kestan/core/childmove.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
@@ -21,28 +22,41 @@ RefPtr<SchemaObject> CloneInto(const SchemaObject& dst, const SchemaObject& chil
 
 ObjFieldBase::ObjFieldBase(Schema& schema, const QString& name, const Schema& objSchema,
                            unsigned offset, unsigned flags, unsigned size, unsigned align)
-    : Field(schema, name, offset, kObject, GetNamespaceFlags(objSchema, flags), size, align,
-            &objSchema),
-      objSchema_(&objSchema) {}
-
-bool ObjFieldBase::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
-  return &child != &owner && child.isOfType(*objSchema_);
-}
+    : ChildField(schema, name, objSchema, offset, flags, size, align) {}
 
 bool ObjFieldBase::set(SchemaObject& owner, SchemaObject* child, int) const {
-  if (child && !Accepts(owner, *child))
-    return false;
-  const RefPtr<SchemaObject> former(GetObject(owner, -1));
-  if (child == former.get())
+  const DeletionDeferrer deferrer;
+  if (child == GetObject(owner, -1))
     return true;
-  Store(owner, child);
-  if (former)
-    former->RemOwner(owner);
-  if (child)
-    child->AddOwner(owner);
+  if (!Replace(owner, child))
+    return false;
   NotifyFieldChanged(owner);
   return true;
 }
+
+bool ObjFieldBase::Replace(SchemaObject& owner, SchemaObject* child) const {
+  if (child && !Accepts(owner, *child))
+    return false;
+  RefPtr<SchemaObject> former(GetObject(owner, -1));
+  if (child == former.get())
+    return true;
+  if (!Owns(owner)) {
+    Store(owner, child);
+    return true;
+  }
+  ChildMove move;
+  if (child)
+    move.Take(*child);
+  Store(owner, child);
+  if (former)
+    move.LetGo(std::move(former), owner);
+  if (child)
+    ChildMove::Enter(*child, owner, -1);
+  move.Tell();
+  return true;
+}
+
+void ObjFieldBase::TakeOut(SchemaObject& owner, int) const { Store(owner, nullptr); }
 
 bool ObjFieldBase::insert(SchemaObject& owner, SchemaObject* child, int index) const {
   return set(owner, child, index);
@@ -64,16 +78,18 @@ QString ObjFieldBase::toString(const SchemaObject& object, int) const {
 }
 
 void ObjFieldBase::clone(SchemaObject& dst, const SchemaObject& src, bool deep) const {
-  if (!deep)
-    return;
-  const SchemaObject* child = GetObject(src, -1);
-  set(dst, child ? CloneInto(dst, *child).get() : nullptr, 0);
+  SchemaObject* child = GetObject(src, -1);
+  if (HasFlag(kNoWrite))
+    set(dst, child, 0);
+  else if (deep)
+    set(dst, child ? CloneInto(dst, *child).get() : nullptr, 0);
 }
 
 void ObjFieldBase::copy(SchemaObject& dst, const SchemaObject& src, bool deep) const {
+  const DeletionDeferrer deferrer;
   SchemaObject* source = GetObject(src, -1);
   SchemaObject* present = GetObject(dst, -1);
-  if (!deep)
+  if (!deep || HasFlag(kNoWrite))
     set(dst, source, 0);
   else if (source && present && &source->GetSchema() == &present->GetSchema())
     present->copy(*source, true, nullptr);
@@ -83,17 +99,29 @@ void ObjFieldBase::copy(SchemaObject& dst, const SchemaObject& src, bool deep) c
 
 void ObjFieldBase::merge(SchemaObject& dst, const SchemaObject& a, const SchemaObject& b,
                          bool useB) const {
+  const DeletionDeferrer deferrer;
   SchemaObject* x = GetObject(a, -1);
   SchemaObject* y = GetObject(b, -1);
   SchemaObject* present = GetObject(dst, -1);
-  if (!present) {
-    SchemaObject* source = y && useB ? y : x;
-    if (source)
-      set(dst, CloneObject(*source, true, nullptr).get(), -1);
-  } else if (x || y) {
-    // Where only one side has the child, it stands for both: it's taken over as it is.
-    present->merge(x ? *x : *y, y ? *y : *x);
+  SchemaObject* source = y && useB ? y : x;
+  if (HasFlag(kNoWrite)) {
+    set(dst, source, -1);
+    return;
   }
+  // Where only one side has the child, it stands for both: it's taken over as it is.
+  const SchemaObject* below = x ? x : y;
+  const SchemaObject* above = y ? y : x;
+  const auto isAlike = [&](const SchemaObject* object) {
+    return &object->GetSchema() == &present->GetSchema();
+  };
+  if (present && below && isAlike(below) && isAlike(above)) {
+    present->merge(*below, *above);
+    return;
+  }
+  if (present && !source)
+    source = y;
+  if (source && source != present)
+    set(dst, CloneObject(*source, true, nullptr).get(), -1);
 }
 
 } // namespace vorrel::kestan

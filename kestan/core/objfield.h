@@ -1,21 +1,18 @@
 #pragma once
 
-#include "kestan/core/field.h"
+#include "kestan/core/childfield.h"
 #include "kestan/host/refptr.h"
 
 namespace vorrel::kestan {
 
 /// A clone of `child`; its creation notices wait until it's whole.
-RefPtr<SchemaObject> CloneObject(const SchemaObject& child, bool deep,
-                                 const mmvector<const Field*>* excluded);
+KESTAN_EXPORT RefPtr<SchemaObject> CloneObject(const SchemaObject& child, bool deep,
+                                               const mmvector<const Field*>* excluded);
 /// A deep clone of `child` for the document of `dst`.
-RefPtr<SchemaObject> CloneInto(const SchemaObject& dst, const SchemaObject& child);
+KESTAN_EXPORT RefPtr<SchemaObject> CloneInto(const SchemaObject& dst, const SchemaObject& child);
 
 /// What holds for a member with one child object, whatever its class.
-///
-/// The field keeps both ends of the ownership in step: a child that is stored here leaves its
-/// former owner.
-class KESTAN_EXPORT ObjFieldBase : public Field {
+class KESTAN_EXPORT ObjFieldBase : public ChildField {
 public:
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
@@ -27,20 +24,16 @@ public:
   QString toString(const SchemaObject& object, int index) const override;
   bool set(SchemaObject& owner, SchemaObject* child, int index) const override;
   bool insert(SchemaObject& owner, SchemaObject* child, int index) const override;
-  const Schema* GetObjSchema() const override { return objSchema_; }
+  /// The same as `set`, but the owner sends no notice.
+  bool Replace(SchemaObject& owner, SchemaObject* child) const;
+  void TakeOut(SchemaObject& owner, int index) const override;
 
 protected:
-  /// True for an object that may stand here. The owner itself may not, nor what would close a ring.
-  virtual bool Accepts(const SchemaObject& owner, const SchemaObject& child) const;
-
   ObjFieldBase(Schema& schema, const QString& name, const Schema& objSchema, unsigned offset,
                unsigned flags, unsigned size, unsigned align);
 
   /// Puts a child of the right class, or null, into the member.
   virtual void Store(SchemaObject& owner, SchemaObject* child) const = 0;
-
-private:
-  const Schema* objSchema_;
 };
 
 /// A member `RefPtr<T>` that owns its object.

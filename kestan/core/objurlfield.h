@@ -13,10 +13,12 @@ public:
   /// The clone may live under another base URL, so that its reference is made absolute.
   void clone(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
 
-protected:
-  using StrField::StrField;
-
+  /// What the URL has led to, or null.
   virtual SchemaObject* GetTarget(const SchemaObject& object) const = 0;
+
+protected:
+  ObjUrlFieldBase(Schema& schema, const QString& name, unsigned offset, Field::Type type,
+                  unsigned flags);
 };
 
 /// A reference to a `T`. The target lies in a member that answers it by `get()`.
@@ -26,7 +28,6 @@ public:
   ObjUrlField(Schema& schema, const QString& name, unsigned offset, Field::Type type,
               unsigned flags, unsigned targetOffset);
 
-protected:
   SchemaObject* GetTarget(const SchemaObject& object) const override;
 
 private:

@@ -77,12 +77,14 @@ Schema::~Schema() {
     const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
     if (base_)
       EraseFirst<Schema>(base_->derived_, this);
+    for (CreationObserver* observer : mmvector<CreationObserver*>(creationObservers_)) {
+      if (observer->schema_ != this)
+        continue;
+      RemCreationObserver(*observer); // from those that derive from this one, too
+      observer->schema_ = nullptr;
+    }
     for (Schema* schema : derived_)
       schema->base_ = nullptr;
-    for (CreationObserver* observer : creationObservers_) {
-      if (observer->schema_ == this)
-        observer->schema_ = nullptr;
-    }
   }
   if (IsInMap())
     GetMap()->erase(*this);
@@ -103,6 +105,7 @@ void Schema::SetBase(const Schema* newBase) {
   objectFields_.clear();
   attributes_.clear();
   unnamedFields_.clear();
+  references_.clear();
   fieldsByKey_.clear();
   if (base_)
     EraseFirst<Schema>(base_->derived_, this);
@@ -119,6 +122,7 @@ void Schema::SetBase(const Schema* newBase) {
   objectFields_ = base_->objectFields_;
   attributes_ = base_->attributes_;
   unnamedFields_ = base_->unnamedFields_;
+  references_ = base_->references_;
   fieldCount_ = base_->fieldCount_;
   for (const auto* list : {&serializedFields_, &attributes_}) {
     for (const Field* field : *list) {

@@ -32,6 +32,7 @@ namespace vorrel::kestan {
 
 class CreationObserver;
 class KestanCreationParams;
+class ObjUrlFieldBase;
 class SchemaObject;
 struct KmlId;
 
@@ -97,6 +98,8 @@ public:
   const mmvector<Field*>& GetObjectFields() const { return objectFields_; }
   const mmvector<Field*>& GetAttributes() const { return attributes_; }
   const mmvector<Field*>& GetUnnamedFields() const { return unnamedFields_; }
+  /// The fields that name objects held elsewhere.
+  const mmvector<const ObjUrlFieldBase*>& GetReferences() const { return references_; }
   const mmvector<Schema*>& GetDerived() const { return derived_; }
 
   /// The field that an element or attribute of this name belongs to, or null. For a child that is
@@ -127,10 +130,12 @@ public:
 
 private:
   friend class Field;
+  friend class ObjUrlFieldBase;
   friend class CustomSchema;
 
   void construct(const Schema* base);
   void AddField(Field& field, const Schema* objSchema);
+  void AddReference(const ObjUrlFieldBase& field) { references_.push_back(&field); }
 
   const Schema* base_ = nullptr;
   mmvector<Field*> fields_;
@@ -138,6 +143,7 @@ private:
   mmvector<Field*> objectFields_;
   mmvector<Field*> attributes_;
   mmvector<Field*> unnamedFields_;
+  mmvector<const ObjUrlFieldBase*> references_;
   QHash<QString, const Field*> fieldsByKey_;
   unsigned size_ = 0;
   QString name_;

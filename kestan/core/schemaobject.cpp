@@ -1,6 +1,9 @@
 #include "kestan/core/schemaobject.h"
 
+#include "kestan/core/childfield.h"
+#include "kestan/core/childmove.h"
 #include "kestan/core/creationobserver.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobjectschema.h"
@@ -19,17 +22,6 @@ namespace {
 bool IsInputHandler(HandlerType type) {
   return (type >= 2 && type <= 8) || type == 25 || type == 26;
 }
-
-/// Deletion of a tree goes down at most this many owners at a time. What lies deeper waits in a
-/// list, so that no nesting overflows the stack.
-constexpr int kMaxNestedDeletions = 32;
-
-struct Deletions {
-  int depth = 0;
-  mmvector<SchemaObject*> waiting;
-};
-
-thread_local Deletions t_deletions;
 
 } // namespace
 
@@ -62,38 +54,24 @@ void SchemaObject::init(const KmlId& id, const QString& baseUrl) {
 }
 
 SchemaObject::~SchemaObject() {
-  if (!GetBit(kBitNoCreationNotify))
-    CreationObserver::NotifyPreDelete(*this);
-  schema_->DestructCustomFields(*this);
-  schema_->unref();
+  // One whose constructor has failed was never announced.
+  CreationObserver::NotifyPreDelete(*this);
   if (IsInMap())
     GetMap()->erase(*this);
+  schema_->DestructCustomFields(*this);
+  schema_->unref();
 }
 
 void SchemaObject::orphaned() {
-  // An observer that takes a reference while the object goes must not start it all again.
-  if (GetBit(kBitOrphaned))
-    return;
-  SetBit(kBitOrphaned, true);
-  if (t_deletions.depth == kMaxNestedDeletions) {
-    t_deletions.waiting.push_back(this);
-    return;
-  }
-  ++t_deletions.depth;
-  delete this;
-  if (t_deletions.depth == 1) {
-    while (!t_deletions.waiting.empty()) {
-      SchemaObject* next = t_deletions.waiting.back();
-      t_deletions.waiting.pop_back();
-      delete next;
-    }
-    mmvector<SchemaObject*>().swap(t_deletions.waiting);
-  }
-  --t_deletions.depth;
+  const DeletionDeferrer deferrer;
+  NotifyPreDelete();
+  DeletionDeferrer::Add(*this);
 }
 
 /// Only for an object with an id.
 void SchemaObject::AddToObjectHash(std::uint32_t hashValue) {
+  if (GetBit(kBitDeleting))
+    return;
   ThreadContext* context = ThreadContext::GetCurrent();
   if (context->unlistedCount != 0)
     return;
@@ -201,13 +179,12 @@ FromStringResult SchemaObject::fromString(const QString&) {
 }
 
 void SchemaObject::AddOwner(SchemaObject& newOwner) {
-  if (owner_ == &newOwner)
+  if (owner_ == &newOwner || GetBit(kBitDeleting) || newOwner.GetBit(kBitDeleting))
     return;
-  if (owner_)
-    owner_->stolen(*this);
-  owner_ = &newOwner;
-  arrayIndex_ = -1;
-  NotifyOwnerChanged();
+  ChildMove move;
+  move.Take(*this);
+  EnterPlace(newOwner, -1);
+  move.Tell();
 }
 
 void SchemaObject::AddArrayOwner(SchemaObject& newOwner, int index) {
@@ -215,16 +192,30 @@ void SchemaObject::AddArrayOwner(SchemaObject& newOwner, int index) {
   arrayIndex_ = index;
 }
 
-void SchemaObject::RemOwner(SchemaObject&) {
-  owner_ = nullptr;
-  arrayIndex_ = -1;
+void SchemaObject::RemOwner(SchemaObject& former) {
+  LeavePlace(former);
   if (GetRefCount() > 1)
     NotifyOwnerChanged();
 }
 
-void SchemaObject::RemArrayOwner(SchemaObject& former, int) {
-  RemOwner(former);
+void SchemaObject::RemArrayOwner(SchemaObject& former, int) { RemOwner(former); }
+
+void SchemaObject::EnterPlace(SchemaObject& owner, int index) {
+  owner_ = &owner;
+  arrayIndex_ = index;
+}
+
+void SchemaObject::LeavePlace(SchemaObject&) {
+  owner_ = nullptr;
   arrayIndex_ = -1;
+}
+
+const Field* SchemaObject::Vacate(SchemaObject& child) {
+  int index = -1;
+  const Field* const field = SchemaObject::FindObject(child, &index); // the place, no reference
+  if (field)
+    static_cast<const ChildField*>(field)->TakeOut(*this, index);
+  return field;
 }
 
 SchemaObject* SchemaObject::GetOwner(int) const { return owner_; }
@@ -236,6 +227,7 @@ void SchemaObject::stolen(SchemaObject& child) {
 }
 
 void SchemaObject::NotifyOwnerChanged() {
+  const DeletionDeferrer deferrer;
   UpdateInheritedVisibility();
   UpdateInheritedShouldNotifySubFieldChanged();
 }
@@ -276,6 +268,7 @@ bool SchemaObject::HandsDown() {
 }
 
 void SchemaObject::HandDown() {
+  const DeletionDeferrer deferrer;
   SetBit(kBitInheritanceWaits, false);
   for (const Field* field : schema_->GetObjectFields()) {
     if (field->HasFlag(Field::kNoWrite))
@@ -295,6 +288,7 @@ void SchemaObject::EndReading() {
 }
 
 void SchemaObject::NotifyFieldChanged(const Field& field) {
+  const DeletionDeferrer deferrer;
   const ThreadContext* context = ThreadContext::GetCurrent();
   if (!context || context->notifyEnabled)
     ObjectObserver::NotifyFieldChanged(*this, field);
@@ -325,24 +319,48 @@ void SchemaObject::NotifyPostCreate() { CreationObserver::NotifyPostCreate(*this
 void SchemaObject::NotifyPreDelete() {
   if (GetBit(kBitDeleting))
     return;
+  const DeletionDeferrer deferrer;
+  Orphans orphans;
+  Announce(orphans);
+  // In a list, so that no nesting overflows the stack.
+  while (!orphans.empty()) {
+    SchemaObject& child = *orphans.back();
+    orphans.pop_back();
+    if (child.GetBit(kBitDeleting))
+      continue;
+    if (child.GetRefCount() > 1) // by more than the field that it stood in
+      child.NotifyOwnerChanged();
+    else
+      child.Announce(orphans);
+  }
+}
+
+void SchemaObject::Announce(Orphans& orphans) {
   SetBit(kBitDeleting, true);
+  CreationObserver::NotifyPreDelete(*this);
+  if (IsInMap())
+    GetMap()->erase(*this);
   if (HasHandler(kHandlerPreDelete)) {
     HandlerEvent event;
     OnHandler(kHandlerPreDelete, event);
   }
   ObjectObserver::NotifyPreDelete(*this);
+  observers_.Clear();
+  LeaveOwners();
+
+  const std::size_t first = orphans.size();
   for (const Field* field : schema_->GetObjectFields()) {
     if (field->HasFlag(Field::kNoWrite))
       continue;
-    if (field->IsArray()) {
-      for (int i = 0, count = field->getCount(*this); i < count; ++i) {
-        if (SchemaObject* element = field->GetObject(*this, i))
-          element->RemOwner(*this);
-      }
-    } else if (SchemaObject* child = field->GetObject(*this, -1)) {
-      child->RemOwner(*this);
+    for (int i = 0, count = field->IsArray() ? field->getCount(*this) : 1; i < count; ++i) {
+      SchemaObject* const child = field->GetObject(*this, i);
+      if (!child || child->GetHome() != this)
+        continue;
+      child->LeavePlace(*this);
+      orphans.push_back(child);
     }
   }
+  std::reverse(orphans.begin() + first, orphans.end()); // the first one is the next
 }
 
 Document* SchemaObject::GetOwnerDocument() const {

@@ -35,6 +35,9 @@ template <> struct HashMapTraits<kestan::KmlId, kestan::SchemaObject> {
 
 namespace vorrel::kestan {
 
+class ChildMove;
+class ConstructionGuard;
+class DeletionDeferrer;
 class Document;
 class ObjectObserver;
 class Schema;
@@ -58,7 +61,12 @@ struct HandlerEvent {
 using HandlerFunc = bool (*)(HandlerEvent&);
 
 /// Objects on the way up of a field change; guards against cycles of owners.
-using VisitedObjects = InlinedVector<SchemaObject*, 16>;
+class VisitedObjects : public InlinedVector<SchemaObject*, 16> {
+public:
+  explicit VisitedObjects(std::uint32_t begun) : revision(begun) {}
+
+  const std::uint32_t revision; ///< The change. What the climb has come by is no older.
+};
 
 /// Flags of `WriteKmlFile` and `WriteKmlString`.
 enum WriteFlag : unsigned {
@@ -72,6 +80,11 @@ enum WriteFlag : unsigned {
 /// whose field holds the counted reference; the pointer to the owner is plain. It belongs to the
 /// thread whose `ThreadContext` holds it until that context is merged; only the reference count is
 /// safe across threads.
+///
+/// An object dies with its last reference, and what only it held dies with it: all of that is
+/// announced, owners first, before any of its memory goes. From its announcement on
+/// (`kBitDeleting`) an object is found, watched, owned and told no more. A child that loses its
+/// owner otherwise is told so, or dies at once.
 class KESTAN_EXPORT SchemaObject : public MemoryObject,
                                    public AtomicReferent,
                                    public HashMapEntry<KmlId, SchemaObject> {
@@ -236,6 +249,8 @@ public:
   virtual void WriteKmlFieldsSpecified(WriteState& state, unsigned mask) const;
   virtual void WriteStylesAndSchemas(WriteState& state, const QString& path) const;
   virtual double GetInterpolant(int i, int a, int b) const;
+  /// The owner in whose field the object stands. The others, of a class with several, refer to it.
+  virtual SchemaObject* GetHome() const { return owner_; }
   /// Whether a further child of a document can go into `field` without pushing one out that would
   /// be written. Where it can't, its text is kept instead.
   virtual bool HasRoomFor(const Field& field, bool hasId) const;
@@ -258,19 +273,35 @@ protected:
   /// Whether a change of what the object hands down goes down now; it's made up for if it doesn't.
   bool HandsDown();
 
-  /// First half of the destruction: the destructor of each concrete class calls it before its
-  /// members go. A second call does nothing.
+  /// First half of the destruction, with the last reference: announces the end while the object is
+  /// whole. The destructor of each concrete class calls it too, for those that nobody counts. A
+  /// second call does nothing.
   void NotifyPreDelete();
+
+  /// The object dies: whoever points at it without holding it forgets it.
+  virtual void LeaveOwners() {}
+
+  // The two ends of a stay in a field. They tell nobody: a `ChildMove` does, once all is in place.
+
+  virtual void EnterPlace(SchemaObject& owner, int index);
+  virtual void LeavePlace(SchemaObject& owner);
+  /// Drops `child` from the field here in which it stands. Answers the field.
+  virtual const Field* Vacate(SchemaObject& child);
 
 private:
   friend class SchemaObjectSchema;
+  friend class ChildMove;
+  friend class ConstructionGuard;
+  friend class DeletionDeferrer;
   friend class ObjectObserver;
   friend class CreationObserver;
   friend class StyleSelector; // has several owners
   friend class IdField;       // changes the id
 
   using HandlerMap = std::map<HandlerType, HandlerFunc>;
+  using Orphans = InlinedVector<SchemaObject*, 16>;
 
+  void Announce(Orphans& orphans);
   void init(const KmlId& id, const QString& baseUrl);
   void AddToObjectHash(std::uint32_t hashValue);
   /// Enters the object under an id that has changed.

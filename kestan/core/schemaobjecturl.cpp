@@ -62,13 +62,13 @@ QString SchemaObject::MakeRuntimeUrl(const QString& url) {
 }
 
 KmlId SchemaObject::GetUniqueRuntimeId(const KmlId& given) {
-  const auto make = [&given](unsigned number) {
-    return KmlId(given.id, QLatin1String("runtime://clone") + QString::number(number));
-  };
-  KmlId id = make(s_runtime_id_counter);
-  while (find(id))
-    id = make(++s_runtime_id_counter);
-  return id;
+  unsigned& number = ThreadContext::GetCurrent()->runtimeNumber;
+  for (;;) {
+    const KmlId id(given.id, QLatin1String("runtime://clone") + QString::number(number));
+    if (number != 0 && !find(id))
+      return id;
+    number = ++s_runtime_id_counter;
+  }
 }
 
 void SchemaObject::AssignPermanentUniqueId(const QString& stem) {

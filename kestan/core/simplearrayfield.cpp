@@ -17,6 +17,14 @@ template <class T> SimpleArrayField<T>& SimpleArrayField<T>::SetUndefinedOffset(
   return *this;
 }
 
+template <class T>
+void SimpleArrayField<T>::copy(SchemaObject& dst, const SchemaObject& src, bool deep) const {
+  if (undefinedOffset_ != 0)
+    this->template Member<mmvector<bool>>(dst, undefinedOffset_) =
+        this->template Member<mmvector<bool>>(src, undefinedOffset_);
+  TypedArrayField<T>::copy(dst, src, deep);
+}
+
 template <class T> T SimpleArrayField<T>::Parse(const QString& text) const {
   return ValueFromString<T>(text);
 }

@@ -21,6 +21,7 @@ public:
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
+  void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
 
 protected:
   /// The value of a text; what doesn't convert gives the zero of `T`.

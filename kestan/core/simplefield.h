@@ -32,6 +32,9 @@ public:
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
 
 protected:
+  SimpleField(Schema& schema, const QString& name, unsigned offset, Field::Type type,
+              unsigned flags, unsigned size, unsigned align);
+
   /// What follows the conversion of a text: an edit or the new value, and the attributes.
   FromStringResult Store(SchemaObject& object, T value, const AttributeList* attrs,
                          const NamespaceList* namespaces, Update* update) const;

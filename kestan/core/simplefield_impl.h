@@ -27,6 +27,11 @@ SimpleField<T>::SimpleField(Schema& schema, const QString& name, unsigned offset
                             unsigned flags)
     : TypedField<T>(schema, name, offset, type, flags) {}
 
+template <class T>
+SimpleField<T>::SimpleField(Schema& schema, const QString& name, unsigned offset, Field::Type type,
+                            unsigned flags, unsigned size, unsigned align)
+    : TypedField<T>(schema, name, offset, type, flags, size, align) {}
+
 template <class T> bool SimpleField<T>::IsNumeric() const {
   return std::is_same_v<T, int> || std::is_same_v<T, float> || std::is_same_v<T, double>;
 }

@@ -75,6 +75,10 @@ public:
   QString lastIdBase;
   KmlId lastAbsoluteId;
 
+  /// The number of the run-time URL that is handed out on this thread; 0 for none so far. No other
+  /// context has had it.
+  unsigned runtimeNumber = 0;
+
   /// Value of the change counter when the document that is being read was begun; 0 outside.
   std::uint32_t parseRevision = 0;
   QString fatalText; ///< Set by a check far below the reader; ends the parse.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/simplefield_impl.h"
 #include "kestan/core/typedarrayfield.h"
@@ -35,14 +36,16 @@ template <class E> void TypedArrayField<E>::setCount(SchemaObject& object, unsig
 
 template <class E>
 void TypedArrayField<E>::copy(SchemaObject& dst, const SchemaObject& src, bool) const {
-  mmvector<E>& to = Array(dst);
+  if (&dst == &src)
+    return;
+  const DeletionDeferrer deferrer;
   const mmvector<E>& from = Array(src);
-  to.resize(std::max(to.size(), from.size()));
-  for (std::size_t i = 0; i < from.size(); ++i) {
-    to[i] = from[i];
+  const bool hadAny = !Array(dst).empty();
+  // One notice an entry, all of them behind the last one: who is told may change the list.
+  std::size_t notices = std::max<std::size_t>(from.size(), hadAny ? 1 : 0);
+  Array(dst) = from;
+  for (; notices > 0 && !dst.GetBit(kBitDeleting); --notices)
     NotifyFieldChanged(dst);
-  }
-  to.resize(from.size());
 }
 
 template <class E>

@@ -36,7 +36,9 @@ public:
   void CheckSet(SchemaObject& object, const T& value) const;
 
 protected:
-  TypedField(Schema& schema, const QString& name, unsigned offset, Type type, unsigned flags);
+  /// `size` and `align` of the member, where it's another one than a `T`.
+  TypedField(Schema& schema, const QString& name, unsigned offset, Type type, unsigned flags,
+             unsigned size = sizeof(T), unsigned align = alignof(T));
 
   T Clamp(T value) const;
 

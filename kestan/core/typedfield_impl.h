@@ -32,8 +32,8 @@ inline bool IsSame(const DateTime& a, const DateTime& b) { return a.isEqualByCom
 
 template <class T>
 TypedField<T>::TypedField(Schema& schema, const QString& name, unsigned offset, Type type,
-                          unsigned flags)
-    : Field(schema, name, offset, type, flags, sizeof(T), alignof(T)) {}
+                          unsigned flags, unsigned size, unsigned align)
+    : Field(schema, name, offset, type, flags, size, align) {}
 
 template <class T> TypedField<T>& TypedField<T>::SetDefault(const T& value) {
   defaultValue_ = value;

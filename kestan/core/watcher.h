@@ -4,19 +4,20 @@
 
 namespace vorrel::kestan {
 
-/// A weak pointer: turns null when the object is deleted.
+/// A weak pointer: null from the moment on at which the object begins to die.
 template <class T> class Watcher final : public ObjectObserver {
 public:
   explicit Watcher(T* object = nullptr) : ObjectObserver(object), object_(object) {}
 
-  T* get() const { return object_; }
+  // An object takes its observers off before it goes, whether they were told or not.
+  T* get() const { return IsAttached() && !object_->GetBit(kBitDeleting) ? object_ : nullptr; }
   void set(T* object) {
     SetObserved(object);
     object_ = object;
   }
 
   void OnFieldChanged(const FieldChangedEvent&) override {}
-  void OnPreDelete(const PreDeleteEvent&) override { set(nullptr); }
+  void OnPreDelete(const PreDeleteEvent&) override {}
 
 private:
   T* object_;

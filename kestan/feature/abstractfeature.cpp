@@ -1,5 +1,6 @@
 #include "kestan/feature/abstractfeature.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
@@ -153,10 +154,6 @@ void AbstractFeature::init() {
     SetBit(kBitUnique, true);
 }
 
-RefPtr<AbstractFeature> AbstractFeature::KeepAlive() {
-  return GetRefCount() > 0 ? RefPtr<AbstractFeature>(this) : nullptr;
-}
-
 void AbstractFeature::SetName(const QString& name) { Fields().name.CheckSet(*this, name); }
 
 void AbstractFeature::SetName(const char* name, bool utf8) {
@@ -180,6 +177,7 @@ int AbstractFeature::GetMaxSnippetLines() const {
 }
 
 void AbstractFeature::SetSnippetIfExists(const QString& text) {
+  const DeletionDeferrer deferrer;
   if (snippetObject_ && !HasNewSnippet()) {
     snippetObject_->SetText(text);
     NotifyFieldChanged(Fields().snippetObject);
@@ -194,7 +192,7 @@ void AbstractFeature::SetIsOpen(bool open) { Fields().open.CheckSet(*this, open)
 void AbstractFeature::SetVisibility(bool visible) {
   if (GetVisibility() == visible)
     return;
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   Fields().visibility.SetTypedObject(*this, visible);
   if (!GetBit(kBitDeferredCreate) && System::IsMainThread())
     VisibilityObserver::Notify(*this);
@@ -210,7 +208,7 @@ void AbstractFeature::SetHiddenByLod(bool hidden) {
 void AbstractFeature::SetForceVisible(bool force) {
   if (GetForceVisible() == force)
     return;
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   const bool former = isVisible();
   SetBit(kBitForceVisible, force);
   if (isVisible() != former)
@@ -227,7 +225,7 @@ bool AbstractFeature::isVisible(float* opacity, Region** region) const {
 }
 
 void AbstractFeature::EnsureVisible() {
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   SetVisibility(true);
   for (RefPtr<AbstractFeature> folder = GetParent(); folder; folder = folder->GetParent())
     folder->SetVisibility(true);
@@ -471,7 +469,7 @@ void AbstractFeature::NotifyFieldChanged(const Field& field) {
     SchemaObject::NotifyFieldChanged(field);
     return;
   }
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   (this->*reaction)();
   SchemaObject::NotifyFieldChanged(field);
 }
@@ -507,6 +505,7 @@ void AbstractFeature::OnTimePrimitiveChanged() {
 void AbstractFeature::OnBalloonVisibilityChanged() { BalloonVisibilityObserver::Notify(*this); }
 
 void AbstractFeature::NotifyInheritedVisibilityChanged() {
+  const DeletionDeferrer deferrer;
   if (region_)
     region_->UpdateInheritedVisibility();
   SchemaObject::NotifyInheritedVisibilityChanged();
@@ -514,6 +513,7 @@ void AbstractFeature::NotifyInheritedVisibilityChanged() {
 }
 
 void AbstractFeature::NotifyOwnerChanged() {
+  const DeletionDeferrer deferrer;
   SchemaObject::NotifyOwnerChanged();
   UpdateInheritedRegion();
   UpdateInheritedTime();

@@ -179,10 +179,6 @@ protected:
   static void s_add_timed_feature(AbstractFeature& feature);
   static void s_rem_timed_feature(AbstractFeature& feature);
 
-  /// A reference for the length of a scope in which observers may drop the last one. Null where
-  /// nobody counts: while the object is built or dies.
-  RefPtr<AbstractFeature> KeepAlive();
-
 private:
   friend class AbstractFeatureSchema;
 

@@ -1,5 +1,6 @@
 #include "kestan/feature/abstractfolder.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/feature/abstractfolderschema.h"
 #include "kestan/feature/featurevisitor.h"
@@ -35,14 +36,6 @@ AbstractFolderSchema::AbstractFolderSchema()
     : SchemaT("AbstractFolder", &AbstractFeature::GetClassSchema(), Namespace::kKml),
       icon(*this, QString(), Icon::GetClassSchema(), OffsetOf(&AbstractFolder::icon_)) {}
 
-bool FolderChildrenField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
-  if (!ObjArrayField::Accepts(owner, child))
-    return false;
-  return !child.isOfType(AbstractFolder::GetClassSchema()) ||
-         !static_cast<const AbstractFolder&>(owner).IsDescendantOf(
-             static_cast<const AbstractFolder&>(child));
-}
-
 const Schema& AbstractFolder::GetClassSchema() { return AbstractFolderSchema::GetSingleton(); }
 
 AbstractFolder::AbstractFolder(const Schema& schema, const KmlId& id, const QString& baseUrl)
@@ -52,6 +45,7 @@ AbstractFolder::~AbstractFolder() = default;
 
 /// By index and with a reference, since what an operation tells others may change the list.
 template <class Op> void AbstractFolder::ForEachChild(Op op) const {
+  const DeletionDeferrer deferrer;
   for (std::size_t i = 0; i < children_.size(); ++i) {
     if (const RefPtr<AbstractFeature> child = children_[i])
       op(*child);
@@ -82,11 +76,10 @@ bool AbstractFolder::RemChild(int index) {
 }
 
 void AbstractFolder::MoveAllChildren(AbstractFolder* from, AbstractFolder* to) {
-  if (from->GetChildCount() == 0)
-    return;
+  const DeletionDeferrer deferrer;
   InlinedVector<RefPtr<AbstractFeature>, 64> moving;
   for (const RefPtr<AbstractFeature>& child : from->children_) {
-    if (child)
+    if (child && Fields().children.Accepts(*to, *child))
       moving.push_back(child);
   }
   const ArraySlice<RefPtr<AbstractFeature>> slice(moving.begin(), moving.size());
@@ -173,25 +166,25 @@ void AbstractFolder::CollectStylesAndSchemas(WriteState& state) const {
 }
 
 void AbstractFolder::NotifyInheritedRegionChanged() {
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   PassOn([](AbstractFeature& child) { child.UpdateInheritedRegion(); });
   AbstractFeature::NotifyInheritedRegionChanged();
 }
 
 void AbstractFolder::NotifyInheritedTimeChanged() {
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   PassOn([](AbstractFeature& child) { child.UpdateInheritedTime(); });
   AbstractFeature::NotifyInheritedTimeChanged();
 }
 
 void AbstractFolder::NotifyInheritedOpacityChanged() {
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   PassOn([](AbstractFeature& child) { child.UpdateInheritedOpacity(); });
   AbstractFeature::NotifyInheritedOpacityChanged();
 }
 
 void AbstractFolder::NotifyInheritedVisibilityChanged() {
-  const RefPtr<AbstractFeature> alive = KeepAlive();
+  const DeletionDeferrer deferrer;
   PassOn([](AbstractFeature& child) { child.UpdateInheritedVisibility(); });
   AbstractFeature::NotifyInheritedVisibilityChanged();
 }

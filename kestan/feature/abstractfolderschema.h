@@ -8,23 +8,14 @@
 
 namespace vorrel::kestan {
 
-/// The children of a folder. Refuses a folder that the owner lies in, which would close a ring.
-class KESTAN_EXPORT FolderChildrenField final : public ObjArrayField<AbstractFeature> {
-public:
-  using ObjArrayField::ObjArrayField;
-
-protected:
-  bool Accepts(const SchemaObject& owner, const SchemaObject& child) const override;
-};
-
 class KESTAN_EXPORT AbstractFolderSchema final
     : public SchemaT<AbstractFolder, NoInstancePolicy, NoDerivedPolicy> {
 public:
   AbstractFolderSchema();
 
   ObjField<Icon> icon; // initialised by the constructor: its class lies above this folder
-  FolderChildrenField children{*this, QString(), AbstractFeature::GetClassSchema(),
-                               OffsetOf(&AbstractFolder::children_)};
+  ObjArrayField<AbstractFeature> children{*this, QString(), AbstractFeature::GetClassSchema(),
+                                          OffsetOf(&AbstractFolder::children_)};
   PhantomField syncState{*this, "syncState"};
   PhantomField syncProgress{*this, "syncProgress"};
 };

@@ -24,7 +24,8 @@ protected:
       return;
     feature_.get()->SetBit(kBitBalloonNotice, false);
     s_observers_.Dispatch([this](Observer& observer) {
-      static_cast<BalloonVisibilityObserver&>(observer).OnNotify(feature_.get());
+      if (AbstractFeature* feature = feature_.get()) // still, after what the others did
+        static_cast<BalloonVisibilityObserver&>(observer).OnNotify(feature);
     });
   }
 

@@ -1,5 +1,6 @@
 #include "kestan/feature/channel.h"
 
+#include "kestan/core/childmove.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/feature/abstractfolderschema.h"
 #include "kestan/feature/channelschema.h"
@@ -40,42 +41,58 @@ float Channel::GetFadeOutLevel(int index) const {
 }
 
 bool Channel::InternalRemoveChild(AbstractFeature& child) {
-  return child.HasOwner(*this) && InternalRemoveChild(child.GetArrayIndex());
+  return InternalRemoveChild(FindChild(child));
 }
 
 bool Channel::InternalRemoveChild(int index) {
   if (index < 0 || index >= GetChildCount())
     return false;
+  ChildMove move;
+  if (const RefPtr<AbstractFeature> child = TakeOut(index))
+    move.LetGo(child, *this);
+  move.Tell();
+  return true;
+}
+
+/// The last child takes the place of the one that goes.
+RefPtr<AbstractFeature> Channel::TakeOut(int index) {
   RefPtr<AbstractFeature>& slot = children_[static_cast<std::size_t>(index)];
-  if (!slot || slot->GetArrayIndex() != index)
-    return false;
-  const RefPtr<AbstractFeature> child = std::move(slot);
+  RefPtr<AbstractFeature> child = std::move(slot);
   if (&slot != &children_.back()) {
     slot = std::move(children_.back());
     if (slot)
       slot->SetArrayIndex(index);
   }
   children_.pop_back();
-  child->RemArrayOwner(*this, index);
-  return true;
+  return child;
 }
 
 int Channel::RemoveChildren(const ArraySlice<RefPtr<AbstractFeature>>& children) {
   int count = 0;
-  for (const RefPtr<AbstractFeature>& child : children)
-    count += InternalRemoveChild(*child);
+  ChildMove move;
+  for (const RefPtr<AbstractFeature>& child : children) {
+    const int index = child ? FindChild(*child) : -1;
+    if (index < 0)
+      continue;
+    move.LetGo(TakeOut(index), *this);
+    ++count;
+  }
+  move.Tell();
   return count;
+}
+
+const Field* Channel::Vacate(SchemaObject& child) {
+  const AbstractFolderSchema& fields = AbstractFolderSchema::GetSingleton();
+  const int index = fields.children.FindObject(*this, child);
+  if (index < 0)
+    return AbstractFolder::Vacate(child);
+  TakeOut(index);
+  return &fields.children;
 }
 
 void Channel::CollectStylesAndSchemas(WriteState&) const {}
 
 void Channel::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
-
-void Channel::stolen(SchemaObject& child) {
-  if (!child.isOfType(AbstractFeature::GetClassSchema()) ||
-      !InternalRemoveChild(static_cast<AbstractFeature&>(child)))
-    AbstractFolder::stolen(child);
-}
 
 void Channel::NotifyFieldChanged(const Field& field) {
   if (&field != &AbstractFolderSchema::GetSingleton().children)

@@ -34,14 +34,17 @@ public:
   bool InternalRemoveChild(AbstractFeature& child);
   bool InternalRemoveChild(int index);
 
-  /// Null entries aren't allowed.
   int RemoveChildren(const ArraySlice<RefPtr<AbstractFeature>>& children) override;
   void CollectStylesAndSchemas(WriteState& state) const override;
   void accept(FeatureVisitor& visitor) override;
-  void stolen(SchemaObject& child) override;
   void NotifyFieldChanged(const Field& field) override;
 
+protected:
+  const Field* Vacate(SchemaObject& child) override;
+
 private:
+  RefPtr<AbstractFeature> TakeOut(int index);
+
   ClientState clientState_;
   std::unique_ptr<float[]> fadeOutLevels_; // their number, then the levels
 };

@@ -1,5 +1,6 @@
 // The styles of a feature: an inline one, a shared one, and what they make together.
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/custom/extendeddata.h" // collected for a write with the styles
@@ -27,13 +28,13 @@ void AbstractFeature::SetInlineStyleSelector(StyleSelector* selector) {
 }
 
 void AbstractFeature::SetReferencedStyleSelector(StyleSelector* selector) {
-  if (referencedStyleSelector_ != selector)
+  if (referencedStyleSelector_ != selector && !(selector && selector->GetBit(kBitDeleting)))
     BindStyleSelector(selector,
                       selector ? selector->MakeStyleUrl(GetBaseUrl(), styleUrl_) : QString());
 }
 
 void AbstractFeature::BindStyleSelector(StyleSelector* selector, const QString& url) {
-  const RefPtr<StyleSelector> kept(selector);
+  const DeletionDeferrer deferrer;
   SetBit(kBitLoadFailed, false);
   ReleaseReferencedStyleSelector();
   referencedStyleSelector_ = selector;
@@ -54,7 +55,7 @@ void AbstractFeature::ReleaseFlattenedStyleSelector() const { flattenedStyleSele
 
 void AbstractFeature::OnUrlLoad(const StrField&, SchemaObject* loaded) {
   if (!loaded) {
-    SetBit(kBitLoadFailed, true);
+    SetBit(kBitLoadFailed, !styleUrl_.isEmpty());
     SchemaObject::NotifyFieldChanged(Fields().styleUrl); // a new load would fail again
     return;
   }
@@ -81,6 +82,7 @@ void AbstractFeature::SetStyleMode(int mode) {
 }
 
 Style* AbstractFeature::InlineStyle() {
+  const DeletionDeferrer deferrer;
   if (!inlineStyleSelector_ || !inlineStyleSelector_->isOfType(Style::GetClassSchema())) {
     const KmlId id = GetUniqueRuntimeId(KmlId(QStringLiteral("inline"), GetUrl()));
     SetInlineStyleSelector(Style::create(id, GetBaseUrl(), nullptr).get());

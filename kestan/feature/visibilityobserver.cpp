@@ -1,5 +1,7 @@
 #include "kestan/feature/visibilityobserver.h"
 
+#include "kestan/core/deletiondeferrer.h"
+
 namespace vorrel::kestan {
 
 ObserverList AbstractFeature::VisibilityObserver::s_observers;
@@ -9,9 +11,11 @@ AbstractFeature::VisibilityObserver::VisibilityObserver() { s_observers.Add(*thi
 AbstractFeature::VisibilityObserver::~VisibilityObserver() = default;
 
 void AbstractFeature::VisibilityObserver::Notify(AbstractFeature& feature) {
+  const DeletionDeferrer deferrer;
   const Event event{feature};
   s_observers.Dispatch([&event](Observer& observer) {
-    static_cast<VisibilityObserver&>(observer).OnVisibilityChanged(event);
+    if (!event.feature.GetBit(kBitDeleting))
+      static_cast<VisibilityObserver&>(observer).OnVisibilityChanged(event);
   });
 }
 

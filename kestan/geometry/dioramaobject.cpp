@@ -22,9 +22,7 @@ DioramaObject::DioramaObject(const KmlId& id, const QString& baseUrl)
 DioramaObject::DioramaObject(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
     : Geometry(GetClassSchema(), id, baseUrl) {
   SetAccess(0);
-  if (feature)
-    AddOwner(*feature);
-  NotifyPostCreate();
+  Complete(feature);
 }
 
 DioramaObject::~DioramaObject() { NotifyPreDelete(); }

@@ -1,5 +1,7 @@
 #include "kestan/geometry/geometry.h"
 
+#include "kestan/core/constructionguard.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
@@ -39,6 +41,16 @@ Geometry::Geometry(const Schema& schema, const KmlId& id, const QString& baseUrl
   SetBit(kBitInheritedVisibility, false);
   SetBit(kBitVisibleWithoutOwner, false);
   SetBit(kBitGeometryDirty, true);
+}
+
+void Geometry::Complete(AbstractFeature* feature) {
+  const ConstructionGuard building(*this);
+  const DeletionDeferrer deferrer;
+  for (const Field* field : feature ? feature->GetSchema().GetObjectFields() : mmvector<Field*>()) {
+    if (!field->IsArray() && !field->GetObject(*feature, -1) && field->set(*feature, this, -1))
+      break;
+  }
+  NotifyPostCreate();
 }
 
 void Geometry::BoundChanged() { NotifyFieldChanged(GeometrySchema::GetSingleton().bound); }
@@ -89,6 +101,7 @@ void Geometry::SetDrawOrder(int order) {
 void Geometry::CollectSchemas(WriteState&) const {}
 
 void Geometry::NotifyFieldChanged(const Field& field) {
+  const DeletionDeferrer deferrer;
   const GeometrySchema& schema = GeometrySchema::GetSingleton();
   if (&field == &schema.feature)
     UpdateFeature();
@@ -115,6 +128,7 @@ void Geometry::NotifyInheritedVisibilityChanged() {
 }
 
 void Geometry::NotifyOwnerChanged() {
+  const DeletionDeferrer deferrer;
   SchemaObject::NotifyOwnerChanged();
   NotifyFieldChanged(GeometrySchema::GetSingleton().feature);
 }

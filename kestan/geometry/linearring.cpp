@@ -1,5 +1,6 @@
 #include "kestan/geometry/linearring.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
@@ -29,9 +30,7 @@ LinearRing::LinearRing(const KmlId& id, const QString& baseUrl)
 LinearRing::LinearRing(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
     : LineString(GetClassSchema(), id, baseUrl), counterClockwise_(false), orientationDirty_(true),
       edgesDirty_(false) {
-  if (feature)
-    AddOwner(*feature);
-  NotifyPostCreate();
+  Complete(feature);
 }
 
 LinearRing::~LinearRing() { NotifyPreDelete(); }
@@ -100,6 +99,7 @@ void LinearRing::SetCoordAlt(int index, double altitude) {
 }
 
 int LinearRing::AddCoord(int index, const Vec3<double>& coord) {
+  const DeletionDeferrer deferrer;
   const Vec3<double> added = coord; // may lie in the list that is about to grow
   if (Coords().empty())
     LineString::AddCoord(-1, added);

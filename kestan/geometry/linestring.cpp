@@ -28,9 +28,7 @@ LineString::LineString(const KmlId& id, const QString& baseUrl)
 
 LineString::LineString(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
     : LineString(GetClassSchema(), id, baseUrl) {
-  if (feature)
-    AddOwner(*feature);
-  NotifyPostCreate();
+  Complete(feature);
 }
 
 LineString::LineString(const Schema& schema, const KmlId& id, const QString& baseUrl)
@@ -49,7 +47,7 @@ void LineString::accept(GeometryVisitorConst& visitor) const { visitor.visit(*th
 void LineString::accept(GeometryVisitor& visitor) { visitor.visit(*this); }
 
 void LineString::SetAltitudes(const double* values, int count) {
-  const int n = std::min(count, GetCoordCount());
+  const int n = values ? std::min(count, GetCoordCount()) : 0;
   for (int i = 0; i < n; ++i)
     At(i).z = values[i];
   NotifyCoordAltsChanged();
@@ -77,7 +75,7 @@ const Vec3<double>* LineString::GetCoords(int& count) const {
 }
 
 void LineString::SetCoords(const Vec3<double>* coords, int count) {
-  coords_ = mmvector<Vec3<double>>(coords, coords + std::max(count, 0));
+  coords_ = mmvector<Vec3<double>>(coords, coords + (coords ? std::max(count, 0) : 0));
   NotifyCoordsChanged();
 }
 

@@ -1,5 +1,6 @@
 #include "kestan/geometry/multigeometry.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/feature/abstractfeature.h"
 #include "kestan/geometry/geometryschema.h"
@@ -23,31 +24,18 @@ RefPtr<SchemaObject> GeometryCollectionSchema::CreateInstance(const KmlId& id,
 MultiGeometrySchema::MultiGeometrySchema()
     : SchemaT("MultiGeometry", &Geometry::GetClassSchema(), Namespace::kKml) {}
 
-bool GeometriesField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
-  if (!ObjArrayField::Accepts(owner, child))
-    return false;
-  const SchemaObject* above = child.isOfType(MultiGeometry::GetClassSchema()) ? &owner : nullptr;
-  while (above && above != &child)
-    above = above->GetOwner(0);
-  return !above;
-}
-
 const Schema& MultiGeometry::GetClassSchema() { return MultiGeometrySchema::GetSingleton(); }
 
 MultiGeometry::MultiGeometry(const KmlId& id, const QString& baseUrl)
     : MultiGeometry(nullptr, id, baseUrl) {}
 
 MultiGeometry::MultiGeometry(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
-    : MultiGeometry(GetClassSchema(), feature, id, baseUrl) {
-  NotifyPostCreate();
+    : MultiGeometry(GetClassSchema(), id, baseUrl) {
+  Complete(feature);
 }
 
-MultiGeometry::MultiGeometry(const Schema& schema, AbstractFeature* feature, const KmlId& id,
-                             const QString& baseUrl)
-    : Geometry(schema, id, baseUrl) {
-  if (feature)
-    AddOwner(*feature);
-}
+MultiGeometry::MultiGeometry(const Schema& schema, const KmlId& id, const QString& baseUrl)
+    : Geometry(schema, id, baseUrl) {}
 
 MultiGeometry::~MultiGeometry() { NotifyPreDelete(); }
 
@@ -56,6 +44,7 @@ void MultiGeometry::ReverseGeometryOrder() {
 }
 
 void MultiGeometry::RequireParentInheritedVisibility(bool update) {
+  const DeletionDeferrer deferrer;
   ForEach([](Geometry& geometry) { geometry.RequireParentInheritedVisibility(false); });
   Geometry::RequireParentInheritedVisibility(update);
 }
@@ -65,18 +54,21 @@ void MultiGeometry::accept(GeometryVisitorConst& visitor) const { visitor.visit(
 void MultiGeometry::accept(GeometryVisitor& visitor) { visitor.visit(*this); }
 
 void MultiGeometry::SetAltitudeMode(AltitudeMode mode) {
+  const DeletionDeferrer deferrer;
   altitudeMode_ = mode;
   ForEach([mode](Geometry& geometry) { geometry.SetAltitudeMode(mode); });
   NotifyFieldChanged(GeometrySchema::GetSingleton().altitudeMode);
 }
 
 void MultiGeometry::SetTessellate(bool tessellate) {
+  const DeletionDeferrer deferrer;
   SetBit(kBitTessellate, tessellate);
   ForEach([tessellate](Geometry& geometry) { geometry.SetTessellate(tessellate); });
   NotifyFieldChanged(GeometrySchema::GetSingleton().tessellate);
 }
 
 void MultiGeometry::SetExtrude(bool extrude) {
+  const DeletionDeferrer deferrer;
   SetBit(kBitExtrude, extrude);
   ForEach([extrude](Geometry& geometry) { geometry.SetExtrude(extrude); });
   NotifyFieldChanged(GeometrySchema::GetSingleton().extrude);
@@ -124,6 +116,7 @@ GeoBoundingBox<double> MultiGeometry::GetBBox() const {
 }
 
 void MultiGeometry::NotifyFieldChanged(const Field& field) {
+  const DeletionDeferrer deferrer;
   const Field& ownField = GetMembersField();
   if (&field == &MultiGeometrySchema::GetSingleton().geometries && &field != &ownField) {
     NotifyFieldChanged(ownField);
@@ -138,6 +131,7 @@ void MultiGeometry::NotifyFieldChanged(const Field& field) {
 }
 
 void MultiGeometry::NotifyInheritedVisibilityChanged() {
+  const DeletionDeferrer deferrer;
   ForEach([](Geometry& geometry) { geometry.UpdateInheritedVisibility(); });
   Geometry::NotifyInheritedVisibilityChanged();
 }
@@ -171,6 +165,7 @@ const Field& MultiGeometry::GetMembersField() const {
 }
 
 template <class Visit> void MultiGeometry::ForEach(Visit visit) const {
+  const DeletionDeferrer deferrer;
   // An observer may change the list while a member is told.
   for (std::size_t i = 0; i < geometries_.size(); ++i) {
     if (const RefPtr<Geometry> geometry = geometries_[i])

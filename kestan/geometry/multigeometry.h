@@ -14,7 +14,7 @@ public:
   static const Schema& GetClassSchema();
 
   MultiGeometry(const KmlId& id, const QString& baseUrl);
-  /// `feature`, which may be null, becomes the owner at once.
+  /// The shape of `feature`, which may be null and may have one already: then it belongs to nobody.
   MultiGeometry(AbstractFeature* feature, const KmlId& id, const QString& baseUrl);
   ~MultiGeometry() override;
 
@@ -53,8 +53,7 @@ public:
 
 protected:
   /// For derived classes, which announce themselves when they are whole.
-  MultiGeometry(const Schema& schema, AbstractFeature* feature, const KmlId& id,
-                const QString& baseUrl);
+  MultiGeometry(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
   /// The field of the members in the class's own schema, by which observers know them.
   virtual const Field& GetMembersField() const;

@@ -16,23 +16,13 @@ public:
   bool IsAbstract() const override { return false; }
 };
 
-/// The parts of a collection. Refuses a collection that the owner lies in, which would close a
-/// ring.
-class KESTAN_EXPORT GeometriesField final : public ObjArrayField<Geometry> {
-public:
-  using ObjArrayField::ObjArrayField;
-
-protected:
-  bool Accepts(const SchemaObject& owner, const SchemaObject& child) const override;
-};
-
 class KESTAN_EXPORT MultiGeometrySchema final
     : public SchemaT<MultiGeometry, NewInstancePolicy, NoDerivedPolicy> {
 public:
   MultiGeometrySchema();
 
-  GeometriesField geometries{*this, "", Geometry::GetClassSchema(),
-                             OffsetOf(&MultiGeometry::geometries_)};
+  ObjArrayField<Geometry> geometries{*this, "", Geometry::GetClassSchema(),
+                                     OffsetOf(&MultiGeometry::geometries_)};
 
 private:
   GeometryCollectionSchema geometryCollection_;

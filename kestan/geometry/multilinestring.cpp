@@ -20,8 +20,8 @@ MultiLineString::MultiLineString(const KmlId& id, const QString& baseUrl)
     : MultiLineString(nullptr, id, baseUrl) {}
 
 MultiLineString::MultiLineString(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
-    : MultiGeometry(GetClassSchema(), feature, id, baseUrl) {
-  NotifyPostCreate();
+    : MultiGeometry(GetClassSchema(), id, baseUrl) {
+  Complete(feature);
 }
 
 MultiLineString::~MultiLineString() { NotifyPreDelete(); }

@@ -20,8 +20,8 @@ MultiPoint::MultiPoint(const KmlId& id, const QString& baseUrl)
     : MultiPoint(nullptr, id, baseUrl) {}
 
 MultiPoint::MultiPoint(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
-    : MultiGeometry(GetClassSchema(), feature, id, baseUrl) {
-  NotifyPostCreate();
+    : MultiGeometry(GetClassSchema(), id, baseUrl) {
+  Complete(feature);
 }
 
 MultiPoint::~MultiPoint() { NotifyPreDelete(); }

@@ -20,8 +20,8 @@ MultiPolygon::MultiPolygon(const KmlId& id, const QString& baseUrl)
     : MultiPolygon(nullptr, id, baseUrl) {}
 
 MultiPolygon::MultiPolygon(AbstractFeature* feature, const KmlId& id, const QString& baseUrl)
-    : MultiGeometry(GetClassSchema(), feature, id, baseUrl) {
-  NotifyPostCreate();
+    : MultiGeometry(GetClassSchema(), id, baseUrl) {
+  Complete(feature);
 }
 
 MultiPolygon::~MultiPolygon() { NotifyPreDelete(); }

@@ -23,9 +23,7 @@ Point::Point(const KmlId& id, const QString& baseUrl)
 Point::Point(const Vec3<double>& coord, AbstractFeature* feature, const KmlId& id,
              const QString& baseUrl)
     : Geometry(GetClassSchema(), id, baseUrl), coord_(coord) {
-  if (feature)
-    AddOwner(*feature);
-  NotifyPostCreate();
+  Complete(feature);
 }
 
 Point::~Point() { NotifyPreDelete(); }

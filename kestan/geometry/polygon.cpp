@@ -1,5 +1,7 @@
 #include "kestan/geometry/polygon.h"
 
+#include "kestan/core/constructionguard.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/schemat_impl.h"
@@ -24,8 +26,7 @@ Polygon::Polygon(const KmlId& id, const QString& baseUrl)
 Polygon::Polygon(AbstractFeature* feature, const mmvector<Vec3<double>>& outer,
                  const unsigned char* edgeFlags, const KmlId& id, const QString& baseUrl)
     : Geometry(GetClassSchema(), id, baseUrl) {
-  if (feature)
-    AddOwner(*feature);
+  const ConstructionGuard building(*this);
   {
     const NotificationDisabler disabler;
     const RefPtr<LinearRing> ring(new LinearRing(KmlId(), baseUrl));
@@ -34,7 +35,7 @@ Polygon::Polygon(AbstractFeature* feature, const mmvector<Vec3<double>>& outer,
     if (edgeFlags)
       ring->SetEdgeFlags(edgeFlags, ring->GetCoordCount() - 1);
   }
-  NotifyPostCreate();
+  Complete(feature);
 }
 
 Polygon::~Polygon() { NotifyPreDelete(); }
@@ -44,14 +45,8 @@ void Polygon::SetOuterBoundary(LinearRing* ring) {
 }
 
 bool Polygon::SetOuterBoundaryNoNotification(LinearRing* ring) {
-  if (ring == outerBoundary_)
-    return false;
-  if (outerBoundary_)
-    outerBoundary_->RemOwner(*this);
-  outerBoundary_ = ring;
-  if (ring)
-    ring->AddOwner(*this);
-  return true;
+  return ring != outerBoundary_ &&
+         PolygonSchema::GetSingleton().outerBoundaryIs.Replace(*this, ring);
 }
 
 bool Polygon::AddInnerBoundary(LinearRing* ring) {
@@ -149,6 +144,7 @@ GeoBoundingBox<double> Polygon::GetBBox() const {
 }
 
 template <class Visit> void Polygon::ForEachRing(Visit visit) const {
+  const DeletionDeferrer deferrer;
   // An observer may change the rings while one of them is told.
   if (const RefPtr<LinearRing> ring = outerBoundary_)
     visit(*ring);

@@ -15,8 +15,8 @@ public:
   static const Schema& GetClassSchema();
 
   Polygon(const KmlId& id, const QString& baseUrl);
-  /// An area without holes. `feature`, which may be null, becomes the owner at once. `edgeFlags`,
-  /// which may be null, has one flag less than there are positions.
+  /// An area without holes. `feature`, which may be null, takes it unless it has a shape.
+  /// `edgeFlags`, which may be null, has one flag less than there are positions.
   Polygon(AbstractFeature* feature, const mmvector<Vec3<double>>& outer,
           const unsigned char* edgeFlags, const KmlId& id, const QString& baseUrl);
   ~Polygon() override;

@@ -37,6 +37,10 @@ protected:
   HashMapEntry() = default;
   ~HashMapEntry() = default;
 
+  /// A link for the value's own use, while it's in no map.
+  V* GetSpareLink() const { return static_cast<V*>(next_); }
+  void SetSpareLink(V* value) { next_ = value; }
+
 private:
   friend class HashMap<K, V, Traits>;
 

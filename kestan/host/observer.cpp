@@ -9,9 +9,9 @@ void Observer::Detach() {
 
 void StackForwarder::RemoveObserver(StackForwarder& forwarder, const Observer* observer,
                                     Observer* next) {
-  for (int level = 0; level < forwarder.depth_; ++level) {
-    if (forwarder.next_[level] == observer)
-      forwarder.next_[level] = next;
+  for (Level* level = forwarder.innermost_; level; level = level->outer) {
+    if (level->next == observer)
+      level->next = next;
   }
 }
 

@@ -42,8 +42,10 @@ private:
 /// outlives the list when that ends in the middle of one. Made by the first dispatch.
 class KESTAN_EXPORT StackForwarder final : public Referent {
 public:
-  /// Dispatches on one list that may run inside each other; deeper ones are left out.
+  /// Dispatches on one list that may run inside each other; deeper ones are left out, unless
+  /// nobody may miss them.
   static constexpr int kMaxDepth = 4;
+  enum Reach { kLimited, kAlways };
 
   static RefPtr<StackForwarder> Create(Observer** head) { return new StackForwarder(head); }
   /// Sends every dispatch whose next step is `observer` to `next`.
@@ -53,28 +55,36 @@ public:
 
   /// Calls `handler(Observer&)` for each enabled observer on the list. Observers that are added
   /// meanwhile aren't called. False when the list has gone meanwhile.
-  template <class Handler> bool Dispatch(Handler&& handler) {
-    if (depth_ == kMaxDepth || !head_)
+  template <class Handler> bool Dispatch(Handler&& handler, Reach reach) {
+    if (!head_ || (depth_ >= kMaxDepth && reach == kLimited))
       return head_ != nullptr;
     const RefPtr<StackForwarder> keepsThis(this);
-    const int level = depth_++;
-    for (Observer* observer = *head_; observer; observer = next_[level]) {
-      next_[level] = observer->next_;
+    Level level{nullptr, innermost_};
+    innermost_ = &level;
+    ++depth_;
+    for (Observer* observer = *head_; observer; observer = level.next) {
+      level.next = observer->next_;
       if (observer->enabled_)
         handler(*observer);
       if (!head_)
         break;
     }
-    next_[level] = nullptr;
     --depth_;
+    innermost_ = level.outer;
     return head_ != nullptr;
   }
 
 private:
+  /// One dispatch that runs.
+  struct Level {
+    Observer* next;
+    Level* outer;
+  };
+
   explicit StackForwarder(Observer** head) : head_(head) {}
 
   Observer** head_;
-  Observer* next_[kMaxDepth] = {};
+  Level* innermost_ = nullptr;
   int depth_ = 0;
 };
 
@@ -100,12 +110,13 @@ public:
   /// take off any observer, add new ones, which aren't called this time, dispatch again, up to
   /// `StackForwarder::kMaxDepth` levels deep, and destroy the list. False when it did the last:
   /// the subject is gone then.
-  template <class Handler> bool Dispatch(Handler&& handler) {
+  template <class Handler>
+  bool Dispatch(Handler&& handler, StackForwarder::Reach reach = StackForwarder::kLimited) {
     if (!head_)
       return true;
     if (!forwarder_)
       forwarder_ = StackForwarder::Create(&head_);
-    return forwarder_->Dispatch(handler);
+    return forwarder_->Dispatch(handler, reach);
   }
 
 private:

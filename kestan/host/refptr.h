@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <type_traits>
 #include <utility>
 
 namespace vorrel {
@@ -20,8 +21,11 @@ public:
   }
   RefPtr(const RefPtr& other) : RefPtr(other.object_) {}
   RefPtr(RefPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-  template <class U> RefPtr(const RefPtr<U>& other) : RefPtr(static_cast<T*>(other.get())) {}
-  template <class U> RefPtr(RefPtr<U>&& other) noexcept : object_(other.object_) {
+  // Only upwards: `RefPtrCast` is for the other way.
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+  RefPtr(const RefPtr<U>& other) : RefPtr(static_cast<T*>(other.get())) {}
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+  RefPtr(RefPtr<U>&& other) noexcept : object_(other.object_) {
     other.object_ = nullptr;
   }
   ~RefPtr() {
@@ -60,6 +64,11 @@ private:
 
   T* object_ = nullptr;
 };
+
+/// The same object as a `T`, which the caller knows it to be.
+template <class T, class U> RefPtr<T> RefPtrCast(const RefPtr<U>& object) {
+  return RefPtr<T>(static_cast<T*>(object.get()));
+}
 
 template <class T, class U> bool operator==(const RefPtr<T>& a, const RefPtr<U>& b) {
   return a.get() == b.get();

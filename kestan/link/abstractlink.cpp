@@ -14,7 +14,7 @@
 
 namespace vorrel::kestan {
 
-template class SchemaT<AbstractLink, NoInstancePolicy, NoDerivedPolicy>;
+template class SchemaT<AbstractLink, NoInstancePolicy, NewDerivedPolicy>;
 
 namespace {
 
@@ -78,7 +78,7 @@ const Schema& AbstractLink::GetClassSchema() { return AbstractLinkSchema::GetSin
 AbstractLink::AbstractLink(const Schema& schema, const KmlId& id, const QString& baseUrl)
     : SchemaObject(schema, id, baseUrl) {}
 
-AbstractLink::~AbstractLink() = default;
+AbstractLink::~AbstractLink() { NotifyPreDelete(); } // of a class that a document makes
 
 void AbstractLink::SetHref(const QString& href) {
   Fields().href.CheckSet(*this, href, fieldsSpecified_);

@@ -88,6 +88,7 @@ protected:
 
 private:
   friend class AbstractLinkSchema;
+  template <class T, template <class> class I, template <class> class D> friend class SchemaT;
 
   QString ComposeQuery() const;
 

@@ -18,7 +18,7 @@ public:
 };
 
 class KESTAN_EXPORT AbstractLinkSchema final
-    : public SchemaT<AbstractLink, NoInstancePolicy, NoDerivedPolicy> {
+    : public SchemaT<AbstractLink, NoInstancePolicy, NewDerivedPolicy> {
 public:
   AbstractLinkSchema();
 
@@ -61,6 +61,6 @@ private:
   unsigned urlFields_;
 };
 
-extern template class SchemaT<AbstractLink, NoInstancePolicy, NoDerivedPolicy>;
+extern template class SchemaT<AbstractLink, NoInstancePolicy, NewDerivedPolicy>;
 
 } // namespace vorrel::kestan

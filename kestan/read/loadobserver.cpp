@@ -1,5 +1,6 @@
 #include "kestan/read/loadobserver.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/strfield.h"
 #include "kestan/core/threadcontext.h"
@@ -138,6 +139,7 @@ void LoadObserver::Cancel(SchemaObject& object) {
 
 void LoadObserver::Finish(SchemaObject* loaded) {
   // The observer goes first: the object may ask for something else while it's told.
+  const DeletionDeferrer deferrer;
   SchemaObject& object = *object_;
   const StrField& field = *field_;
   const bool isCurrent = GetReference(object, field) == target_;
@@ -151,24 +153,30 @@ void LoadObserver::Finish(SchemaObject* loaded) {
 
 RefPtr<SchemaObject> LoadObserver::Create(const TargetClass& targets, SchemaObject& object,
                                           const StrField& field) {
-  Cancel(object);
+  if (object.GetBit(kBitDeleting))
+    return {};
+  const DeletionDeferrer deferrer;
   if (field.get(object).isEmpty()) {
+    Cancel(object);
     object.OnUrlLoad(field, nullptr);
-    object.SetBit(kBitLoadFailed, false); // nothing was asked for
     return {};
   }
   const KmlId target = GetReference(object, field);
   RefPtr<SchemaObject> found = FindTarget(target, targets.schema());
+  const LoadObserver* const waiting = Find(object, field);
+  if (waiting && !found && waiting->target_ == target)
+    return {}; // asked for already
+  Cancel(object);
   const bool isBuiltIn = IsBuiltIn(target);
   if (!found && isBuiltIn && !target.id.isEmpty())
     found = targets.resolveRoot(target);
+  // What follows further down in the document counts for more than what was there before.
+  if (found && !isBuiltIn && IsOwnDocument(target, object) && IsFromBefore(*found))
+    Add(targets, object, field, target);
   if (found || isBuiltIn || target.id.isEmpty())
     object.OnUrlLoad(field, found.get());
   else
     Wait(targets, object, field, target);
-  // What follows further down in the document counts for more than what was there before.
-  if (found && !isBuiltIn && IsOwnDocument(target, object) && IsFromBefore(*found))
-    Add(targets, object, field, target);
   return found;
 }
 
@@ -195,12 +203,13 @@ void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const 
 void LoadObserver::Deliver(LoadObserverList* list, SchemaObject& created) {
   if (!list)
     return;
+  const DeletionDeferrer deferrer;
   const StyleClimbBatch batch;
   const KmlId target = created.GetKmlId();
   // An object that waits for the same again, while it's told, isn't told again.
   for (std::size_t left = list->count(); left > 0; --left) {
     LoadObserver* observer = list->find(target);
-    if (!observer)
+    if (!observer || created.GetBit(kBitDeleting))
       return;
     observer->Finish(&created);
   }

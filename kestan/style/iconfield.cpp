@@ -14,8 +14,9 @@ bool IconField::equals(const SchemaObject& a, const SchemaObject& b) const {
 }
 
 void IconField::CheckSet(SchemaObject& object, Icon* icon, unsigned& specified) const {
-  CheckSet(object, icon);
+  // The mask is part of the object, which may be gone behind the notice.
   ObjectObserver::SetSpecified(object, specified, specified | GetMaskBit());
+  CheckSet(object, icon);
 }
 
 } // namespace vorrel::kestan

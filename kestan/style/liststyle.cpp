@@ -1,5 +1,6 @@
 #include "kestan/style/liststyle.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/style/liststyleschema.h"
@@ -46,11 +47,8 @@ void ListStyle::SetMaxSnippetLines(int lines) {
 void ListStyle::AddItemIcon(ItemIcon& icon) { Fields().itemIcons.add(*this, &icon); }
 
 void ListStyle::ClearItemIcons() {
-  for (const RefPtr<ItemIcon>& icon : itemIcons_) {
-    if (icon)
-      icon->RemOwner(*this);
-  }
-  itemIcons_.clear();
+  const DeletionDeferrer deferrer;
+  Fields().itemIcons.setCount(*this, 0);
   NotifyFieldChanged(Fields().itemIcons);
 }
 

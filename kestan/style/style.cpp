@@ -1,5 +1,6 @@
 #include "kestan/style/style.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
@@ -113,6 +114,7 @@ template <class T> const T* Style::Get() const {
 }
 
 template <class T> T* Style::GetOrCreate() {
+  const DeletionDeferrer deferrer;
   RefPtr<T>& own = this->*std::get<RefPtr<T> Style::*>(Fields().parts);
   if (!own)
     Set(new T(KmlId(QString(), GetUrl()), GetBaseUrl()));
@@ -120,15 +122,12 @@ template <class T> T* Style::GetOrCreate() {
 }
 
 template <class T> void Style::Set(T* style) {
-  RefPtr<T>& own = this->*std::get<RefPtr<T> Style::*>(Fields().parts);
-  const RefPtr<T> former = own;
-  if (former == style)
-    return;
-  if (former)
-    former->RemOwner(*this);
-  own = style;
-  if (style)
-    style->AddOwner(*this);
+  const DeletionDeferrer deferrer;
+  const unsigned offset = OffsetOf(std::get<RefPtr<T> Style::*>(Fields().parts));
+  for (const Field* field : Fields().written) {
+    if (field->GetOffset() == offset)
+      static_cast<const ObjFieldBase*>(field)->Replace(*this, style);
+  }
   ObjectObserver::MoveRevision(*this);
 }
 
@@ -195,6 +194,7 @@ RefPtr<Style> Style::CloneHighlightIcon(Icon& icon) const {
 }
 
 bool Style::UnspecifyRedundantFields(const Style& base) {
+  const DeletionDeferrer deferrer;
   bool empty = true;
   Fields().ForEachPart([&]<class T>(RefPtr<T> Style::*member) {
     const RefPtr<T> own = this->*member;
@@ -246,6 +246,7 @@ void Style::InternalCollectStyles(WriteState& state) const { state.AddStyle(*thi
 const Style* Style::InternalGetSelectedStyle(int) const { return this; }
 
 void Style::NotifyFieldChanged(const Field& field) {
+  const DeletionDeferrer deferrer;
   if (field.HasFlag(Field::kProxy))
     ApplyDeprecated(field);
   StyleSelector::NotifyFieldChanged(field);

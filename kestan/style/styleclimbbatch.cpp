@@ -25,7 +25,7 @@ StyleClimbBatch::~StyleClimbBatch() {
     return;
   // One climb for all, since they may lead to the same owners.
   StyleSelector& first = *taken_.front();
-  VisitedObjects visited;
+  VisitedObjects visited(first.GetRevision());
   StyleClimb climb(first, *first.GetSchema().GetObjectFields().front(), visited);
   for (const RefPtr<StyleSelector>& selector : taken_)
     climb.Add(*selector);

@@ -1,5 +1,6 @@
 #include "kestan/style/stylemap.h"
 
+#include "kestan/core/constructionguard.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/style/icon.h"
@@ -27,14 +28,6 @@ static_assert(kStyleNormal == 0 && kStyleHighlight == 1);
 
 StyleMapSchema::StyleMapSchema()
     : SchemaT("StyleMap", &StyleSelector::GetClassSchema(), Namespace::kKml) {}
-
-bool PairsField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
-  if (!ObjArrayField::Accepts(owner, child))
-    return false;
-  const StyleSelector* own = static_cast<const StyleMap::Pair&>(child).GetInlineStyleSelector();
-  const StyleMap* map = StyleMap::As(own);
-  return !map || !map->Holds(static_cast<const StyleMap&>(owner));
-}
 
 const Schema& StyleMap::GetClassSchema() { return StyleMapSchema::GetSingleton(); }
 
@@ -85,8 +78,8 @@ RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl, Memor
 RefPtr<StyleMap> StyleMap::create(const KmlId& id, const QString& baseUrl, Style& normal,
                                   Style& highlight, MemoryManager* manager) {
   RefPtr<StyleMap> map(new (manager) StyleMap(id, baseUrl));
-  new Pair(GetKeyOf(kStyleNormal), normal, *map);
-  new Pair(GetKeyOf(kStyleHighlight), highlight, *map);
+  map->AddPair(kStyleNormal, normal);
+  map->AddPair(kStyleHighlight, highlight);
   return map;
 }
 
@@ -112,13 +105,15 @@ StyleMap::StyleMap(const KmlId& id, const QString& baseUrl, bool notify)
 StyleMap::StyleMap(const Style& style, Icon& normal, Icon& highlight, const KmlId& id,
                    const QString& baseUrl)
     : StyleSelector(GetClassSchema(), id, baseUrl) {
-  new Pair(GetKeyOf(kStyleNormal), *style.CloneIcon(normal), *this);
-  new Pair(GetKeyOf(kStyleHighlight), *style.CloneHighlightIcon(highlight), *this);
+  const ConstructionGuard building(*this);
+  AddPair(kStyleNormal, *style.CloneIcon(normal));
+  AddPair(kStyleHighlight, *style.CloneHighlightIcon(highlight));
   NotifyPostCreate();
 }
 
-StyleMap::~StyleMap() {
-  NotifyPreDelete();
+StyleMap::~StyleMap() { NotifyPreDelete(); }
+
+void StyleMap::LeaveOwners() {
   const StyleClimbBatch batch;
   // Those that refer to the map without keeping it.
   while (SchemaObject* owner = GetOwner(0)) {
@@ -143,7 +138,11 @@ void StyleMap::setStyle(StyleStateMode mode, Style& style) {
   if (Pair* pair = GetStyleMapPair(mode, key))
     pair->SetStyleSelector(&style);
   else
-    new Pair(key, style, *this);
+    const RefPtr<Pair> added(new Pair(key, style, *this));
+}
+
+void StyleMap::AddPair(StyleStateMode mode, Style& style) {
+  const RefPtr<Pair> pair(new Pair(GetKeyOf(mode), style, *this));
 }
 
 const StyleMap::Pair* StyleMap::FindPair(int state) const {
@@ -198,9 +197,9 @@ RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool
   for (const StyleStateMode mode : {kStyleNormal, kStyleHighlight}) {
     const RefPtr<StyleSelector> look = FlattenLook(mode, other, entered);
     if (look)
-      new Pair(GetKeyOf(mode), static_cast<Style&>(*look), map);
+      map.AddPair(mode, static_cast<Style&>(*look));
     else
-      new Pair(GetKeyOf(mode), map);
+      const RefPtr<Pair> empty(new Pair(GetKeyOf(mode), map));
   }
   return RefPtr<StyleSelector>(&map);
 }
@@ -208,21 +207,6 @@ RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool
 void StyleMap::InternalCollectStyles(WriteState& state) const {
   if (state.AddStyle(*this))
     CollectReferences(state);
-}
-
-bool StyleMap::Holds(const StyleMap& map) const {
-  // Only a map that became a pair's own may lie in another.
-  mmvector<const StyleMap*> maps{this};
-  for (std::size_t i = 0; i < maps.size() && (map.isInline_ || i == 0); ++i) {
-    if (maps[i] == &map)
-      return true;
-    for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
-      const StyleSelector* own = pair ? pair->GetInlineStyleSelector() : nullptr;
-      if (const StyleMap* inner = As(own))
-        maps.push_back(inner);
-    }
-  }
-  return false;
 }
 
 void StyleMap::accept(StyleVisitor& visitor) { visitor.visit(*this); }

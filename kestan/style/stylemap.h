@@ -72,8 +72,8 @@ public:
   /// where a map on the way says nothing about the mode.
   StyleSource Select(int mode) const;
 
-  /// True for this map, and for one that is a pair's own in it, however deep.
-  bool Holds(const StyleMap& map) const;
+protected:
+  void LeaveOwners() override;
 
   /// A reference that doesn't keep its target begins to do so when nobody else does any more, and
   /// it is in use.
@@ -84,6 +84,7 @@ private:
   friend class StyleMapSchema;
 
   const Pair* FindPair(int state) const;
+  void AddPair(StyleStateMode mode, Style& style);
   RefPtr<StyleSelector> FlattenLook(int mode, const StyleSelector* other, bool entered) const;
 
   // Maps that refer to each other.

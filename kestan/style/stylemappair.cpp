@@ -1,5 +1,7 @@
 #include "kestan/style/stylemappair.h"
 
+#include "kestan/core/constructionguard.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/objurlfield_impl.h"
 #include "kestan/core/schemat_impl.h"
@@ -22,11 +24,6 @@ const StyleMapPairSchema& Fields() { return StyleMapPairSchema::GetSingleton(); 
 
 StyleMapPairSchema::StyleMapPairSchema() : SchemaT("Pair", nullptr, Namespace::kKml) {}
 
-bool OwnSelectorField::Accepts(const SchemaObject& owner, const SchemaObject& child) const {
-  return ObjField::Accepts(owner, child) &&
-         static_cast<const StyleMap::Pair&>(owner).MayOwn(static_cast<const StyleSelector&>(child));
-}
-
 const Schema& StyleMap::Pair::GetClassSchema() { return StyleMapPairSchema::GetSingleton(); }
 
 StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
@@ -35,11 +32,13 @@ StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
 }
 
 StyleMap::Pair::Pair(const QString& key, Style& style, StyleMap& map) : Pair(key, map) {
+  const ConstructionGuard building(*this);
   SetStyleSelector(&style);
 }
 
 StyleMap::Pair::Pair(const QString& key, StyleMap& map)
     : Pair(KmlId(QString(), map.GetUrl()), map.GetBaseUrl()) {
+  const ConstructionGuard building(*this);
   SetKey(key);
   StyleMapSchema::GetSingleton().pairs.add(map, this);
 }
@@ -54,19 +53,19 @@ void StyleMap::Pair::SetKey(const QString& key) { Fields().key.CheckSet(*this, k
 void StyleMap::Pair::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSet(*this, url); }
 
 void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
-  const bool isNameless = selector && selector->GetUrl().isEmpty() && selector->GetId().isEmpty();
   if (!selector || selector == inlineSelector_ || selector == reference_.get() ||
-      (isNameless && !MayOwn(*selector)))
+      selector->GetBit(kBitDeleting))
     return;
+  const bool isNameless = selector->GetUrl().isEmpty() && selector->GetId().isEmpty();
+  if (isNameless && !MayOwn(*selector))
+    return;
+  const DeletionDeferrer deferrer;
   const RefPtr<StyleSelector> kept(selector);
   SetBit(kBitLoadFailed, false);
-  if (const RefPtr<StyleSelector> former = std::move(inlineSelector_))
-    former->RemOwner(*this);
   ReleaseReference();
   styleUrl_.clear();
+  Fields().styleSelector.Replace(*this, isNameless ? selector : nullptr);
   if (isNameless) {
-    inlineSelector_ = selector;
-    selector->AddOwner(*this);
     MarkInline();
     SchemaObject::NotifyFieldChanged(Fields().styleSelector);
   } else {
@@ -76,12 +75,11 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
 }
 
 bool StyleMap::Pair::MayOwn(const StyleSelector& selector) const {
-  const StyleMap* map = As(&selector);
-  const StyleMap* owner = As(GetOwner(0));
-  return !map || !owner || !map->Holds(*owner);
+  return Fields().styleSelector.Accepts(*this, selector);
 }
 
 void StyleMap::Pair::SetReference(StyleSelector& selector) {
+  const DeletionDeferrer deferrer;
   ReleaseReference();
   reference_.Set(selector);
   selector.AddOwner(*this);
@@ -107,6 +105,7 @@ void StyleMap::Pair::ReleaseReference() {
 }
 
 void StyleMap::Pair::ForgetReference() {
+  const DeletionDeferrer deferrer;
   ReleaseReference();
   SetBit(kBitLoadFailed, true);
   SchemaObject::NotifyFieldChanged(Fields().styleUrl);
@@ -120,7 +119,7 @@ const Style* StyleMap::Pair::GetStandIn() const {
 
 void StyleMap::Pair::OnUrlLoad(const StrField&, SchemaObject* loaded) {
   if (!loaded) {
-    SetBit(kBitLoadFailed, true);
+    SetBit(kBitLoadFailed, !styleUrl_.isEmpty());
     SchemaObject::NotifyFieldChanged(Fields().styleUrl); // a new load would fail again
   } else if (IsBuiltInUrl(styleUrl_)) {
     SetReference(static_cast<StyleSelector&>(*loaded)); // by the name that it has
@@ -139,6 +138,7 @@ const Field* StyleMap::Pair::FindObject(const SchemaObject& child, int* index) c
 }
 
 void StyleMap::Pair::NotifyFieldChanged(const Field& field) {
+  const DeletionDeferrer deferrer;
   const StyleMapPairSchema& fields = Fields();
   if (&field == &fields.key) {
     UpdateKeyState();

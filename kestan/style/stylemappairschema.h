@@ -8,15 +8,6 @@
 
 namespace vorrel::kestan {
 
-/// The selector of a pair's own. Refuses a map that the pair lies in, which would close a ring.
-class KESTAN_EXPORT OwnSelectorField final : public ObjField<StyleSelector> {
-public:
-  using ObjField::ObjField;
-
-protected:
-  bool Accepts(const SchemaObject& owner, const SchemaObject& child) const override;
-};
-
 class KESTAN_EXPORT StyleMapPairSchema final
     : public SchemaT<StyleMap::Pair, NewInstancePolicy, NoDerivedPolicy> {
 public:
@@ -26,8 +17,8 @@ public:
   ObjUrlField<StyleSelector, StyleReference> styleUrl{
       *this,           "styleUrl", OffsetOf(&StyleMap::Pair::styleUrl_),
       Field::kElement, 0,          OffsetOf(&StyleMap::Pair::reference_)};
-  OwnSelectorField styleSelector{*this, QString(), StyleSelector::GetClassSchema(),
-                                 OffsetOf(&StyleMap::Pair::inlineSelector_)};
+  ObjField<StyleSelector> styleSelector{*this, QString(), StyleSelector::GetClassSchema(),
+                                        OffsetOf(&StyleMap::Pair::inlineSelector_)};
 };
 
 extern template class SchemaT<StyleMap::Pair, NewInstancePolicy, NoDerivedPolicy>;

@@ -51,7 +51,24 @@ StyleSelector* StyleSelector::find(const KmlId& id) {
 
 void StyleSelector::accept(StyleVisitor& visitor) { visitor.visit(*this); }
 
+void StyleSelector::EnterPlace(SchemaObject& owner, int index) {
+  home_ = &owner;
+  SetArrayIndex(index);
+  AddOwner(owner);
+}
+
+void StyleSelector::LeavePlace(SchemaObject& owner) {
+  home_ = nullptr;
+  SetArrayIndex(-1);
+  const Field* const field = owner.FindObject(*this, nullptr);
+  const bool isReference = field && !field->GetObjSchema();
+  if (!isReference) // it may refer to this one as well
+    RemOwner(owner);
+}
+
 void StyleSelector::AddOwner(SchemaObject& newOwner) {
+  if (GetBit(kBitDeleting))
+    return;
   if (owners_) {
     owners_->insert(&newOwner);
   } else if (!owner_) {

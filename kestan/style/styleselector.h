@@ -75,6 +75,9 @@ public:
   bool HasOwner(const SchemaObject& object) const override;
   int GetOwnerCount() const override;
   SchemaObject* GetOwner(int index) const override;
+  SchemaObject* GetHome() const override { return home_; }
+  /// A shared selector takes no state from those that it belongs to.
+  void NotifyOwnerChanged() override {}
   Document* GetOwnerDocument() const override { return nullptr; }
   /// A new id may be one that is waited for.
   void NotifyFieldChanged(const Field& field) override;
@@ -85,9 +88,13 @@ public:
 protected:
   StyleSelector(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
+  void EnterPlace(SchemaObject& owner, int index) override;
+  void LeavePlace(SchemaObject& owner) override;
+
 private:
   using OwnerSet = PointerSet<SchemaObject>;
 
+  SchemaObject* home_ = nullptr;
   std::unique_ptr<OwnerSet> owners_; // where there are several; else the plain owner, if any
   std::uint32_t flattenRevision_ = 0;
   const bool isUnlisted_; // made for a look, and in no document

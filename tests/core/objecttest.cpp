@@ -1,6 +1,7 @@
 #include "kestan/core/schema.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/workers.h"
 
 namespace vorrel::kestan {
 
@@ -58,6 +59,21 @@ TEST_F(ObjectTest, RuntimeIdsAreFreshAndKeepTheirName) {
   const auto object = Probe::GetClassSchema().CreateInstance(id, "", nullptr);
   EXPECT_NE(id, SchemaObject::GetUniqueRuntimeId(given));
   EXPECT_EQ("", object->GetBaseUrl()) << "a run-time URL is no base";
+
+  KmlId elsewhere;
+  const auto mine = object->clone(true, nullptr);
+  {
+    Workers worker(1, [&](int) { elsewhere = SchemaObject::GetUniqueRuntimeId(given); });
+  }
+  EXPECT_NE(mine->GetUrl(), elsewhere.url) << "on no other thread";
+}
+
+TEST_F(ObjectTest, AnEntryWithoutAValueStaysOneInACopy) {
+  const auto source = Read<Probe>("<Probe><value>a</value><value/></Probe>");
+  EXPECT_EQ(Write(*source), Write(*source->clone(true, nullptr)));
+  const auto other = Read<Probe>("<Probe><value/><value>b</value><value/></Probe>");
+  other->copy(*source, true, nullptr);
+  EXPECT_EQ(Write(*source), Write(*other));
 }
 
 TEST_F(ObjectTest, AChildHasOneOwnerAndOutlivesIt) {
@@ -85,6 +101,24 @@ TEST_F(ObjectTest, AChildHasOneOwnerAndOutlivesIt) {
   EXPECT_EQ(nullptr, child->GetOwner(0));
   EXPECT_EQ(-1, child->GetArrayIndex());
   EXPECT_EQ(2, Probe::s_alive);
+}
+
+TEST_F(ObjectTest, AChildLeavesEveryOtherPlaceAndClosesNoRing) {
+  const auto a = Probe::Make("a");
+  const auto b = Probe::Make("b");
+  EXPECT_TRUE(Fields().child.set(*a, b.get(), 0));
+  EXPECT_FALSE(Fields().child.set(*b, a.get(), 0)) << "it would stand below itself";
+  EXPECT_FALSE(Fields().kids.add(*b, a.get()));
+  EXPECT_TRUE(Fields().kids.insert(*a, b.get(), -1));
+  EXPECT_FALSE(Fields().child.get(*a));
+  EXPECT_EQ("b", Kids(*a));
+  EXPECT_TRUE(Fields().child.set(*a, b.get(), 0));
+  EXPECT_EQ("", Kids(*a));
+
+  Fields().kids.add(*a, Probe::Make("c").get());
+  const RefPtr<SchemaObject> held(Fields().kids.GetObject(*a, 0));
+  Fields().kids.setCount(*a, 0);
+  EXPECT_EQ(nullptr, held->GetOwner(0)) << "let go";
 }
 
 TEST_F(ObjectTest, InsertMovesAndKeepsEveryPlaceRight) {

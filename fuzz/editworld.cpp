@@ -1,0 +1,449 @@
+#include "fuzz/editworld.h"
+
+#include "fuzz/editoperations.h"
+#include "fuzz/support.h"
+#include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/objarrayfield.h"
+#include "kestan/core/schema.h"
+#include "kestan/core/schemaobject.h"
+
+#include <array>
+
+using namespace vorrel;
+using namespace vorrel::kestan;
+
+namespace fuzz {
+
+namespace {
+
+constexpr std::size_t kHeld = 12;
+constexpr std::size_t kObservers = 10;
+constexpr int kMaxDepth = 5;
+
+const char kUrl[] = "http://example.com/edit.kml";
+
+void Collect(const Schema& schema, std::vector<const Schema*>& out) {
+  if (!schema.IsAbstract())
+    out.push_back(&schema);
+  for (const Schema* derived : schema.GetDerived())
+    Collect(*derived, out);
+}
+
+/// All classes with instances.
+const std::vector<const Schema*>& Classes() {
+  static const std::vector<const Schema*> classes = [] {
+    std::vector<const Schema*> all;
+    Collect(SchemaObject::GetClassSchema(), all);
+    return all;
+  }();
+  return classes;
+}
+
+} // namespace
+
+EditWorld* EditWorld::s_present_ = nullptr;
+
+class EditWorld::Observer final : public ObjectObserver {
+public:
+  Observer(SchemaObject* object, EditWorld& world) : ObjectObserver(object), world_(world) {}
+
+  void OnFieldChanged(const FieldChangedEvent&) override { world_.React(); }
+  void OnSubFieldChanged(const SubFieldChangedEvent& event) override {
+    event.GetObservedSubField();
+    world_.React();
+  }
+  void OnPreDelete(const PreDeleteEvent& event) override {
+    if (world_.Next(4) == 0)
+      world_.dead_.emplace_back(&event.object);
+    world_.React();
+  }
+
+private:
+  EditWorld& world_;
+};
+
+class EditWorld::CreationObserver final : public kestan::CreationObserver {
+public:
+  explicit CreationObserver(EditWorld& world)
+      : kestan::CreationObserver(SchemaObject::GetClassSchema()), world_(world) {}
+
+  void OnPostCreate(const Event& event) override {
+    if (world_.Next(2) == 0)
+      world_.observers_[world_.Next(kObservers)]->SetObserved(event.object);
+    world_.React();
+  }
+
+private:
+  EditWorld& world_;
+};
+
+class EditWorld::Loader final : public LoadObserverLoader {
+public:
+  explicit Loader(EditWorld& world) : world_(world) {}
+  void RequestLoad(const QString&) override { world_.React(); }
+  bool HasLoadEnded(const QString&) override { return world_.Next(2) == 0; }
+
+private:
+  EditWorld& world_;
+};
+
+EditWorld::EditWorld(const std::uint8_t* data, std::size_t size)
+    : at_(data), end_(data + size), held_(kHeld), creationObserver_(new CreationObserver(*this)),
+      loader_(new Loader(*this)) {
+  s_present_ = this;
+  for (std::size_t i = 0; i < kObservers; ++i) {
+    observers_.push_back(std::make_unique<Observer>(nullptr, *this));
+    watchers_.push_back(std::make_unique<Watcher<SchemaObject>>());
+  }
+}
+
+EditWorld::~EditWorld() {
+  at_ = end_;
+  held_.clear();
+  dead_.clear();
+  s_present_ = nullptr;
+}
+
+void EditWorld::Run() {
+  while (at_ != end_) {
+    Edit();
+    Check();
+  }
+}
+
+unsigned EditWorld::Next() { return at_ == end_ ? 0 : *at_++; }
+
+QString EditWorld::NextText() {
+  static const char* const texts[] = {"",
+                                      "1",
+                                      "0",
+                                      "-7.5",
+                                      "1,2,3 4,5,6 7,8,9 1,2,3",
+                                      "1,2,3",
+                                      "true",
+                                      "#a",
+                                      "#b",
+                                      "edit.kml#c",
+                                      "other.kml#d",
+                                      "root://styles#hl",
+                                      "2001-02-03",
+                                      "ff00ff00",
+                                      "absolute",
+                                      "x y z",
+                                      "0 1 2"};
+  return QLatin1String(texts[Next(std::size(texts))]);
+}
+
+EditWorld::Held EditWorld::Make() {
+  static const char* const ids[] = {"", "", "a", "b", "c"};
+  const Schema& schema = *Classes()[Next(Classes().size())];
+  const KmlId id(QLatin1String(ids[Next(std::size(ids))]), QLatin1String(kUrl));
+  return Next(8) == 0 ? schema.FindCreateInstance(id, id.url, nullptr)
+                      : schema.CreateInstance(id, id.url, nullptr);
+}
+
+SchemaObject* EditWorld::Pick() {
+  SchemaObject* object = held_[Next(kHeld)].get();
+  for (unsigned steps = Next(4); object && steps > 0; --steps) {
+    const auto& fields = object->GetSchema().GetObjectFields();
+    std::vector<SchemaObject*> near;
+    for (const Field* field : fields) {
+      for (int i = 0, count = field->IsArray() ? field->getCount(*object) : 1; i < count; ++i) {
+        if (SchemaObject* child = field->GetObject(*object, i))
+          near.push_back(child);
+      }
+    }
+    if (near.empty())
+      break;
+    object = near[Next(near.size())];
+  }
+  return object;
+}
+
+SchemaObject* EditWorld::Pick(const Schema& schema) {
+  for (int tries = 0; tries < 4; ++tries) {
+    SchemaObject* const object = Pick();
+    if (object && object->isOfType(schema))
+      return object;
+  }
+  std::vector<SchemaObject*> all;
+  for (const Held& held : held_) {
+    mmvector<SchemaObject*> found;
+    if (held)
+      held->FindBySchema(schema, found);
+    all.insert(all.end(), found.begin(), found.end());
+  }
+  return all.empty() ? nullptr : all[Next(all.size())];
+}
+
+const Field* EditWorld::PickField(const SchemaObject& object) {
+  std::vector<const Field*> fields;
+  for (const auto* list :
+       {&object.GetSchema().GetSerializedFields(), &object.GetSchema().GetAttributes()})
+    fields.insert(fields.end(), list->begin(), list->end());
+  return fields.empty() ? nullptr : fields[Next(fields.size())];
+}
+
+void EditWorld::React() {
+  if (depth_ < kMaxDepth && at_ != end_ && Next(3) != 0)
+    Edit();
+}
+
+bool EditWorld::OnPreDelete(HandlerEvent&) {
+  if (s_present_)
+    s_present_->React();
+  return true;
+}
+
+void EditWorld::Edit() {
+  ++depth_;
+  switch (Next(12)) {
+  case 0:
+  case 1:
+    held_[Next(kHeld)] = Make();
+    break;
+  case 2:
+    held_[Next(kHeld)] = Pick();
+    break;
+  case 3:
+    Held(std::move(held_[Next(kHeld)])).reset();
+    break;
+  case 4:
+    Watch();
+    break;
+  case 5:
+  case 6:
+    if (SchemaObject* object = Pick())
+      EditObject(*object);
+    break;
+  case 7:
+    RunClassOperation([this](std::size_t count) { return Next(count); },
+                      [this](const Schema& schema) { return Pick(schema); });
+    break;
+  default:
+    if (SchemaObject* object = Pick())
+      EditField(*object);
+  }
+  --depth_;
+}
+
+void EditWorld::Watch() {
+  SchemaObject* const object = Pick();
+  switch (Next(8)) {
+  case 0:
+    watchers_[Next(kObservers)]->set(object);
+    break;
+  case 1:
+    if (SchemaObject* watched = watchers_[Next(kObservers)]->get())
+      held_[Next(kHeld)] = watched;
+    break;
+  case 2:
+    observers_[Next(kObservers)] = std::make_unique<Observer>(object, *this);
+    break;
+  case 3:
+    creationObserver_.reset();
+    creationObserver_ = std::make_unique<CreationObserver>(*this);
+    break;
+  case 4:
+    dead_.clear();
+    break;
+  case 5:
+    if (object)
+      object->SetHandlerFunc(kHandlerPreDelete, &EditWorld::OnPreDelete);
+    break;
+  case 6:
+    watchers_[Next(kObservers)]->SetEnabled(false);
+    break;
+  default:
+    observers_[Next(kObservers)]->SetObserved(object);
+  }
+}
+
+void EditWorld::EditObject(SchemaObject& object) {
+  switch (Next(12)) {
+  case 0: {
+    const bool deep = Next(2) != 0;
+    held_[Next(kHeld)] = object.clone(deep, nullptr);
+    break;
+  }
+  case 1:
+    if (const SchemaObject* source = Pick())
+      object.copy(*source, Next(2) != 0, nullptr);
+    break;
+  case 2: {
+    const SchemaObject* const a = Pick();
+    const SchemaObject* const b = Pick();
+    if (a && b)
+      object.merge(*a, *b);
+    break;
+  }
+  case 3:
+    object.fromString(NextText());
+    break;
+  case 4: {
+    QByteArray bytes;
+    object.WriteKmlString(bytes);
+    break;
+  }
+  case 5: {
+    const NotificationDeferrer deferrer;
+    Edit();
+    break;
+  }
+  case 6: {
+    const NotificationDisabler disabler;
+    Edit();
+    break;
+  }
+  case 7:
+    object.RequireParentInheritedVisibility(Next(2) != 0);
+    break;
+  case 8:
+    if (SchemaObject* found = SchemaObject::find(QLatin1String(kUrl), QStringLiteral("a")))
+      held_[Next(kHeld)] = found;
+    break;
+  case 9:
+    object.SetBit(Next(2) ? kBitNotifySubField : kBitInheritedNotifySubField, Next(2) != 0);
+    break;
+  case 10:
+    kestan::CreationObserver::NotifyPostCreate(object);
+    break;
+  default:
+    object.GetOwnerDocument();
+    object.UpdateInheritedVisibility();
+    object.GetInterpolant(1, 0, 2);
+  }
+}
+
+void EditWorld::EditField(SchemaObject& object) {
+  const Field* const field = PickField(object);
+  if (!field)
+    return;
+  if (field->GetObjSchema() && field->IsArray() && Next(2)) {
+    EditArray(object, *field);
+    return;
+  }
+  SchemaObject* const a = Pick(field->GetSchema());
+  SchemaObject* const b = Pick(field->GetSchema());
+  SchemaObject* const child =
+      field->GetObjSchema() && Next(4) ? Pick(*field->GetObjSchema()) : Pick();
+  switch (Next(12)) {
+  case 0:
+  case 1:
+  case 2:
+    field->set(object, child, NextIndex());
+    break;
+  case 3:
+    field->insert(object, child, NextIndex());
+    break;
+  case 4:
+    if (a)
+      field->copy(object, *a, Next(2) != 0);
+    break;
+  case 5:
+    if (a)
+      field->clone(object, *a, Next(2) != 0);
+    break;
+  case 6:
+    if (a && b)
+      field->merge(object, *a, *b, Next(2) != 0);
+    break;
+  case 7:
+    if (a) {
+      field->equals(object, *a);
+      field->compare(object, *a);
+      field->toString(object, NextIndex());
+    }
+    break;
+  case 8:
+    field->setCount(object, Next(5));
+    break;
+  case 9:
+    field->NotifyFieldChanged(object);
+    break;
+  default: {
+    const AttributeList attributes{{QStringLiteral("type"), QStringLiteral("polyline")}};
+    const QString text = NextText();
+    field->fromString(object, Next(4) == 0 ? &attributes : nullptr, nullptr, text, NextIndex(),
+                      nullptr);
+  }
+  }
+}
+
+void EditWorld::EditArray(SchemaObject& object, const Field& field) {
+  const auto& array = static_cast<const ObjArrayFieldBase&>(field);
+  SchemaObject* const child = Pick(*field.GetObjSchema());
+  std::array<Held, 3> children{Held(child), Held(Pick(*field.GetObjSchema())), Held(Pick())};
+  const ArraySlice<Held> slice(children.data(), Next(4));
+  switch (Next(8)) {
+  case 0:
+    array.add(object, child);
+    break;
+  case 1:
+    array.remove(object, child);
+    break;
+  case 2:
+    array.remove(object, NextIndex());
+    break;
+  case 3:
+  case 4:
+    array.AddMultiple(&object, slice);
+    break;
+  case 5:
+    array.RemoveMultiple(&object, slice);
+    break;
+  case 6: {
+    const int places[] = {NextIndex(), NextIndex(), NextIndex()};
+    array.EraseMultiple(&object, ArraySlice<const int>(places, std::size(places)));
+    break;
+  }
+  default:
+    array.reverse(object);
+  }
+}
+
+void EditWorld::Check() {
+  std::unordered_set<const SchemaObject*> seen;
+  for (const Held& held : held_) {
+    if (!held)
+      continue;
+    const SchemaObject* const home = held->GetHome();
+    if (held->GetBit(kBitDeleting) || (home && home->GetBit(kBitDeleting)))
+      Fail(QStringLiteral("something held is dead, or belongs to the dead"));
+    if (home && !home->SchemaObject::FindObject(*held, nullptr))
+      Fail(QStringLiteral("an owner without its child"));
+    if (!home)
+      CheckTree(*held, seen);
+  }
+  for (const auto& watcher : watchers_) {
+    if (const SchemaObject* object = watcher->get())
+      CheckTree(*object, *std::make_unique<std::unordered_set<const SchemaObject*>>());
+  }
+}
+
+void EditWorld::CheckTree(const SchemaObject& object,
+                          std::unordered_set<const SchemaObject*>& seen) {
+  if (!seen.insert(&object).second)
+    return;
+  CheckState(object);
+  for (const Field* field : object.GetSchema().GetObjectFields()) {
+    if (field->HasFlag(Field::kNoWrite))
+      continue;
+    for (int i = 0, count = field->IsArray() ? field->getCount(object) : 1; i < count; ++i) {
+      const SchemaObject* const child = field->GetObject(object, i);
+      if (!child)
+        continue;
+      if (child->GetBit(kBitDeleting))
+        Fail(QStringLiteral("a dead child"));
+      if (child->GetHome() != &object)
+        Fail(QStringLiteral("a child of somebody else"));
+      if (child->GetArrayIndex() != (field->IsArray() ? i : -1))
+        Fail(QStringLiteral("a child that doesn't know its place"));
+      if (seen.count(child) != 0)
+        Fail(QStringLiteral("a child in two places"));
+      CheckTree(*child, seen);
+    }
+  }
+}
+
+} // namespace fuzz

@@ -1,0 +1,330 @@
+// What an observer may do in the middle of an operation: anything, to any object.
+
+#include "kestan/core/childfield.h"
+#include "kestan/core/objectobserver.h"
+#include "kestan/core/schema.h"
+#include "kestan/core/watcher.h"
+#include "kestan/feature/abstractfeatureschema.h"
+#include "kestan/feature/document.h"
+#include "kestan/feature/folder.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/geometry/linearring.h"
+#include "kestan/geometry/linestring.h"
+#include "kestan/geometry/multigeometry.h"
+#include "kestan/geometry/point.h"
+#include "kestan/geometry/polygon.h"
+#include "kestan/read/loadobserverloader.h"
+#include "kestan/style/iconstyle.h"
+#include "kestan/style/linestyle.h"
+#include "kestan/style/style.h"
+#include "kestan/style/stylemappair.h"
+#include "tests/support/kmltest.h"
+
+#include <QRegularExpression>
+
+#include <malloc.h>
+
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <utility>
+
+namespace vorrel::kestan {
+
+namespace {
+
+const char kTree[] =
+    "<Document><Style id='s'><LineStyle><width>2</width></LineStyle></Style>"
+    "<StyleMap id='m'><Pair id='pair'><key>normal</key><styleUrl>#s</styleUrl></Pair></StyleMap>"
+    "<Folder id='f'><Placemark id='p'><Snippet>x</Snippet><styleUrl>#s</styleUrl><TimeStamp "
+    "id='t'/>"
+    "<Polygon id='area'><outerBoundaryIs><LinearRing id='outer'><coordinates>0,0 0,1 1,1 0,0"
+    "</coordinates></LinearRing></outerBoundaryIs><innerBoundaryIs><LinearRing id='inner'/>"
+    "</innerBoundaryIs></Polygon></Placemark><Placemark id='q'><MultiGeometry id='shapes'>"
+    "<Point id='dot'/><LineString id='line'><coordinates>1,2,3 4,5,6</coordinates></LineString>"
+    "</MultiGeometry></Placemark></Folder><Folder id='g'><Placemark id='r'/></Folder></Document>";
+
+/// Does something once, at the first notice.
+class Once final : public ObjectObserver {
+public:
+  Once(SchemaObject* object, std::function<void()> deed)
+      : ObjectObserver(object), deed_(std::move(deed)) {}
+  void OnFieldChanged(const FieldChangedEvent&) override { Do(); }
+  void OnSubFieldChanged(const SubFieldChangedEvent&) override { Do(); }
+  void OnPreDelete(const PreDeleteEvent&) override { Do(); }
+
+private:
+  void Do() {
+    if (const auto deed = std::exchange(deed_, nullptr))
+      deed();
+  }
+  std::function<void()> deed_;
+};
+
+/// What has gone is filled with rubbish, so that a look at it shows.
+class LifetimeTest : public KmlTest {
+protected:
+  LifetimeTest() { mallopt(M_PERTURB, 0x5A); }
+  ~LifetimeTest() override { mallopt(M_PERTURB, 0); }
+
+  template <class T> T* Get(const char* id) {
+    return static_cast<T*>(SchemaObject::find(GetDocumentUrl(), id));
+  }
+};
+
+} // namespace
+
+TEST_F(LifetimeTest, NoOperationTouchesWhatItsNoticeHasEnded) {
+  const auto get = [](auto* type, const char* id) {
+    return static_cast<decltype(type)>(SchemaObject::find(GetDocumentUrl(), id));
+  };
+  Folder* const folder = nullptr;
+  Placemark* const placemark = nullptr;
+  MultiGeometry* const shapes = nullptr;
+  LineString* const line = nullptr;
+  Polygon* const area = nullptr;
+  Style* const style = nullptr;
+  StyleMap::Pair* const pair = nullptr;
+  const std::function<void()> operations[] = {
+      [&] { get(line, "line")->SetCoordCount(5); },
+      [&] { get(line, "line")->SetTessellate(true); },
+      [&] {
+        get(line, "outer")->AddCoord(-1, {0.1, 0.1, 0.0});
+      },
+      [&] { get(shapes, "shapes")->SetExtrude(true); },
+      [&] { get(shapes, "shapes")->SetAltitudeMode(kAbsolute); },
+      [&] { get(shapes, "shapes")->SetAltitude(3.0); },
+      [&] { get(area, "area")->SetAltitude(3.0); },
+      [&] { get(area, "area")->MakeCounterClockwise(); },
+      [&] { get(placemark, "p")->SetGeometry(get(shapes, "shapes")); },
+      [&] { get(placemark, "r")->SetGeometry(get(area, "area")); },
+      [&] { get(placemark, "p")->SetSnippetIfExists(QStringLiteral("y")); },
+      [&] { get(placemark, "p")->InlineStyle(); },
+      [&] { get(placemark, "r")->InlineStyle(); },
+      [&] { get(placemark, "p")->SetStyleUrl(QString()); },
+      [&] { get(placemark, "r")->SetStyleUrl(QStringLiteral("#s")); },
+      [&] { get(placemark, "p")->SetParent(get(folder, "g")); },
+      [&] { get(folder, "f")->SetVisibility(false); },
+      [&] { get(folder, "f")->InsertChild(0, *get(placemark, "r")); },
+      [&] { AbstractFolder::MoveAllChildren(get(folder, "f"), get(folder, "g")); },
+      [&] { get(folder, "f")->copy(*get(folder, "g"), false, nullptr); },
+      [&] { get(placemark, "r")->copy(*get(placemark, "p"), true, nullptr); },
+      [&] { get(pair, "pair")->SetStyleUrl(QString()); },
+      [&] { get(pair, "pair")->SetStyleUrl(QStringLiteral("#m")); },
+      [&] { get(style, "s")->GetIconStyle()->SetIcon(nullptr); },
+      [&] { get(style, "s")->fromString(QString()); },
+      [&] {
+        get(style, "s")
+            ->FindField(QStringLiteral("geomColor"), Namespace::kKml, nullptr)
+            ->fromString(*get(style, "s"), nullptr, nullptr, QStringLiteral("ff00ff00"), -1,
+                         nullptr);
+      },
+  };
+  const char* const watched[] = {"s", "m", "pair",  "f",   "g",    "p",    "q",
+                                 "r", "t", "outer", "dot", "area", "line", "shapes"};
+  for (std::size_t operation = 0; operation < std::size(operations); ++operation) {
+    for (const char* id : watched) {
+      for (int drop = 0; drop < 3; ++drop) {
+        SCOPED_TRACE(testing::Message() << operation << ' ' << id << ' ' << drop);
+        auto document = Read<Document>(kTree);
+        document->SetBit(kBitInheritedNotifySubField, true);
+        mmvector<SchemaObject*> all;
+        document->FindBySchema(SchemaObject::GetClassSchema(), all);
+        for (SchemaObject* object : all)
+          object->SetBit(kBitNotifySubField, true);
+        const Once observer(SchemaObject::find(GetDocumentUrl(), id), [&] {
+          if (drop == 0)
+            document.reset();
+          SchemaObject* const object =
+              document ? SchemaObject::find(GetDocumentUrl(), id) : nullptr;
+          SchemaObject* const owner = object ? object->GetHome() : nullptr;
+          if (owner && drop == 1)
+            owner->stolen(*object);
+          else if (SchemaObject* above = owner ? owner->GetHome() : nullptr)
+            above->stolen(*owner);
+        });
+        operations[operation]();
+      }
+    }
+  }
+}
+
+TEST_F(LifetimeTest, AWatcherHearsOfTheEndAtAnyDepth) {
+  auto placemark = Read<Placemark>("<Placemark id='p'/>");
+  Watcher<Placemark> watcher(placemark.get());
+  Watcher<Placemark> disabled(placemark.get());
+  disabled.SetEnabled(false);
+  int depth = 0;
+  class Nested final : public ObjectObserver {
+  public:
+    Nested(Placemark* object, std::function<void()> deed)
+        : ObjectObserver(object), deed_(std::move(deed)) {}
+    void OnFieldChanged(const FieldChangedEvent&) override { deed_(); }
+    void OnPreDelete(const PreDeleteEvent& event) override {
+      late.set(static_cast<Placemark*>(&event.object));
+    }
+    Watcher<Placemark> late;
+
+  private:
+    std::function<void()> deed_;
+  };
+  Nested nested(placemark.get(), [&] {
+    if (++depth == 4)
+      placemark.reset();
+    else
+      placemark->SetName(QString::number(depth));
+  });
+  placemark->SetName(QStringLiteral("x"));
+  EXPECT_EQ(4, depth);
+  EXPECT_EQ(nullptr, watcher.get());
+  EXPECT_EQ(nullptr, disabled.get());
+  EXPECT_EQ(nullptr, nested.late.get()) << "what dies isn't watched any more";
+}
+
+TEST_F(LifetimeTest, WhatDiesIsNeitherFoundNorBoundNorOwned) {
+  const auto home = Read<Folder>("<Folder id='home'/>");
+  auto placemark = Read<Placemark>("<Placemark id='p'><styleUrl>#s</styleUrl><Style id='own'/>"
+                                   "</Placemark>");
+  RefPtr<Style> awaited;
+  SchemaObject* found = placemark.get();
+  bool isTaken = true;
+  const Once observer(placemark->GetInlineStyleSelector(), [&] {
+    found = SchemaObject::find(GetDocumentUrl(), QStringLiteral("own"));
+    awaited = new Style(KmlId(QStringLiteral("s"), GetDocumentUrl()), GetDocumentUrl());
+  });
+  const Once other(placemark.get(), [&] { isTaken = home->AddChild(*placemark); });
+  SchemaObject* const raw = placemark.get();
+  const Once last(raw, [&] { isTaken = home->AddChild(static_cast<Placemark&>(*raw)); });
+  placemark.reset();
+  EXPECT_EQ(nullptr, found);
+  ASSERT_TRUE(awaited);
+  EXPECT_EQ(0, awaited->GetOwnerCount()) << "the reference went with its placemark";
+  EXPECT_FALSE(isTaken);
+  EXPECT_EQ(0, home->GetChildCount());
+
+  // A pair that was made without a notice waits as well.
+  RefPtr<StyleMap::Pair> pair(
+      new StyleMap::Pair(KmlId(QString(), GetDocumentUrl()), GetDocumentUrl(), false));
+  pair->SetStyleUrl(QStringLiteral("#late"));
+  pair.reset();
+  const RefPtr<Style> late(
+      new Style(KmlId(QStringLiteral("late"), GetDocumentUrl()), GetDocumentUrl()));
+  EXPECT_EQ(0, late->GetOwnerCount());
+}
+
+TEST_F(LifetimeTest, WhatIsRescuedFromADeepEndLivesOn) {
+  QString text;
+  constexpr int kLevels = 80;
+  for (int i = 0; i < kLevels; ++i)
+    text += QStringLiteral("<Folder id='n%1'>").arg(i);
+  text += QStringLiteral("<Placemark id='leaf'><Point id='dot'/></Placemark>") +
+          QStringLiteral("</Folder>").repeated(kLevels);
+  auto root = Read<Folder>(text);
+  RefPtr<SchemaObject> kept;
+  Watcher<Folder> deep(Get<Folder>("n60"));
+  const Once observer(Get<Folder>("n50"),
+                      [&] { kept = SchemaObject::find(GetDocumentUrl(), "leaf"); });
+  root.reset();
+  EXPECT_EQ(nullptr, deep.get());
+  ASSERT_TRUE(kept);
+  EXPECT_EQ(1, kept->GetRefCount());
+  EXPECT_EQ(nullptr, kept->GetHome());
+  EXPECT_EQ(kept.get(), Get<Point>("dot")->GetFeature());
+}
+
+TEST_F(LifetimeTest, AReferenceIsAskedForOnce) {
+  class Loader final : public LoadObserverLoader {
+  public:
+    int requests = 0;
+    void RequestLoad(const QString&) override { ++requests; }
+    bool HasLoadEnded(const QString&) override { return false; }
+  };
+  auto loader = std::make_unique<Loader>();
+  const auto placemark = Read<Placemark>("<Placemark><styleUrl>far.kml#s</styleUrl></Placemark>");
+  for (int i = 0; i < 3; ++i)
+    AbstractFeatureSchema::GetSingleton().styleUrl.SetTypedObject(*placemark, "far.kml#s");
+  EXPECT_EQ(1, loader->requests);
+  placemark->SetStyleUrl(QStringLiteral("other.kml#s"));
+  EXPECT_EQ(2, loader->requests);
+  auto next = std::make_unique<Loader>();
+  loader.reset(); // not the present one any more
+  placemark->SetStyleUrl(QStringLiteral("third.kml#s"));
+  EXPECT_EQ(1, next->requests);
+}
+
+TEST_F(LifetimeTest, AListMayBeChangedWhileItIsCopied) {
+  const auto source = Read<LineString>("<LineString><coordinates>1,2,3 4,5,6 7,8,9</coordinates>"
+                                       "</LineString>");
+  const auto line = Read<LineString>("<LineString/>");
+  const Vec3<double> one{0.0, 0.0, 0.0};
+  const Once observer(line.get(), [&] { line->SetCoords(&one, 1); });
+  line->copy(*source, true, nullptr);
+  EXPECT_EQ(1, line->GetCoordCount()) << "the last word";
+}
+
+TEST_F(LifetimeTest, AChildStandsInOnePlace) {
+  const auto document = Read<Document>(kTree);
+  Polygon& area = *Get<Polygon>("area");
+  LinearRing* const outer = area.GetOuterBoundary();
+  EXPECT_TRUE(area.AddInnerBoundary(outer));
+  EXPECT_EQ(nullptr, area.GetOuterBoundary());
+  EXPECT_TRUE(outer->IsInner());
+  area.SetOuterBoundary(outer);
+  EXPECT_TRUE(outer->IsOuter());
+  EXPECT_EQ(-1, outer->GetArrayIndex());
+  EXPECT_EQ(1U, area.GetInnerBoundaries().size());
+
+  // A shape that's made for a feature is the feature's.
+  RefPtr<Placemark> placemark = Placemark::CreatePlacemark();
+  const RefPtr<Point> point(new Point({0.1, 0.2, 0.0}, placemark.get(), KmlId(), QString()));
+  EXPECT_EQ(point.get(), placemark->GetGeometry());
+  const RefPtr<Point> second(new Point({0.1, 0.2, 0.0}, placemark.get(), KmlId(), QString()));
+  EXPECT_EQ(nullptr, second->GetFeature()) << "it has one already";
+  placemark.reset();
+  EXPECT_EQ(nullptr, point->GetFeature());
+  point->SetCoord({0.3, 0.3, 0.0});
+
+  // A folder moves to one below it what may go there.
+  const auto above = Read<Folder>("<Folder><Placemark/><Folder id='below'/><Placemark/></Folder>");
+  AbstractFolder::MoveAllChildren(above.get(), Get<Folder>("below"));
+  EXPECT_EQ(1, above->GetChildCount());
+  EXPECT_EQ(2, Get<Folder>("below")->GetChildCount());
+}
+
+TEST_F(LifetimeTest, ObjectsOfOtherClassesShareTheFieldsOfTheirBase) {
+  const QString placemark("<Placemark><name>%1</name>%2</Placemark>");
+  const auto withPoint =
+      Read<Placemark>(placemark.arg("a", "<Point><coordinates>1,2,3</coordinates></Point>"));
+  const auto withLine = Read<Placemark>(
+      placemark.arg("b", "<LineString><coordinates>4,5,6 7,8,9</coordinates></LineString>"));
+  const QString point = Element(Write(*withPoint), "Point");
+  withLine->merge(*withPoint, *withPoint);
+  EXPECT_EQ(point, Element(Write(*withLine), "Point"));
+  const auto folder = Read<Folder>("<Folder><Placemark/></Folder>");
+  folder->copy(*withPoint, true, nullptr);
+  EXPECT_EQ("a", folder->GetName());
+  EXPECT_EQ(1, folder->GetChildCount());
+  const auto line = Read<LineString>("<LineString><extrude>1</extrude></LineString>");
+  line->copy(*withPoint->GetGeometry(), true, nullptr);
+  EXPECT_FALSE(line->GetExtrude());
+
+  auto outer = Read<Folder>("<Folder><Folder id='in'><Placemark/><Placemark/></Folder></Folder>");
+  outer->copy(*Get<Folder>("in"), false, nullptr);
+  EXPECT_EQ(2, outer->GetChildCount()) << "the folder in between is dissolved";
+}
+
+TEST_F(LifetimeTest, ADeepCloneRefersToItsOwnStyles) {
+  const auto document = Read<Document>(
+      "<Document><Style id='s'><LineStyle><width>2</width></LineStyle></Style>"
+      "<StyleMap id='m'><Pair><key>normal</key><styleUrl>#s</styleUrl></Pair></StyleMap>"
+      "<Placemark><styleUrl>#s</styleUrl></Placemark><Placemark><styleUrl>#m</styleUrl></Placemark>"
+      "<Placemark><styleUrl>far.kml#s</styleUrl></Placemark></Document>");
+  const auto copy = RefPtrCast<Document>(document->clone(true, nullptr));
+  ASSERT_EQ(2, copy->GetStyleSelectorCount());
+  EXPECT_EQ(copy->GetStyleSelector(0), copy->GetChild(0)->GetReferencedStyleSelector());
+  EXPECT_EQ(copy->GetStyleSelector(1), copy->GetChild(1)->GetReferencedStyleSelector());
+  EXPECT_EQ("http://example.com/dir/far.kml#s", copy->GetChild(2)->GetStyleUrl());
+  EXPECT_EQ(2, Write(*copy).count(QRegularExpression("<Style(Map)? id="))) << "no style came twice";
+}
+
+} // namespace vorrel::kestan
