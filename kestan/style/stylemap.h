@@ -90,7 +90,7 @@ private:
   // Maps that refer to each other.
   mmvector<StyleMap*> FindKeptMaps(int maxPairs) const;
   bool MayKeep(const StyleMap& other) const;
-  Pair* FindUser(bool* isUsed) const;
+  Pair* FindUser(bool isWanted, bool* isUsed) const;
   bool IsKeptWithout(const StyleMap& other) const;
   bool FindKeeper();
   void EndRings();

@@ -57,6 +57,7 @@ private:
   void ReleaseReference();
   void UpdateKeyState();
   void UpdateKeepsReference();
+  bool Keeps(const StyleMap& map) const;
   void MarkInline();
 
   QString key_;

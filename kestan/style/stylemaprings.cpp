@@ -54,9 +54,10 @@ bool StyleMap::MayKeep(const StyleMap& other) const {
   return maps.empty() || Contains(maps, const_cast<StyleMap*>(&other));
 }
 
-/// Looks for something else than a pair that leads to this map, or to one that leads here. Answers
-/// the last pair on the way; null where that is an owner of this map's own.
-StyleMap::Pair* StyleMap::FindUser(bool* isUsed) const {
+/// Looks for something else than a pair that keeps this map, or one that keeps it. Answers the last
+/// pair on the way; null where that is an owner of this map's own. With `isWanted` the last one
+/// needs only to know the map.
+StyleMap::Pair* StyleMap::FindUser(bool isWanted, bool* isUsed) const {
   struct Step {
     const StyleMap* map;
     Pair* last;
@@ -75,7 +76,8 @@ StyleMap::Pair* StyleMap::FindUser(bool* isUsed) const {
         *isUsed = true;
         return step.last;
       }
-      const StyleMap* next = As(pair->GetOwner(0));
+      const StyleMap* next =
+          pair->Keeps(*step.map) || (isWanted && !step.last) ? As(pair->GetOwner(0)) : nullptr;
       const auto isKnown = [&](const Step& known) { return known.map == next; };
       if (next && std::none_of(way.begin(), way.end(), isKnown))
         way.push_back({next, step.last ? step.last : pair});
@@ -93,8 +95,8 @@ bool StyleMap::IsKeptWithout(const StyleMap& other) const {
       const Pair* pair = AsPair(maps[i]->GetOwner(j));
       if (++steps > kMaxSearch)
         return false;
-      const StyleMap* next = pair ? As(pair->GetOwner(0)) : nullptr;
-      if (!next || (pair->reference_.get() == maps[i] && !pair->reference_.Keeps()))
+      const StyleMap* next = pair && pair->Keeps(*maps[i]) ? As(pair->GetOwner(0)) : nullptr;
+      if (!next)
         continue;
       if (next == &other)
         return false;
@@ -110,7 +112,7 @@ bool StyleMap::FindKeeper() {
   if (GetOwnerCount() == 0 || GetBit(kBitOrphaned) || GetBit(kBitDeleting))
     return false;
   bool isUsed = false;
-  Pair* pair = FindUser(&isUsed);
+  Pair* pair = FindUser(true, &isUsed);
   const StyleMap* owner = pair && isUsed ? As(pair->GetOwner(0)) : nullptr;
   if (!owner || pair->reference_.get() != this)
     return false;
@@ -140,9 +142,10 @@ void StyleMap::RemOwner(SchemaObject& former) {
 /// An owner of the map has gone: rings through it that nobody uses any more don't keep themselves.
 void StyleMap::EndRings() {
   bool isUsed = false;
-  FindUser(&isUsed);
+  FindUser(false, &isUsed);
   if (isUsed)
     return;
+  mayBeInRing_ = false;            // unless a pair keeps one anew
   mmvector<RefPtr<StyleMap>> maps; // which may go on the way
   for (StyleMap* map : FindKeptMaps(std::numeric_limits<int>::max()))
     maps.emplace_back(map);
@@ -153,7 +156,10 @@ void StyleMap::EndRings() {
         pair->reference_.SetKeeps(false);
     }
   }
-  mayBeInRing_ = false;
+}
+
+bool StyleMap::Pair::Keeps(const StyleMap& map) const {
+  return inlineSelector_.get() == &map || (reference_.get() == &map && reference_.Keeps());
 }
 
 void StyleMap::Pair::UpdateKeepsReference() {
