@@ -10,7 +10,6 @@
 #include "kestan/link/tarrowlink.h"
 #include "kestan/theme/theme.h"
 
-#include <algorithm>
 #include <mutex>
 
 namespace vorrel::kestan {
@@ -24,14 +23,8 @@ const QLatin1String kTarget("target=");
 /// An object has 16 bits for the index of its target, and all of them set mean none.
 constexpr std::size_t kMaxHintTargets = 0xFFFF;
 
-/// True when "target=" with `target` stands anywhere in `hint`.
-bool NamesTarget(const QString& hint, const QString& target) {
-  for (int at = hint.indexOf(kTarget); at >= 0; at = hint.indexOf(kTarget, at + 1)) {
-    if (QStringView(hint).mid(at + kTarget.size()).startsWith(target))
-      return true;
-  }
-  return false;
-}
+/// Targets live as long as the process. A longer hint names none.
+constexpr int kMaxHint = 256;
 
 } // namespace
 
@@ -50,28 +43,38 @@ void KmlSchema::AddHintTargets(const mmvector<QString>& targets) const {
 
 /// Needs the lock.
 int KmlSchema::AddHintTarget(const QString& target) const {
-  const auto known = std::find(hintTargets_.begin(), hintTargets_.end(), target);
-  if (known == hintTargets_.end()) {
-    if (target.isEmpty() || hintTargets_.size() == kMaxHintTargets)
-      return -1;
-    hintTargets_.push_back(target);
-    return static_cast<int>(hintTargets_.size()) - 1;
-  }
-  return static_cast<int>(known - hintTargets_.begin());
+  const auto known = hintTargetIds_.constFind(target);
+  if (known != hintTargetIds_.constEnd())
+    return *known;
+  if (target.isEmpty() || hintTargets_.size() == kMaxHintTargets)
+    return -1;
+  const int id = static_cast<int>(hintTargets_.size());
+  hintTargets_.push_back(target);
+  hintTargetIds_.insert(target, id);
+  return id;
 }
 
 int KmlSchema::GetHintTargetId(const QString& text) const {
-  const int at = text.indexOf(kTarget);
-  if (at < 0)
+  const int first = text.indexOf(kTarget);
+  if (first < 0 || text.size() > kMaxHint)
     return -1;
   const std::lock_guard<SpinLock> guard(lock_);
-  for (std::size_t i = 0; i < hintTargets_.size(); ++i) {
-    if (NamesTarget(text, hintTargets_[i]))
-      return static_cast<int>(i);
+  // The oldest target that stands behind any "target=".
+  int oldest = -1;
+  for (int at = first; at >= 0; at = text.indexOf(kTarget, at + 1)) {
+    const int begin = at + kTarget.size();
+    for (int length = 1; length <= text.size() - begin; ++length) {
+      const int id =
+          hintTargetIds_.value(QString::fromRawData(text.constData() + begin, length), -1);
+      if (id >= 0 && (oldest < 0 || id < oldest))
+        oldest = id;
+    }
   }
-  const int start = at + kTarget.size();
+  if (oldest >= 0)
+    return oldest;
+  const int begin = first + kTarget.size();
   const int comma = text.indexOf(QLatin1Char(','));
-  return AddHintTarget(text.mid(start, comma < start ? -1 : comma - start));
+  return AddHintTarget(text.mid(begin, comma < begin ? -1 : comma - begin));
 }
 
 QString KmlSchema::GetHintTargetString(int id) const {

@@ -6,6 +6,8 @@
 #include "kestan/feature/kml.h"
 #include "kestan/host/spinlock.h"
 
+#include <QHash>
+
 namespace vorrel::kestan {
 
 /// The table of the root, and the hint targets that the process knows. An object keeps the index
@@ -37,6 +39,7 @@ private:
 
   mutable SpinLock lock_;
   mutable mmvector<QString> hintTargets_;
+  mutable QHash<QString, int> hintTargetIds_;
 };
 
 extern template class SchemaT<Kml, NewInstancePolicy, NoDerivedPolicy>;
