@@ -24,8 +24,10 @@
 
 #include <expat.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
 
 namespace vorrel::kestan {
 
@@ -136,8 +138,12 @@ RefPtr<SchemaObject> ExpatHandler::LoadXml(ExpatHandler& handler, const unsigned
   const ParseMark mark(*handler.threadContext_);
   handler.BeginParse();
   QByteArray unpacked;
-  const std::unique_ptr<XmlSource> source =
-      data ? handler.OpenBytes(data, size, unpacked) : handler.OpenFile(unpacked);
+  std::unique_ptr<XmlSource> source;
+  try {
+    source = data ? handler.OpenBytes(data, size, unpacked) : handler.OpenFile(unpacked);
+  } catch (const std::bad_alloc&) {
+    handler.FailForMemory();
+  }
   if (!source)
     return {};
   file::CleanupPathname(handler.url_);
@@ -194,14 +200,28 @@ RefPtr<SchemaObject> ExpatHandler::Load(XmlSource& source) {
   const StyleClimbBatch batch;
   const NotificationDeferrer deferrer;
   RefPtr<SchemaObject> result;
-  if (Parse(source))
-    result = GetResult();
-  else
+  try {
+    result = ReadWhole(source);
+  } catch (const std::bad_alloc&) {
+    FailForMemory();
     Reset();
+  }
   parser_.reset();
   text_->free();
   attributeValue_ = QString();
+  // A parse around this one, on whose behalf a client reads another document, goes on.
+  threadContext_->fatalText.clear();
   return result;
+}
+
+RefPtr<SchemaObject> ExpatHandler::ReadWhole(XmlSource& source) {
+  RefPtr<SchemaObject> result;
+  if (Parse(source))
+    result = GetResult();
+  if (!fatal_)
+    return result;
+  Reset();
+  return {};
 }
 
 int ExpatHandler::ParseOnce(XmlSource& source, const char* encoding, QTextCodec* codec) {
@@ -209,17 +229,25 @@ int ExpatHandler::ParseOnce(XmlSource& source, const char* encoding, QTextCodec*
   return parser_->Parse(source);
 }
 
+/// Back to the start of the document, for another run of the parser.
+bool ExpatHandler::StartAnew(XmlSource& source) {
+  const bool ignored = ignoreErrors_;
+  const int reports = std::max(reports_, formerReports_);
+  Reset();
+  ignoreErrors_ = ignored;
+  formerReports_ = reports;
+  return source.Rewind();
+}
+
 bool ExpatHandler::Parse(XmlSource& source) {
   int result = ParseOnce(source, nullptr, nullptr);
   if (result == ExpatParser::kOtherCodec) {
     QTextCodec* const codec = parser_->GetCodec();
-    Reset();
-    result = source.Rewind() ? ParseOnce(source, nullptr, codec) : ExpatParser::kReadFailed;
+    result = StartAnew(source) ? ParseOnce(source, nullptr, codec) : ExpatParser::kReadFailed;
   }
   if (result == ExpatParser::kFailed && !fatal_ && MayBeWrongEncoding(parser_->GetErrorCode())) {
-    Reset();
-    result =
-        source.Rewind() ? ParseOnce(source, kFallbackEncoding, nullptr) : ExpatParser::kReadFailed;
+    result = StartAnew(source) ? ParseOnce(source, kFallbackEncoding, nullptr)
+                               : ExpatParser::kReadFailed;
   }
   if (fatal_)
     return false;
@@ -246,7 +274,8 @@ RefPtr<SchemaObject> ExpatHandler::GetResult() {
     SchemaObject* const theme = GetChild(*root_, QLatin1String("Theme"));
     return theme ? RefPtr<SchemaObject>(theme) : ReadOtherContent();
   }
-  rootContent_->MoveTo(*feature, *root_);
+  if (!rootContent_->MoveTo(*feature, *root_, [this](qint64 size) { return CountRepeated(size); }))
+    return {};
   feature->SetHintTarget(root_->GetHintTarget());
   return RefPtr<SchemaObject>(feature);
 }
@@ -264,7 +293,8 @@ RefPtr<SchemaObject> ExpatHandler::ReadOtherContent() {
   RefPtr<SchemaObject> object;
   if (Parse(source)) {
     object = root_;
-    RootContent::MoveAttributesTo(*object, *root);
+    RootContent::MoveAttributesTo(*object, *root,
+                                  [this](qint64 size) { return CountRepeated(size); });
     object->SetHintTarget(root->GetHintTarget());
   } else {
     ForgetFailure(); // a class of which there are no objects
@@ -319,6 +349,9 @@ void ExpatHandler::Reset() {
   knownName_ = nullptr;
   plainAttributes_.clear();
   mergedNamespaces_.clear();
+  repetition_.Clear();
+  reports_ = 0;
+  formerReports_ = 0;
   ignoreErrors_ = false;
   inCdata_ = false;
   discardUnknown_ = KestanOptionsContext::kestanOptions.kmlErrorHandling.Get() == 3;
@@ -376,11 +409,25 @@ const NamespaceList& ExpatHandler::GetNamespacesFor(const SchemaObject& object, 
                                                     AttributeList& attributes) {
   const UnknownData* const present = object.GetUnknownData();
   mergedNamespaces_ = present ? present->namespaces : NamespaceList();
-  namespaces_->Collect(depth_,
-                       ownElement ? NamespaceScope::kListOwn : NamespaceScope::kOwnsTheScope,
-                       mergedNamespaces_, attributes);
-  CheckNamespaceCost();
+  const int objectDepth = ownElement ? depth_ - 1 : depth_;
+  const NamespaceScope::Place place{objectDepth, parser_->GetByteCount()};
+  namespaces_->Carry(place, mergedNamespaces_, &attributes);
+  for (const auto& [name, value] : attributes) {
+    namespaces_->CarryMentioned(place, name, mergedNamespaces_);
+    namespaces_->CarryMentioned(place, value, mergedNamespaces_);
+  }
   return mergedNamespaces_;
+}
+
+void ExpatHandler::CarryDeclarations(SchemaObject& object, int objectDepth,
+                                     AttributeList* attributes) {
+  namespaces_->Carry({objectDepth, parser_->GetByteCount()}, object.unknownData().namespaces,
+                     attributes);
+}
+
+void ExpatHandler::CarryMentioned(SchemaObject& object, int objectDepth, QStringView text) {
+  namespaces_->CarryMentioned({objectDepth, parser_->GetByteCount()}, text,
+                              object.unknownData().namespaces);
 }
 
 const unsigned short** ExpatHandler::PushNamespaces(const unsigned short** attrs) {

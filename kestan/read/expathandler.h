@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kestan/core/namespace.h"
+#include "kestan/core/repetition.h"
 #include "kestan/core/unknowndata.h"
 #include "kestan/host/export.h"
 #include "kestan/host/memory.h"
@@ -9,6 +10,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringView>
 
 #include <cstddef>
 #include <memory>
@@ -158,14 +160,21 @@ protected:
   int GetTargetIdIndex(const unsigned short** attrs) const;
   int GetAttrIndex(const unsigned short** attrs, const XmlCharString& name) const;
 
-  /// What unknown content of an object has to carry of the declarations in scope, together with
-  /// those that the object carries already. Declarations that must stand on the content itself are
-  /// added to `attributes`. `ownElement` says that the scope is that of an element inside the
-  /// object rather than of its own. Good up to the next call.
+  /// The declarations that an object has to carry for `attributes`, which are its own or, with
+  /// `ownElement`, those of a field element inside it, together with those that it carries already.
+  /// Declarations that must stand beside the attributes are added to them. Good up to the next
+  /// call.
   const NamespaceList& GetNamespacesFor(const SchemaObject& object, bool ownElement,
                                         AttributeList& attributes);
-  /// Ends the parse when keeping declarations costs far more than the document is long.
-  void CheckNamespaceCost();
+  /// Has the object carry the declarations around it, and adds those to `attributes` that must
+  /// stand on the unknown element that begins; null for an element that keeps its own ones.
+  /// `objectDepth` is that of the object's element.
+  void CarryDeclarations(SchemaObject& object, int objectDepth, AttributeList* attributes);
+  /// The same at the end of the element, for what its text mentions.
+  void CarryMentioned(SchemaObject& object, int objectDepth, QStringView text);
+  /// Counts bytes of text that the library makes stand in one more place. Ends the parse, and
+  /// answers false, when that gets out of proportion to the document.
+  bool CountRepeated(qint64 bytes);
   /// Ends the parse when ids were made up so that finding them costs far more than the document is
   /// long.
   void CheckLookupCost();
@@ -218,7 +227,9 @@ private:
                                        QByteArray& unpacked);
   std::unique_ptr<XmlSource> OpenFile(QByteArray& unpacked);
   RefPtr<SchemaObject> Load(XmlSource& source);
+  RefPtr<SchemaObject> ReadWhole(XmlSource& source);
   bool Parse(XmlSource& source);
+  bool StartAnew(XmlSource& source);
   int ParseOnce(XmlSource& source, const char* encoding, QTextCodec* codec);
   RefPtr<SchemaObject> GetResult();
   RefPtr<SchemaObject> ReadOtherContent();
@@ -237,17 +248,23 @@ private:
   bool IgnoresErrors() const;
   IErrorHandler* GetErrorHandler() const;
   void Fail(const QString& text, const QString& bareText, ReportCode code);
+  void FailForMemory();
   void FailToRead();
   void ForgetFailure();
   /// A report of what stands at the present place.
   template <class T> T MakeReport(const QString& message, ReportCode code) const;
   QString GetElementPath() const;
+  /// True for a report that was made when the document was begun in another encoding.
+  bool HasBeenTold() { return ++reports_ <= formerReports_; }
   bool Report(const QString& fullText, const QString& message, ReportCode code);
 
   std::unique_ptr<ExpatParser> parser_;
   bool discardUnknown_ = false;
   bool ignoreErrors_ = false;
   bool wantsFindings_ = false;
+  int reports_ = 0;       ///< Made in this run of the parser.
+  int formerReports_ = 0; ///< Made in an earlier one, which began the document as well.
+  Repetition repetition_;
   bool inCdata_ = false;
   QString error_;
   QString bareError_;

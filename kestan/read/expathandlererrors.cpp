@@ -7,7 +7,6 @@
 #include "kestan/read/charbuf.h"
 #include "kestan/read/expathandler.h"
 #include "kestan/read/expatparser.h"
-#include "kestan/read/namespacescope.h"
 #include "kestan/read/taginfo.h"
 
 #include <atomic>
@@ -15,10 +14,6 @@
 namespace vorrel::kestan {
 
 namespace {
-
-/// Cost of kept declarations that a document of any length may have, and that each byte adds.
-constexpr qint64 kFreeNamespaceCost = qint64(64) << 20;
-constexpr qint64 kNamespaceCostPerByte = 16;
 
 /// Cost of lookups beyond the usual that a document of any length may have; each byte adds one.
 constexpr std::uint64_t kFreeLookupCost = std::uint64_t(32) << 20;
@@ -64,7 +59,8 @@ IErrorHandler* ExpatHandler::GetErrorHandler() const {
 
 bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how, ReportCode code) {
   if (how == kFinding) {
-    if (IErrorHandler* const handler = WantsFindings() ? GetErrorHandler() : nullptr)
+    if (IErrorHandler* const handler = WantsFindings() ? GetErrorHandler() : nullptr;
+        handler && !HasBeenTold())
       handler->OnFinding(MakeReport<ParseReport>(message, code));
     return true;
   }
@@ -110,6 +106,8 @@ template <class T> T ExpatHandler::MakeReport(const QString& message, ReportCode
 }
 
 bool ExpatHandler::Report(const QString& fullText, const QString& message, ReportCode code) {
+  if (HasBeenTold())
+    return true;
   auto report = MakeReport<ErrorReport>(message, code);
   report.message = fullText;
   if (IErrorHandler* const handler = GetErrorHandler()) {
@@ -249,13 +247,29 @@ bool ExpatHandler::CheckTextLength() {
                      kErrorFatal, ReportCode::kLimit);
 }
 
-void ExpatHandler::CheckNamespaceCost() {
-  const qint64 bytes = parser_ ? parser_->GetByteCount() : 0;
-  if (fatal_ || namespaces_->GetCost() <= kFreeNamespaceCost + kNamespaceCostPerByte * bytes)
-    return;
-  HandleError(tr("Too many namespaces around unknown content",
-                 "Error message shown when a KML file declares so many namespaces that keeping "
-                 "them with each unknown element would take too much memory."),
+bool ExpatHandler::CountRepeated(qint64 bytes) {
+  const qint64 documentBytes = parser_ ? parser_->GetByteCount() : 0;
+  if (fatal_)
+    return false;
+  if (repetition_.HasRoomFor(bytes, documentBytes)) {
+    repetition_.Add(bytes);
+    return true;
+  }
+  return HandleError(tr("Too much text that stands in many places: namespaces around unknown "
+                        "content, or default attributes",
+                        "Error message shown when a KML file was made so that a long text of it "
+                        "would be repeated for each element."),
+                     kErrorFatal, ReportCode::kLimit);
+}
+
+void ExpatHandler::FailForMemory() {
+  // First what was read makes room, also for the message.
+  while (!tagStack_.empty())
+    tagStack_.pop_back();
+  root_.reset();
+  text_->free();
+  HandleError(tr("There is not enough memory for the document",
+                 "Error message shown when a KML file can't be read for lack of memory."),
               kErrorFatal, ReportCode::kLimit);
 }
 

@@ -7,7 +7,9 @@
 
 #include <expat.h>
 
+#include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace vorrel::kestan {
 
@@ -94,44 +96,56 @@ bool IsUtf8(const QTextCodec& codec) { return codec.mibEnum() == 106; }
 
 } // namespace
 
-/// expat's callbacks. Nothing may leave them but by returning.
+/// expat's callbacks. Nothing may leave them but by returning: where memory runs out, the parse
+/// stops, and the failure is thrown on the other side of expat.
 struct ExpatParser::Callbacks {
+  template <class Act> static void Run(void* self, Act act) noexcept {
+    ExpatParser& parser = *static_cast<ExpatParser*>(self);
+    if (parser.stopped_)
+      return;
+    try {
+      act(parser);
+    } catch (const std::bad_alloc&) {
+      parser.outOfMemory_ = true;
+      parser.Stop();
+    }
+  }
   static void Start(void* self, const XML_Char* name, const XML_Char** attributes) noexcept {
-    static_cast<ExpatParser*>(self)->StartElement(name, attributes);
+    Run(self, [=](ExpatParser& parser) { parser.StartElement(name, attributes); });
   }
   static void End(void* self, const XML_Char* name) noexcept {
-    static_cast<ExpatParser*>(self)->EndElement(name);
+    Run(self, [=](ExpatParser& parser) { parser.EndElement(name); });
   }
   static void Characters(void* self, const XML_Char* text, int length) noexcept {
-    static_cast<ExpatParser*>(self)->Characters(text, length);
+    Run(self, [=](ExpatParser& parser) { parser.Characters(text, length); });
   }
   static void StartCdata(void* self) noexcept {
-    ExpatParser& parser = *static_cast<ExpatParser*>(self);
-    if (!parser.stopped_)
-      parser.handler_.StartCdata();
+    Run(self, [](ExpatParser& parser) { parser.handler_.StartCdata(); });
   }
   static void EndCdata(void* self) noexcept {
-    ExpatParser& parser = *static_cast<ExpatParser*>(self);
-    if (!parser.stopped_)
-      parser.handler_.EndCdata();
+    Run(self, [](ExpatParser& parser) { parser.handler_.EndCdata(); });
   }
   static void SkippedEntity(void* self, const XML_Char* name, int isParameter) noexcept {
-    ExpatParser& parser = *static_cast<ExpatParser*>(self);
-    if (!parser.stopped_ && isParameter == 0)
-      parser.handler_.ReportSkippedEntity(QString::fromUtf8(name));
+    Run(self, [=](ExpatParser& parser) {
+      if (isParameter == 0)
+        parser.handler_.ReportSkippedEntity(QString::fromUtf8(name));
+    });
   }
   static int UnknownEncoding(void* self, const XML_Char* name, XML_Encoding* info) noexcept {
     info->data = nullptr;
     info->convert = nullptr;
     info->release = nullptr;
-    const bool known =
-        static_cast<ExpatParser*>(self)->ProvideEncoding(QString::fromUtf8(name), info->map);
+    bool known = false;
+    Run(self, [&](ExpatParser& parser) {
+      known = parser.ProvideEncoding(QString::fromUtf8(name), info->map);
+    });
     return known ? XML_STATUS_OK : XML_STATUS_ERROR;
   }
 };
 
 ExpatParser::ExpatParser(ExpatHandler& handler, const char* encoding, QTextCodec* codec)
-    : handler_(handler), parser_(XML_ParserCreate(codec ? "UTF-8" : encoding)), codec_(codec) {
+    : handler_(handler), parser_(XML_ParserCreate(codec ? "UTF-8" : encoding)), codec_(codec),
+      isEncodingGiven_(codec || encoding) {
   if (!parser_)
     return;
   if (codec_ && IsUtf8(*codec_))
@@ -153,14 +167,19 @@ ExpatParser::Result ExpatParser::Parse(XmlSource& source) {
   if (!parser_)
     return kFailed;
   const std::unique_ptr<QTextDecoder> decoder(codec_ ? codec_->makeDecoder() : nullptr);
-  QByteArray piece(decoder ? kPieceSize : 0, Qt::Uninitialized);
-  for (bool done = false; !done;) {
-    void* const buffer = decoder ? piece.data() : XML_GetBuffer(parser_, kPieceSize);
+  QByteArray piece;
+  int pieceSize = kPieceSize;
+  for (bool done = false; !done; pieceSize = GetPieceSize(pieceSize)) {
+    if (decoder)
+      piece.resize(pieceSize);
+    void* const buffer = decoder ? piece.data() : XML_GetBuffer(parser_, pieceSize);
     if (!buffer)
       return kFailed;
-    const int size = source.Read(static_cast<char*>(buffer), kPieceSize);
+    const int size = source.Read(static_cast<char*>(buffer), pieceSize);
     if (size < 0)
       return kReadFailed;
+    if (byteCount_ == 0)
+      ObeyByteOrderMark(static_cast<const char*>(buffer), size);
     byteCount_ += size;
     done = size == 0;
     XML_Status status;
@@ -172,10 +191,33 @@ ExpatParser::Result ExpatParser::Parse(XmlSource& source) {
     } else {
       status = XML_ParseBuffer(parser_, size, done);
     }
+    if (outOfMemory_)
+      throw std::bad_alloc();
     if (status != XML_STATUS_OK)
       return foundCodec_ && GetErrorCode() == XML_ERROR_UNKNOWN_ENCODING ? kOtherCodec : kFailed;
   }
   return kParsed;
+}
+
+/// expat scans a token anew with each piece until it's complete. So the pieces of one that is long
+/// grow with it.
+int ExpatParser::GetPieceSize(int former) {
+  const qint64 tokenStart = XML_GetCurrentByteIndex(parser_);
+  const bool goesOn = tokenStart == tokenStart_;
+  tokenStart_ = tokenStart;
+  return goesOn ? std::min(former * 2, kMaxPieceSize) : kPieceSize;
+}
+
+/// The mark says how the bytes are to be read, whatever the document declares.
+void ExpatParser::ObeyByteOrderMark(const char* bytes, int size) {
+  if (isEncodingGiven_)
+    return;
+  const QByteArray start = QByteArray::fromRawData(bytes, size);
+  const bool isUtf32 = start.startsWith(QByteArray("\xFF\xFE\0\0", 4));
+  if (start.startsWith("\xEF\xBB\xBF"))
+    XML_SetEncoding(parser_, "UTF-8");
+  else if ((start.startsWith("\xFF\xFE") && !isUtf32) || start.startsWith("\xFE\xFF"))
+    XML_SetEncoding(parser_, "UTF-16");
 }
 
 void ExpatParser::Stop() {
@@ -218,9 +260,20 @@ ushort* ExpatParser::GetBuffer(std::size_t size) {
   return buffer_.data();
 }
 
+bool ExpatParser::CheckAttributes(std::size_t bytes) {
+  if (bytes + lengths_.size() / 2 * kBytesPerAttribute > kMaxAttributeBytes) {
+    handler_.RefuseAttributes();
+    return false;
+  }
+  // Those that come from the document type stand in the document once, however often they're given.
+  const std::size_t given = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_));
+  qint64 repeated = 0;
+  for (std::size_t i = given + 1; i < lengths_.size(); ++i)
+    repeated += static_cast<qint64>(lengths_[i]);
+  return repeated == 0 || handler_.CountRepeated(repeated);
+}
+
 void ExpatParser::StartElement(const char* name, const char** attributes) {
-  if (stopped_)
-    return;
   const QString* const known = names_.Find(name);
   open_.push_back(known);
   lengths_.clear();
@@ -230,10 +283,8 @@ void ExpatParser::StartElement(const char* name, const char** attributes) {
     lengths_.push_back(std::strlen(*attribute));
     total += lengths_.back();
   }
-  if (total > kMaxAttributeBytes) {
-    handler_.RefuseAttributes();
+  if (!CheckAttributes(total))
     return;
-  }
 
   ushort* out = GetBuffer(total + lengths_.size());
   const ushort* const wideName = out;
@@ -258,8 +309,6 @@ void ExpatParser::StartElement(const char* name, const char** attributes) {
 }
 
 void ExpatParser::EndElement(const char* name) {
-  if (stopped_)
-    return;
   const QString* const known = open_.back();
   open_.pop_back();
   if (known) {
@@ -273,8 +322,6 @@ void ExpatParser::EndElement(const char* name) {
 }
 
 void ExpatParser::Characters(const char* text, int length) {
-  if (stopped_)
-    return;
   if (ushort* const place = handler_.GetPlaceForText(length)) {
     handler_.EndPlaceForText(Widen(text, static_cast<std::size_t>(length), place));
     return;

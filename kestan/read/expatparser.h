@@ -19,10 +19,13 @@ class XmlSource;
 /// `ExpatHandler` as 16-bit text.
 class ExpatParser {
 public:
-  /// Bytes that are read and parsed at a time.
+  /// Bytes that are read and parsed at a time, unless a token is longer.
   static constexpr int kPieceSize = 64 * 1024;
+  static constexpr int kMaxPieceSize = 1 << 28;
   /// Bytes of the attributes of one element.
   static constexpr std::size_t kMaxAttributeBytes = std::size_t(1) << 26;
+  /// What an attribute costs beside its text.
+  static constexpr std::size_t kBytesPerAttribute = 200;
 
   enum Result {
     kParsed,
@@ -38,6 +41,7 @@ public:
   ExpatParser(const ExpatParser&) = delete;
   ExpatParser& operator=(const ExpatParser&) = delete;
 
+  /// Throws `std::bad_alloc` where a call of the handler did.
   Result Parse(XmlSource& source);
 
   /// Ends the parse from within a call of the handler.
@@ -62,15 +66,23 @@ private:
   void Characters(const char* text, int length);
   bool ProvideEncoding(const QString& name, int* map);
 
+  int GetPieceSize(int former);
+  void ObeyByteOrderMark(const char* bytes, int size);
+  /// False when there are too many of them, or the document type repeats too much.
+  bool CheckAttributes(std::size_t bytes);
+
   ushort* GetBuffer(std::size_t size);
 
   ExpatHandler& handler_;
   XML_ParserStruct* parser_;
   QTextCodec* codec_;
+  const bool isEncodingGiven_;
   QTextCodec* foundCodec_ = nullptr;
   bool decodingFailed_ = false;
   bool stopped_ = false;
+  bool outOfMemory_ = false;
   qint64 byteCount_ = 0;
+  qint64 tokenStart_ = -1;  ///< Of what expat wants more of.
   mmvector<ushort> buffer_; ///< Text of the present call.
   XmlNames names_;
   mmvector<const QString*> open_; ///< Names of the elements now open, null for those not kept.

@@ -100,10 +100,10 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
     }
     if (!schema || !ProcessSchema(top ? top->object.get() : nullptr, top ? top->field : nullptr,
                                   *schema, plain)) {
-      if (goOn && !HasFailed()) {
-        const bool inValue = IsInValue();
-        ConsumeElement(inValue ? attrs : plain, inValue ? kInText : kListed);
-      }
+      if (goOn && !HasFailed() && IsInValue())
+        ConsumeElement(attrs, kInText);
+      else if (goOn && !HasFailed())
+        ConsumeElement(plain, kListed);
       return;
     }
   }
@@ -215,7 +215,7 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     tag.field = field;
     fieldAttrs_.clear();
     if (attrs && KeepsUnknown())
-      AddUnknownAttrs(object, GetAttributeList(attrs));
+      AddUnknownAttrs(object, attrs);
     return true;
   case Field::kElement:
     tag.field = field;
@@ -231,10 +231,25 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
   return false;
 }
 
-void KmlHandler::AddUnknownAttrs(SchemaObject& object, AttributeList list) {
+/// Has the attributes of an element that becomes an attribute itself join the object's, unless they
+/// would mean something there, or something else.
+void KmlHandler::AddUnknownAttrs(SchemaObject& object, const unsigned short** attrs) {
+  AttributeList list;
+  for (; *attrs; attrs += 2) {
+    Assign(attributeName_, attrs[0]);
+    Namespace ns = Namespace::kUnknown;
+    const Field* const field =
+        FindField(object.GetSchema(), attributeName_, object.GetNamespace(), &ns, nullptr);
+    if (!field || field->GetType() != Field::kAttribute)
+      list.emplace_back(attributeName_, ToString(attrs[1]));
+  }
+  const std::size_t count = list.size();
   const NamespaceList& namespaces = GetNamespacesFor(object, true, list);
-  object.SetUnknownAttrs(object.unknownData().attrs + schemaobject_detail::GetAttrListString(list),
-                         &namespaces);
+  if (list.empty() || list.size() > count)
+    return; // a declaration can't join
+  UnknownData& data = object.unknownData();
+  data.attrs += schemaobject_detail::GetAttrListString(list);
+  data.namespaces = namespaces;
 }
 
 bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,
@@ -311,6 +326,10 @@ void KmlHandler::ConsumeElement(const unsigned short** attrs, Declarations decla
       const QString uri = namespaces_->GetForeignDefaultUri();
       if (!uri.isEmpty() && !HasAttribute(attrs, QLatin1String("xmlns")))
         ownDeclarations.emplace_back(QStringLiteral("xmlns"), uri);
+      for (const auto& declaration : ownDeclarations) {
+        if (!CountRepeated(declaration.second.size()))
+          return;
+      }
     }
     AppendStartTag(attrs, ownDeclarations);
     CheckTextLength();
@@ -335,12 +354,12 @@ void KmlHandler::StartUnknown(AttributeList& declarations, Declarations mode) {
   unknownStart_ = text_->size();
   if (IsInValue())
     return;
-  NamespaceList& namespaces = tag.object->unknownData().namespaces;
-  namespaces_->Collect(depth_,
-                       mode == kInText ? NamespaceScope::kOwnInText : NamespaceScope::kListOwn,
-                       namespaces, declarations);
-  CheckNamespaceCost();
+  CarryDeclarations(*tag.object, GetObjectDepth(tag), mode == kInText ? nullptr : &declarations);
 }
+
+/// The depth of the element of the object in which the present one stands, as a child of it or of a
+/// field element.
+int KmlHandler::GetObjectDepth(const TagInfo& tag) const { return depth_ - (tag.field ? 2 : 1); }
 
 void KmlHandler::AppendStartTag(const unsigned short** attrs, const AttributeList& declarations) {
   text_->append('<');
@@ -392,6 +411,7 @@ void KmlHandler::EndUnknown() {
 
 void KmlHandler::EndUnknownInObject() {
   TagInfo& tag = tagStack_.back();
+  CarryMentioned(*tag.object, GetObjectDepth(tag), QStringView(text_->constData(), text_->size()));
   if (tag.unknown_text.size() > CharBuf::kMaxSize - text_->size()) {
     text_->GrowBy(CharBuf::kMaxSize);
     CheckTextLength();
@@ -404,11 +424,12 @@ void KmlHandler::EndUnknownInObject() {
   }
   // Inside a field element the content stays in one, so that it doesn't turn into something else
   // where it's written.
-  if (tag.field)
-    tag.unknown_text += QLatin1Char('<') + tag.field->GetPrefixedElem() + QLatin1Char('>');
+  const QString wrapper = tag.field ? tag.field->GetPrefixedElem() + QLatin1Char('>') : QString();
+  if (!wrapper.isEmpty())
+    tag.unknown_text += QLatin1Char('<') + wrapper;
   tag.unknown_text.append(text_->constData(), text_->size());
-  if (tag.field)
-    tag.unknown_text += QLatin1String("</") + tag.field->GetPrefixedElem() + QLatin1Char('>');
+  if (!wrapper.isEmpty())
+    tag.unknown_text += QLatin1String("</") + wrapper;
   text_->clear();
 }
 

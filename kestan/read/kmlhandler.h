@@ -61,11 +61,11 @@ private:
   /// Answers for the present start tag. What names mean is kept, since most of them come again.
   const Meaning& FindMeaning(const Schema& schema);
 
-  /// Keeps attributes of an element that becomes an attribute itself: they join the object's.
-  void AddUnknownAttrs(SchemaObject& object, AttributeList list);
+  void AddUnknownAttrs(SchemaObject& object, const unsigned short** attrs);
   bool IsInValue() const;
   void ConsumeElement(const unsigned short** attrs, Declarations declarations);
   void StartUnknown(AttributeList& declarations, Declarations mode);
+  int GetObjectDepth(const TagInfo& tag) const;
   void AppendStartTag(const unsigned short** attrs, const AttributeList& declarations);
   void EndUnknown();
   void EndUnknownInObject();

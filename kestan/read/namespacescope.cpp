@@ -1,6 +1,9 @@
 #include "kestan/read/namespacescope.h"
 
 #include "kestan/read/namespaces.h"
+#include "kestan/read/prefixes.h"
+
+#include <QSet>
 
 #include <algorithm>
 
@@ -10,6 +13,9 @@ namespace {
 
 /// Up to this many bindings, comparing them is faster than a hash.
 constexpr std::size_t kFewBindings = 16;
+
+/// Up to this many entries, a list is searched for what it's about to get.
+constexpr int kTidyList = 64;
 
 bool Equals(const QString& text, const QChar* other, int length) {
   return text.size() == length && std::equal(other, other + length, text.constData());
@@ -28,14 +34,6 @@ bool IsListed(const QString& prefix, Namespace ns) {
   return !(IsRootPrefix(prefix) && IsNamespaceStandard(prefix, ns));
 }
 
-const UnknownNamespace* FindPrefix(const NamespaceList& list, const QString& prefix) {
-  for (const RefPtr<UnknownNamespace>& entry : list) {
-    if (entry->prefix == prefix)
-      return entry.get();
-  }
-  return nullptr;
-}
-
 } // namespace
 
 void NamespaceScope::Clear() {
@@ -44,9 +42,9 @@ void NamespaceScope::Clear() {
   marks_.clear();
   newest_.clear();
   default_ = initialDefault_;
-  snapshot_.clear();
-  snapshotValid_ = false;
-  cost_ = 0;
+  additions_.clear();
+  copiedEntries_ = 0;
+  isPartial_ = false;
 }
 
 void NamespaceScope::SetInitialDefault(Namespace ns) {
@@ -85,19 +83,20 @@ void NamespaceScope::Declare(int depth, const QString& prefix, const QString& ur
   ++generation_;
   const int index = static_cast<int>(bindings_.size());
   if (marks_.empty() || marks_.back().depth != depth)
-    marks_.push_back({depth, index});
+    marks_.push_back({depth, index, {}, false});
   Binding binding{
       prefix, GetWrittenUri(ns, uri), ns, IsListed(prefix, ns), newest_.value(prefix, -1), {}};
   if (binding.listed)
     binding.record = new UnknownNamespace(documentUrl, prefix, binding.uri);
   bindings_.push_back(std::move(binding));
   newest_.insert(prefix, index);
-  snapshotValid_ = false;
   if (prefix.isEmpty())
     InitDefault();
 }
 
 void NamespaceScope::Pop(int depth) {
+  if (!additions_.empty() && additions_.back().objectDepth >= depth)
+    additions_.pop_back();
   if (marks_.empty() || marks_.back().depth != depth)
     return;
   ++generation_;
@@ -113,7 +112,6 @@ void NamespaceScope::Pop(int depth) {
       newest_.insert(binding.prefix, binding.shadowed);
     bindings_.pop_back();
   }
-  snapshotValid_ = false;
   if (defaultEnds)
     InitDefault();
 }
@@ -125,67 +123,115 @@ QString NamespaceScope::GetForeignDefaultUri() const {
   return default_ == Namespace::kKml ? QString() : bindings_[static_cast<std::size_t>(index)].uri;
 }
 
-const NamespaceList& NamespaceScope::GetSnapshot() {
-  if (!snapshotValid_) {
-    snapshot_.clear();
-    for (std::size_t i = 0; i < bindings_.size(); ++i) {
-      const Binding& binding = bindings_[i];
-      if (binding.listed && newest_.value(binding.prefix) == static_cast<int>(i))
-        snapshot_.append(binding.record);
-    }
-    snapshotValid_ = true;
-    cost_ += static_cast<qint64>(bindings_.size()) + kCopyCost * snapshot_.size();
-  }
-  return snapshot_;
+/// The binding of the prefix that is visible when those from `end` on are left away, or -1.
+int NamespaceScope::FindBelow(const QString& prefix, std::size_t end) const {
+  int index = newest_.value(prefix, -1);
+  while (index >= static_cast<int>(end))
+    index = bindings_[static_cast<std::size_t>(index)].shadowed;
+  return index;
 }
 
-void NamespaceScope::Collect(int depth, Own own, NamespaceList& list, AttributeList& attributes) {
-  const bool hasOwn = own != kOwnsTheScope && !marks_.empty() && marks_.back().depth == depth;
-  if (!hasOwn) {
-    const NamespaceList& snapshot = GetSnapshot();
-    if (list.isEmpty())
-      list = snapshot;
-    if (list.constData() == snapshot.constData())
-      return;
-  }
-  cost_ += static_cast<qint64>(bindings_.size());
-  if (!list.isDetached())
-    cost_ += kCopyCost * list.size();
-  const std::size_t ownStart =
-      hasOwn ? static_cast<std::size_t>(marks_.back().first) : bindings_.size();
-  const auto isOwn = [ownStart](int index) { return static_cast<std::size_t>(index) >= ownStart; };
-  const auto addAttribute = [&attributes](const Binding& binding) {
-    attributes.emplace_back(QLatin1String("xmlns:") + binding.prefix, binding.uri);
-  };
+/// The number of marks down to a depth.
+std::size_t NamespaceScope::GetMarks(int depth) const {
+  std::size_t count = marks_.size();
+  while (count > 0 && marks_[count - 1].depth > depth)
+    --count;
+  return count;
+}
 
-  for (std::size_t i = 0; i < bindings_.size(); ++i) {
-    const Binding& binding = bindings_[i];
-    if (binding.prefix.isEmpty() || (!binding.listed && !IsRootPrefix(binding.prefix)))
-      continue;
-    const int newest = newest_.value(binding.prefix);
-    if (isOwn(static_cast<int>(i))) {
-      if (own == kOwnInText)
-        break;
-      const int outer = binding.shadowed;
-      if ((outer >= 0 && bindings_[static_cast<std::size_t>(outer)].uri != binding.uri) ||
-          (binding.listed && IsRootPrefix(binding.prefix))) {
-        addAttribute(binding);
-        continue;
-      }
-    } else if (newest != static_cast<int>(i) &&
-               !(isOwn(newest) &&
-                 bindings_[static_cast<std::size_t>(newest)].shadowed == static_cast<int>(i))) {
-      continue; // Hidden by an element around this one.
+bool NamespaceScope::Afford(std::size_t entries, qint64 documentBytes) {
+  const qint64 copied = copiedEntries_ + static_cast<qint64>(entries);
+  if (copied > kFreeEntries + kEntriesPerByte * documentBytes)
+    return false;
+  copiedEntries_ = copied;
+  return true;
+}
+
+void NamespaceScope::MakeSnapshot(Mark& mark, std::size_t end) {
+  mmvector<bool> isHidden(end);
+  for (std::size_t i = 0; i < end; ++i) {
+    if (bindings_[i].shadowed >= 0)
+      isHidden[static_cast<std::size_t>(bindings_[i].shadowed)] = true;
+  }
+  for (std::size_t i = 0; i < end; ++i) {
+    if (bindings_[i].listed && !isHidden[i])
+      mark.snapshot.append(bindings_[i].record);
+  }
+  mark.hasSnapshot = true;
+}
+
+void NamespaceScope::Carry(const Place& place, NamespaceList& list, AttributeList* attributes) {
+  const std::size_t marks = GetMarks(place.objectDepth);
+  const std::size_t end =
+      marks < marks_.size() ? static_cast<std::size_t>(marks_[marks].first) : bindings_.size();
+  if (list.isEmpty() && marks > 0) {
+    Mark& mark = marks_[marks - 1];
+    if (!mark.hasSnapshot) {
+      if (Afford(end, place.documentBytes))
+        MakeSnapshot(mark, end);
+      else
+        isPartial_ = true;
     }
-
-    cost_ += list.size();
-    const UnknownNamespace* const present = FindPrefix(list, binding.prefix);
-    const bool fits = !present || present->uri == binding.uri;
-    if (fits && !present && binding.listed)
-      list.append(binding.record);
-    else if (!fits && newest == static_cast<int>(i))
-      addAttribute(binding);
+    list = mark.snapshot;
   }
+  if (attributes)
+    CarryOwn(end, place, list, *attributes);
+}
+
+void NamespaceScope::CarryOwn(std::size_t first, const Place& place, NamespaceList& list,
+                              AttributeList& attributes) {
+  for (std::size_t i = first; i < bindings_.size(); ++i) {
+    const Binding& binding = bindings_[i];
+    const bool isRoot = IsRootPrefix(binding.prefix);
+    if (binding.prefix.isEmpty() || (!binding.listed && !isRoot) ||
+        newest_.value(binding.prefix) != static_cast<int>(i))
+      continue;
+    const bool hasAdditions =
+        !additions_.empty() && additions_.back().objectDepth == place.objectDepth;
+    const int outer = FindBelow(binding.prefix, first);
+    QString carried;
+    if (outer >= 0) {
+      carried = bindings_[static_cast<std::size_t>(outer)].uri;
+    } else if (hasAdditions) {
+      // A field may not have kept the list that it was handed with its attributes.
+      const int added = additions_.back().places.value(binding.prefix, list.size());
+      if (added < list.size() && list[added]->prefix == binding.prefix)
+        carried = list[added]->uri;
+    }
+    if (carried.isNull() ? isRoot && !binding.listed : carried == binding.uri)
+      continue; // The content sees it all the same.
+    const std::size_t copied = list.isDetached() ? 0 : static_cast<std::size_t>(list.size());
+    if (!carried.isNull() || isRoot || !Afford(copied, place.documentBytes)) {
+      attributes.emplace_back(QLatin1String("xmlns:") + binding.prefix, binding.uri);
+      continue;
+    }
+    list.append(binding.record);
+    if (!hasAdditions)
+      additions_.push_back({place.objectDepth, {}});
+    additions_.back().places.insert(binding.prefix, list.size() - 1);
+  }
+}
+
+void NamespaceScope::CarryMentioned(const Place& place, QStringView text, NamespaceList& list) {
+  if (!isPartial_)
+    return;
+  const std::size_t marks = GetMarks(place.objectDepth);
+  const std::size_t end =
+      marks < marks_.size() ? static_cast<std::size_t>(marks_[marks].first) : bindings_.size();
+  if (marks > 0 && marks_[marks - 1].hasSnapshot &&
+      marks_[marks - 1].snapshot.constData() == list.constData())
+    return; // It has all.
+  QSet<int> added;
+  ForEachPrefix(text, [&](const QString& prefix) {
+    const int index = FindBelow(prefix, end);
+    if (index < 0 || !bindings_[static_cast<std::size_t>(index)].listed || added.contains(index))
+      return;
+    added.insert(index);
+    const RefPtr<UnknownNamespace>& record = bindings_[static_cast<std::size_t>(index)].record;
+    // To have one twice does no harm: short lists are kept tidy, long ones grow with the text.
+    if (list.size() > kTidyList || !list.contains(record))
+      list.append(record);
+  });
 }
 
 } // namespace vorrel::kestan

@@ -7,13 +7,13 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringView>
 
 namespace vorrel::kestan {
 
 /// The namespace declarations in scope at one place of a document.
 ///
-/// Bindings lie in the order of their declaration, inner ones behind outer ones. What preserved
-/// content has to carry of them is shared between the objects until a declaration comes or goes.
+/// Bindings lie in the order of their declaration, inner ones behind outer ones.
 class NamespaceScope {
 public:
   /// Drops all declarations; the default namespace is again that of an empty document.
@@ -41,22 +41,27 @@ public:
   /// only default namespace of a document has ended, one that stands for none.
   QString GetForeignDefaultUri() const;
 
-  enum Own {
-    kListOwn,      ///< The element is written without its own declarations.
-    kOwnInText,    ///< The element keeps its own declarations in its text.
-    kOwnsTheScope, ///< The element's declarations count like those around it.
+  /// Where content stands that an object preserves.
+  struct Place {
+    int objectDepth;      ///< That of the object's element.
+    qint64 documentBytes; ///< Read so far.
   };
 
-  /// Brings into `list` what content of the element at `depth` needs to be written elsewhere: all
-  /// declarations in scope that the root of a written document doesn't make by itself. Those that
-  /// `list` can't take, since their prefix stands for something else there or around the element,
-  /// go to `attributes`, to be written on the element.
-  void Collect(int depth, Own own, NamespaceList& list, AttributeList& attributes);
-
-  /// A measure of the memory and time that the lists built so far have cost. A list that objects
-  /// share counts once. Grows with the number of declarations times that of the objects in a
-  /// document made to that end.
-  qint64 GetCost() const { return cost_; }
+  /// Sees to what the content of an element needs to be written elsewhere: the object's own
+  /// element, or one inside that.
+  ///
+  /// `list`, the object's, gets what is declared around the content of the object. A declaration of
+  /// an element inside the object joins it where its prefix is free; else it goes to `attributes`,
+  /// to stand on the content. So a prefix has one meaning for all that an object preserves, apart
+  /// from what elements say themselves. `attributes` is null for an element that keeps its
+  /// declarations in any case.
+  ///
+  /// Objects share the list. Where each would need a list of its own, and those would get out of
+  /// proportion to the document, declarations stay on elements, and an object carries only those
+  /// that its content mentions: see `CarryMentioned`.
+  void Carry(const Place& place, NamespaceList& list, AttributeList* attributes);
+  /// Adds what `text`, which is part of the object's content, mentions and `list` lacks.
+  void CarryMentioned(const Place& place, QStringView text, NamespaceList& list);
 
 private:
   struct Binding {
@@ -67,16 +72,31 @@ private:
     int shadowed; ///< The outer binding of the prefix, or -1.
     RefPtr<UnknownNamespace> record;
   };
+  /// The declarations of one element.
   struct Mark {
     int depth;
     int first;
+    NamespaceList snapshot; ///< What is visible behind them; made when it's needed.
+    bool hasSnapshot = false;
+  };
+  /// What elements inside an open object have added to its list.
+  struct Additions {
+    int objectDepth;
+    QHash<QString, int> places; ///< In the list, by prefix.
   };
 
-  static constexpr qint64 kCopyCost = 16; ///< Of one entry; comparing two costs 1.
+  // Entries of lists that a document of any length may copy, and that each byte adds.
+  static constexpr qint64 kFreeEntries = qint64(1) << 20;
+  static constexpr qint64 kEntriesPerByte = 1;
 
   int Find(const QChar* prefix, int length) const;
   void InitDefault();
-  const NamespaceList& GetSnapshot();
+  int FindBelow(const QString& prefix, std::size_t end) const;
+  std::size_t GetMarks(int depth) const;
+  bool Afford(std::size_t entries, qint64 documentBytes);
+  void MakeSnapshot(Mark& mark, std::size_t end);
+  void CarryOwn(std::size_t first, const Place& place, NamespaceList& list,
+                AttributeList& attributes);
 
   mmvector<Binding> bindings_;
   mmvector<Mark> marks_;
@@ -84,9 +104,9 @@ private:
   Namespace initialDefault_ = Namespace::kKml;
   Namespace default_ = Namespace::kKml;
   unsigned generation_ = 0;
-  NamespaceList snapshot_;
-  bool snapshotValid_ = false;
-  qint64 cost_ = 0;
+  mmvector<Additions> additions_; ///< Outer objects first.
+  qint64 copiedEntries_ = 0;
+  bool isPartial_ = false; ///< Some objects carry only what they mention.
 };
 
 } // namespace vorrel::kestan

@@ -185,7 +185,7 @@ void NormLLAListField::WriteKml(const SchemaObject& object, WriteState& state) c
   if (!attrs.isNull()) {
     if (!isPolyline)
       attrs.remove(kPolylineMark);
-    state.WriteUnknownAttrs(attrs, object.GetUnknownData()->namespaces);
+    state.WriteUnknownAttrs(attrs, object.GetUnknownData()->namespaces, true);
   }
   state.out(">\n");
   if (!positions.empty()) {

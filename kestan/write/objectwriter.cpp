@@ -92,7 +92,7 @@ void SchemaObject::WriteUnknownFieldAttrs(WriteState& state, const Field& field)
     return;
   const QString attrs = GetUnknownFieldAttrs(field);
   if (!attrs.isNull())
-    state.WriteUnknownAttrs(attrs, unknownData_->namespaces);
+    state.WriteUnknownAttrs(attrs, unknownData_->namespaces, field.GetType() != Field::kObject);
 }
 
 void SchemaObject::WriteUnknownFields(WriteState& state) const {

@@ -1,6 +1,6 @@
 #include "kestan/write/rawxmlwriter.h"
 
-#include "kestan/read/namespaces.h" // the URIs of the standard prefixes
+#include "kestan/read/namespaces.h" // the prefix of KML
 #include "kestan/write/utf8ostream.h"
 #include "kestan/write/xmlname.h"
 #include "kestan/write/xmltext.h"
@@ -12,34 +12,8 @@ namespace vorrel::kestan {
 
 namespace {
 
-constexpr QStringView kXmlns = u"xmlns";
-constexpr QStringView kXmlnsColon = u"xmlns:";
-
-bool IsDeclaration(QStringView name) { return name == kXmlns || name.startsWith(kXmlnsColon); }
-
-/// What documents mean by a prefix that they don't declare.
-QString UndeclaredUri(const QString& prefix) {
-  if (prefix == QLatin1String("xsi"))
-    return QStringLiteral("http://www.w3.org/2001/XMLSchema-instance");
-  if (prefix == QLatin1String("xs"))
-    return QStringLiteral("http://www.w3.org/2001/XMLSchema");
-  if (prefix == QLatin1String("xlink"))
-    return QStringLiteral("http://www.w3.org/1999/xlink");
-  if (prefix == QLatin1String(kXalPrefix))
-    return QLatin1String(kXalNamespaceString) + QLatin1String("2.0");
-  if (prefix == QLatin1String(kExtPrefix))
-    return NamespaceEnumToString(Namespace::kExt);
-  if (prefix == QLatin1String(kKmlPrefix))
-    return NamespaceEnumToString(Namespace::kKml);
-  if (prefix == QLatin1String(kAtomPrefix))
-    return NamespaceEnumToString(Namespace::kAtom);
-  return QLatin1String(kUndeclaredNamespaceString) + prefix;
-}
-
-void SkipSpace(QStringView& text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), IsXmlSpace);
-  text = text.mid(end - text.begin());
-}
+const QLatin1String kXml("xml");
+const QLatin1String kXmlnsColon("xmlns:");
 
 /// Passes over `opening`, everything up to `closing`, and that. False when one is missing.
 bool SkipEnclosed(QStringView& text, QStringView opening, QStringView closing) {
@@ -65,67 +39,53 @@ QString ExpandedName(const QString& uri, QStringView local) {
 } // namespace
 
 void RawXmlWriter::SetScope(const NamespaceList& namespaces) {
-  root_.Add(namespaces);
-  if (namespaces.constData() == scope_.constData())
-    return;
-  scope_ = namespaces;
-  resolved_.clear();
+  if (scope_.SetList(namespaces))
+    root_.Add(namespaces);
 }
 
-QString RawXmlWriter::Resolve(const QString& prefix) {
-  if (prefix == QLatin1String("xml"))
+/// The URI that the text means by a prefix. False when it says nothing about it: then `uri` is what
+/// such documents mean.
+bool RawXmlWriter::FindUri(const QString& prefix, QString& uri, bool& isInText) const {
+  const auto local = localUris_.constFind(prefix);
+  isInText = local != localUris_.constEnd() && !local->empty() && local->back().isInText;
+  uri = local != localUris_.constEnd() && !local->empty() ? local->back().uri : scope_.Find(prefix);
+  if (!uri.isEmpty())
+    return true;
+  uri = GetUndeclaredUri(prefix);
+  return !GetRootUri(prefix).isNull();
+}
+
+void RawXmlWriter::Require(const QString& prefix, const QString& uri) {
+  if (!root_.Declare(prefix, uri))
+    declarations_.insert(kXmlnsColon + prefix, uri);
+}
+
+QString RawXmlWriter::UsePrefix(QStringView prefixView) {
+  const QString prefix = prefixView.toString();
+  if (prefix == kXml)
     return prefix;
-  QString& uri = resolved_[prefix];
-  for (auto it = scope_.constEnd(); uri.isEmpty() && it != scope_.constBegin();) {
-    --it;
-    if (*it && (*it)->prefix == prefix && IsDeclarableUri((*it)->uri))
-      uri = (*it)->uri;
-  }
-  if (uri.isEmpty())
-    uri = UndeclaredUri(prefix);
+  QString uri;
+  bool isInText = false;
+  FindUri(prefix, uri, isInText);
+  if (!isInText)
+    Require(prefix, uri);
   return uri;
+}
+
+/// Values may mean names with prefixes. Those that stand for something keep it.
+void RawXmlWriter::UseMentioned(QStringView text) {
+  ForEachPrefix(text, [this](const QString& prefix) {
+    QString uri;
+    bool isInText = false;
+    if (FindUri(prefix, uri, isInText) && !isInText)
+      Require(QString(prefix.constData(), prefix.size()), uri);
+  });
 }
 
 bool RawXmlWriter::IsFirst(const QString& name) {
   const auto count = seen_.size();
   seen_.insert(name);
   return seen_.size() != count;
-}
-
-QStringView RawXmlWriter::TakeName(QStringView& text) {
-  if (text.isEmpty() || !IsNameStart(text.front()))
-    return {};
-  const auto end = std::find_if_not(text.begin(), text.end(), IsNameChar);
-  const QStringView name = text.left(end - text.begin());
-  text = text.mid(name.size());
-  return name;
-}
-
-bool RawXmlWriter::TakeAttribute(QStringView& text, Attribute& attribute) {
-  QStringView rest = text;
-  SkipSpace(rest);
-  attribute.name = TakeName(rest);
-  SkipSpace(rest);
-  if (attribute.name.isEmpty() || rest.isEmpty() || rest.front() != '=')
-    return false;
-  rest = rest.mid(1);
-  SkipSpace(rest);
-  if (rest.isEmpty() || (rest.front() != '"' && rest.front() != '\''))
-    return false;
-  const auto quote = std::find(rest.begin() + 1, rest.end(), rest.front());
-  if (quote == rest.end())
-    return false;
-  attribute.value = rest.mid(1, quote - rest.begin() - 1);
-  text = rest.mid(attribute.value.size() + 2);
-  return true;
-}
-
-std::vector<RawXmlWriter::Attribute> RawXmlWriter::TakeAttributes(QStringView& text) {
-  std::vector<Attribute> attributes;
-  Attribute attribute;
-  while (TakeAttribute(text, attribute))
-    attributes.push_back(attribute);
-  return attributes;
 }
 
 void RawXmlWriter::WriteValue(QStringView value) {
@@ -135,14 +95,15 @@ void RawXmlWriter::WriteValue(QStringView value) {
   stream_ << "\"";
 }
 
-void RawXmlWriter::WriteAttribute(const Attribute& attribute, const QString& prefix) {
+void RawXmlWriter::WriteAttribute(const TextAttribute& attribute, const QString& prefix) {
   stream_ << " ";
   XmlName(attribute.name).Write(stream_, prefix);
   WriteValue(attribute.value);
 }
 
-void RawXmlWriter::CollectAttributesOfOpenTag() {
+void RawXmlWriter::CollectOpenTag() {
   seen_.clear();
+  tagPrefixes_.clear();
   // The values of attributes hold no "<", so that the last one begins the tag.
   const std::string_view written(stream_.data(), stream_.size());
   const std::size_t begin = written.rfind('<');
@@ -151,54 +112,120 @@ void RawXmlWriter::CollectAttributesOfOpenTag() {
   const std::string_view bytes = written.substr(begin + 1);
   const QString tag = QString::fromUtf8(bytes.data(), static_cast<int>(bytes.size()));
   QStringView rest(tag);
-  TakeName(rest);
-  for (const Attribute& attribute : TakeAttributes(rest)) {
-    const XmlName name(attribute.name);
-    const QString prefix = name.prefix.toString();
-    seen_.insert(ExpandedName(prefix.isEmpty() ? prefix : UndeclaredUri(prefix), name.local));
+  const QStringView tagName = TakeName(rest);
+  const std::vector<TextAttribute> attributes = TakeAttributes(rest);
+  tagPrefixes_.insert(XmlName(tagName).prefix.toString(), QString());
+  for (const TextAttribute& attribute : attributes) {
+    const QString prefix = XmlName(attribute.name).prefix.toString();
+    seen_.insert(ExpandedName(GetRootUri(prefix), XmlName(attribute.name).local));
+    tagPrefixes_.insert(prefix, QString());
+  }
+  for (const TextAttribute& attribute : attributes) {
+    QStringView prefix;
+    if (IsDeclaration(attribute.name, &prefix))
+      tagPrefixes_.insert(prefix.toString(), DecodeReferences(attribute.value));
   }
 }
 
-void RawXmlWriter::WriteAttributes(const QString& text) {
+/// The URI that an attribute's prefix stands for; empty for a name without one.
+QString RawXmlWriter::GetAttributeUri(const TextAttribute& attribute) const {
+  const QString prefix = XmlName(attribute.name).prefix.toString();
+  QString uri;
+  bool isInText = false;
+  if (prefix == kXml)
+    uri = prefix;
+  else if (!prefix.isEmpty())
+    FindUri(prefix, uri, isInText);
+  return uri;
+}
+
+/// Has a prefix stand for the URI on the open tag, unless the tag or an element inside needs it for
+/// what it means on the root.
+void RawXmlWriter::RequireOnOpenTag(const QString& prefix, const QString& uri, bool isLeaf) {
+  const bool isUsed = tagPrefixes_.contains(prefix);
+  if (isUsed && tagPrefixes_.value(prefix) == uri)
+    return;
+  if (!root_.Declare(prefix, uri)) {
+    if (isUsed || (!isLeaf && prefix == QLatin1String(kKmlPrefix)))
+      return;
+    declarations_.insert(kXmlnsColon + prefix, uri);
+    if (!isLeaf)
+      root_.Rebind(prefix);
+  }
+  tagPrefixes_.insert(prefix, uri);
+}
+
+/// A prefix that stands for the URI on the open tag: this one if it does.
+QString RawXmlWriter::GetPrefixOnOpenTag(const QString& prefix, const QString& uri) {
+  if (tagPrefixes_.value(prefix) == uri)
+    return prefix;
+  QString other = root_.PrefixFor(uri);
+  if (tagPrefixes_.contains(other) && tagPrefixes_.value(other) != uri)
+    other = root_.MakePrefix(uri);
+  tagPrefixes_.insert(other, uri);
+  return other;
+}
+
+void RawXmlWriter::WriteAttributes(const QString& text, bool isLeaf) {
   QStringView rest(text);
-  const std::vector<Attribute> attributes = TakeAttributes(rest);
+  std::vector<TextAttribute> attributes = TakeAttributes(rest);
   if (attributes.empty())
     return;
-  // A declaration on the tag itself would change what the typed content of the element means.
-  NamespaceList scope = scope_;
-  for (const Attribute& attribute : attributes) {
-    if (attribute.name.startsWith(kXmlnsColon))
-      scope.append(RefPtr<UnknownNamespace>(
-          new UnknownNamespace(QString(), attribute.name.mid(kXmlnsColon.size()).toString(),
-                               DecodeReferences(attribute.value))));
+  DropBadDeclarations(attributes);
+  DeclareLocally(attributes, false);
+  CollectOpenTag();
+  const auto isNoAttribute = [this](const TextAttribute& attribute) {
+    return IsDeclaration(attribute.name) ||
+           !IsFirst(ExpandedName(GetAttributeUri(attribute), XmlName(attribute.name).local));
+  };
+  attributes.erase(std::remove_if(attributes.begin(), attributes.end(), isNoAttribute),
+                   attributes.end());
+  for (const TextAttribute& attribute : attributes) {
+    const QString prefix = XmlName(attribute.name).prefix.toString();
+    if (!prefix.isEmpty() && prefix != kXml)
+      RequireOnOpenTag(prefix, GetAttributeUri(attribute), isLeaf);
+    ForEachPrefix(attribute.value, [&](const QString& mentioned) {
+      QString uri;
+      bool isInText = false;
+      if (FindUri(mentioned, uri, isInText))
+        RequireOnOpenTag(QString(mentioned.constData(), mentioned.size()), uri, isLeaf);
+    });
   }
-  SetScope(scope);
+  for (const TextAttribute& attribute : attributes) {
+    const QString prefix = XmlName(attribute.name).prefix.toString();
+    const bool isFixed = prefix.isEmpty() || prefix == kXml;
+    WriteAttribute(attribute,
+                   isFixed ? prefix : GetPrefixOnOpenTag(prefix, GetAttributeUri(attribute)));
+  }
+  WriteDeclarations(stream_);
+  DropLocal(0);
+}
 
-  CollectAttributesOfOpenTag();
-  for (const Attribute& attribute : attributes) {
-    if (IsDeclaration(attribute.name))
-      continue;
-    const XmlName name(attribute.name);
-    QString prefix = name.prefix.toString();
-    QString uri;
-    if (!prefix.isEmpty()) {
-      uri = Resolve(prefix);
-      if (prefix != QLatin1String("xml") && !root_.Declare(prefix, uri))
-        prefix = root_.PrefixFor(uri);
-    }
-    if (IsFirst(ExpandedName(uri, name.local)))
-      WriteAttribute(attribute, prefix);
+/// In an order of their own, so that the text doesn't depend on where they stood before.
+void RawXmlWriter::WriteDeclarations(Utf8OStream& stream) {
+  const AttributeScope scope(stream);
+  for (auto entry = declarations_.constBegin(); entry != declarations_.constEnd(); ++entry) {
+    stream << " " << entry.key() << "=\"";
+    XmlUtf8OStream(stream) << entry.value();
+    stream << "\"";
+    const qint64 size = entry.value().size();
+    const qint64 others = static_cast<qint64>(stream_.size()) - repetition_.GetBytes();
+    repeatsTooMuch_ = repeatsTooMuch_ || !repetition_.HasRoomFor(size, others);
+    repetition_.Add(size);
   }
+  declarations_.clear();
 }
 
 void RawXmlWriter::WriteElements(const QString& text) {
   QStringView rest(text);
-  while (!rest.isEmpty()) {
+  while (!rest.isEmpty() && !repeatsTooMuch_) {
     if (rest.front() == '<' && TakeMarkup(rest))
       continue;
     // Text up to the next markup; a "<" in front begins none.
     const auto next = std::find(rest.begin() + 1, rest.end(), QLatin1Char('<'));
     const QStringView run = rest.left(next - rest.begin());
+    if (!open_.empty())
+      UseMentioned(run);
     WriteEscapedText(stream_, run);
     rest = rest.mid(run.size());
   }
@@ -212,7 +239,10 @@ bool RawXmlWriter::TakeMarkup(QStringView& text) {
   const QStringView start = text;
   if (SkipEnclosed(text, kCdata, kCdataEnd)) {
     const auto size = start.size() - text.size() - kCdata.size() - kCdataEnd.size();
-    WriteCdataSection(stream_, start.mid(kCdata.size(), size));
+    const QStringView content = start.mid(kCdata.size(), size);
+    if (!open_.empty())
+      UseMentioned(content);
+    WriteCdataSection(stream_, content);
     return true;
   }
   // Comments and instructions aren't kept in reading either.
@@ -225,7 +255,7 @@ bool RawXmlWriter::TakeStartTag(QStringView& text) {
   const QStringView rawName = TakeName(rest);
   if (rawName.isEmpty())
     return false;
-  std::vector<Attribute> attributes = TakeAttributes(rest);
+  std::vector<TextAttribute> attributes = TakeAttributes(rest);
   SkipSpace(rest);
   const bool isEmptyElement = rest.startsWith(QLatin1Char('/'));
   if (isEmptyElement)
@@ -238,30 +268,13 @@ bool RawXmlWriter::TakeStartTag(QStringView& text) {
   const bool isOutermost = open_.empty();
   open_.push_back({rawName, localPrefixes_.size()});
   // The element's own declarations hold for its name and all its attributes.
-  for (const Attribute& attribute : attributes) {
-    if (attribute.name.startsWith(kXmlnsColon)) {
-      localPrefixes_.push_back(attribute.name.mid(kXmlnsColon.size()).toString());
-      localUris_[localPrefixes_.back()].push_back(DecodeReferences(attribute.value));
-    }
-  }
-
+  DeclareLocally(attributes, !isOutermost);
   const XmlName name(rawName);
   stream_ << "<";
   name.Write(stream_);
   if (!name.prefix.isEmpty())
     UsePrefix(name.prefix);
-  seen_.clear();
-  for (const Attribute& attribute : attributes) {
-    if (!IsDeclaration(attribute.name)) {
-      WriteRawAttribute(attribute);
-    } else if (isOutermost) {
-      InsertLater(attribute);
-    } else {
-      stream_ << " ";
-      stream_.Write(attribute.name.begin(), attribute.name.end());
-      WriteValue(attribute.value);
-    }
-  }
+  WriteStartTagAttributes(attributes, isOutermost);
   if (isOutermost)
     insertAt_ = stream_.size();
   stream_ << ">";
@@ -270,46 +283,60 @@ bool RawXmlWriter::TakeStartTag(QStringView& text) {
   return true;
 }
 
-void RawXmlWriter::InsertLater(const Attribute& declaration) {
-  const QString prefix = declaration.name.mid(kXmlnsColon.size()).toString();
-  const QString uri = DecodeReferences(declaration.value);
-  // A standard prefix with its own meaning, which it lacked around the element in the source, needs
-  // no declaration here.
-  if (!IsRootPrefix(prefix) || !root_.Declare(prefix, uri))
-    declarations_.insert(declaration.name.toString(), uri);
+void RawXmlWriter::WriteStartTagAttributes(const std::vector<TextAttribute>& attributes,
+                                           bool isOutermost) {
+  seen_.clear();
+  for (const TextAttribute& attribute : attributes) {
+    if (!IsDeclaration(attribute.name)) {
+      const XmlName name(attribute.name);
+      const QString uri = name.prefix.isEmpty() ? QString() : UsePrefix(name.prefix);
+      if (IsFirst(ExpandedName(uri, name.local))) {
+        WriteAttribute(attribute, name.prefix.toString());
+        UseMentioned(attribute.value);
+      }
+    } else if (!isOutermost) {
+      stream_ << " ";
+      stream_.Write(attribute.name.begin(), attribute.name.end());
+      WriteValue(attribute.value);
+    } else if (attribute.name == QLatin1String("xmlns")) {
+      declarations_.insert(attribute.name.toString(), DecodeReferences(attribute.value));
+    }
+  }
 }
 
-void RawXmlWriter::DropBadDeclarations(std::vector<Attribute>& attributes) {
+/// Notes what attributes declare. Those of inner elements stand in the text; others go to the root
+/// if they can, or else to where they're used.
+void RawXmlWriter::DeclareLocally(const std::vector<TextAttribute>& attributes, bool isInText) {
+  for (const TextAttribute& attribute : attributes) {
+    QStringView prefix;
+    if (!IsDeclaration(attribute.name, &prefix) || prefix.isEmpty())
+      continue;
+    const QString uri = DecodeReferences(attribute.value);
+    localPrefixes_.push_back(prefix.toString());
+    localUris_[localPrefixes_.back()].push_back({uri, isInText});
+    if (!isInText)
+      root_.Declare(localPrefixes_.back(), uri);
+  }
+}
+
+void RawXmlWriter::DropLocal(std::size_t size) {
+  for (; localPrefixes_.size() > size; localPrefixes_.pop_back())
+    localUris_[localPrefixes_.back()].pop_back();
+}
+
+void RawXmlWriter::DropBadDeclarations(std::vector<TextAttribute>& attributes) {
   seen_.clear();
-  const auto isBad = [this](const Attribute& attribute) {
-    if (!IsDeclaration(attribute.name))
+  const auto isBad = [this](const TextAttribute& attribute) {
+    QStringView prefix;
+    if (!IsDeclaration(attribute.name, &prefix))
       return false;
     const QString uri = DecodeReferences(attribute.value);
-    const bool isAllowed =
-        attribute.name == kXmlns
-            ? uri.isEmpty() || IsDeclarableUri(uri)
-            : IsDeclarablePrefix(attribute.name.mid(kXmlnsColon.size())) && IsDeclarableUri(uri);
+    const bool isAllowed = attribute.name == QLatin1String("xmlns")
+                               ? uri.isEmpty() || IsDeclarableUri(uri)
+                               : IsDeclarablePrefix(prefix) && IsDeclarableUri(uri);
     return !isAllowed || !IsFirst(attribute.name.toString());
   };
   attributes.erase(std::remove_if(attributes.begin(), attributes.end(), isBad), attributes.end());
-}
-
-void RawXmlWriter::WriteRawAttribute(const Attribute& attribute) {
-  const XmlName name(attribute.name);
-  const QString uri = name.prefix.isEmpty() ? QString() : UsePrefix(name.prefix);
-  if (IsFirst(ExpandedName(uri, name.local)))
-    WriteAttribute(attribute, name.prefix.toString());
-}
-
-QString RawXmlWriter::UsePrefix(QStringView prefixView) {
-  const QString prefix = prefixView.toString();
-  const auto local = localUris_.constFind(prefix);
-  if (local != localUris_.constEnd() && !local->empty())
-    return local->back();
-  const QString uri = Resolve(prefix);
-  if (prefix != QLatin1String("xml") && !root_.Declare(prefix, uri))
-    declarations_.insert(QLatin1String("xmlns:") + prefix, uri);
-  return uri;
 }
 
 bool RawXmlWriter::TakeEndTag(QStringView& text) {
@@ -335,8 +362,7 @@ void RawXmlWriter::CloseElement() {
   stream_ << "</";
   XmlName(element.name).Write(stream_);
   stream_ << ">";
-  for (; localPrefixes_.size() > element.declared; localPrefixes_.pop_back())
-    localUris_[localPrefixes_.back()].pop_back();
+  DropLocal(element.declared);
   if (open_.empty())
     InsertDeclarations();
 }
@@ -344,16 +370,9 @@ void RawXmlWriter::CloseElement() {
 void RawXmlWriter::InsertDeclarations() {
   if (declarations_.isEmpty())
     return;
-  // In an order of their own, so that the text doesn't depend on where they stood before.
   Utf8OStream text;
-  const AttributeScope scope(text);
-  for (auto it = declarations_.constBegin(); it != declarations_.constEnd(); ++it) {
-    text << " " << it.key() << "=\"";
-    XmlUtf8OStream(text) << it.value();
-    text << "\"";
-  }
+  WriteDeclarations(text);
   stream_.Replace(insertAt_, 0, text.data(), text.size());
-  declarations_.clear();
 }
 
 } // namespace vorrel::kestan

@@ -1,7 +1,7 @@
 #include "kestan/write/rootnamespaces.h"
 
-#include "kestan/core/namespace.h"
-#include "kestan/read/namespaces.h" // the URIs of the standard prefixes
+#include "kestan/read/namespaces.h" // the standard prefixes
+#include "kestan/read/prefixes.h"   // and their URIs
 #include "kestan/write/xmlname.h"
 
 namespace vorrel::kestan {
@@ -10,28 +10,18 @@ bool IsDeclarablePrefix(QStringView prefix) {
   return IsNcName(prefix) && prefix != QLatin1String("xml") && prefix != QLatin1String("xmlns");
 }
 
-bool IsDeclarableUri(QStringView uri) {
-  return !uri.isEmpty() && uri != QLatin1String("http://www.w3.org/XML/1998/namespace") &&
-         uri != QLatin1String("http://www.w3.org/2000/xmlns/");
-}
-
 RootNamespaces::RootNamespaces() {
-  const auto add = [this](const char* prefix, Namespace ns) {
-    const QString uri = NamespaceEnumToString(ns);
-    uriByPrefix_.insert(QString::fromLatin1(prefix), uri);
-    prefixByUri_.insert(uri, QString::fromLatin1(prefix));
-  };
-  add(kExtPrefix, Namespace::kExt);
-  add(kKmlPrefix, Namespace::kKml);
-  add(kAtomPrefix, Namespace::kAtom);
+  for (const char* const name : {kExtPrefix, kKmlPrefix, kAtomPrefix}) {
+    const QString prefix = QString::fromLatin1(name);
+    const QString uri = GetRootUri(prefix);
+    uriByPrefix_.insert(prefix, uri);
+    prefixByUri_.insert(uri, prefix);
+  }
 }
 
 void RootNamespaces::Add(const NamespaceList& list) {
-  if (list.isEmpty() || list.constData() == last_.constData())
-    return;
-  last_ = list;
   for (const RefPtr<UnknownNamespace>& declaration : list) {
-    if (declaration)
+    if (declaration && !uriByPrefix_.contains(declaration->prefix))
       Declare(declaration);
   }
 }
@@ -39,30 +29,48 @@ void RootNamespaces::Add(const NamespaceList& list) {
 bool RootNamespaces::Declare(const QString& prefix, const QString& uri) {
   const auto known = uriByPrefix_.constFind(prefix);
   if (known != uriByPrefix_.constEnd())
-    return *known == uri;
+    return *known == uri && !IsRebound(prefix);
   return Declare(RefPtr<UnknownNamespace>(new UnknownNamespace(QString(), prefix, uri)));
 }
 
 bool RootNamespaces::Declare(const RefPtr<UnknownNamespace>& declaration) {
-  const QString& prefix = declaration->prefix;
-  if (uriByPrefix_.contains(prefix) || !IsDeclarablePrefix(prefix) ||
-      !IsDeclarableUri(declaration->uri))
+  const qint64 characters = declaration->prefix.size() + declaration->uri.size();
+  if (!IsDeclarablePrefix(declaration->prefix) || !IsDeclarableUri(declaration->uri) ||
+      IsRebound(declaration->prefix) || unknown_.size() >= kMaxDeclarations ||
+      characters_ + characters > kMaxCharacters)
     return false;
-  uriByPrefix_.insert(prefix, declaration->uri);
-  if (!prefixByUri_.contains(declaration->uri))
-    prefixByUri_.insert(declaration->uri, prefix);
-  unknown_.push_back(declaration);
+  characters_ += characters;
+  Enter(declaration);
   return true;
+}
+
+void RootNamespaces::Enter(const RefPtr<UnknownNamespace>& declaration) {
+  uriByPrefix_.insert(declaration->prefix, declaration->uri);
+  if (!prefixByUri_.contains(declaration->uri))
+    prefixByUri_.insert(declaration->uri, declaration->prefix);
+  unknown_.push_back(declaration);
+}
+
+void RootNamespaces::Rebind(const QString& prefix) {
+  rebound_.insert(prefix);
+  isExtensionRebound_ = isExtensionRebound_ || prefix == QLatin1String(kExtPrefix);
 }
 
 QString RootNamespaces::PrefixFor(const QString& uri) {
   const QString known = prefixByUri_.value(uri);
-  if (!known.isEmpty())
+  if (!known.isEmpty() && !IsRebound(known))
     return known;
+  return MakePrefix(uri);
+}
+
+QString RootNamespaces::MakePrefix(const QString& uri) {
   const QString prefix = freePrefixes_.Find(
       QStringLiteral("ns"), [](int number) { return QStringLiteral("ns%1").arg(number); },
-      [this](const QString& candidate) { return !uriByPrefix_.contains(candidate); });
-  Declare(prefix, uri);
+      [this](const QString& candidate) {
+        return !uriByPrefix_.contains(candidate) && !IsRebound(candidate);
+      });
+  Enter(RefPtr<UnknownNamespace>(new UnknownNamespace(QString(), prefix, uri)));
+  prefixByUri_.insert(uri, prefix);
   return prefix;
 }
 

@@ -6,6 +6,7 @@
 #include "kestan/write/freenames.h"
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringView>
 
@@ -13,11 +14,14 @@ namespace vorrel::kestan {
 
 /// True when a document may declare `prefix`: a name without a colon, neither "xml" nor "xmlns".
 bool IsDeclarablePrefix(QStringView prefix);
-/// True when a prefix may stand for `uri`.
-bool IsDeclarableUri(QStringView uri);
 
-/// The namespaces that the root of a document declares: the default one and the standard prefixes,
-/// and what preserved content adds. Each prefix has one meaning.
+/// What the root of a document declares: the default namespace and the standard prefixes, and what
+/// preserved content adds.
+///
+/// This is the one rule on where declarations stand: the root gives a prefix the first meaning that
+/// the output has for it. Content that means something else by it says so itself. Once an element
+/// that may hold others has done so, all further content with that prefix does, since it may lie
+/// inside.
 class RootNamespaces {
 public:
   RootNamespaces();
@@ -26,21 +30,39 @@ public:
   /// gives another meaning keeps it.
   void Add(const NamespaceList& list);
 
-  /// Declares the prefix if it's free. False when it stands for another URI.
+  /// True when the prefix stands for the URI wherever content is written from now on; a free one is
+  /// declared for it.
   bool Declare(const QString& prefix, const QString& uri);
-  /// A prefix that stands for the URI, made and declared if there's none.
+  /// A prefix that stands for the URI in the same way, made and declared if there's none.
   QString PrefixFor(const QString& uri);
+  /// A new one.
+  QString MakePrefix(const QString& uri);
+
+  /// An element that may hold others gives the prefix another meaning.
+  void Rebind(const QString& prefix);
+  bool IsRebound(const QString& prefix) const {
+    return !rebound_.isEmpty() && rebound_.contains(prefix);
+  }
+  /// The same for the prefix with which elements of the extension are written.
+  bool IsExtensionRebound() const { return isExtensionRebound_; }
 
   /// The declarations beyond the standard ones, in the order in which they came.
   const mmvector<RefPtr<UnknownNamespace>>& GetUnknown() const { return unknown_; }
 
 private:
+  // Readers have limits for the attributes of one element.
+  static constexpr std::size_t kMaxDeclarations = std::size_t(1) << 16;
+  static constexpr qint64 kMaxCharacters = qint64(1) << 22;
+
   bool Declare(const RefPtr<UnknownNamespace>& declaration);
+  void Enter(const RefPtr<UnknownNamespace>& declaration);
 
   mmvector<RefPtr<UnknownNamespace>> unknown_;
   QHash<QString, QString> uriByPrefix_;
   QHash<QString, QString> prefixByUri_;
-  NamespaceList last_; ///< The list added last; many objects share one.
+  QSet<QString> rebound_;
+  bool isExtensionRebound_ = false;
+  qint64 characters_ = 0;
   FreeNames freePrefixes_;
 };
 

@@ -1,6 +1,7 @@
 #include "kestan/write/tagstream.h"
 
 #include "kestan/core/schema.h"
+#include "kestan/read/namespaces.h" // the URI of the extension
 
 #include <algorithm>
 #include <cstring>
@@ -21,6 +22,12 @@ void TagStream::WriteIndent() {
 void TagStream::WriteTagStart(Namespace ns, const QString& name) {
   WriteIndent();
   stream_ << "<" << GetPrefix(ns) << name;
+  if (declaresExtension_ && ns != Namespace::kKml)
+    DeclareExtension();
+}
+
+void TagStream::DeclareExtension() {
+  stream_ << " xmlns:" << kExtPrefix << "=\"" << NamespaceEnumToString(Namespace::kExt) << "\"";
 }
 
 void TagStream::WriteTagEnd(Namespace ns, const QString& name) {
@@ -50,6 +57,8 @@ void TagStream::WriteTagStart(const QByteArray& tag) {
   *out++ = '<';
   std::memcpy(out, tag.constData(), size);
   stream_.Commit(out + size);
+  if (declaresExtension_ && tag.startsWith(kExtPrefixColon))
+    DeclareExtension();
 }
 
 void TagStream::WriteTagEnd(const QByteArray& tag) {

@@ -34,9 +34,17 @@ public:
   void WriteTagStart(const Schema& schema);
   void WriteTagEnd(const Schema& schema);
 
+protected:
+  /// From now on, elements of the extension declare its prefix themselves: they may lie in one that
+  /// gives it another meaning.
+  void SetDeclaresExtension() { declaresExtension_ = true; }
+
 private:
+  void DeclareExtension();
+
   Utf8OStream stream_;
   int indent_ = 0;
+  bool declaresExtension_ = false;
 };
 
 } // namespace vorrel::kestan

@@ -1,6 +1,7 @@
 #include "kestan/write/writestate.h"
 
 #include "kestan/core/schemaobject.h"
+#include "kestan/host/tr.h"
 #include "kestan/link/abstractlink.h" // what a link tells of its target
 #include "kestan/read/namespaces.h"   // the URIs of the standard prefixes
 #include "kestan/write/destination.h"
@@ -114,16 +115,27 @@ WriteState::WriteMode WriteState::mode() const { return parts_->destination.mode
 
 const QString& WriteState::fileName() const { return parts_->destination.fileName(); }
 
-void WriteState::WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces) {
+void WriteState::WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces,
+                                   bool isLeaf) {
   if (text.isEmpty())
     return;
   parts_->preserved.SetScope(namespaces);
-  parts_->preserved.WriteAttributes(text);
+  parts_->preserved.WriteAttributes(text, isLeaf);
+  if (parts_->namespaces.IsExtensionRebound())
+    SetDeclaresExtension();
+  CheckRepetition();
 }
 
 void WriteState::WriteUnknownElements(const QString& text, const NamespaceList& namespaces) {
   parts_->preserved.SetScope(namespaces);
   parts_->preserved.WriteElements(text);
+  CheckRepetition();
+}
+
+void WriteState::CheckRepetition() {
+  if (parts_->preserved.RepeatsTooMuch())
+    SetError(tr("The namespaces of unknown content would take up most of the document.",
+                "Long namespaces would have to be repeated on very many elements"));
 }
 
 void WriteState::AddUnknownNamespaces(const NamespaceList& namespaces) {

@@ -81,8 +81,9 @@ public:
     return *this;
   }
 
-  /// Preserved content: attributes for the start tag that the stream ends with, and elements.
-  void WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces);
+  /// Preserved content: attributes for the start tag that the stream ends with, and elements. A
+  /// leaf is an element that holds no others but unknown ones.
+  void WriteUnknownAttrs(const QString& text, const NamespaceList& namespaces, bool isLeaf = false);
   void WriteUnknownElements(const QString& text, const NamespaceList& namespaces);
   /// Declarations that the root has to carry. Those with an empty prefix don't reach it, nor those
   /// with a prefix that has another meaning there.
@@ -133,6 +134,7 @@ public:
 private:
   struct Parts;
 
+  void CheckRepetition();
   void WritePreamble();
 
   bool writeDefaults_ = false;

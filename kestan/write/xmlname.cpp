@@ -6,6 +6,11 @@
 
 namespace vorrel::kestan {
 
+void SkipSpace(QStringView& text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), IsXmlSpace);
+  text = text.mid(end - text.begin());
+}
+
 bool IsNameStart(QChar c) {
   if (c == '_' || c == ':' || c.isLetter())
     return true;

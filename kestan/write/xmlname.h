@@ -8,6 +8,8 @@ class Utf8OStream;
 
 /// White space of XML.
 inline bool IsXmlSpace(QChar c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+/// Takes white space from the front of `text`.
+void SkipSpace(QStringView& text);
 bool IsNameStart(QChar c);
 bool IsNameChar(QChar c);
 /// True for a name without a colon.

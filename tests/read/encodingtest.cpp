@@ -132,6 +132,33 @@ TEST_F(EncodingTest, PreservedTextDoesNotDependOnPieces) {
   }
 }
 
+TEST_F(EncodingTest, AByteOrderMarkSaysMoreThanADeclaration) {
+  const QString text =
+      QString::fromUtf8("\xEF\xBB\xBF<?xml version='1.0' encoding='windows-1251'?>"
+                        "<Placemark><name>\xC3\xA4\xE4\xB8\xAD</name></Placemark>");
+  for (const char* const codec : {"UTF-8", "UTF-16LE", "UTF-16BE"}) {
+    SCOPED_TRACE(codec);
+    QByteArray bytes = QTextCodec::codecForName(codec)->fromUnicode(text);
+    if (!bytes.startsWith("\xEF\xBB\xBF") && !bytes.startsWith("\xFF\xFE") &&
+        !bytes.startsWith("\xFE\xFF"))
+      bytes.prepend(QTextCodec::codecForName(codec)->fromUnicode(QString(QChar(0xFEFF))));
+    const auto placemark = Read<Placemark>(bytes);
+    ASSERT_TRUE(placemark);
+    EXPECT_EQ(QString::fromUtf8("\xC3\xA4\xE4\xB8\xAD"), placemark->GetName());
+  }
+}
+
+TEST_F(EncodingTest, ASecondAttemptReportsNothingAnew) {
+  const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
+  const Parse parse("<Placemark><nome/><name>\xE4</name><neme/></Placemark>", 1, recorder.get());
+  ASSERT_TRUE(parse.object);
+  EXPECT_EQ(2U, recorder->reports.size());
+  const RefPtr<RecordingErrorHandler> once(new RecordingErrorHandler);
+  once->action = ErrorReport::kActionIgnoreRest;
+  const Parse ignoring("<Placemark><nome/><name>\xE4</name><neme/></Placemark>", 1, once.get());
+  EXPECT_EQ(1U, once->reports.size());
+}
+
 } // namespace
 
 } // namespace vorrel::kestan

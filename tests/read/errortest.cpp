@@ -4,6 +4,9 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
+#include <new>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -228,6 +231,32 @@ TEST_F(ErrorTest, AHandlerStartsEachDocumentAfresh) {
   EXPECT_TRUE(Load(handler, "<Placemark xmlns='http://www.opengis.net/kml/2.2'/>"));
   EXPECT_TRUE(Load(handler, "<Placemark/>"));
   EXPECT_EQ(QString(), handler.GetErrorText());
+}
+
+/// Acts as the code of a client that an error is told to.
+class ActingErrorHandler final : public IErrorHandler {
+public:
+  explicit ActingErrorHandler(std::function<void()> act) : act_(std::move(act)) {}
+  void OnParseError(ErrorReport&) override { act_(); }
+
+private:
+  const std::function<void()> act_;
+};
+
+TEST_F(ErrorTest, MemoryThatRunsOutEndsTheParse) {
+  const RefPtr<IErrorHandler> handler(new ActingErrorHandler([] { throw std::bad_alloc(); }));
+  const Parse parse("<Folder><Placemark/>\n<x/><Placemark/></Folder>", 1, handler.get());
+  EXPECT_FALSE(parse.object);
+  EXPECT_EQ("There is not enough memory for the document", parse.handler.GetBareErrorText());
+  EXPECT_EQ(2, parse.handler.GetErrorLine());
+  EXPECT_TRUE(ReadObject(QByteArray("<Placemark/>")));
+}
+
+TEST_F(ErrorTest, AFailedParseInsideAnotherOneDoesNotEndIt) {
+  const RefPtr<IErrorHandler> handler(new ActingErrorHandler(
+      [] { EXPECT_FALSE(Parse("<kml><Placemark/><Placemark/></kml>", 1).object); }));
+  const Parse parse("<Folder><x/><name>n</name></Folder>", 1, handler.get());
+  EXPECT_TRUE(parse.object) << parse.handler.GetErrorText().toStdString();
 }
 
 } // namespace

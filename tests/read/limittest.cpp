@@ -1,5 +1,7 @@
 #include "tests/read/readtest.h"
 
+#include <QElapsedTimer>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -87,11 +89,61 @@ TEST_F(LimitTest, ManyObjectsShareTheDeclarationsOfTheirUnknownContent) {
       QByteArray("<Placemark n1:a='1'><n2:b/></Placemark>").repeated(20000) + "</Folder>");
   ASSERT_TRUE(folder);
 
-  // Each object with another set of declarations would need a list of its own.
-  EXPECT_FALSE(ReadObject("<Folder" + declarations + ">" +
-                          QByteArray("<Placemark xmlns:z='z' n1:a='1'/>").repeated(20000) +
-                          "</Folder>"));
-  EXPECT_TRUE(error().contains("Too many namespaces around unknown content"));
+  // Where each object would need a list of its own, it carries what it mentions.
+  const auto each = ReadObject(
+      "<Folder" + declarations + ">" +
+      QByteArray("<Placemark xmlns:z='z' n1:a='1' b='n2:c'/>").repeated(20000) + "</Folder>");
+  ASSERT_TRUE(each);
+  EXPECT_TRUE(Write(*each).contains("<Placemark n1:a=\"1\" b=\"n2:c\">"));
+}
+
+TEST_F(LimitTest, TextIsRepeatedInProportionToTheDocument) {
+  const QByteArray uri = "urn:" + QByteArray(100000, 'x');
+  const char* const message = "Too much text that stands in many places";
+  const auto refuses = [&](const QByteArray& text) {
+    return !ReadObject(text) && error().contains(message) && error().contains("at line 1");
+  };
+  EXPECT_TRUE(refuses("<!DOCTYPE kml [<!ATTLIST Placemark x CDATA '" + uri + "'>]><Folder>" +
+                      QByteArray("<Placemark/>").repeated(1000) + "</Folder>"));
+  EXPECT_TRUE(refuses("<!DOCTYPE kml [<!ATTLIST x xmlns:x CDATA '" + uri + "'>]><Folder>" +
+                      QByteArray("<x/>").repeated(1000) + "</Folder>"));
+  EXPECT_TRUE(refuses("<k:Folder xmlns:k='http://www.opengis.net/kml/2.2' xmlns='" + uri + "'>" +
+                      QByteArray("<k:Placemark><a/></k:Placemark>").repeated(1000) +
+                      "</k:Folder>"));
+  EXPECT_TRUE(refuses("<kml xmlns:x='" + uri + "'>" + QByteArray("<x:a/>").repeated(1000) +
+                      "<Placemark xmlns:x='urn:y' x:b='1'/></kml>"));
+  // What doesn't mention the prefix needs no declaration.
+  EXPECT_TRUE(ReadObject("<kml xmlns:x='" + uri + "'>" + QByteArray("<a/>").repeated(1000) +
+                         "<Placemark xmlns:x='urn:y' b='1'/></kml>"));
+
+  // One that the root can't declare.
+  const auto folder =
+      ReadObject("<Folder xmlns:x='urn:y' x:a='1'><Folder xmlns:x='" + uri + "'>" +
+                 QByteArray("<Placemark x:a='1'/>").repeated(1000) + "</Folder></Folder>");
+  ASSERT_TRUE(folder);
+  QByteArray bytes;
+  EXPECT_EQ("The namespaces of unknown content would take up most of the document.",
+            folder->WriteKmlString(bytes, 0));
+}
+
+TEST_F(LimitTest, WhatIsWrittenIsReadHoweverManyNamespacesItHas) {
+  QByteArray content;
+  for (int i = 0; i < 5000; ++i) {
+    const QByteArray n = QByteArray::number(i);
+    content += "<Placemark xmlns:q='urn:q" + n + "' q:a='1' xmlns:r" + n + "='urn:" + n + "' r" +
+               n + ":b='q:c'><q:b/><r" + n + ":c/></Placemark>";
+  }
+  const QString written = RoundTrip("<Folder>" + content + "</Folder>");
+  EXPECT_TRUE(written.contains("<Placemark q:a=\"1\" r7:b=\"q:c\" xmlns:q=\"urn:q7\">"));
+}
+
+TEST_F(LimitTest, ATokenMayBeAsLongAsTheDocument) {
+  const QByteArray text = "<Placemark><!--" + QByteArray(48 << 20, 'x') + "--><name>n</name>";
+  QElapsedTimer timer;
+  timer.start();
+  EXPECT_TRUE(ReadObject(text + "</Placemark>"));
+  // Searched anew for each piece, it would take half a minute.
+  EXPECT_LT(timer.elapsed(), 10000);
 }
 
 TEST_F(LimitTest, OversizedAttributesAreRefused) {

@@ -161,10 +161,12 @@ TEST_F(UnknownContentTest, WhatTheRootCannotHoldGoesToItsFeature) {
   const Case cases[] = {
       {"<kml f:a='1' creator='me' xmlns:f='urn:f'><Placemark b='2'/></kml>",
        " f:a=\"1\" creator=\"me\" b=\"2\"", ""},
-      {"<kml creator='me' b='1'><Placemark b='2'/></kml>", " creator=\"me\" b=\"2\"", ""},
+      {"<kml creator='me' b='1'><Placemark b='2'/></kml>", " creator=\"me\" b=\"2\"",
+       "<kml b=\"1\"></kml>"},
       {"<kml xmlns:f='urn:1' f:a='1'><Placemark xmlns:f='urn:2' "
        "f:a='2'><f:x/></Placemark><f:y/></kml>",
-       " f1:a=\"1\" f:a=\"2\"", "<f:y xmlns:f=\"urn:1\"></f:y><f:x></f:x>"},
+       " f:a=\"2\"",
+       "<kml xmlns:f=\"urn:1\" f:a=\"1\"></kml><f:y xmlns:f=\"urn:1\"></f:y><f:x></f:x>"},
       {"<kml><x/><Placemark><y/></Placemark>t &lt;<z/></kml>", "",
        "<x></x>t <![CDATA[<]]><z></z><y></y>"},
       // Inside the feature this would be its name.
