@@ -141,7 +141,7 @@ std::size_t NamespaceScope::GetMarks(int depth) const {
 
 bool NamespaceScope::Afford(std::size_t entries, qint64 documentBytes) {
   const qint64 copied = copiedEntries_ + static_cast<qint64>(entries);
-  if (copied > kFreeEntries + kEntriesPerByte * documentBytes)
+  if (copied > kFreeEntries + documentBytes / kBytesPerEntry)
     return false;
   copiedEntries_ = copied;
   return true;

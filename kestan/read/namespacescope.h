@@ -85,9 +85,10 @@ private:
     QHash<QString, int> places; ///< In the list, by prefix.
   };
 
-  // Entries of lists that a document of any length may copy, and that each byte adds.
-  static constexpr qint64 kFreeEntries = qint64(1) << 20;
-  static constexpr qint64 kEntriesPerByte = 1;
+  // Entries of lists that a document of any length may copy, and how many bytes add another one:
+  // fewer than a declaration has, so that what is declared once can be copied once.
+  static constexpr qint64 kFreeEntries = qint64(1) << 18;
+  static constexpr qint64 kBytesPerEntry = 4;
 
   int Find(const QChar* prefix, int length) const;
   void InitDefault();
