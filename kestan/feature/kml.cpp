@@ -55,14 +55,14 @@ int KmlSchema::AddHintTarget(const QString& target) const {
 }
 
 int KmlSchema::GetHintTargetId(const QString& text) const {
-  const int first = text.indexOf(kTarget);
+  const auto first = text.indexOf(kTarget);
   if (first < 0 || text.size() > kMaxHint)
     return -1;
   const std::lock_guard<SpinLock> guard(lock_);
   // The oldest target that stands behind any "target=".
   int oldest = -1;
-  for (int at = first; at >= 0; at = text.indexOf(kTarget, at + 1)) {
-    const int begin = at + kTarget.size();
+  for (auto at = first; at >= 0; at = text.indexOf(kTarget, at + 1)) {
+    const auto begin = at + kTarget.size();
     for (int length = 1; length <= text.size() - begin; ++length) {
       const int id =
           hintTargetIds_.value(QString::fromRawData(text.constData() + begin, length), -1);
@@ -72,8 +72,8 @@ int KmlSchema::GetHintTargetId(const QString& text) const {
   }
   if (oldest >= 0)
     return oldest;
-  const int begin = first + kTarget.size();
-  const int comma = text.indexOf(QLatin1Char(','));
+  const auto begin = first + kTarget.size();
+  const auto comma = text.indexOf(QLatin1Char(','));
   return AddHintTarget(text.mid(begin, comma < begin ? -1 : comma - begin));
 }
 

@@ -194,7 +194,7 @@ void NamespaceScope::CarryOwn(std::size_t first, const Place& place, NamespaceLi
       carried = bindings_[static_cast<std::size_t>(outer)].uri;
     } else if (hasAdditions) {
       // A field may not have kept the list that it was handed with its attributes.
-      const int added = additions_.back().places.value(binding.prefix, list.size());
+      const auto added = additions_.back().places.value(binding.prefix, list.size());
       if (added < list.size() && list[added]->prefix == binding.prefix)
         carried = list[added]->uri;
     }

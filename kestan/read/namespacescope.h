@@ -82,7 +82,7 @@ private:
   /// What elements inside an open object have added to its list.
   struct Additions {
     int objectDepth;
-    QHash<QString, int> places; ///< In the list, by prefix.
+    QHash<QString, NamespaceList::size_type> places; ///< In the list, by prefix.
   };
 
   // Entries of lists that a document of any length may copy, and how many bytes add another one:

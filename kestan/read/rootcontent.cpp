@@ -114,7 +114,7 @@ void RootContent::Move::FindConflicts(QStringView text, Declarations& conflicts)
 QString RootContent::Move::GetExpandedName(QStringView name,
                                            const CarriedPrefixes& prefixes) const {
   const QString text = name.toString();
-  const int colon = text.indexOf(QLatin1Char(':'));
+  const auto colon = text.indexOf(QLatin1Char(':'));
   if (colon < 0)
     return text;
   const QString prefix = text.left(colon);
@@ -127,7 +127,7 @@ QString RootContent::Move::GetExpandedName(QStringView name,
 /// True for an attribute that the object would take as a value of its own.
 bool RootContent::Move::MeansSomething(QStringView name) const {
   const QString text = name.toString();
-  const int colon = text.indexOf(QLatin1Char(':'));
+  const auto colon = text.indexOf(QLatin1Char(':'));
   const Namespace ns = colon < 0
                            ? object_.GetNamespace()
                            : NamespaceStringToEnum(GetUri(text.left(colon)), nullptr, nullptr);
@@ -252,7 +252,8 @@ bool RootContent::MoveTo(SchemaObject& feature, const SchemaObject& root,
   move.AddText(fields.left(begin));
   for (std::size_t i = 0; i < elements_.size(); ++i) {
     const Element& element = elements_[i];
-    const int end = i + 1 < elements_.size() ? elements_[i + 1].position : from->fields.size();
+    const int end = i + 1 < elements_.size() ? elements_[i + 1].position
+                                             : static_cast<int>(from->fields.size());
     const bool means = feature.FindField(element.localName, element.ns, nullptr) != nullptr;
     move.AddElement(fields.mid(element.position, end - element.position),
                     element.nameEnd - element.position, means ? root.getType() : QString());

@@ -106,7 +106,7 @@ private:
   QString Field(const Scope& scope, const QString& name, Where where) {
     Scope inner = scope;
     QString declarations = Declare(inner);
-    const int colon = name.indexOf(QLatin1Char(':'));
+    const auto colon = name.indexOf(QLatin1Char(':'));
     if (colon >= 0 && inner.value(name.left(colon)) != scope.value(name.left(colon))) {
       inner = scope;
       declarations.clear();
@@ -139,7 +139,7 @@ private:
 
 /// The URI of the prefix in front of "B" or "C"; empty for another text.
 QString GetMentioned(const QString& text, const Scope& scope) {
-  const int colon = text.indexOf(QLatin1Char(':'));
+  const auto colon = text.indexOf(QLatin1Char(':'));
   return colon < 0 ? QString() : QStringLiteral(" mentions ") + scope.value(text.left(colon));
 }
 
