@@ -1,6 +1,7 @@
 #include "kestan/core/enumfield.h"
 
 #include "kestan/core/enum.h"
+#include "kestan/core/textfaults.h"
 
 namespace vorrel::kestan {
 
@@ -22,6 +23,13 @@ FromStringResult EnumField::fromString(SchemaObject& object, const AttributeList
 void EnumField::CheckSet(SchemaObject& object, const int& value, unsigned& specified) const {
   if (!values_->getString(value).isEmpty())
     SimpleField::CheckSet(object, value, specified);
+}
+
+void EnumField::FindFaults(const SchemaObject&, const AttributeList*, TextFaults& faults) const {
+  faults.CheckWords([this](const QString& word) {
+    int value = 0;
+    return values_->GetSingleEnum(word, value);
+  });
 }
 
 QString EnumField::toString(const SchemaObject& object, int) const {

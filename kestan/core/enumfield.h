@@ -18,6 +18,8 @@ public:
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
+  void FindFaults(const SchemaObject& object, const AttributeList* attrs,
+                  TextFaults& faults) const override;
   QString toString(const SchemaObject& object, int index) const override;
 
   using SimpleField::CheckSet;

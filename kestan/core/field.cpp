@@ -86,6 +86,8 @@ int Field::FindObject(const SchemaObject&, const SchemaObject&) const { return -
 
 bool Field::IsUndefined(const SchemaObject&) const { return false; }
 
+void Field::FindFaults(const SchemaObject&, const AttributeList*, TextFaults&) const {}
+
 void Field::NotifyFieldChanged(SchemaObject& object) const {
   const DeletionDeferrer deferrer;
   if (!object.GetBit(kBitDeleting))

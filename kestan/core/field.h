@@ -14,6 +14,7 @@ namespace vorrel::kestan {
 
 class Schema;
 class SchemaObject;
+class TextFaults;
 class Update;
 class WriteState;
 
@@ -137,6 +138,10 @@ public:
   /// True when `fromString` may keep a reference to its text. Where it's false, a caller may hand
   /// over text that lies in a buffer of its own.
   virtual bool KeepsText() const { return true; }
+  /// Notes what of a text isn't in the value that `fromString` has made of it, the attributes
+  /// included. For those who ask for findings: reading itself doesn't look back.
+  virtual void FindFaults(const SchemaObject& object, const AttributeList* attrs,
+                          TextFaults& faults) const;
   /// Prints the bare value.
   virtual void WriteKmlString(const SchemaObject& object, WriteState& state) const;
 

@@ -1,6 +1,7 @@
 #include "kestan/core/normllafield.h"
 
 #include "kestan/core/convertfromstring.h"
+#include "kestan/core/textfaults.h"
 #include "kestan/host/convert.h"
 #include "kestan/host/numberformat.h"
 
@@ -15,6 +16,14 @@ FromStringResult NormLLAField::fromString(SchemaObject& object, const AttributeL
   position.x = std::clamp(position.x, -180.0, 180.0);
   position.y = std::clamp(position.y, -180.0, 180.0);
   return Store(object, position, attrs, namespaces, update);
+}
+
+void NormLLAField::FindFaults(const SchemaObject& object, const AttributeList*,
+                              TextFaults& faults) const {
+  faults.CheckTuples({3, 0, 2, false});
+  const auto given = ValueFromString<Vec3<double>>(faults.GetText());
+  if (faults.IsEmpty() && get(object) != convert::LLAToNorm(given))
+    faults.Add(ReportCode::kLimitedValue);
 }
 
 QString NormLLAField::toString(const SchemaObject& object, int) const {

@@ -1,6 +1,7 @@
 #include "kestan/core/normllalistfield.h"
 
 #include "kestan/core/schemaobject.h"
+#include "kestan/core/textfaults.h"
 #include "kestan/host/convert.h"
 #include "kestan/host/numberformat.h"
 #include "kestan/host/parse.h"
@@ -60,6 +61,14 @@ FromStringResult NormLLAListField::fromString(SchemaObject& object, const Attrib
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
   NotifyFieldChanged(object);
   return FromStringResult::kOk;
+}
+
+void NormLLAListField::FindFaults(const SchemaObject&, const AttributeList* attrs,
+                                  TextFaults& faults) const {
+  if (IsPolyline(attrs))
+    faults.CheckTuples({2, 0, 2, true});
+  else
+    faults.CheckTuples({3, kOptionalAltitude, 2, true});
 }
 
 QString NormLLAListField::toString(const SchemaObject& object, int index) const {

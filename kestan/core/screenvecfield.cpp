@@ -1,6 +1,7 @@
 #include "kestan/core/screenvecfield.h"
 
 #include "kestan/core/convertfromstring.h"
+#include "kestan/core/textfaults.h"
 
 namespace vorrel::kestan {
 
@@ -30,6 +31,22 @@ FromStringResult ScreenVecField::fromString(SchemaObject& object, const Attribut
   AttributeList others;
   const LegacyScreenVec value = ReadLegacyScreenVec(attrs, &others);
   return Store(object, value, &others, namespaces, update);
+}
+
+void ScreenVecField::FindFaults(const SchemaObject&, const AttributeList* attrs,
+                                TextFaults& faults) const {
+  if (!faults.GetText().isEmpty())
+    faults.Add(ReportCode::kStrayText);
+  for (const auto& [name, value] : attrs ? *attrs : AttributeList()) {
+    double number = 0.0;
+    const bool isNumber = name == QLatin1String("x") || name == QLatin1String("y");
+    const bool isUnit = name == QLatin1String("xunits") || name == QLatin1String("yunits");
+    if (isNumber && !ConvertFromString(value, number))
+      faults.AddAttribute(ReportCode::kBadNumber, value);
+    const auto units = LegacyScreenVec::UnitsFromString(value);
+    if (isUnit && LegacyScreenVec::UnitsToString(units) != value)
+      faults.AddAttribute(ReportCode::kBadUnit, value);
+  }
 }
 
 } // namespace vorrel::kestan

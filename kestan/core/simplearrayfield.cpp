@@ -1,5 +1,6 @@
 #include "kestan/core/simplearrayfield.h"
 
+#include "kestan/core/textfaults.h"
 #include "kestan/core/typedarrayfield_impl.h"
 #include "kestan/host/convert.h"
 
@@ -47,6 +48,13 @@ FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const Att
   array[place] = text.isEmpty() ? T{} : Parse(text);
   this->NotifyFieldChanged(object);
   return FromStringResult::kOk;
+}
+
+template <class T>
+void SimpleArrayField<T>::FindFaults(const SchemaObject&, const AttributeList*,
+                                     TextFaults& faults) const {
+  if (undefinedOffset_ == 0 || !faults.GetText().isEmpty())
+    faults.CheckValue<T>();
 }
 
 Vec3<double> NormLLAArrayField::Parse(const QString& text) const {

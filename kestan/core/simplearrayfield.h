@@ -20,6 +20,8 @@ public:
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
+  void FindFaults(const SchemaObject& object, const AttributeList* attrs,
+                  TextFaults& faults) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
 

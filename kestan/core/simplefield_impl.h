@@ -2,6 +2,7 @@
 
 #include "kestan/core/convertfromstring.h"
 #include "kestan/core/simplefield.h"
+#include "kestan/core/textfaults.h"
 #include "kestan/core/typedfield_impl.h"
 #include "kestan/write/utf8ostream.h"
 #include "kestan/write/valuetext.h" // a value prints itself
@@ -85,6 +86,16 @@ FromStringResult SimpleField<T>::fromString(SchemaObject& object, const Attribut
                                             const NamespaceList* namespaces, const QString& text,
                                             int, Update* update) const {
   return Store(object, ValueFromString<T>(text), attrs, namespaces, update);
+}
+
+template <class T>
+void SimpleField<T>::FindFaults(const SchemaObject& object, const AttributeList*,
+                                TextFaults& faults) const {
+  faults.CheckValue<T>();
+  if constexpr (std::is_arithmetic_v<T>) {
+    if (faults.IsEmpty() && ValueFromString<T>(faults.GetText()) != this->get(object))
+      faults.Add(ReportCode::kLimitedValue);
+  }
 }
 
 template <class T> QString SimpleField<T>::toString(const SchemaObject& object, int) const {

@@ -1,6 +1,8 @@
 #include "kestan/core/simplelistfield.h"
 
+#include "kestan/core/textfaults.h"
 #include "kestan/core/typedarrayfield_impl.h"
+#include "kestan/host/parse.h"
 
 namespace vorrel::kestan {
 
@@ -49,6 +51,15 @@ FromStringResult SimpleListField<T>::fromString(SchemaObject& object, const Attr
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
   this->NotifyFieldChanged(object);
   return FromStringResult::kOk;
+}
+
+template <class T>
+void SimpleListField<T>::FindFaults(const SchemaObject&, const AttributeList*,
+                                    TextFaults& faults) const {
+  SplitOnWhitespace(faults.GetText(), [&](const QString& token) {
+    const ushort* const begin = math::Units(token);
+    faults.CheckValue<T>(begin, begin + token.size());
+  });
 }
 
 template class SimpleListField<int>;

@@ -14,6 +14,7 @@
 #include "kestan/read/namespaces.h"
 #include "kestan/read/namespacescope.h"
 #include "kestan/read/rawxml.h"
+#include "kestan/read/referencecheck.h"
 #include "kestan/read/rootcontent.h"
 #include "kestan/read/taginfo.h"
 #include "kestan/read/xmlcharstring.h"
@@ -216,8 +217,10 @@ RefPtr<SchemaObject> ExpatHandler::Load(XmlSource& source) {
 
 RefPtr<SchemaObject> ExpatHandler::ReadWhole(XmlSource& source) {
   RefPtr<SchemaObject> result;
-  if (Parse(source))
+  if (Parse(source)) {
+    ReportDanglingReferences();
     result = GetResult();
+  }
   if (!fatal_)
     return result;
   Reset();
@@ -352,6 +355,8 @@ void ExpatHandler::Reset() {
   repetition_.Clear();
   reports_ = 0;
   formerReports_ = 0;
+  if (references_)
+    references_->Clear();
   ignoreErrors_ = false;
   inCdata_ = false;
   discardUnknown_ = KestanOptionsContext::kestanOptions.kmlErrorHandling.Get() == 3;
@@ -361,7 +366,7 @@ void ExpatHandler::BeginParse() {
   Reset();
   ForgetFailure();
   const IErrorHandler* const handler = GetErrorHandler();
-  wantsFindings_ = handler && handler->WantsFindings();
+  references_.reset(handler && handler->WantsFindings() ? new ReferenceCheck : nullptr);
   threadContext_->fatalText.clear();
   formerExcessSteps_ = threadContext_->GetExcessSteps();
 }
@@ -384,6 +389,8 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
           field->fromString(object, nullptr, nullptr, attributeValue_, -1, editTarget_);
       if (!HandleParseResult(result, attributeValue_))
         return;
+      if (WantsFindings() && result == FromStringResult::kOk)
+        CheckValue(object, *field, nullptr, attributeValue_, -1);
       continue;
     }
     if (!attributeName_.contains(QLatin1Char(':'))) {
@@ -454,7 +461,7 @@ const unsigned short** ExpatHandler::PushNamespaces(const unsigned short** attrs
 void ExpatHandler::PopNamespaces() { namespaces_->Pop(depth_); }
 
 Namespace ExpatHandler::LookupNamespace(const QString& prefix) const {
-  return namespaces_->Lookup(prefix.constData(), prefix.size());
+  return namespaces_->Lookup(prefix.constData(), static_cast<int>(prefix.size()));
 }
 
 Namespace ExpatHandler::GetDefaultNamespace() const { return namespaces_->GetDefault(); }
@@ -475,13 +482,13 @@ Namespace ExpatHandler::NamespaceStringToEnum(const QString& uri) {
 }
 
 const QString& ExpatHandler::StripNamespacePrefix(const QString& name, Namespace* ns) {
-  const int colon = name.indexOf(QLatin1Char(':'));
+  const int colon = static_cast<int>(name.indexOf(QLatin1Char(':')));
   if (colon < 0) {
     *ns = GetDefaultNamespace();
     return name;
   }
   *ns = namespaces_->Lookup(name.constData(), colon);
-  Assign(localName_, name.constData() + colon + 1, name.size() - colon - 1);
+  Assign(localName_, name.constData() + colon + 1, static_cast<int>(name.size()) - colon - 1);
   return localName_;
 }
 
@@ -510,7 +517,7 @@ const Schema* ExpatHandler::FindSchema(const QString& name) {
 }
 
 QString ExpatHandler::GetForeignUri(const QString& name) const {
-  const int colon = std::max(name.indexOf(QLatin1Char(':')), 0);
+  const int colon = std::max(static_cast<int>(name.indexOf(QLatin1Char(':'))), 0);
   if (namespaces_->Lookup(name.constData(), colon) != Namespace::kUnknown)
     return QString();
   return namespaces_->GetUri(name.constData(), colon);

@@ -24,6 +24,7 @@ class ExpatParser;
 class Field;
 class NamespaceScope;
 class RawXml;
+class ReferenceCheck;
 class RootContent;
 class Schema;
 class SchemaObject;
@@ -118,12 +119,19 @@ protected:
     return IgnoresErrors() || HandleError(makeText(), kErrorRecoverable, code);
   }
   /// True while somebody hears of findings. Nothing is looked for or formatted otherwise.
-  bool WantsFindings() const { return wantsFindings_ && !ignoreErrors_; }
+  bool WantsFindings() const { return references_ && !ignoreErrors_; }
   /// Tells of what stands at the present place.
   template <class MakeText> void ReportFinding(ReportCode code, MakeText&& makeText) {
     if (WantsFindings())
       HandleError(makeText(), kFinding, code);
   }
+  // While somebody hears of findings:
+  /// Looks at a text that a field has taken. `textPlace` is where it begins in `text_`, or -1.
+  void CheckValue(const SchemaObject& object, const Field& field, const AttributeList* attrs,
+                  const QString& text, int textPlace);
+  void NoteId(const QString& id);
+  /// Keeps the place of the present start tag, for findings in the text behind it.
+  void NoteStart();
   bool HandleParseResult(FromStringResult result, const QString& text);
   void FatalError(const QString& text, ReportCode code = ReportCode::kRefused);
   /// Ends the parse at the present start tag, which can't be that of the document.
@@ -251,17 +259,22 @@ private:
   void FailForMemory();
   void FailToRead();
   void ForgetFailure();
+  void SendFinding(const ParseReport& finding);
+  void MoveToText(int place, ParseReport& report) const;
+  void NoteReference(const SchemaObject& object, const QString& text, int textPlace);
+  void ReportDanglingReferences();
   /// A report of what stands at the present place.
-  template <class T> T MakeReport(const QString& message, ReportCode code) const;
+  ParseReport MakeReport(const QString& message, ReportCode code) const;
   QString GetElementPath() const;
   /// True for a report that was made when the document was begun in another encoding.
   bool HasBeenTold() { return ++reports_ <= formerReports_; }
   bool Report(const QString& fullText, const QString& message, ReportCode code);
 
   std::unique_ptr<ExpatParser> parser_;
+  std::unique_ptr<ReferenceCheck> references_; ///< Only while somebody asks for findings.
+  qint64 startColumn_ = 0;
   bool discardUnknown_ = false;
   bool ignoreErrors_ = false;
-  bool wantsFindings_ = false;
   int reports_ = 0;       ///< Made in this run of the parser.
   int formerReports_ = 0; ///< Made in an earlier one, which began the document as well.
   Repetition repetition_;

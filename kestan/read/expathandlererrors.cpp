@@ -59,9 +59,7 @@ IErrorHandler* ExpatHandler::GetErrorHandler() const {
 
 bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how, ReportCode code) {
   if (how == kFinding) {
-    if (IErrorHandler* const handler = WantsFindings() ? GetErrorHandler() : nullptr;
-        handler && !HasBeenTold())
-      handler->OnFinding(MakeReport<ParseReport>(message, code));
+    SendFinding(MakeReport(message, code));
     return true;
   }
   if (how == kErrorRecoverable && (ignoreErrors_ || discardUnknown_))
@@ -95,8 +93,8 @@ QString ExpatHandler::GetElementPath() const {
   return path;
 }
 
-template <class T> T ExpatHandler::MakeReport(const QString& message, ReportCode code) const {
-  T report;
+ParseReport ExpatHandler::MakeReport(const QString& message, ReportCode code) const {
+  ParseReport report;
   report.code = code;
   report.line = parser_ ? parser_->GetLine() : 0;
   report.column = parser_ ? parser_->GetColumn() + 1 : 0;
@@ -108,7 +106,8 @@ template <class T> T ExpatHandler::MakeReport(const QString& message, ReportCode
 bool ExpatHandler::Report(const QString& fullText, const QString& message, ReportCode code) {
   if (HasBeenTold())
     return true;
-  auto report = MakeReport<ErrorReport>(message, code);
+  ErrorReport report;
+  static_cast<ParseReport&>(report) = MakeReport(message, code);
   report.message = fullText;
   if (IErrorHandler* const handler = GetErrorHandler()) {
     handler->OnParseError(report);

@@ -26,13 +26,14 @@ constexpr std::size_t kMeanings = 256;
 AttributeList GetAttributeList(const unsigned short** attrs) {
   AttributeList list;
   for (; attrs && *attrs; attrs += 2)
-    list.emplace_back(QString::fromUtf16(attrs[0]), QString::fromUtf16(attrs[1]));
+    list.emplace_back(QString::fromUtf16(reinterpret_cast<const char16_t*>(attrs[0])),
+                      QString::fromUtf16(reinterpret_cast<const char16_t*>(attrs[1])));
   return list;
 }
 
 bool HasAttribute(const unsigned short** attrs, QLatin1String name) {
   for (; attrs && *attrs; attrs += 2) {
-    if (QString::fromUtf16(attrs[0]) == name)
+    if (QString::fromUtf16(reinterpret_cast<const char16_t*>(attrs[0])) == name)
       return true;
   }
   return false;
@@ -109,6 +110,8 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
   }
   ++depth_;
   text_->clear();
+  if (WantsFindings())
+    NoteStart();
 }
 
 /// Tells why the present element isn't taken into an object.
@@ -289,6 +292,8 @@ RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned 
   RefPtr<SchemaObject> object = schema.CreateInstance(KmlId(id, url_), url_, memoryManager_);
   if (object)
     object->SetAccess(access_);
+  if (object && WantsFindings())
+    NoteId(id);
   CheckLookupCost();
   return object;
 }
@@ -349,7 +354,7 @@ void KmlHandler::StartUnknown(AttributeList& declarations, Declarations mode) {
     // The text becomes part of the raw XML.
     const QString stray = text_->trimmed();
     text_->clear();
-    raw_->AppendText(stray.utf16(), stray.size());
+    raw_->AppendText(stray.utf16(), static_cast<int>(stray.size()));
   }
   unknownStart_ = text_->size();
   if (IsInValue())
@@ -420,7 +425,8 @@ void KmlHandler::EndUnknownInObject() {
   if (tagStack_.size() == 1 && !tag.field) {
     Namespace ns = Namespace::kUnknown;
     const QString& localName = StripNamespacePrefix(tagName_, &ns);
-    rootContent_->Add(localName, ns, tag.unknown_text.size() + unknownStart_, tagName_.size());
+    rootContent_->Add(localName, ns, static_cast<int>(tag.unknown_text.size()) + unknownStart_,
+                      static_cast<int>(tagName_.size()));
   }
   // Inside a field element the content stays in one, so that it doesn't turn into something else
   // where it's written.
@@ -457,9 +463,15 @@ void KmlHandler::EndField(TagInfo& tag) {
 }
 
 bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
-  return HandleParseResult(
-      tag.field->fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_),
-      value);
+  const FromStringResult result =
+      tag.field->fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
+  if (!HandleParseResult(result, value))
+    return false;
+  if (WantsFindings() && result == FromStringResult::kOk) {
+    const auto place = text_->GetTrimmed().data() - text_->constData();
+    CheckValue(*tag.object, *tag.field, &fieldAttrs_, value, static_cast<int>(place));
+  }
+  return true;
 }
 
 bool KmlHandler::EndObject(TagInfo& tag) {

@@ -1,6 +1,7 @@
 #include "kestan/style/itemiconstatefield.h"
 
 #include "kestan/core/enum.h"
+#include "kestan/core/textfaults.h"
 #include "kestan/style/liststyle.h"
 #include "kestan/write/writestate.h" // the text of a state depends on the icons behind
 
@@ -45,6 +46,14 @@ FromStringResult ItemIconStateField::fromString(SchemaObject& object, const Attr
   else if (state == 0)
     return FromStringResult::kUnknownEnumeration;
   return Store(object, static_cast<int>(state), attrs, namespaces, update);
+}
+
+void ItemIconStateField::FindFaults(const SchemaObject&, const AttributeList*,
+                                    TextFaults& faults) const {
+  faults.CheckWords([this](const QString& word) {
+    int value = 0;
+    return GetEnum().GetSingleEnum(word, value) || word.toUInt() != 0;
+  });
 }
 
 QString ItemIconStateField::toString(const SchemaObject& object, int) const {

@@ -17,6 +17,8 @@ public:
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
+  void FindFaults(const SchemaObject& object, const AttributeList* attrs,
+                  TextFaults& faults) const override;
   QString toString(const SchemaObject& object, int index) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
