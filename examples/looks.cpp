@@ -5,7 +5,7 @@
 
 #include "kestan/core/library.h"
 #include "kestan/feature/abstractfeature.h"
-#include "kestan/read/kmlhandler.h"
+#include "kestan/read/readkml.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyle.h"
 #include "kestan/style/linestyle.h"
@@ -41,20 +41,13 @@ void PrintLook(const char* mode, const Style& style) {
               area.GetFill() ? "" : ", not filled");
 }
 
-/// Reads a KML or KMZ file. Null, with a word on standard error, when that fails.
-RefPtr<SchemaObject> Load(const char* path) {
-  constexpr unsigned kAccess = 2; // what objects have by themselves
-  KmlHandler handler(QString::fromLocal8Bit(path), kAccess, nullptr, nullptr, nullptr);
-  RefPtr<SchemaObject> root = ExpatHandler::LoadXml(handler, nullptr, 0);
-  if (!root)
-    std::fprintf(stderr, "%s\n", qUtf8Printable(handler.GetErrorText()));
-  return root;
-}
-
 int ShowLooks(const char* path, char** ids) {
-  const RefPtr<SchemaObject> root = Load(path);
-  if (!root)
+  QString error;
+  const RefPtr<SchemaObject> root = ReadKmlFile(QString::fromLocal8Bit(path), &error);
+  if (!root) {
+    std::fprintf(stderr, "%s\n", qUtf8Printable(error));
     return 1;
+  }
   int status = 0;
   for (; *ids; ++ids) {
     const AbstractFeature* feature = FindFeature(*root, QString::fromLocal8Bit(*ids));

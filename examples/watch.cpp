@@ -9,7 +9,7 @@
 #include "kestan/core/schema.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
-#include "kestan/read/kmlhandler.h"
+#include "kestan/read/readkml.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
 
@@ -64,21 +64,14 @@ Folder* FindFolder(const SchemaObject& root) {
   return folders.empty() ? nullptr : static_cast<Folder*>(folders.front());
 }
 
-/// Reads a KML or KMZ file. Null, with a word on standard error, when that fails.
-RefPtr<SchemaObject> Load(const char* path) {
-  constexpr unsigned kAccess = 2; // what objects have by themselves
-  KmlHandler handler(QString::fromLocal8Bit(path), kAccess, nullptr, nullptr, nullptr);
-  RefPtr<SchemaObject> root = ExpatHandler::LoadXml(handler, nullptr, 0);
-  if (!root)
-    std::fprintf(stderr, "%s\n", qUtf8Printable(handler.GetErrorText()));
-  return root;
-}
-
 int Watch(const char* path) {
   // Objects are counted: a `RefPtr` keeps one alive, and the tree goes with its root.
-  RefPtr<SchemaObject> root = Load(path);
-  if (!root)
+  QString error;
+  RefPtr<SchemaObject> root = ReadKmlFile(QString::fromLocal8Bit(path), &error);
+  if (!root) {
+    std::fprintf(stderr, "%s\n", qUtf8Printable(error));
     return 1;
+  }
   const DocumentWatcher watcher(*root);
 
   std::puts("The document gets another name.");
