@@ -20,12 +20,20 @@ protected:
   KestanToolTest() { environment_ = QProcessEnvironment::systemEnvironment(); }
 
   Result Run(const QStringList& words, const QString& standardOutput = QString()) const {
+    return Pipe(QByteArray(), words, standardOutput);
+  }
+  /// With `input` on standard input.
+  Result Pipe(const QByteArray& input, const QStringList& words,
+              const QString& standardOutput = QString()) const {
     QProcess process;
     process.setProcessEnvironment(environment_);
+    process.setWorkingDirectory(folder_.path());
     if (!standardOutput.isNull()) {
       process.setStandardOutputFile(standardOutput);
     }
     process.start(QStringLiteral(KESTAN_TOOL), words);
+    process.write(input);
+    process.closeWriteChannel();
     EXPECT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(QProcess::NormalExit, process.exitStatus());
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),

@@ -24,7 +24,7 @@ const Command kCommands[] = {{"cat", Cat, 1},
 
 /// "kml=BASE" or "gx=BASE".
 bool TakeNamespace(const QString& text, Arguments& arguments) {
-  const int equals = text.indexOf(QLatin1Char('='));
+  const auto equals = text.indexOf(QLatin1Char('='));
   const QString prefix = text.left(equals);
   const QString base = text.mid(equals + 1);
   if (equals < 0 || base.isEmpty()) {
@@ -101,7 +101,7 @@ const Option* FindOption(const QString& name) {
          return true;
        }},
       {"--json",
-       {"style", "links"},
+       {"check", "style", "links"},
        nullptr,
        [](const QString&, Arguments& arguments) {
          arguments.json = true;
@@ -120,7 +120,7 @@ const Option* FindOption(const QString& name) {
 /// Takes the option at `words[place]`, and moves on to its value. Answers what is wrong.
 QString TakeOption(const QStringList& words, int& place, Arguments& arguments, QStringList& given) {
   const QString& word = words[place];
-  const int equals = word.startsWith(QLatin1String("--")) ? word.indexOf(QLatin1Char('=')) : -1;
+  const auto equals = word.startsWith(QLatin1String("--")) ? word.indexOf(QLatin1Char('=')) : -1;
   const Option* option = FindOption(word.left(equals));
   if (!option || (!option->value && equals >= 0)) {
     return QStringLiteral("unknown option \"%1\"").arg(word);
@@ -164,7 +164,7 @@ QString ParseWords(const QStringList& words, Arguments& arguments) {
     } else if (isOptionAllowed && word == QLatin1String("--version")) {
       arguments.page = Arguments::Page::kVersion;
       return QString();
-    } else if (isOptionAllowed && word.startsWith(QLatin1Char('-'))) {
+    } else if (isOptionAllowed && word.size() > 1 && word.startsWith(QLatin1Char('-'))) {
       const QString wrong = TakeOption(words, i, arguments, given);
       if (!wrong.isEmpty()) {
         return wrong;

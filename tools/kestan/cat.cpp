@@ -12,7 +12,7 @@ int Cat(const Arguments& arguments) {
   const QString& output = arguments.output;
   const Document document = ReadDocument(arguments.GetFile());
   if (!document.root) {
-    Complain(document.error);
+    Complain(document.GetErrorLine());
     return kFindings;
   }
 

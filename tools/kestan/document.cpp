@@ -5,7 +5,13 @@
 #include "tools/kestan/output.h"
 #include "tools/kestan/progress.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <cstdio>
+#include <vector>
 
 using namespace vorrel;
 using namespace vorrel::kestan;
@@ -16,41 +22,101 @@ namespace {
 
 constexpr unsigned kAccess = 2; // what objects have by themselves
 
-/// Reads from the file, or from the bytes that are given.
-Document Read(const QString& file, KmlHandler& handler, const uchar* data, qint64 size) {
-  Document document;
-  document.root = ExpatHandler::LoadXml(handler, data, static_cast<std::size_t>(size));
-  if (!document.root) {
-    // A root with neither a feature nor a theme is no failure of the reader.
-    document.error = FormatError(file, handler.GetErrorLine(), handler.GetErrorColumn(),
-                                 handler.GetErrorText().isEmpty()
-                                     ? QStringLiteral("the document holds no feature")
-                                     : handler.GetBareErrorText());
+bool IsStandardInput(const QString& file) { return file == QLatin1String("-"); }
+
+/// True for what can only be read from its beginning to its end, such as a pipe.
+bool IsStream(const QString& file) {
+  const QFileInfo info(file);
+  return IsStandardInput(file) || (info.exists() && !info.isFile() && !info.isDir());
+}
+
+/// Where a document comes from that isn't in a file: references in it are taken from here.
+QString GetStreamUrl() { return QDir::current().absoluteFilePath(QStringLiteral("-")); }
+
+/// The whole content. False, and the reason in `input`, when it can't be read.
+bool ReadAll(QFile& input, std::vector<char>& bytes) {
+  const bool isOpen = IsStandardInput(input.fileName()) ? input.open(stdin, QIODevice::ReadOnly)
+                                                        : input.open(QIODevice::ReadOnly);
+  if (!isOpen) {
+    return false;
   }
-  return document;
+  constexpr std::size_t kPieceSize = std::size_t(1) << 20;
+  for (;;) {
+    const std::size_t size = bytes.size();
+    bytes.resize(size + kPieceSize);
+    const qint64 count = input.read(bytes.data() + size, kPieceSize);
+    bytes.resize(size + static_cast<std::size_t>(count > 0 ? count : 0));
+    if (count <= 0) {
+      return count == 0 || input.error() == QFileDevice::NoError;
+    }
+  }
+}
+
+/// What to do about a document of which the root isn't known.
+QString GetNamespaceHint(const QString& uri) {
+  QString hint = QStringLiteral(": it's in the namespace \"%1\", which isn't known").arg(uri);
+  static const QRegularExpression versioned(QStringLiteral("^(.*?)[1-9][0-9.]*[^0-9]*$"));
+  const QRegularExpressionMatch match = versioned.match(uri);
+  if (match.hasMatch() && !match.captured(1).isEmpty()) {
+    hint += QStringLiteral("; --namespace kml=%1 reads it as KML").arg(match.captured(1));
+  }
+  return hint;
+}
+
+/// The words of the system for a file that can't be read, if it has any.
+QString GetFileError(const QString& file) {
+  QFile input(file);
+  const bool isOpen = !IsStandardInput(file) && input.open(QIODevice::ReadOnly);
+  return isOpen || input.errorString().isEmpty() ? QString()
+                                                 : QStringLiteral(": ") + input.errorString();
+}
+
+ParseReport GetError(const KmlHandler& handler, const QString& file) {
+  ParseReport error;
+  error.code = handler.GetErrorCode();
+  error.line = handler.GetErrorLine();
+  error.column = handler.GetErrorColumn();
+  error.text = handler.GetBareErrorText();
+  if (error.text.isEmpty()) {
+    // A root with neither a feature nor a theme is no failure of the reader.
+    error.code = ReportCode::kBadRoot;
+    error.text = QStringLiteral("the document holds no feature");
+  } else if (error.code == ReportCode::kForeignRoot) {
+    error.text += GetNamespaceHint(handler.GetForeignNamespace());
+  } else if (error.code == ReportCode::kUnreadable) {
+    error.text += GetFileError(file);
+  }
+  return error;
 }
 
 } // namespace
 
-Document ReadDocument(const QString& file, IErrorHandler* errorHandler) {
+Document ReadDocument(const QString& file, const QString& url, IErrorHandler* errorHandler) {
   const Progress progress("Reading " + file.toStdString());
-  KmlHandler handler(file, kAccess, nullptr, nullptr, errorHandler);
-  return Read(file, handler, nullptr, 0);
-}
-
-Document ReadDocumentAs(const QString& file, const QString& url) {
-  const Progress progress("Reading " + file.toStdString());
-  QFile input(file);
-  if (!input.open(QIODevice::ReadOnly)) {
-    return {nullptr, FormatError(file, 0, 0, input.errorString())};
+  Document document;
+  document.file = file;
+  std::vector<char> bytes;
+  const bool isStream = IsStream(file);
+  if (isStream || !url.isEmpty()) {
+    QFile input(file);
+    if (!ReadAll(input, bytes)) {
+      document.error.code = ReportCode::kUnreadable;
+      document.error.text = input.errorString();
+      return document;
+    }
+    bytes.push_back(0); // so that there's an address also where nothing was read
   }
-  static const uchar nothing = 0;
-  const uchar* data = input.size() > 0 ? input.map(0, input.size()) : &nothing;
-  if (!data) {
-    return {nullptr, FormatError(file, 0, 0, input.errorString())};
+  KmlHandler handler(!url.isEmpty() ? url
+                     : isStream     ? GetStreamUrl()
+                                    : file,
+                     kAccess, nullptr, nullptr, errorHandler);
+  const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+  document.root = bytes.empty() ? ExpatHandler::LoadXml(handler, nullptr, 0)
+                                : ExpatHandler::LoadXml(handler, data, bytes.size() - 1);
+  if (!document.root) {
+    document.error = GetError(handler, file);
   }
-  KmlHandler handler(url, kAccess, nullptr, nullptr, nullptr);
-  return Read(file, handler, data, input.size());
+  return document;
 }
 
 QString GetName(const SchemaObject& object) {
@@ -67,9 +133,13 @@ QString GetTitle(const SchemaObject& object) {
   return name.isEmpty() ? title : title + QStringLiteral(" \"") + name + QLatin1Char('"');
 }
 
-QString FormatError(const QString& file, qint64 line, qint64 column, const QString& message) {
-  const QString place = line > 0 ? QStringLiteral(":%1:%2").arg(line).arg(column) : QString();
-  return file + place + QStringLiteral(": ") + message.simplified();
+QString FormatPlace(const QString& file, qint64 line, qint64 column) {
+  return line > 0 ? QStringLiteral("%1:%2:%3").arg(file).arg(line).arg(column) : file;
+}
+
+QString Document::GetErrorLine() const {
+  return FormatPlace(file, error.line, error.column) + QStringLiteral(": ") +
+         error.text.simplified();
 }
 
 } // namespace tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kestan/core/reportcode.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/refptr.h"
 #include "kestan/read/errorhandler.h"
@@ -11,20 +12,25 @@ namespace tool {
 /// A document that was read from a file.
 struct Document {
   vorrel::RefPtr<vorrel::kestan::SchemaObject> root; ///< Null when there's an error.
-  QString error; ///< Why there's nothing to show, as `FormatError` puts it.
+  vorrel::kestan::ParseReport error;                 ///< Why there's nothing to show.
+  QString file;                                      ///< As the user named it.
+
+  /// The error as one line, "file:line:column: message"; without the place where there's none.
+  QString GetErrorLine() const;
 };
 
-/// Reads a KML or KMZ file. `handler`, which may be null, hears of recoverable errors.
-Document ReadDocument(const QString& file, vorrel::kestan::IErrorHandler* handler = nullptr);
-/// Reads it as if it came from `url`.
-Document ReadDocumentAs(const QString& file, const QString& url);
+/// Reads a KML or KMZ file, or with "-" standard input. `url` says where the document comes from;
+/// without it, that is the file, or the present folder for what isn't read from one, such as a
+/// pipe. `handler`, which may be null, hears of recoverable errors and findings.
+Document ReadDocument(const QString& file, const QString& url = QString(),
+                      vorrel::kestan::IErrorHandler* handler = nullptr);
 
 /// The name of a feature; empty for any other object.
 QString GetName(const vorrel::kestan::SchemaObject& object);
 /// Class, id and name of an object, fit for a terminal.
 QString GetTitle(const vorrel::kestan::SchemaObject& object);
 
-/// An error as one line, "file:line:column: message"; without the place when `line` is 0.
-QString FormatError(const QString& file, qint64 line, qint64 column, const QString& message);
+/// "file:line:column"; only the file when `line` is 0.
+QString FormatPlace(const QString& file, qint64 line, qint64 column);
 
 } // namespace tool

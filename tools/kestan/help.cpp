@@ -5,17 +5,18 @@ namespace tool {
 const char kHelpText[] =
     R"(Usage: kestan cat [-o OUT] [--no-hoist] [--no-hint] FILE
        kestan tree FILE
-       kestan check FILE...
+       kestan check [--json] FILE...
        kestan style [--json] FILE [ID...]
        kestan links [--json] [--base URL] [--view NORTH,SOUTH,EAST,WEST] FILE
        kestan --help | --version
 
-Reads KML and KMZ documents, and writes them.
+Reads KML and KMZ documents, and writes them. The FILE "-" is standard input.
 
 Commands:
   cat    write the document as KML to standard output
   tree   show the document's objects, one a line: class, id, name, counts
-  check  report what the reader objects to, as file:line:column: message
+  check  report what the reader objects to, changes or can't make sense of, as
+         file:line:column: severity: message [code]
   style  show how each feature, or each of those with these ids, is drawn: every property as it is
          and when highlighted, and where its value comes from
   links  show each URL that a client would fetch for the document, as written and absolute, its
@@ -32,13 +33,19 @@ Options of links:
   --view NORTH,SOUTH,EAST,WEST
               the view that servers are told of, in degrees; all zero without it
 
-Options of style and links:
+Options of check, style and links:
   --json      for programs; see below
 
 Options of all commands:
   --namespace kml=BASE, --namespace gx=BASE
               read elements of namespaces that start with BASE as KML or as its extensions.
               The variable KESTAN_NAMESPACES holds more of them, separated by blanks.
+
+JSON of check: {"files": [FILE...]}
+  FILE    {"file", "reports": [REPORT...], "readable"}
+  REPORT  {"severity", "code", "line", "column", "path", "message"}, one a line; "severity" is
+          "error", "warning" or "remark", "line" and "column" are from 1 and 0 where there's no
+          place, "path" leads to the element. Codes stay the same from version to version.
 
 JSON of style: {"features": [FEATURE...]}, one FEATURE a line:
   {"class", "id", "name", "styleUrl", "normal": LOOK, "highlight": LOOK}
@@ -55,8 +62,8 @@ JSON of links: {"links": [LINK...]}, one LINK a line:
   REFRESH  {"refreshMode", "refreshInterval", "viewRefreshMode", "viewRefreshTime"}, modes as in
            KML, times in seconds; null for what is fetched once
 
-Exit status: 0 all is well; 1 there are findings, a document can't be read, or a file that it
-refers to can't be packed; 2 wrong usage; 3 the output can't be written.
+Exit status: 0 all is well, or there are only remarks; 1 there are findings, a document can't be
+read, or a file that it refers to can't be packed; 2 wrong usage; 3 the output can't be written.
 )";
 
 } // namespace tool

@@ -155,10 +155,9 @@ int PrintReferences(const SchemaObject& root, bool json, bool& isRawContent) {
 
 int ShowLinks(const Arguments& arguments) {
   const QString& file = arguments.GetFile();
-  const Document document =
-      arguments.base.isEmpty() ? ReadDocument(file) : ReadDocumentAs(file, arguments.base);
+  const Document document = ReadDocument(file, arguments.base);
   if (!document.root) {
-    Complain(document.error);
+    Complain(document.GetErrorLine());
     return kFindings;
   }
   if (arguments.view) {

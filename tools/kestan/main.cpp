@@ -2,6 +2,7 @@
 
 #include "kestan/core/library.h"
 #include "kestan/read/namespaces.h"
+#include "kestan/version.h"
 #include "tools/kestan/commands.h"
 #include "tools/kestan/output.h"
 
@@ -49,7 +50,7 @@ int main(int argc, char** argv) {
   case Arguments::Page::kHelp:
     return Print(kHelpText) ? kFine : kNoOutput;
   case Arguments::Page::kVersion:
-    return Print("kestan " KESTAN_VERSION "\n") ? kFine : kNoOutput;
+    return Print("kestan " KESTAN_VERSION_STRING "\n") ? kFine : kNoOutput;
   default:
     return Run(arguments);
   }

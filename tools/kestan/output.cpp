@@ -12,9 +12,11 @@ constexpr int kPieceSize = 65536;
 
 } // namespace
 
-void Complain(const QString& message) {
-  std::fprintf(stderr, "kestan: %s\n", message.toUtf8().constData());
+void PrintLine(const QString& line) {
+  std::fprintf(stderr, "%s\n", Harmless(line).toUtf8().constData());
 }
+
+void Complain(const QString& message) { PrintLine(QStringLiteral("kestan: ") + message); }
 
 bool Print(const QByteArray& bytes) {
   const auto size = static_cast<std::size_t>(bytes.size());
@@ -25,15 +27,16 @@ bool Print(const QByteArray& bytes) {
   return false;
 }
 
-QString Printable(const QString& text) {
-  QString result = text.simplified();
-  for (QChar& character : result) {
+QString Harmless(QString text) {
+  for (QChar& character : text) {
     if (!character.isPrint() && !character.isSurrogate()) {
       character = QChar::ReplacementCharacter;
     }
   }
-  return result;
+  return text;
 }
+
+QString Printable(const QString& text) { return Harmless(text.simplified()); }
 
 bool Output::Write(const QByteArray& bytes) {
   if (!failed_) {

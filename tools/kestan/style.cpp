@@ -125,7 +125,7 @@ int ShowStyles(const Arguments& arguments) {
   const QString& file = arguments.GetFile();
   const Document document = ReadDocument(file);
   if (!document.root) {
-    Complain(document.error);
+    Complain(document.GetErrorLine());
     return kFindings;
   }
   QStringList ids = arguments.operands.mid(1);

@@ -32,7 +32,7 @@ QString Describe(const SchemaObject& object, std::size_t children) {
 int Tree(const Arguments& arguments) {
   const Document document = ReadDocument(arguments.GetFile());
   if (!document.root) {
-    Complain(document.error);
+    Complain(document.GetErrorLine());
     return kFindings;
   }
   Output output;
