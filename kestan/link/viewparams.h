@@ -1,10 +1,12 @@
 #pragma once
 
+#include "kestan/host/export.h"
+
 namespace vorrel::kestan {
 
 /// What the templates of a link can tell of a view. The bounds are normalised: degrees / 180. All
 /// else is sent as it's given here.
-struct ViewParams {
+struct KESTAN_EXPORT ViewParams {
   double north = 0.0;
   double south = 0.0;
   double east = 0.0;

@@ -37,7 +37,7 @@ KESTAN_EXPORT bool IsNamespaceStandard(const QString& prefix, Namespace ns);
 KESTAN_EXPORT QString GetStandardNamespacesString();
 
 /// True for the prefixes that `GetStandardNamespacesString` declares.
-bool IsRootPrefix(const QString& prefix);
+KESTAN_EXPORT bool IsRootPrefix(const QString& prefix);
 
 /// Makes documents readable that declare KML or the extension under another base.
 ///
