@@ -5,7 +5,7 @@
 namespace vorrel::kestan {
 
 KmlId::KmlId(const QString& text) {
-  const int hash = text.indexOf(QLatin1Char('#'));
+  const auto hash = text.indexOf(QLatin1Char('#'));
   url = hash < 0 ? text : text.left(hash);
   if (hash >= 0)
     id = text.mid(hash + 1);
@@ -18,8 +18,7 @@ namespace vorrel {
 std::uint32_t hash<kestan::KmlId>::operator()(const kestan::KmlId& key) const {
   if (key.id.isEmpty())
     return 0;
-  const std::uint32_t h = ByteHash(key.url.utf16(), key.url.size(), kByteHashSeed);
-  return ByteHash(key.id.utf16(), key.id.size(), h);
+  return ByteHash(key.id, ByteHash(key.url, kByteHashSeed));
 }
 
 } // namespace vorrel

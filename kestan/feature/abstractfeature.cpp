@@ -326,11 +326,11 @@ QString AbstractFeature::ApplyEntityReplacement(const QString& text) const {
   const qint64 limit = std::max(static_cast<int>(text.size()), kMaxReplaced);
   FilledReferences filled;
   for (int count = 0; count < kMaxReplacements; ++count) {
-    const int start = result.indexOf(QLatin1String("$["));
+    const auto start = result.indexOf(QLatin1String("$["));
     if (start < 0)
       break;
-    const int end = result.indexOf(QLatin1Char(']'), start);
-    const int next = result.indexOf(QLatin1String("$["), start + 2);
+    const auto end = result.indexOf(QLatin1Char(']'), start);
+    const auto next = result.indexOf(QLatin1String("$["), start + 2);
     if (end < 0 || (next >= 0 && next < end))
       break;
 

@@ -112,7 +112,7 @@ QString CleanParts(const QString& path, bool keepsEmpty) {
 /// Leaves as many characters as they are at the end.
 void Cleanup(QString& path, int behind) {
   // What is left may begin like a drive or a URL, of which more has to go.
-  for (int before = path.size() + 1; path.size() < before;) {
+  for (auto before = path.size() + 1; path.size() < before;) {
     before = path.size();
     const int end = path.size() - behind;
     const int start = PathStart(path, end);

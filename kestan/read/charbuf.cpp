@@ -45,11 +45,12 @@ void CharBuf::append(const ushort* text, int length) {
 }
 
 void CharBuf::append(QLatin1String text) {
-  if (!GrowBy(text.size()))
+  const int length = static_cast<int>(text.size());
+  if (!GrowBy(length))
     return;
-  for (int i = 0; i < text.size(); ++i)
+  for (int i = 0; i < length; ++i)
     data_[size_ + i] = text[i].unicode();
-  size_ += text.size();
+  size_ += length;
 }
 
 void CharBuf::append(char c) { append(QLatin1String(&c, 1)); }

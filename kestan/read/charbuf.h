@@ -30,7 +30,7 @@ public:
   bool IsTooLong() const { return tooLong_; }
 
   void append(const ushort* text, int length);
-  void append(const QString& text) { append(text.utf16(), text.size()); }
+  void append(const QString& text) { append(text.utf16(), static_cast<int>(text.size())); }
   void append(QLatin1String text);
   void append(char c);
 

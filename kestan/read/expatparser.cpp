@@ -186,8 +186,9 @@ ExpatParser::Result ExpatParser::Parse(XmlSource& source) {
     if (decoder) {
       const QByteArray utf8 = decoder->toUnicode(piece.constData(), size).toUtf8();
       decodingFailed_ = decodingFailed_ || decoder->hasFailure();
-      status = decodingFailed_ ? XML_STATUS_ERROR
-                               : XML_Parse(parser_, utf8.constData(), utf8.size(), done);
+      status = decodingFailed_
+                   ? XML_STATUS_ERROR
+                   : XML_Parse(parser_, utf8.constData(), static_cast<int>(utf8.size()), done);
     } else {
       status = XML_ParseBuffer(parser_, size, done);
     }

@@ -44,7 +44,7 @@ bool ContainsVersioned(const QString& text, const QString& base, int* major) {
   for (int at = 0; at + base.size() < text.size(); ++at) {
     if (!MatchesAt(text, at, base))
       continue;
-    const int begin = at + base.size();
+    const int begin = at + static_cast<int>(base.size());
     int end = begin;
     while (end < text.size() && isDigit(text[end]))
       ++end;

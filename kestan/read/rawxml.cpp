@@ -123,7 +123,7 @@ void RawXml::EndCdataLine() {
   if (!special)
     return;
   const QString content(reinterpret_cast<const QChar*>(line), length);
-  if (!out_.GrowBy(kCdataStart.size() + kCdataEnd.size())) // may move the line
+  if (!out_.GrowBy(static_cast<int>(kCdataStart.size() + kCdataEnd.size()))) // may move the line
     return;
   out_.resize(lineStart_);
   out_.append(kCdataStart);

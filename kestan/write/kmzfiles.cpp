@@ -37,12 +37,12 @@ QString MakeSafeName(const QString& fileName) {
   name = name.trimmed();
   if (name.count(QLatin1Char('.')) == name.size())
     return QStringLiteral("file");
-  const int dot = name.lastIndexOf(QLatin1Char('.'));
-  const int suffix = dot > 0 && name.size() - dot <= kMostSuffix ? name.size() - dot : 0;
+  const auto dot = name.lastIndexOf(QLatin1Char('.'));
+  const auto suffix = dot > 0 && name.size() - dot <= kMostSuffix ? name.size() - dot : 0;
   while (name.toUtf8().size() > kMostBytes) {
     // A unit takes at most three bytes, so that this removes no more than is too much.
-    const int excess = name.toUtf8().size() - kMostBytes;
-    int start = name.size() - suffix - std::max(1, excess / 3);
+    const auto excess = name.toUtf8().size() - kMostBytes;
+    auto start = name.size() - suffix - std::max<QString::size_type>(1, excess / 3);
     if (name.at(start).isLowSurrogate())
       --start;
     name.remove(start, name.size() - suffix - start);
