@@ -60,10 +60,11 @@ void StyleSelector::EnterPlace(SchemaObject& owner, int index) {
 void StyleSelector::LeavePlace(SchemaObject& owner) {
   home_ = nullptr;
   SetArrayIndex(-1);
+  // It asks as one that has left, since the lists of `owner` would be searched for it otherwise.
+  RemOwner(owner);
   const Field* const field = owner.FindObject(*this, nullptr);
-  const bool isReference = field && !field->GetObjSchema();
-  if (!isReference) // it may refer to this one as well
-    RemOwner(owner);
+  if (field && !field->GetObjSchema()) // a reference to this one stays
+    AddOwner(owner);
 }
 
 void StyleSelector::AddOwner(SchemaObject& newOwner) {
