@@ -16,17 +16,6 @@ template class SchemaT<Geometry, NoInstancePolicy, NoDerivedPolicy>;
 template class ObjField<Geometry>;
 template class ObjArrayField<Geometry>;
 
-namespace {
-
-/// Whether anybody hears of a change in the object, which climbs from owner to owner.
-bool IsHeard(const SchemaObject* object) {
-  while (object && !object->HasObservers())
-    object = object->GetOwner(0);
-  return object != nullptr;
-}
-
-} // namespace
-
 GeometrySchema::GeometrySchema() : SchemaT("Geometry", nullptr, Namespace::kKml) {
   name.SetDefault(QString());
   drawOrder.SetDefault(0);
@@ -117,7 +106,7 @@ void Geometry::NotifyFieldChanged(const Field& field) {
     // A collection that is out of date tells those around it again only where somebody listens:
     // else each change in a deep nest would climb from every level.
     if (owner && owner->isOfType(GetClassSchema()) &&
-        (!owner->GetBit(kBitGeometryDirty) || IsHeard(owner)))
+        (!owner->GetBit(kBitGeometryDirty) || static_cast<Geometry*>(owner)->IsHeard()))
       owner->NotifyFieldChanged(schema.bound);
   }
   SchemaObject::NotifyFieldChanged(field);
@@ -131,6 +120,13 @@ void Geometry::NotifyOwnerChanged() {
   const DeletionDeferrer deferrer;
   SchemaObject::NotifyOwnerChanged();
   NotifyFieldChanged(GeometrySchema::GetSingleton().feature);
+}
+
+bool Geometry::IsHeard() const {
+  const SchemaObject* object = this;
+  while (object && !object->HasObservers())
+    object = object->GetOwner(0);
+  return object != nullptr;
 }
 
 bool Geometry::TakeBoundsDirty() const {

@@ -83,6 +83,8 @@ protected:
   /// The last step of constructors: the shape becomes that of `feature`, which may be null, and is
   /// announced. Where the feature has one already, or holds none, the shape belongs to nobody.
   void Complete(AbstractFeature* feature);
+  /// Whether anybody hears of a change here: the news climbs from owner to owner.
+  bool IsHeard() const;
   /// True when a cached box has to be made anew; says so once.
   bool TakeBoundsDirty() const;
   /// Finds `feature` again. False when it's the same as before.

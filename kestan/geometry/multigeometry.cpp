@@ -1,5 +1,6 @@
 #include "kestan/geometry/multigeometry.h"
 
+#include "kestan/core/bitguard.h"
 #include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/feature/abstractfeature.h"
@@ -126,13 +127,13 @@ void MultiGeometry::NotifyFieldChanged(const Field& field) {
   // Members take the feature from here. Without a change they have it, which keeps deep nests of
   // collections from being walked again for each level that is put around them.
   if (&field == &schema.region || (&field == &schema.feature && UpdateFeature()))
-    ForEach([&field](Geometry& geometry) { geometry.NotifyFieldChanged(field); });
+    TellMembers([&field](Geometry& geometry) { geometry.NotifyFieldChanged(field); });
   Geometry::NotifyFieldChanged(field);
 }
 
 void MultiGeometry::NotifyInheritedVisibilityChanged() {
   const DeletionDeferrer deferrer;
-  ForEach([](Geometry& geometry) { geometry.UpdateInheritedVisibility(); });
+  TellMembers([](Geometry& geometry) { geometry.UpdateInheritedVisibility(); });
   Geometry::NotifyInheritedVisibilityChanged();
 }
 
@@ -162,6 +163,18 @@ int MultiGeometry::FindGeometry(const Geometry& geometry) const {
 
 const Field& MultiGeometry::GetMembersField() const {
   return MultiGeometrySchema::GetSingleton().geometries;
+}
+
+/// Hands something down. Where nobody listens, members keep it to themselves: in a deep nest the
+/// news of each of them would climb through all levels.
+template <class Visit> void MultiGeometry::TellMembers(Visit visit) const {
+  const bool isHeard = IsHeard();
+  ForEach([&](Geometry& geometry) {
+    const BitGuard guard(&geometry, kBitNoFieldNotify,
+                         geometry.GetBit(kBitNoFieldNotify) ||
+                             (!isHeard && !geometry.HasObservers()));
+    visit(geometry);
+  });
 }
 
 template <class Visit> void MultiGeometry::ForEach(Visit visit) const {

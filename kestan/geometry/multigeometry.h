@@ -66,6 +66,7 @@ private:
   friend class MultiTrackSchema;
 
   template <class Visit> void ForEach(Visit visit) const;
+  template <class Visit> void TellMembers(Visit visit) const;
 
   mutable GeoBoundingBox<double> bbox_;
   mmvector<RefPtr<Geometry>> geometries_;

@@ -146,6 +146,17 @@ TEST_F(ProportionTest, AListOfStylesIsFilledClonedAndEmptied) {
   EXPECT_LT(emptying, 10 * filling + 0.05);
 }
 
+TEST_F(ProportionTest, ShapesAtTheBottomOfADeepNestAreReadAsThoseOnTop) {
+  const QString points = Repeat("<Point/>", 5000);
+  const QString start = Repeat("<MultiGeometry>", 900);
+  const QString end = Repeat("</MultiGeometry>", 900);
+  const QString kml = "<Placemark>%1</Placemark>";
+  const double top = Seconds(
+      [&] { ASSERT_TRUE(ReadObject(kml.arg("<MultiGeometry>" + points + start.mid(15) + end))); });
+  const double bottom = Seconds([&] { ASSERT_TRUE(ReadObject(kml.arg(start + points + end))); });
+  EXPECT_LT(bottom, 5 * top + 0.05);
+}
+
 TEST_F(ProportionTest, DeepTreesGrowFromTheTopAsFromTheBottom) {
   constexpr int kLevels = 1000;
   const auto make = [] { return RefPtr<MultiGeometry>(new MultiGeometry(KmlId(), QString())); };
