@@ -66,15 +66,17 @@ qint64 GetLargest(const DirectoryEntry& entry, qint64 archiveSize, const Limits&
 /// Goes to where the entry's bytes begin. False where there is no entry.
 bool GoToContent(QIODevice& device, const DirectoryEntry& entry) {
   constexpr int kHeaderSize = 30;
-  constexpr quint64 kFarthest = quint64(1) << 62;
-  if (entry.offset > kFarthest || !device.seek(static_cast<qint64>(entry.offset)))
+  // Devices complain aloud of places that they don't have.
+  const auto goTo = [&device](qint64 place) {
+    return place <= device.size() && device.seek(place);
+  };
+  if (!goTo(Clamped(entry.offset)))
     return false;
   const QByteArray header = device.read(kHeaderSize);
   if (header.size() < kHeaderSize || !header.startsWith("PK\3\4"))
     return false;
-  const qint64 names = qint64(qFromLittleEndian<quint16>(header.constData() + 26)) +
-                       qFromLittleEndian<quint16>(header.constData() + 28);
-  return device.seek(device.pos() + names);
+  return goTo(device.pos() + qFromLittleEndian<quint16>(header.constData() + 26) +
+              qFromLittleEndian<quint16>(header.constData() + 28));
 }
 
 /// Undoes the packing of one entry, piece by piece.

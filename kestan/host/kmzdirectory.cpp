@@ -30,7 +30,8 @@ quint32 Get32(const char* at) { return qFromLittleEndian<quint32>(at); }
 quint64 Get64(const char* at) { return qFromLittleEndian<quint64>(at); }
 
 QByteArray ReadAt(QIODevice& device, qint64 place, qint64 size) {
-  return place >= 0 && device.seek(place) ? device.read(size) : QByteArray();
+  const bool isInside = place >= 0 && place <= device.size();
+  return isInside && device.seek(place) ? device.read(size) : QByteArray();
 }
 
 /// Where the directory lies.
