@@ -26,6 +26,8 @@ public:
   /// A value without a name, which no text could give back, changes nothing.
   void CheckSet(SchemaObject& object, const int& value, unsigned& specified) const;
 
+  /// True for a value that no text stands for.
+  bool IsUndefined(const SchemaObject& object) const override;
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
 
 private:

@@ -72,6 +72,11 @@ public:
 enum WriteFlag : unsigned {
   kWriteNoHint = 1,  ///< Leave the `hint` attribute of the root out.
   kWriteNoHoist = 2, ///< Don't wrap the object in a `Document` with its styles and schemas.
+  /// Pack only files at or below the folder of the object's document, or in its archive.
+  kWriteOwnFilesOnly = 4,
+  /// URLs keep their text, except in an archive. They hold where the output comes to lie in the
+  /// place of the object's document.
+  kWriteRelativeUrls = 8,
 };
 
 /// Base of every KML object: identity, ownership, state bits, preserved unknown content.
@@ -175,10 +180,11 @@ public:
   /// elsewhere from the new place come absolute.
   ///
   /// Answers the failure text, empty when all went well. A file that can't be read doesn't travel,
-  /// and is no failure: `unreadableFiles`, when given, gets their paths. The caller keeps the tree
-  /// still meanwhile.
+  /// and is no failure: `unreadableFiles`, when given, gets their paths, and `outsideFiles` those
+  /// that `kWriteOwnFilesOnly` left out. The caller keeps the tree still meanwhile.
   QString WriteKmlFile(const QString& path, unsigned flags = 0,
-                       QStringList* unreadableFiles = nullptr) const;
+                       QStringList* unreadableFiles = nullptr,
+                       QStringList* outsideFiles = nullptr) const;
   /// The same into `bytes`, as KML.
   QString WriteKmlString(QByteArray& bytes, unsigned flags = 0) const;
 

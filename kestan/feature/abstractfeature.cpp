@@ -420,12 +420,15 @@ void AbstractFeature::s_rem_timed_feature(AbstractFeature& feature) {
   Time::NotifyWorldRangeChanged();
 }
 
-void AbstractFeature::WriteKml(WriteState& state) const {
-  // Programs that know the old form only shall see the new text too.
+void AbstractFeature::UpdateOldSnippet() const {
   if (snippetObject_ && HasNewSnippet()) {
     snippetObject_->SetText(snippet_);
     snippetObject_->SetMaxLines(GetMaxSnippetLines());
   }
+}
+
+void AbstractFeature::WriteKml(WriteState& state) const {
+  UpdateOldSnippet();
   SchemaObject::WriteKml(state);
 }
 

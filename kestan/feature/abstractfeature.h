@@ -173,6 +173,8 @@ public:
   void WriteStylesAndSchemas(WriteState& state, const QString& path) const override;
 
 protected:
+  /// Programs that know the old form of the snippet only shall see the new text too.
+  void UpdateOldSnippet() const;
   AbstractFeature(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
   // Keep the registry of timed features, and the bit that mirrors it.

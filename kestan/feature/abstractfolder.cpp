@@ -5,7 +5,8 @@
 #include "kestan/feature/abstractfolderschema.h"
 #include "kestan/feature/featurevisitor.h"
 #include "kestan/host/inlinedvector.h"
-#include "kestan/style/icon.h" // the child class, for the field table
+#include "kestan/style/icon.h"       // the child class, for the field table
+#include "kestan/write/writestate.h" // how deep a tree may be
 
 #include <algorithm>
 
@@ -156,13 +157,19 @@ bool AbstractFolder::GetForceVisible() const { return false; }
 
 void AbstractFolder::CollectStylesAndSchemas(WriteState& state) const {
   AbstractFeature::CollectStylesAndSchemas(state);
+  CollectChildren(state);
+}
+
+void AbstractFolder::CollectChildren(WriteState& state) const {
   constexpr std::size_t kAhead = 8; // children lie anywhere in memory: asked for ahead of time
-  for (std::size_t i = 0; i < children_.size(); ++i) {
+  state.SetIndent(state.indent() + 1);
+  for (std::size_t i = 0; i < children_.size() && state.CheckDepth(); ++i) {
     if (i + kAhead < children_.size())
       __builtin_prefetch(children_[i + kAhead].get());
     if (children_[i])
       children_[i]->CollectStylesAndSchemas(state);
   }
+  state.SetIndent(state.indent() - 1);
 }
 
 void AbstractFolder::NotifyInheritedRegionChanged() {

@@ -75,6 +75,8 @@ public:
 protected:
   AbstractFolder(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
+  void CollectChildren(WriteState& state) const;
+
   mmvector<RefPtr<AbstractFeature>> children_;
 
 private:

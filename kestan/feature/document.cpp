@@ -94,38 +94,34 @@ void Document::AddSchema(CustomSchema& schema) {
 void Document::SetClientData(std::unique_ptr<ClientData> data) { clientData_ = std::move(data); }
 
 void Document::CollectStylesAndSchemas(WriteState& state) const {
-  if (!state.hoist().IsInOutermost())
+  StyleHoist& hoist = state.hoist();
+  if (!hoist.IsInOutermost())
     return; // it has been here already
-  LeaveStyles(state);
-  state.hoist().EnterInnerDocument();
-  CollectStyleReferences(state);
-  AbstractFolder::CollectStylesAndSchemas(state);
-  state.hoist().LeaveInnerDocument();
+  hoist.EnterInnerDocument();
+  CollectContents(state);
+  hoist.LeaveInnerDocument();
 }
 
-void Document::LeaveStyles(WriteState& state) const {
+void Document::CollectContents(WriteState& state) const {
+  AbstractFeature::CollectStylesAndSchemas(state);
   for (const RefPtr<StyleSelector>& style : styleSelectors_) {
-    if (style)
-      state.hoist().LeaveStyle(*style, true);
+    if (!style)
+      continue;
+    state.hoist().AddInPlace(*style, StyleHoist::Place::kShared);
+    if (style->isOfType(StyleMap::GetClassSchema()))
+      static_cast<const StyleMap&>(*style).CollectReferences(state, true);
   }
-}
-
-void Document::CollectStyleReferences(WriteState& state) const {
-  for (const RefPtr<StyleSelector>& style : styleSelectors_) {
-    if (style && style->isOfType(StyleMap::GetClassSchema()))
-      static_cast<const StyleMap&>(*style).CollectReferences(state);
-  }
+  CollectChildren(state);
 }
 
 void Document::WriteKml(WriteState& state) const {
+  UpdateOldSnippet();
   state.PushStylesAndSchemas();
+  CollectContents(state);
   state.hoist().AddOwnStyles(styleSelectors_);
-  CollectStyleReferences(state);
-  AbstractFolder::CollectStylesAndSchemas(state);
   state.hoist().AssignStyleIds();
   WriteKmlStylesSchemas(state, nullptr);
   state.PopStylesAndSchemas();
-  LeaveStyles(state); // for the documents behind this one
 }
 
 void Document::WriteStylesAndSchemas(WriteState& state, const QString&) const { WriteKml(state); }

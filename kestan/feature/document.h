@@ -58,10 +58,8 @@ public:
 private:
   friend class DocumentSchema;
 
-  /// Reports the document's styles as written with it.
-  void LeaveStyles(WriteState& state) const;
-  /// Reports what the document's style maps lead to.
-  void CollectStyleReferences(WriteState& state) const;
+  /// Tells `state` of all styles and references in the document, in the order of the output.
+  void CollectContents(WriteState& state) const;
 
   mmvector<RefPtr<StyleSelector>> styleSelectors_;
   mmvector<RefPtr<CustomSchema>> schemas_;

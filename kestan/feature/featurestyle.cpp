@@ -154,16 +154,16 @@ void AbstractFeature::FlattenStyleSelectors() const {
 }
 
 void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
+  StyleHoist& hoist = state.hoist();
   if (extendedData_)
     extendedData_->CollectSchemas(state);
-  if (referencedStyleSelector_ && !state.hoist().HasStyle(*referencedStyleSelector_) &&
-      !StyleSelector::IsBuiltInUrl(styleUrl_))
+  if (hoist.AddReference(*this, styleUrl_, referencedStyleSelector_.get(), true))
     referencedStyleSelector_->InternalCollectStyles(state);
-  // The inline selector goes out where it stands. What it refers to has to be found.
-  if (inlineStyleSelector_)
-    state.hoist().LeaveStyle(*inlineStyleSelector_, false);
+  if (!inlineStyleSelector_)
+    return;
+  hoist.AddInPlace(*inlineStyleSelector_, StyleHoist::Place::kInline);
   if (const StyleMap* map = StyleMap::As(inlineStyleSelector_.get()))
-    map->CollectReferences(state);
+    map->CollectReferences(state, true);
 }
 
 } // namespace vorrel::kestan

@@ -20,10 +20,24 @@ RefPtr<Icon> MakeIcon(const QString& text) {
                   : Icon::create(text);
 }
 
+const QRegularExpression& TwoIcons() {
+  static const QRegularExpression pattern(
+      QStringLiteral("^([^+]+)\\+nicon=([^+]+)\\+hicon=([^$]+)$"));
+  return pattern;
+}
+
 } // namespace
 
 bool StyleSelector::IsBuiltInUrl(const QString& url) {
   return !url.isEmpty() && GGetUrlType(url) == kUrlRoot;
+}
+
+bool StyleSelector::IsMadeFrom(const QString& url) const {
+  if (!IsBuiltInUrl(url))
+    return false;
+  // A style with another icon bears that in its id, which only the form with two can be read from.
+  const bool hasOtherIcon = GetId().contains(QLatin1String("icon=")) && url.endsWith(GetId());
+  return !hasOtherIcon || TwoIcons().match(GetId()).hasMatch();
 }
 
 QString StyleSelector::MakeStyleUrl(const QString& baseUrl, const QString& present) const {
@@ -38,8 +52,6 @@ RefPtr<StyleSelector> StyleSelector::resolve(const KmlId& id) {
   if (StyleSelector* present = find(id))
     return RefPtr<StyleSelector>(present);
   static const QRegularExpression oneIcon(QStringLiteral("^(?:([^?]*)\\?)?iconId=([^$]+)$"));
-  static const QRegularExpression twoIcons(
-      QStringLiteral("^([^+]+)\\+nicon=([^+]+)\\+hicon=([^$]+)$"));
 
   QRegularExpressionMatch match = oneIcon.match(id.id);
   if (match.hasMatch()) {
@@ -49,7 +61,7 @@ RefPtr<StyleSelector> StyleSelector::resolve(const KmlId& id) {
     return isNumber ? resolve(base, static_cast<unsigned short>(number & 0xFFFFU), QString())
                     : resolve(base, 0, match.captured(2));
   }
-  match = twoIcons.match(id.id);
+  match = TwoIcons().match(id.id);
   if (match.hasMatch()) {
     return resolve(KmlId(match.captured(1), Style::GetRootStyleBase()),
                    *MakeIcon(match.captured(2)), *MakeIcon(match.captured(3)));

@@ -13,7 +13,6 @@
 #include "kestan/write/writestate.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace vorrel::kestan {
 
@@ -205,29 +204,42 @@ RefPtr<StyleSelector> StyleMap::InternalFlatten(const StyleSelector* other, bool
 }
 
 void StyleMap::InternalCollectStyles(WriteState& state) const {
-  if (state.AddStyle(*this))
-    CollectReferences(state);
+  state.AddStyle(*this);
+  CollectReferences(state, false);
 }
 
 void StyleMap::accept(StyleVisitor& visitor) { visitor.visit(*this); }
 
-void StyleMap::CollectReferences(WriteState& state) const {
-  mmvector<const StyleMap*> maps{this};
-  std::unordered_set<const StyleMap*> seen{this};
-  for (std::size_t i = 0; i < maps.size(); ++i) {
-    for (const RefPtr<Pair>& pair : maps[i]->pairs_) {
-      const StyleSelector* selector = pair ? pair->GetStyleSelector() : nullptr;
-      const bool isOwn = selector && selector == pair->GetInlineStyleSelector();
-      if (!selector || (!isOwn && IsBuiltInUrl(pair->GetStyleUrl())))
-        continue;
-      if (isOwn)
-        state.hoist().LeaveStyle(*selector, false);
-      else if (!state.AddStyle(*selector))
-        continue;
-      const StyleMap* map = As(selector);
-      if (map && seen.insert(map).second)
-        maps.push_back(map);
+void StyleMap::CollectReferences(WriteState& state, bool isInPlace) const {
+  struct Step {
+    const StyleMap* map;
+    bool isInPlace;
+    std::size_t next; ///< Of its pairs.
+  };
+  StyleHoist& hoist = state.hoist();
+  mmvector<Step> open{{this, isInPlace, 0}};
+  while (!open.empty()) {
+    const Step step = open.back();
+    if (step.next == step.map->pairs_.size()) {
+      open.pop_back();
+      continue;
     }
+    ++open.back().next;
+    const Pair* pair = step.map->pairs_[step.next].get();
+    if (!pair)
+      continue;
+    const StyleSelector* selector = pair->GetInlineStyleSelector();
+    const bool isOwn = selector != nullptr;
+    if (isOwn) {
+      hoist.AddInPlace(*selector, StyleHoist::Place::kInline);
+    } else {
+      selector = pair->GetReferencedStyleSelector();
+      if (!hoist.AddReference(*pair, pair->GetStyleUrl(), selector, step.isInPlace))
+        continue;
+      state.AddStyle(*selector);
+    }
+    if (const StyleMap* map = As(selector))
+      open.push_back({map, isOwn && step.isInPlace, 0});
   }
 }
 

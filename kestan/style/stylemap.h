@@ -66,7 +66,7 @@ public:
   RefPtr<StyleSelector> InternalFlatten(const StyleSelector* other, bool entered) const override;
   void InternalCollectStyles(WriteState& state) const override;
   /// Reports what the map leads to, but not the map.
-  void CollectReferences(WriteState& state) const;
+  void CollectReferences(WriteState& state, bool isInPlace) const;
   const Style* InternalGetSelectedStyle(int mode) const override;
   /// Follows the maps from this one to the style for `mode`, and tells the way. Without a style
   /// where a map on the way says nothing about the mode.

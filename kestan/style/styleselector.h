@@ -44,6 +44,8 @@ public:
   static RefPtr<StyleSelector> resolve(const KmlId& id, Icon& normal, Icon& highlight);
   /// True for the URL of something built in: it's a name of its own, and travels as it is.
   static bool IsBuiltInUrl(const QString& url);
+  /// True where `resolve` makes the same style again of the text of a reference alone.
+  bool IsMadeFrom(const QString& url) const;
   /// The URL that names this selector in a document under `baseUrl`: `present` itself, in the same
   /// memory, when it says so already.
   QString MakeStyleUrl(const QString& baseUrl, const QString& present) const;

@@ -7,6 +7,16 @@
 
 namespace vorrel::kestan {
 
+namespace {
+
+bool Holds(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  return QFileInfo(path).size() == bytes.size() && SourceFiles::Open(file) &&
+         file.readAll() == bytes;
+}
+
+} // namespace
+
 QString ExtractedFiles::Extract(const QString& url) {
   QString archive;
   QString innerPath;
@@ -33,15 +43,24 @@ QString ExtractedFiles::Copy(const QString& url, const QString& innerPath) {
     return folder + info.baseName() + QLatin1Char('_') + QString::number(attempt - 1) +
            QLatin1Char('.') + info.completeSuffix();
   };
-  QFile file(names_.Find(info.fileName(), makePath,
-                         [](const QString& path) { return !QFileInfo::exists(path); }));
+  QFile file(names_.Find(info.fileName(), makePath, [&bytes](const QString& path) {
+    return !QFileInfo::exists(path) || Holds(path, bytes);
+  }));
+  if (file.exists())
+    return file.fileName();
   if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
     return QString();
   if (file.write(bytes) != bytes.size() || !file.flush()) {
     file.remove();
     return QString();
   }
+  made_ += file.fileName();
   return file.fileName();
+}
+
+void ExtractedFiles::Discard() {
+  for (const QString& path : made_)
+    QFile::remove(path);
 }
 
 } // namespace vorrel::kestan

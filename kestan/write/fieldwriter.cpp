@@ -17,6 +17,7 @@
 #include "kestan/host/convert.h"
 #include "kestan/write/markuptext.h"
 #include "kestan/write/outputurls.h"
+#include "kestan/write/stylehoist.h"
 #include "kestan/write/valuetext.h"
 #include "kestan/write/writestate.h"
 #include "kestan/write/xmltext.h"
@@ -67,6 +68,7 @@ void Field::WriteUnknownFieldAttrs(WriteState& state, const SchemaObject& object
 }
 
 void Field::WriteElementStart(const SchemaObject& object, WriteState& state) const {
+  state.CheckDepth();
   state.WriteTagStart(tag_);
   WriteUnknownFieldAttrs(state, object);
   state.out(">");
@@ -100,6 +102,10 @@ void Field::WriteGivenValue(const SchemaObject& object, WriteState& state) const
     WriteKmlString(object, state);
     state.out("\"");
   }
+}
+
+bool EnumField::IsUndefined(const SchemaObject& object) const {
+  return toString(object, -1).isEmpty();
 }
 
 void EnumField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
@@ -227,7 +233,7 @@ void Vec3fArrayField::WriteEntry(const Vec3<float>& value, WriteState& state) co
 void ObjFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const {
   const SchemaObject* const child = HasFlag(kNoWrite) ? nullptr : GetObject(object, -1);
   if (GetName().isEmpty()) {
-    if (child)
+    if (child && state.CheckDepth())
       child->WriteKml(state);
     return;
   }
@@ -236,7 +242,7 @@ void ObjFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const
   WriteElementStart(object, state);
   state.out("\n");
   state.SetIndent(state.indent() + 1);
-  if (child)
+  if (child && state.CheckDepth())
     child->WriteKml(state);
   state.SetIndent(state.indent() - 1);
   state.WriteIndent();
@@ -258,7 +264,7 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
     const SchemaObject* const child = GetObject(object, i);
     if (i + kAhead < count)
       __builtin_prefetch(GetObject(object, i + kAhead));
-    if (child)
+    if (child && state.CheckDepth())
       child->WriteKml(state);
     if (!state.error().isEmpty())
       return; // the output is thrown away
@@ -280,9 +286,14 @@ void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) co
     const AttributeScope scope(state.stream());
     write(GetTarget(object));
     state.out("\"");
-  } else if (GetType() == kElement && (!url.isEmpty() || HasUnknownAttrs(object, *this))) {
+  } else if (GetType() == kElement) {
+    // What has no name yet gets one in the output.
+    SchemaObject* const target = GetTarget(object);
+    const bool isNamed = !url.isEmpty() || (target && state.hoist().HasName(*target));
+    if (!isNamed && !HasUnknownAttrs(object, *this))
+      return;
     WriteElementStart(object, state);
-    write(url.isEmpty() ? nullptr : GetTarget(object));
+    write(isNamed ? target : nullptr);
     WriteElementEnd(state);
   }
 }

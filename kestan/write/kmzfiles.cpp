@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -63,6 +64,34 @@ bool IsLocal(const QString& url) {
 
 } // namespace
 
+void KmzFiles::SetHome(const QString& url) {
+  QString archive;
+  QString inner;
+  QString path = url;
+  if (path.startsWith(QLatin1String("file:"), Qt::CaseInsensitive))
+    path = QUrl(path).toLocalFile();
+  const QFileInfo info(path);
+  const bool isArchive = info.suffix().compare(QLatin1String("kmz"), Qt::CaseInsensitive) == 0;
+  if (net::Fetcher::FindInKmz(url, &archive, &inner))
+    home_ = QFileInfo(archive).canonicalFilePath();
+  else if (isArchive && info.isFile())
+    home_ = info.canonicalFilePath();
+  else if (!path.isEmpty() && GGetUrlType(path) != kUrlNetwork)
+    home_ = QFileInfo(info.absolutePath()).canonicalFilePath();
+  else
+    home_ = QString();
+  if (!home_->isEmpty() && !QFileInfo(*home_).isFile() && !home_->endsWith(QLatin1Char('/')))
+    *home_ += QLatin1Char('/');
+}
+
+bool KmzFiles::IsAtHome(const SourceFile& source) const {
+  if (!home_)
+    return true;
+  const QString path = QFileInfo(source.path).canonicalFilePath();
+  return home_->endsWith(QLatin1Char('/')) ? path.startsWith(*home_)
+                                           : path == *home_ && !source.innerPath.isNull();
+}
+
 QString KmzFiles::Register(const QString& url) {
   auto known = entriesByUrl_.constFind(url);
   if (known == entriesByUrl_.constEnd())
@@ -82,6 +111,10 @@ int KmzFiles::Add(const QString& url) {
     return kNone;
   }
   const bool inArchive = !source.innerPath.isNull();
+  if (!IsAtHome(source)) {
+    outside_ += Describe(source);
+    return kNone;
+  }
   // With its own destination inside, a document would grow with every write.
   if (!inArchive && file::isSame(source.path, destination_))
     return kNone;

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 namespace vorrel::kestan {
@@ -29,6 +30,10 @@ public:
   /// For the archive at `destination`: no document takes in what it's being written to.
   explicit KmzFiles(const QString& destination) : destination_(destination) {}
 
+  /// From now on only files at or below the folder of the document at `url`, or of its archive, are
+  /// taken along; without a local document, none.
+  void SetHome(const QString& url);
+
   /// The reference to the copy of a local file; a null text when there's no such file to read.
   QString Register(const QString& url);
   /// Adds them all, behind what is in the archive. Answers the failure text, empty when all went
@@ -37,9 +42,12 @@ public:
 
   /// The local files that were asked for and couldn't be read, in that order.
   const QStringList& GetUnreadable() const { return unreadable_; }
+  /// Those that lie outside of the document's home, likewise.
+  const QStringList& GetOutside() const { return outside_; }
 
 private:
   int Add(const QString& url);
+  bool IsAtHome(const SourceFile& source) const;
   kmz::Writer::Result Copy(const KmzDictionaryEntry& entry, kmz::Writer& archive);
   QString CreateUniqueKmzDataFileName(const QString& fileName);
 
@@ -51,6 +59,8 @@ private:
   FreeNames freeNames_;
   SourceFiles sources_;
   QStringList unreadable_;
+  QStringList outside_;
+  std::optional<QString> home_; ///< An archive, or a folder with "/" behind.
 };
 
 } // namespace vorrel::kestan

@@ -23,17 +23,23 @@ void WriteAttributes(const SchemaObject& object, WriteState& state) {
 } // namespace
 
 QString SchemaObject::WriteKmlFile(const QString& path, unsigned flags,
-                                   QStringList* unreadableFiles) const {
+                                   QStringList* unreadableFiles, QStringList* outsideFiles) const {
   const QString hint = flags & kWriteNoHint ? QString() : ComposeHintString();
   // Written back to where it came from, the object's relative references hold as they are.
   const bool keepRelativeUrls = QDir(path) == QDir(baseUrl_);
-  return WriteState::WriteFile(*this, path, hint, !(flags & kWriteNoHoist), keepRelativeUrls,
-                               unreadableFiles);
+  WriteState state(path, hint, keepRelativeUrls);
+  const QString error = state.Write(*this, path, flags);
+  if (unreadableFiles)
+    *unreadableFiles = state.GetUnreadableFiles();
+  if (outsideFiles)
+    *outsideFiles = state.GetOutsideFiles();
+  return error;
 }
 
 QString SchemaObject::WriteKmlString(QByteArray& bytes, unsigned flags) const {
   const QString hint = flags & kWriteNoHint ? QString() : ComposeHintString();
-  return WriteState::WriteString(*this, bytes, hint, !(flags & kWriteNoHoist));
+  WriteState state(bytes, hint);
+  return state.Write(*this, QStringLiteral("KmlFile"), flags);
 }
 
 void SchemaObject::WriteStylesAndSchemas(WriteState& state, const QString&) const {
@@ -45,8 +51,10 @@ void SchemaObject::WriteKml(WriteState& state) const {
   const bool inlineText = fields.empty() || (fields.size() == 1 && !fields.front()->IsArray());
   const int depth = state.indent();
   WriteKmlStartTag(state, inlineText);
-  if (inlineText)
+  if (inlineText && !fields.empty()) {
+    state.CheckDepth();
     state.SetIndent(0);
+  }
   WriteKmlFields(state);
   WriteKmlEndTag(state, inlineText);
   state.SetIndent(depth);

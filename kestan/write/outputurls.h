@@ -23,6 +23,9 @@ public:
   /// Where references of the whole output lead from: the base URL of its root. Without one, all
   /// that is written counts as of one document.
   void SetRootUrl(const QString& url) { rootUrl_ = url; }
+  void SetKeepRelativeUrls(bool keep) { keepRelativeUrls_ = keep; }
+  /// Files travel in an archive only from the folder or the archive that the root is from.
+  void PackOwnFilesOnly() { kmzFiles_.SetHome(rootUrl_.value_or(QString())); }
   /// True for what is of another document than the root.
   bool ComesFromElsewhere(const QString& baseUrl) const {
     return rootUrl_ && !baseUrl.isEmpty() && baseUrl != *rootUrl_;
@@ -45,12 +48,15 @@ public:
   /// Adds the files that travel with the document. Answers the failure text.
   QString Pack(kmz::Writer& archive);
   const QStringList& GetUnreadableFiles() const { return kmzFiles_.GetUnreadable(); }
+  const QStringList& GetOutsideFiles() const { return kmzFiles_.GetOutside(); }
+  /// Removes the files that came along: nothing has become of the document.
+  void Discard() { extractedFiles_.Discard(); }
 
 private:
   QString GetReadableUrl(const QString& url, const QString& absoluteUrl) const;
 
   const Destination& destination_;
-  const bool keepRelativeUrls_;
+  bool keepRelativeUrls_;
   std::optional<QString> rootUrl_;
   KmzFiles kmzFiles_;
   ExtractedFiles extractedFiles_;

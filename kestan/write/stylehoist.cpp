@@ -12,101 +12,210 @@
 
 namespace vorrel::kestan {
 
+namespace {
+
+/// A reader drops the blanks behind a reference.
+bool IsReadableId(const QString& id) { return !id.isEmpty() && !id.back().isSpace(); }
+
+} // namespace
+
 void StyleHoist::Push() {
-  styleSets_.push_back(std::make_unique<ObjectSet>());
-  schemaSets_.push_back(std::make_unique<ObjectSet>());
+  levels_.push_back(std::make_unique<Level>());
+  ++walks_;
 }
 
 void StyleHoist::Pop() {
-  if (styleSets_.empty())
-    return;
-  styleSets_.pop_back();
-  schemaSets_.pop_back();
+  if (!levels_.empty())
+    levels_.pop_back();
 }
 
 bool StyleHoist::HasStylesOrSchemas() const {
-  return !styleSets_.empty() && !(styleSets_.back()->empty() && schemaSets_.back()->empty());
-}
-
-bool StyleHoist::AddStyle(const StyleSelector& style) { return Hoist(style, styleSets_); }
-
-bool StyleHoist::HasStyle(const StyleSelector& style) const { return Contains(styleSets_, style); }
-
-bool StyleHoist::AddSchema(const CustomSchema& schema) { return Hoist(schema, schemaSets_); }
-
-bool StyleHoist::Contains(const ObjectSets& sets, const SchemaObject& object) {
-  return std::any_of(sets.begin(), sets.end(),
-                     [&](const auto& set) { return set->contains(object); });
-}
-
-bool StyleHoist::Hoist(const SchemaObject& object, const ObjectSets& sets) {
-  const QString& url = object.GetUrl();
-  const UrlType type = GGetUrlType(url);
-  const bool isNameless = object.GetId().isEmpty() || type == kUrlRuntime;
-  if (isNameless)
-    nameless_.insert(object);
-  const bool isOnServer = type == kUrlNetwork && !isNameless && !urls_.IsRootUrl(url);
-  if (sets.empty() || innerDocuments_ > 0 || isOnServer || Contains(sets, object) ||
-      leftStyles_.contains(&object))
+  if (levels_.empty())
     return false;
-  return sets.back()->insert(object);
+  const Level& level = *levels_.back();
+  return (level.ownStyles && !level.ownStyles->empty()) || !level.styles.empty() ||
+         !level.schemas.empty();
 }
+
+bool StyleHoist::AddStyle(const StyleSelector& style) { return Hoist(style, &Level::styles); }
+
+bool StyleHoist::AddSchema(const CustomSchema& schema) { return Hoist(schema, &Level::schemas); }
 
 void StyleHoist::AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles) {
-  for (const RefPtr<StyleSelector>& style : styles) {
-    if (!style)
-      continue;
-    leftStyles_.remove(style.get());
-    styleSets_.back()->insert(*style);
-  }
+  levels_.back()->ownStyles = &styles;
 }
 
-void StyleHoist::LeaveStyle(const StyleSelector& style, bool mayBeRenamed) {
-  bool& isRenamable = leftStyles_[&style];
-  isRenamable = isRenamable || mayBeRenamed;
-  if (!style.GetId().isEmpty()) {
-    const auto other = leftStylesById_.find(style.GetId());
-    if (other == leftStylesById_.end())
-      leftStylesById_.insert(style.GetId(), &style);
-    else if (*other != &style)
-      *other = nullptr;
+bool StyleHoist::IsHoisted(const SchemaObject& object, ObjectSet Level::*set) const {
+  return std::any_of(levels_.begin(), levels_.end(),
+                     [&](const auto& level) { return ((*level).*set).contains(object); });
+}
+
+bool StyleHoist::Hoist(const SchemaObject& object, ObjectSet Level::*set) {
+  const QString& url = object.GetUrl();
+  const bool isOnServer =
+      !object.GetId().isEmpty() && GGetUrlType(url) == kUrlNetwork && !urls_.IsRootUrl(url);
+  if (levels_.empty() || innerDocuments_ > 0 || isOnServer || IsHoisted(object, set))
+    return false;
+  const auto record = records_.constFind(&object);
+  if (record != records_.constEnd() && record->isInPlace)
+    return false;
+  return ((*levels_.back()).*set).insert(object);
+}
+
+StyleHoist::Claim& StyleHoist::GetClaim(const QString& id) {
+  Claim*& claim = claimsById_[id];
+  if (!claim)
+    claim = &claims_.emplace_back();
+  return *claim;
+}
+
+StyleHoist::Record& StyleHoist::Meet(const StyleSelector& style) {
+  const auto known = records_.find(&style);
+  if (known != records_.end())
+    return *known;
+  Record record;
+  if (!style.GetId().isEmpty())
+    record.claim = &GetClaim(style.GetId());
+  return *records_.insert(&style, record);
+}
+
+void StyleHoist::List(Claim& claim) {
+  if (!claim.isListed)
+    unsettled_.push_back(&claim);
+  claim.isListed = true;
+}
+
+void StyleHoist::AddInPlace(const StyleSelector& style, Place place) {
+  if (!IsInOutermost())
+    return; // it has been here already
+  Record& record = Meet(style);
+  if (record.isInPlace)
+    return;
+  record.isInPlace = true;
+  record.isShared = record.isNamed = place == Place::kShared;
+  if (!levels_.empty())
+    levels_.back()->styles.erase(style); // something in front of it refers to it
+  Claim* const claim = record.claim;
+  if (!claim)
+    return;
+  if (claim->styles.empty() && claim->awaited && claim->awaited != &style)
+    records_[claim->awaited].isMistaken = true;
+  claim->styles.push_back(&style);
+  List(*claim);
+}
+
+bool StyleHoist::AddReference(const SchemaObject& owner, const QString& url,
+                              const StyleSelector* style, bool isInOrder) {
+  if (!style) {
+    const bool isLocal =
+        url.startsWith(QLatin1Char('#')) && !urls_.ComesFromElsewhere(owner.GetBaseUrl());
+    if (isLocal && IsInOutermost()) {
+      Claim& claim = GetClaim(url.mid(1));
+      claim.isOpen = true;
+      List(claim);
+    }
+    return false;
   }
-  if (!styleSets_.empty())
-    styleSets_.back()->erase(style); // something in front of it refers to it
+  Record& record = Meet(*style);
+  if (IsInOutermost()) {
+    Claim* const claim = record.claim;
+    if (!claim) {
+      if (!record.isReferenced)
+        nameless_.push_back(style);
+    } else if (claim->styles.empty() && isInOrder && (!claim->awaited || claim->awaited == style)) {
+      claim->awaited = style;
+    } else if (!isInOrder || claim->styles.empty() || claim->styles.back() != style) {
+      record.isMistaken = true;
+      List(*claim);
+    }
+  }
+  record.isReferenced = true;
+  if (record.isInPlace || record.walk == walks_ || style->IsMadeFrom(url))
+    return false;
+  record.walk = walks_;
+  return true;
 }
 
 void StyleHoist::AssignStyleIds() {
-  AssignIds(*styleSets_.back()); // they keep theirs before others get new ones
-  nameless_.ForEach([this](const SchemaObject& style) {
-    const auto left = leftStyles_.find(&style);
-    if (left == leftStyles_.end() || *left)
-      return;
-    *left = true;
-    AssignId(style);
-  });
-  nameless_ = ObjectSet(); // what stays has been hoisted, or isn't written at all
-}
-
-void StyleHoist::WriteStyles(WriteState& state) {
-  if (styleSets_.empty())
+  if (levels_.empty())
     return;
-  state.SetStyleDefaultsEnabled(false);
-  WriteObjs(*styleSets_.back(), state);
-  state.SetStyleDefaultsEnabled(true);
+  if (IsInOutermost())
+    SettleIds();
+  // Those that are here keep theirs before others get new ones.
+  const Level& level = *levels_.back();
+  if (level.ownStyles) {
+    for (const RefPtr<StyleSelector>& style : *level.ownStyles) {
+      if (style)
+        AssignId(*style);
+    }
+  }
+  level.styles.ForEach([this](const SchemaObject& style) { AssignId(style); });
+  for (const StyleSelector* style : nameless_) {
+    Record& record = records_[style];
+    if (!record.isInPlace)
+      continue; // it's hoisted, or isn't written at all
+    record.isNamed = true;
+    AssignId(*style);
+  }
+  nameless_.clear();
 }
 
-void StyleHoist::WriteSchemas(WriteState& state) {
-  if (!schemaSets_.empty())
-    WriteObjs(*schemaSets_.back(), state);
+void StyleHoist::SettleIds() {
+  for (Claim* claim : unsettled_) {
+    claim->isListed = false;
+    Settle(*claim);
+  }
+  unsettled_.clear();
 }
 
-void StyleHoist::WriteObjs(const ObjectSet& objects, WriteState& state) {
-  AssignIds(objects);
-  objects.ForEach([&state](const SchemaObject& object) { object.WriteKml(state); });
+/// The style whose id it is. Null when all shall go without.
+const StyleSelector* StyleHoist::FindKeeper(const Claim& claim) const {
+  const StyleSelector* keeper = nullptr;
+  int best = claim.isOpen ? 1 : 0;
+  for (const StyleSelector* style : claim.styles) {
+    const Record record = records_.value(style);
+    const int rank = record.isSettled ? 4 : IsFromElsewhere(*style) ? 1 : record.isShared ? 3 : 2;
+    if (rank > best) {
+      keeper = style;
+      best = rank;
+    }
+  }
+  return keeper;
 }
 
-void StyleHoist::AssignIds(const ObjectSet& objects) {
-  objects.ForEach([this](const SchemaObject& object) { AssignId(object); });
+void StyleHoist::Settle(Claim& claim) {
+  const StyleSelector* const keeper = FindKeeper(claim);
+  const bool isMistaken =
+      std::any_of(claim.styles.begin(), claim.styles.end(),
+                  [this](const StyleSelector* style) { return records_[style].isMistaken; });
+  for (const StyleSelector* style : claim.styles) {
+    Record& record = records_[style];
+    if (record.isSettled)
+      continue;
+    record.isSettled = true;
+    const bool isFromElsewhere = IsFromElsewhere(*style);
+    // What has been here before goes on sharing its id with whom it shared it.
+    const bool maySharesId = !record.isShared && !isFromElsewhere && !isMistaken;
+    const bool isReadable = !record.isReferenced || IsReadableId(style->GetId());
+    const bool keepsId = (style == keeper || maySharesId) && isReadable;
+    const bool needsId = record.isReferenced || record.isShared;
+    record.isNamed |= needsId && (!keepsId || isFromElsewhere);
+    if (!keepsId)
+      GiveId(*style, needsId ? GenerateUniqueId(style->GetId().trimmed()) : QString());
+    else if (record.isNamed)
+      GiveId(*style, style->GetId());
+  }
+}
+
+bool StyleHoist::IsFromElsewhere(const SchemaObject& object) const {
+  const QString& url = object.GetUrl();
+  return urls_.ComesFromElsewhere(url) || url.startsWith(QLatin1String("runtime://"));
+}
+
+void StyleHoist::GiveId(const SchemaObject& object, const QString& id) {
+  idsByObject_.insert(&object, id);
+  if (!id.isEmpty())
+    GetClaim(id).isGiven = true;
 }
 
 QString StyleHoist::AssignId(const SchemaObject& object) {
@@ -115,49 +224,79 @@ QString StyleHoist::AssignId(const SchemaObject& object) {
     return *known;
   QString id = object.GetId();
   namesNameless_ |= id.isEmpty(); // and yet something refers to it
-  if (id.isEmpty() || IsTaken(id, object))
-    id = GenerateUniqueId(id.isEmpty() ? object.getType() : id);
-  objectsById_.insert(id, &object);
-  idsByObject_.insert(&object, id);
+  const Claim* const claim = claimsById_.value(id);
+  const bool isTaken = claim && (claim->isGiven || !claim->styles.empty() ||
+                                 (claim->isOpen && IsFromElsewhere(object)));
+  const bool isBuiltIn = StyleSelector::IsBuiltInUrl(object.GetUrl());
+  if (!IsReadableId(id) || isTaken || isBuiltIn)
+    id = GenerateUniqueId(id.isEmpty() || isBuiltIn ? object.getType() : id.trimmed());
+  GiveId(object, id);
   return id;
 }
 
-/// True where a reference by the id would lead to another object of this output.
-bool StyleHoist::IsTaken(const QString& id, const SchemaObject& object) const {
-  if (objectsById_.contains(id))
-    return true;
-  // What has been here before goes on sharing its id with whom it shared it.
-  const auto left = leftStylesById_.find(id);
-  return left != leftStylesById_.end() && *left != &object &&
-         urls_.ComesFromElsewhere(object.GetUrl());
+void StyleHoist::WriteStyles(WriteState& state) {
+  if (levels_.empty())
+    return;
+  const Level& level = *levels_.back();
+  state.SetStyleDefaultsEnabled(false);
+  if (level.ownStyles) {
+    for (const RefPtr<StyleSelector>& style : *level.ownStyles) {
+      if (style)
+        style->WriteKml(state);
+    }
+  }
+  WriteObjs(level.styles, state);
+  state.SetStyleDefaultsEnabled(true);
+}
+
+void StyleHoist::WriteSchemas(WriteState& state) {
+  if (!levels_.empty())
+    WriteObjs(levels_.back()->schemas, state);
+}
+
+void StyleHoist::WriteObjs(const ObjectSet& objects, WriteState& state) {
+  objects.ForEach([this](const SchemaObject& object) { AssignId(object); });
+  objects.ForEach([&state](const SchemaObject& object) { object.WriteKml(state); });
 }
 
 QString StyleHoist::GenerateUniqueId(const QString& id) {
   return freeIds_.Find(
       id, [&id](int suffix) { return id + QString::number(suffix); },
-      [this](const QString& unique) {
-        return !objectsById_.contains(unique) && !leftStylesById_.contains(unique);
-      });
+      [this](const QString& unique) { return !claimsById_.contains(unique); });
 }
 
 QString StyleHoist::GetObjectId(const SchemaObject& object) const {
-  if (idsByObject_.isEmpty() || (object.GetId().isEmpty() && !namesNameless_))
-    return object.GetId();
-  return idsByObject_.value(&object, object.GetId());
+  const QString& id = object.GetId();
+  if (id.isEmpty() && !namesNameless_)
+    return id;
+  const auto known = idsByObject_.constFind(&object);
+  if (known != idsByObject_.constEnd())
+    return *known;
+  // A reader would take an object of any other class for the style, and find none.
+  const bool hidesStyle = !claimsById_.isEmpty() && IsFromElsewhere(object) &&
+                          claimsById_.contains(id) && !records_.contains(&object);
+  return hidesStyle ? QString() : id;
+}
+
+bool StyleHoist::HasName(const SchemaObject& object) const {
+  const auto record = records_.constFind(&object);
+  if (record != records_.constEnd() && record->isNamed)
+    return true;
+  const bool isSchema = object.GetSchema().SubstitutesFor(CustomSchema::GetClassSchema());
+  return IsHoisted(object, isSchema ? &Level::schemas : &Level::styles);
 }
 
 void StyleHoist::WriteObjUrl(Utf8OStream& stream, SchemaObject* object, const QString& url) {
   const XmlUtf8OStream xml(stream);
-  const bool isSchema =
-      object && object->GetSchema().SubstitutesFor(CustomSchema::GetClassSchema());
-  const ObjectSets& sets = isSchema ? schemaSets_ : styleSets_;
-  if (object && sets.empty()) {
+  if (object && levels_.empty()) {
     xml << object->GetUrl();
     if (!object->GetId().isEmpty()) {
       stream << "#";
       xml << object->GetId();
     }
-  } else if (object && (Contains(sets, *object) || leftStyles_.value(object))) {
+    return;
+  }
+  if (object && HasName(*object)) {
     stream << "#";
     xml << AssignId(*object);
   } else {

@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QString>
 
+#include <deque>
 #include <memory>
 
 namespace vorrel::kestan {
@@ -22,11 +23,16 @@ class WriteState;
 /// The styles and schemas that the documents of one output carry, and the ids by which its objects
 /// refer to each other.
 ///
-/// Each document that is being written has a set of styles and one of schemas.
+/// Before the outermost document is written, all that is in it is walked in the order of the
+/// output. So it is known what a reader will take each reference for: the style of that id that
+/// stands nearest in front, else the first one behind. Ids stay as they are where that is the style
+/// that is meant; where it isn't, and where a style from elsewhere would take an id that is in use,
+/// styles get other ids, or lose one that nothing refers to.
 class StyleHoist {
 public:
   explicit StyleHoist(const OutputUrls& urls) : urls_(urls) {}
 
+  /// Each document that is being written has a set of styles and one of schemas.
   void Push();
   /// Without a document, does nothing.
   void Pop();
@@ -35,21 +41,31 @@ public:
   /// As `WriteState` tells.
   bool AddStyle(const StyleSelector& style);
   bool AddSchema(const CustomSchema& schema);
-  /// True for a style that has been collected, or that a document around writes.
-  bool HasStyle(const StyleSelector& style) const;
-  /// The styles that a document holds itself are written with it, whether something refers to them
-  /// or not: another document may.
+  /// The styles that the innermost document holds itself. They're written with it, whether
+  /// something refers to them or not: another document may. They must live until the document is
+  /// written.
   void AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles);
-  /// A style that is written where it stands, with a feature or a map below or with a document of
-  /// its own. The latter may get another id in this output.
-  void LeaveStyle(const StyleSelector& style, bool mayBeRenamed);
-  /// When everything has been collected: gives ids to the styles of the innermost document, and a
-  /// unique one to each inline style that something refers to and whose own name a reader can't
-  /// find: a run-time one, or none.
+
+  /// How a style is written where it stands.
+  enum class Place {
+    kInline, ///< With a feature, or with a pair of a map.
+    kShared, ///< With its document, so that it gets an id of its own.
+  };
+  /// The walk has come to a style that is written where it stands.
+  void AddInPlace(const StyleSelector& style, Place place);
+  /// The walk has come to a reference of `owner`, whose text is `url`, to `style`; null for one
+  /// that leads nowhere. `isInOrder` is false for owners that are written elsewhere than where the
+  /// walk meets them.
+  ///
+  /// True for a style that this walk hasn't met yet and that isn't written where it stands: it has
+  /// to be collected, and so has what it refers to.
+  bool AddReference(const SchemaObject& owner, const QString& url, const StyleSelector* style,
+                    bool isInOrder);
+  /// When everything has been walked: settles the ids.
   void AssignStyleIds();
   /// Only the outermost document walks all documents inside it, so that each is walked twice at
   /// most, however deep it lies.
-  bool IsInOutermost() const { return styleSets_.size() <= 1; }
+  bool IsInOutermost() const { return levels_.size() <= 1; }
   /// While documents inside the one that is being written are walked, nothing is hoisted: they
   /// keep what is theirs.
   void EnterInnerDocument() { ++innerDocuments_; }
@@ -59,30 +75,63 @@ public:
   void WriteStyles(WriteState& state);
   void WriteSchemas(WriteState& state);
 
+  /// True where references lead to the object by the id that it has in this output.
+  bool HasName(const SchemaObject& object) const;
   QString GenerateUniqueId(const QString& id);
   QString GetObjectId(const SchemaObject& object) const;
   void WriteObjUrl(Utf8OStream& stream, SchemaObject* object, const QString& url);
 
 private:
-  using ObjectSets = mmvector<std::unique_ptr<ObjectSet>>;
+  /// What has to be written with one document.
+  struct Level {
+    const mmvector<RefPtr<StyleSelector>>* ownStyles = nullptr;
+    ObjectSet styles;
+    ObjectSet schemas;
+  };
+  /// What one id means in this output.
+  struct Claim {
+    mmvector<const StyleSelector*> styles;  ///< Those in place, in the order of the output.
+    const StyleSelector* awaited = nullptr; ///< What references in front of them all mean.
+    bool isGiven = false;                   ///< It's settled whose id it is.
+    bool isOpen = false;                    ///< A reference leads nowhere, and has to go on so.
+    bool isListed = false;                  ///< In `unsettled_`.
+  };
+  /// A style that the walk has met.
+  struct Record {
+    Claim* claim = nullptr; ///< Null without an id.
+    bool isInPlace = false;
+    bool isShared = false;
+    bool isReferenced = false;
+    bool isMistaken = false; ///< A reader would take another one for it.
+    bool isNamed = false;    ///< References lead to it by the id that it has in this output.
+    bool isSettled = false;
+    int walk = 0; ///< The last one that collected it.
+  };
 
-  static bool Contains(const ObjectSets& sets, const SchemaObject& object);
-  bool Hoist(const SchemaObject& object, const ObjectSets& sets);
+  Record& Meet(const StyleSelector& style);
+  Claim& GetClaim(const QString& id);
+  void List(Claim& claim);
+  void SettleIds();
+  void Settle(Claim& claim);
+  const StyleSelector* FindKeeper(const Claim& claim) const;
+  bool IsFromElsewhere(const SchemaObject& object) const;
+
+  bool Hoist(const SchemaObject& object, ObjectSet Level::*set);
+  bool IsHoisted(const SchemaObject& object, ObjectSet Level::*set) const;
   void WriteObjs(const ObjectSet& objects, WriteState& state);
-  void AssignIds(const ObjectSet& objects);
   QString AssignId(const SchemaObject& object);
-  bool IsTaken(const QString& id, const SchemaObject& object) const;
+  void GiveId(const SchemaObject& object, const QString& id);
 
   const OutputUrls& urls_;
-  ObjectSets styleSets_;
-  ObjectSets schemaSets_; ///< Always as many as `styleSets_`.
-  /// Those that are written where they stand, and whether they may get another id.
-  QHash<const SchemaObject*, bool> leftStyles_;
-  QHash<QString, const StyleSelector*> leftStylesById_; ///< Null where several have the id.
-  ObjectSet nameless_; ///< What is referred to and has no name that a reader can follow.
+  mmvector<std::unique_ptr<Level>> levels_;
+  int walks_ = 0;
   int innerDocuments_ = 0;
-  QHash<QString, const SchemaObject*> objectsById_;
-  QHash<const SchemaObject*, QString> idsByObject_;
+  QHash<const SchemaObject*, Record> records_;
+  std::deque<Claim> claims_;
+  QHash<QString, Claim*> claimsById_;
+  mmvector<Claim*> unsettled_;
+  mmvector<const StyleSelector*> nameless_;         ///< Referred to, and without an id.
+  QHash<const SchemaObject*, QString> idsByObject_; ///< Null for an id that is left out.
   bool namesNameless_ = false; ///< An object without an id has one in this output.
   FreeNames freeIds_;
 };

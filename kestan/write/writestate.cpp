@@ -3,6 +3,7 @@
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/tr.h"
 #include "kestan/link/abstractlink.h" // what a link tells of its target
+#include "kestan/read/expathandler.h" // how deep a reader goes
 #include "kestan/read/namespaces.h"   // the URIs of the standard prefixes
 #include "kestan/write/destination.h"
 #include "kestan/write/outputurls.h"
@@ -41,31 +42,32 @@ WriteState::WriteState(QByteArray& bytes, const QString& hint)
 WriteState::~WriteState() { Finish(); }
 
 QString WriteState::WriteFile(const SchemaObject& object, const QString& path, const QString& hint,
-                              bool hoist, bool keepRelativeUrls, QStringList* unreadableFiles) {
+                              bool hoist, bool keepRelativeUrls) {
   WriteState state(path, hint, keepRelativeUrls);
-  state.urls().SetRootUrl(object.GetBaseUrl());
-  if (state.error_.isEmpty()) {
-    if (hoist)
-      object.WriteStylesAndSchemas(state, path);
-    else
-      object.WriteKml(state);
-    state.Finish();
-  }
-  if (unreadableFiles)
-    *unreadableFiles = state.GetUnreadableFiles();
-  return state.error_;
+  return state.Write(object, path, hoist ? 0U : unsigned{kWriteNoHoist});
 }
 
 QString WriteState::WriteString(const SchemaObject& object, QByteArray& bytes, const QString& hint,
                                 bool hoist) {
   WriteState state(bytes, hint);
-  state.urls().SetRootUrl(object.GetBaseUrl());
-  if (hoist)
-    object.WriteStylesAndSchemas(state, QStringLiteral("KmlFile"));
-  else
-    object.WriteKml(state);
-  state.Finish();
-  return state.error_;
+  return state.Write(object, QStringLiteral("KmlFile"), hoist ? 0U : unsigned{kWriteNoHoist});
+}
+
+const QString& WriteState::Write(const SchemaObject& object, const QString& name, unsigned flags) {
+  OutputUrls& urls = parts_->urls;
+  urls.SetRootUrl(object.GetBaseUrl());
+  if (flags & kWriteRelativeUrls)
+    urls.SetKeepRelativeUrls(true);
+  if (flags & kWriteOwnFilesOnly)
+    urls.PackOwnFilesOnly();
+  if (error_.isEmpty()) {
+    if (flags & kWriteNoHoist)
+      object.WriteKml(*this);
+    else
+      object.WriteStylesAndSchemas(*this, name);
+  }
+  Finish();
+  return error_;
 }
 
 void WriteState::Finish() {
@@ -82,8 +84,15 @@ void WriteState::Finish() {
     WritePostamble();
     error_ = parts_->destination.Write(stream(), parts_->urls);
   }
-  if (!error_.isEmpty())
+  if (!error_.isEmpty()) {
+    parts_->urls.Discard();
     parts_->destination.Discard();
+  }
+}
+
+void WriteState::FailTooDeep() {
+  static_assert(kMaxDepth == kMaxElementDepth - 2);
+  SetError(tr("Too many levels of objects.", "A tree is deeper than what can be read from KML"));
 }
 
 void WriteState::WritePreamble() {
@@ -180,6 +189,8 @@ QString WriteState::RegisterLink(const AbstractLink& link) {
 const QStringList& WriteState::GetUnreadableFiles() const {
   return parts_->urls.GetUnreadableFiles();
 }
+
+const QStringList& WriteState::GetOutsideFiles() const { return parts_->urls.GetOutsideFiles(); }
 
 void WriteState::AddResourceMapEntry(const QString& name, const QString& value,
                                      const QString& object) {

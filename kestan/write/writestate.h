@@ -45,14 +45,15 @@ public:
   ~WriteState();
 
   /// Write one object with all below it: with `hoist`, behind the styles and schemas that it refers
-  /// to. Both answer the failure text, empty when all went well. `unreadableFiles`: see
-  /// `GetUnreadableFiles`.
+  /// to. Both answer the failure text, empty when all went well.
   static QString WriteFile(const SchemaObject& object, const QString& path, const QString& hint,
-                           bool hoist, bool keepRelativeUrls,
-                           QStringList* unreadableFiles = nullptr);
+                           bool hoist, bool keepRelativeUrls);
   static QString WriteString(const SchemaObject& object, QByteArray& bytes, const QString& hint,
                              bool hoist);
 
+  /// Writes one object with all below it, by `flags` from `WriteFlag`, and finishes. A document
+  /// that has to be put around it gets the file's `name`. Answers the failure text.
+  const QString& Write(const SchemaObject& object, const QString& name, unsigned flags);
   /// Sends everything to the destination, unless there's an error: then the destination stays as
   /// it was. Further calls do nothing.
   void Finish();
@@ -67,6 +68,15 @@ public:
   void SetError(const QString& text) {
     if (error_.isEmpty())
       error_ = text;
+  }
+
+  /// False where an element at the present depth is deeper than any reader goes: then the write has
+  /// failed, and nobody need go further down.
+  bool CheckDepth() {
+    if (indent() <= kMaxDepth)
+      return true;
+    FailTooDeep();
+    return false;
   }
 
   /// Fields that equal their default are written too.
@@ -118,6 +128,8 @@ public:
   /// The local files that were to be in the archive and couldn't be read. Complete when the state
   /// is finished.
   const QStringList& GetUnreadableFiles() const;
+  /// The local files that didn't come into the archive since they aren't the document's own.
+  const QStringList& GetOutsideFiles() const;
   /// For clients: gives the archive a list of names, "textures.txt", and enters `value` there under
   /// `name` and `object`, in place of an earlier one.
   void AddResourceMapEntry(const QString& name, const QString& value, const QString& object);
@@ -135,6 +147,10 @@ private:
   struct Parts;
 
   void CheckRepetition();
+  /// Of the 1,000 levels that a reader takes, the root is one, and its child has depth 0.
+  static constexpr int kMaxDepth = 998;
+
+  void FailTooDeep();
   void WritePreamble();
 
   bool writeDefaults_ = false;

@@ -34,16 +34,19 @@ TEST_F(SnippetTest, BothFormsAreReadShownAndWritten) {
       {"<linkSnippet maxLines=\"1\">a</linkSnippet>", "a", 1, false, "", ""},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.read);
-    const auto placemark = Read<Placemark>(QString("<Placemark>%1</Placemark>").arg(c.read));
-    ASSERT_TRUE(placemark);
-    EXPECT_EQ(c.text, placemark->GetSnippet());
-    EXPECT_EQ(c.lines, placemark->GetMaxSnippetLines());
-    EXPECT_EQ(c.isNew, placemark->HasNewSnippet());
-    const QString written = Write(*placemark);
-    EXPECT_EQ(c.written, Element(written, "snippet"));
-    EXPECT_EQ(c.writtenOld, Element(written, "Snippet"));
-    EXPECT_EQ(QString(c.read).contains("linkSnippet"), written.contains("<linkSnippet maxLines"));
+    for (const char* name : {"Placemark", "Document"}) {
+      SCOPED_TRACE((QByteArray(name) + c.read).constData());
+      const auto feature =
+          Read<AbstractFeature>(QString("<%1>%2</%1>").arg(QLatin1String(name), c.read));
+      ASSERT_TRUE(feature);
+      EXPECT_EQ(c.text, feature->GetSnippet());
+      EXPECT_EQ(c.lines, feature->GetMaxSnippetLines());
+      EXPECT_EQ(c.isNew, feature->HasNewSnippet());
+      const QString written = Write(*feature);
+      EXPECT_EQ(c.written, Element(written, "snippet"));
+      EXPECT_EQ(c.writtenOld, Element(written, "Snippet"));
+      EXPECT_EQ(QString(c.read).contains("linkSnippet"), written.contains("<linkSnippet maxLines"));
+    }
   }
 }
 

@@ -3,6 +3,8 @@
 #include "kestan/host/kmz.h"
 #include "tests/tools/tooltest.h"
 
+#include <QFileInfo>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -28,6 +30,33 @@ TEST_F(KestanToolTest, CatWritesWhatTheLibraryWrites) {
   EXPECT_EQ(0, toFile.status);
   EXPECT_EQ("", toFile.out);
   EXPECT_EQ(Write(*tree).toUtf8(), Contents("out.kml"));
+}
+
+TEST_F(KestanToolTest, CatPacksAndRefersAsFarAsItIsTold) {
+  const QTemporaryDir elsewhere;
+  const QString secret = elsewhere.filePath("secret.txt");
+  QFile outside(secret);
+  ASSERT_TRUE(outside.open(QIODevice::WriteOnly));
+  MakeFile("x.png", "1");
+  const QString file =
+      MakeFile("in.kml", "<kml><Placemark><Style><IconStyle><Icon><href>x.png"
+                         "</href></Icon></IconStyle></Style><description>"
+                         "<![CDATA[<img src='" +
+                             secret.toUtf8() + "'>]]></description></Placemark></kml>");
+  const Result packed = Run({"cat", "-o", Path("out.kmz"), file});
+  EXPECT_EQ(1, packed.status);
+  EXPECT_TRUE(packed.err.contains(secret + "\" lies outside")) << packed.err.toStdString();
+  EXPECT_EQ(QStringList({"doc.kml", "files/x.png"}), kmz::ListFileEntries(Path("out.kmz")));
+  EXPECT_EQ(0, Run({"cat", "--outside", "-o", Path("out.kmz"), file}).status);
+  EXPECT_EQ(3, kmz::ListFileEntries(Path("out.kmz")).size());
+
+  EXPECT_TRUE(Run({"cat", file}).out.contains("<href>" + Path("x.png") + "</href>"));
+  const Result relative = Run({"cat", "--relative", "-o", "-", file});
+  EXPECT_TRUE(relative.out.contains("<href>x.png</href>")) << relative.out.toStdString();
+
+  const Result folder = Run({"cat", "-o", elsewhere.path(), file});
+  EXPECT_EQ(3, folder.status);
+  EXPECT_TRUE(folder.err.contains("is a folder"));
 }
 
 TEST_F(KestanToolTest, TreeShowsOneObjectALine) {

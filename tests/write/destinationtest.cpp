@@ -1,4 +1,5 @@
 #include "kestan/feature/document.h"
+#include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
@@ -56,6 +57,8 @@ TEST_F(DestinationTest, RefusedWritesSayWhyAndLeaveNothing) {
       {"", "Empty filename for writing kml"},
       {Path("missing/a.kml"), "Could not open file for writing."},
       {Path("folder.kml"), "Could not open file for writing."},
+      {folder_.path(), "Could not open file for writing."},
+      {Path("folder.kml/"), "Could not open file for writing."},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.path.toStdString());
@@ -91,6 +94,43 @@ TEST_F(DestinationTest, AFullDeviceIsReported) {
     GTEST_SKIP() << "no device to fill";
   EXPECT_EQ("Could not write file.", Make()->WriteKmlFile("/dev/full"));
   EXPECT_EQ(QString(), Make()->WriteKmlFile("/dev/null"));
+}
+
+TEST_F(DestinationTest, EveryNameThatAFileMayHaveIsWritten) {
+  const QString longest(251, QLatin1Char('n'));
+  for (const QString& name : {longest + ".kml", longest + ".kmz"}) {
+    for (int i = 0; i < 2; ++i)
+      EXPECT_EQ(QString(), Make()->WriteKmlFile(folder_.filePath(name))) << name.toStdString();
+    EXPECT_NE(0, QFileInfo(folder_.filePath(name)).size());
+  }
+  EXPECT_EQ(2, Files().size());
+
+  QTemporaryDir memory("/dev/shm/XXXXXX");
+  if (!memory.isValid())
+    return;
+  EXPECT_EQ(QString(), Make()->WriteKmlFile(memory.filePath("a.kmz")));
+  EXPECT_EQ(QString(), Make()->WriteKmlFile(memory.filePath("b")));
+  EXPECT_EQ(QStringList({"a.kmz", "b.kml"}), QDir(memory.path()).entryList(QDir::Files));
+}
+
+TEST_F(DestinationTest, ATreeThatNobodyCouldReadIsRefused) {
+  struct Case {
+    int levels;
+    const char* error;
+  };
+  for (const Case& c : {Case{999, ""},
+                        {1000, "Too many levels of objects."},
+                        {5000, "Too many levels of objects."}}) {
+    RefPtr<Folder> outermost = Read<Folder>("<Folder/>");
+    for (int i = 1; i < c.levels; ++i) {
+      const auto around = Read<Folder>("<Folder/>");
+      around->AddChild(*outermost);
+      outermost = around;
+    }
+    QByteArray bytes("old");
+    EXPECT_EQ(c.error, outermost->WriteKmlString(bytes)) << c.levels;
+    EXPECT_EQ(*c.error == '\0', !!ReadObject(bytes)) << c.levels;
+  }
 }
 
 TEST_F(DestinationTest, TheRootCarriesTheHint) {

@@ -1,5 +1,6 @@
 #include "kestan/core/schema.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/style/colorstyleschema.h"
 #include "kestan/style/iconstyle.h"
 #include "kestan/style/iconstyleschema.h"
 #include "kestan/style/style.h"
@@ -72,6 +73,16 @@ TEST_F(FieldOutputTest, NumbersThatAreNotFiniteAreNotWritten) {
     EXPECT_EQ(written, Write(*Read<Placemark>(written)));
     EXPECT_TRUE(written.contains("<heading a=\"1\">"));
   }
+}
+
+TEST_F(FieldOutputTest, EnumeratorsWithoutANameAreNotWritten) {
+  const auto placemark = Read<Placemark>("<Placemark><Style><IconStyle><scale>2</scale></IconStyle>"
+                                         "</Style></Placemark>");
+  auto* const icon = static_cast<Style*>(placemark->GetInlineStyleSelector())->GetIconStyle();
+  ColorStyleSchema::GetSingleton().colorMode.SetTypedObject(*icon, 7);
+  const QString written = Write(*placemark);
+  EXPECT_FALSE(written.contains("colorMode")) << written.toStdString();
+  EXPECT_EQ(written, Write(*Read<Placemark>(written)));
 }
 
 TEST_F(FieldOutputTest, FieldsThatAreNotWrittenAppearWithTheirUnknownAttributes) {

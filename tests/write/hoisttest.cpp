@@ -2,6 +2,8 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/style/icon.h"
+#include "kestan/style/iconstyle.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemap.h"
@@ -162,6 +164,129 @@ TEST_F(HoistTest, WhatWasTakenOutOfItsPlaceStaysWhileItIsReferredTo) {
   EXPECT_EQ(3, width(0, kStyleHighlight));
   EXPECT_EQ(3, width(1, kStyleNormal));
   EXPECT_EQ(xml, Write(*again));
+}
+
+namespace {
+
+QString Inline(const char* id, int width) {
+  return QString("<Style%1><LineStyle><width>%2</width></LineStyle></Style>")
+      .arg(*id ? QString(" id='%1'").arg(id) : QString())
+      .arg(width);
+}
+
+float WidthOf(const AbstractFeature& feature) {
+  return feature.getRenderStyle(kStyleNormal)->GetLineStyle()->GetWidth();
+}
+
+} // namespace
+
+// A reader takes "#s" for the style of that id that stands nearest in front.
+TEST_F(HoistTest, PastedCopiedAndMovedFeaturesChangeNoOthersLook) {
+  const QString reference = "<styleUrl>#s</styleUrl>";
+  const QString user = "<Placemark>" + reference + "</Placemark>";
+  const QString shared = "<Document>" + Inline("s", 3) + user;
+  const QString other = "<Document><Placemark id='s'>" + Inline("s", 7) + reference +
+                        "</Placemark>" + user + "</Document>";
+  struct Case {
+    const char* name;
+    QString text;
+    void (*edit)(Document& document, AbstractFolder& other);
+  };
+  const Case cases[] = {
+      {"pasted in front", shared + user + "</Document>",
+       [](Document& d, AbstractFolder& o) { d.InsertChild(0, *o.GetChild(0)); }},
+      {"pasted with its user", shared + user + "</Document>",
+       [](Document& d, AbstractFolder& o) {
+         d.InsertChild(0, *o.GetChild(0));
+         d.InsertChild(1, *o.GetChild(0));
+       }},
+      {"pasted beside what leads nowhere", "<Document>" + user + "</Document>",
+       [](Document& d, AbstractFolder& o) { d.AddChild(*o.GetChild(0)); }},
+      {"moved in front",
+       shared + "<Placemark>" + Inline("s", 7) + "</Placemark>" + user + "</Document>",
+       [](Document& d, AbstractFolder&) { d.InsertChild(0, *d.GetChild(1)); }},
+      {"copied and changed",
+       "<Document><Placemark>" + Inline("s", 3) + "</Placemark>" + user + "</Document>",
+       [](Document& d, AbstractFolder&) {
+         const RefPtr<SchemaObject> copy = d.GetChild(0)->clone(true, nullptr);
+         d.InsertChild(1, static_cast<AbstractFeature&>(*copy));
+         d.GetChild(1)->InlineStyle()->GetLineStyle()->SetWidth(9);
+       }},
+      {"from a document inside",
+       shared + "<Document>" + Inline("s", 5) + user + "</Document>" + user + "</Document>",
+       [](Document& d, AbstractFolder&) {
+         auto& inner = static_cast<Document&>(*d.GetChild(1));
+         const RefPtr<AbstractFeature> moved(inner.GetChild(0));
+         d.AddChild(*d.GetChild(0));
+         d.AddChild(*moved);
+         inner.AddChild(*d.GetChild(1));
+       }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto document = Read<Document>(c.text);
+    const auto foreign = ReadAt("other.kml", other);
+    c.edit(*document, static_cast<AbstractFolder&>(*foreign));
+    const QString xml = Write(*document);
+    const auto again = Read<Document>(xml);
+    ASSERT_EQ(document->GetChildCount(), again->GetChildCount());
+    for (int i = 0; i < document->GetChildCount(); ++i)
+      EXPECT_EQ(WidthOf(*document->GetChild(i)), WidthOf(*again->GetChild(i)))
+          << i << xml.toStdString();
+    EXPECT_EQ(xml, Write(*again));
+  }
+}
+
+TEST_F(HoistTest, IdsThatOccurTwiceStayWhereReferencesMeanWhatTheySay) {
+  const QString user = "<Placemark><styleUrl>#s</styleUrl></Placemark>";
+  const auto owner = [](int width) { return "<Placemark>" + Inline("s", width) + "</Placemark>"; };
+  for (const QString& text : {user + owner(2) + user + owner(3) + user, owner(2) + owner(3) + user})
+    EXPECT_EQ(2, RoundTrip("<Document>" + text + "</Document>").count("<Style id=\"s\">"));
+}
+
+TEST_F(HoistTest, WhatHasNoNameForAReaderGetsOne) {
+  struct Case {
+    const char* name;
+    RefPtr<StyleSelector> style;
+  };
+  const auto icon = [] { return Icon::create("http://h/a+b.png"); };
+  const RefPtr<Style> nameless(new Style(KmlId(), QString()));
+  const RefPtr<Style> blank = MakeStyle(" s ", "doc.kml");
+  for (const RefPtr<Style>& style : {nameless, blank})
+    style->GetLineStyle()->SetWidth(5);
+  const Case cases[] = {
+      {"without a URL", nameless},
+      {"blanks", blank},
+      {"another icon", Style::GetDefaultStyle()->CloneIcon(*icon())},
+      {"two icons", StyleMap::create(*Style::GetDefaultStyle(), *icon(), *icon())},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto folder = Read<Folder>("<Folder/>");
+    for (int i = 0; i < 2; ++i)
+      folder->AddChild(*Make(*c.style));
+    const QString xml = Write(*folder);
+    const auto again = Read<Document>(xml);
+    ASSERT_TRUE(again) << xml.toStdString();
+    const auto& copies = static_cast<const AbstractFolder&>(*again->GetChild(0));
+    for (int i = 0; i < 2; ++i) {
+      const Style& style = *folder->GetChild(i)->getRenderStyle(kStyleNormal);
+      const Style& copy = *copies.GetChild(i)->getRenderStyle(kStyleNormal);
+      EXPECT_EQ(style.GetLineStyle()->GetWidth(), copy.GetLineStyle()->GetWidth());
+      EXPECT_EQ(style.GetIconStyle()->GetIcon()->GetUrl(), copy.GetIconStyle()->GetIcon()->GetUrl())
+          << xml.toStdString();
+    }
+    EXPECT_EQ(xml, Write(*again));
+  }
+}
+
+TEST_F(HoistTest, StylesMadeByTheProgramShareNoId) {
+  const auto document = Read<Document>("<Document><Placemark/><Placemark/></Document>");
+  for (const int i : {0, 1})
+    document->GetChild(i)->InlineStyle()->GetLineStyle()->SetWidth(static_cast<float>(i + 5));
+  const QString xml = Write(*document);
+  EXPECT_EQ(2, xml.count("<Style"));
+  EXPECT_EQ(1, xml.count("id=\"inline\"")) << xml.toStdString();
 }
 
 } // namespace vorrel::kestan

@@ -155,6 +155,31 @@ TEST_F(KmzTest, ImagesInMarkupAndOtherDocumentsKeepTheirMeaning) {
   EXPECT_EQ("x", kmz::UnzipFile(Path("out.kmz"), "files/x.png"));
 }
 
+TEST_F(KmzTest, ImageTagsMeanWhatABrowserTakesThemFor) {
+  MakeFile("a&b.png", "1");
+  MakeFile("c.png", "2");
+  struct Case {
+    const char* read;
+    const char* written;
+  };
+  const Case cases[] = {
+      {"<img src=\"a&amp;b.png\">", "<img src=\"files/a_b.png\">"},
+      {"<img src='a&b.png'>", "<img src='files/a_b.png'>"},
+      {"<img data-src='no.png' alt=\"src='no.png' >\" width=5 SRC = 'c.png'/>",
+       "<img data-src='no.png' alt=\"src='no.png' >\" width=5 SRC = 'files/c.png'/>"},
+      {"<img alt=\"<img src='c.png'>", "<img alt=\"<img src='files/c.png'>"},
+      {"<img src='c.png?v=1'>", "<img src='files/c.png'>"},
+      {"<img src=c.png><imgs src='c.png'>", "<img src=c.png><imgs src='c.png'>"},
+  };
+  for (const Case& c : cases) {
+    const QByteArray text = "<description><![CDATA[" + QByteArray(c.read) + "]]></description>";
+    const auto tree = Load(MakeFile("doc.kml", "<kml><Placemark>" + text + "</Placemark></kml>"));
+    ASSERT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz")));
+    const QString packed = QString::fromUtf8(kmz::UnzipFile(Path("out.kmz"), QString()));
+    EXPECT_TRUE(packed.contains(QString("[CDATA[%1]]>").arg(c.written))) << packed.toStdString();
+  }
+}
+
 TEST_F(KmzTest, FilesInAnotherArchiveAreCopied) {
   // As other programs make them: with a folder's own names, and without any mark.
   const zipFile zip = zipOpen64(QFile::encodeName(Path("in.kmz")).constData(), 0);
@@ -237,6 +262,50 @@ TEST_F(KmzTest, LocalNamesMayHoldWhatBeginsAQuery) {
     for (int i = 0; i < 5; ++i)
       EXPECT_EQ(QByteArray("anbce").mid(i, 1), kmz::UnzipFile(Path("again.kmz"), copies[i])) << i;
   }
+}
+
+TEST_F(KmzTest, FilesFromElsewhereComeOnlyWhereTheyAreWanted) {
+  MakeFile("home/own.png", "1");
+  MakeFile("home/sub/own.png", "2");
+  MakeFile("beside.png", "3");
+  QFile::link(Path("beside.png"), Path("home/link.png"));
+  const QStringList references = {"own.png", "sub/own.png", "../beside.png", "link.png"};
+  const RefPtr<SchemaObject> tree = Load(MakeFile("home/doc.kml", DocumentWith(references)));
+  QStringList outside;
+  EXPECT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz"), kWriteOwnFilesOnly, nullptr, &outside));
+  EXPECT_EQ(QStringList({Path("beside.png"), Path("home/link.png")}), outside);
+  EXPECT_EQ(QStringList({"files/own.png", "files/own_01.png", "../beside.png", "../home/link.png"}),
+            References(Path("out.kmz")));
+
+  // The archive is all that such a document has.
+  const RefPtr<SchemaObject> packed = Load(Path("out.kmz"));
+  EXPECT_EQ(QString(),
+            packed->WriteKmlFile(Path("again.kmz"), kWriteOwnFilesOnly, nullptr, &outside));
+  EXPECT_EQ(QStringList({Path("beside.png"), Path("home/link.png")}), outside);
+  EXPECT_EQ(Contents(Path("out.kmz")), Contents(Path("again.kmz")));
+}
+
+TEST_F(KmzTest, WritingAgainLeavesNoFurtherCopies) {
+  MakeFile("home/x.png", "1");
+  const auto packed = Load(MakeFile("home/doc.kml", DocumentWith({"x.png"})));
+  ASSERT_EQ(QString(), packed->WriteKmlFile(Path("in.kmz")));
+  const RefPtr<SchemaObject> tree = Load(Path("in.kmz"));
+  MakeFile("out/x.png", "of somebody else");
+  for (int i = 0; i < 3; ++i)
+    ASSERT_EQ(QString(), tree->WriteKmlFile(Path("out/doc.kml")));
+  const QDir out(Path("out"));
+  EXPECT_EQ(QStringList({"doc.kml", "x.png", "x_0.png"}), out.entryList(QDir::Files));
+  EXPECT_EQ("1", Contents(Path("out/x_0.png")));
+
+  // A write that fails takes back only what is its own.
+  QFile::remove(Path("out/x_0.png"));
+  {
+    WriteState state(Path("out/doc.kml"), QString(), false);
+    tree->WriteKml(state);
+    EXPECT_TRUE(QFile::exists(Path("out/x_0.png")));
+    state.SetError("no");
+  }
+  EXPECT_EQ(QStringList({"doc.kml", "x.png"}), out.entryList(QDir::Files));
 }
 
 TEST_F(KmzTest, OtherReadersSeeMarkedNamesOfTheFirstDay) {

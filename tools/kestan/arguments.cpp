@@ -100,6 +100,20 @@ const Option* FindOption(const QString& name) {
          arguments.hint = false;
          return true;
        }},
+      {"--outside",
+       {"cat"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.outside = true;
+         return true;
+       }},
+      {"--relative",
+       {"cat"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.relative = true;
+         return true;
+       }},
       {"--json",
        {"check", "style", "links"},
        nullptr,

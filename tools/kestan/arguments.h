@@ -35,9 +35,11 @@ struct Arguments {
   std::vector<NamespaceBase> namespaces;
 
   // Of `cat`.
-  QString output; ///< Empty for standard output.
+  QString output; ///< Empty or "-" for standard output.
   bool hoist = true;
   bool hint = true;
+  bool outside = false;  ///< Pack files from outside of the document's folder too.
+  bool relative = false; ///< Keep the text of URLs.
 
   // Of `links`.
   QString base; ///< Where the document comes from; empty for the file itself.

@@ -3,7 +3,7 @@
 namespace tool {
 
 const char kHelpText[] =
-    R"(Usage: kestan cat [-o OUT] [--no-hoist] [--no-hint] FILE
+    R"(Usage: kestan cat [-o OUT] [--outside] [--relative] [--no-hoist] [--no-hint] FILE
        kestan tree FILE
        kestan check [--json] FILE...
        kestan style [--json] FILE [ID...]
@@ -24,7 +24,12 @@ Commands:
 
 Options of cat:
   -o OUT      write to the file OUT; a name without a suffix gets ".kml". A name that ends in
-              ".kmz" makes an archive, with the local files that the document refers to
+              ".kmz" makes an archive, with the files that the document refers to at or below its
+              own folder, or in its own archive. "-" is standard output
+  --outside   pack files from other folders and archives too
+  --relative  keep references to files and documents as they are written, for an output that comes
+              to lie where FILE is; without it they come with their folders. An archive's change
+              all the same
   --no-hoist  leave shared styles and schemas where they are, outside of the written object
   --no-hint   leave out the "hint" attribute of the root
 
@@ -63,7 +68,7 @@ JSON of links: {"links": [LINK...]}, one LINK a line:
            KML, times in seconds; null for what is fetched once
 
 Exit status: 0 all is well, or there are only remarks; 1 there are findings, a document can't be
-read, or a file that it refers to can't be packed; 2 wrong usage; 3 the output can't be written.
+read, or a file that it refers to isn't packed; 2 wrong usage; 3 the output can't be written.
 )";
 
 } // namespace tool
