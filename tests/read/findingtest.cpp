@@ -122,6 +122,12 @@ TEST_F(FindingTest, IdsAndReferencesAreFindingsWhereTheyDoNotMatch) {
             Find(document));
 }
 
+TEST_F(FindingTest, EachIsToldOnceWhenTheDocumentIsReadAnewInAnotherEncoding) {
+  EXPECT_EQ(QStringList("1:33 bad-number \"x\" is no number"),
+            Find("<Style id='s'><IconStyle><scale>x</scale></IconStyle></Style><!-- \xE9 -->")
+                .filter("bad-number"));
+}
+
 } // namespace
 
 } // namespace vorrel::kestan

@@ -77,6 +77,14 @@ TEST_F(CheckToolTest, ForeignContentIsARemark) {
   EXPECT_EQ(file + ": fine, remarks: 3\n", result.out);
 }
 
+TEST_F(CheckToolTest, ReportsComeOnceWhateverTheEncoding) {
+  const QString file =
+      MakeFile("a.kml", InKml("<Placemark><nome/><visibility>x</visibility><styleUrl>#a</styleUrl>"
+                              "<name>\xE9</name></Placemark>"));
+  const Result result = Run({"check", file});
+  EXPECT_EQ(file + ": errors: 1, warnings: 2\n", result.out) << result.err.toStdString();
+}
+
 TEST_F(CheckToolTest, JsonSaysTheSame) {
   const QString odd =
       MakeFile("odd.kml", InKml("<Placemark>\n <visibility>\"x\\</visibility></Placemark>"));
