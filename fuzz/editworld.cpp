@@ -53,7 +53,7 @@ public:
     world_.React();
   }
   void OnPreDelete(const PreDeleteEvent& event) override {
-    if (world_.Next(4) == 0)
+    if (world_.at_ != world_.end_ && world_.Next(4) == 0)
       world_.dead_.emplace_back(&event.object);
     world_.React();
   }
@@ -100,7 +100,7 @@ EditWorld::EditWorld(const std::uint8_t* data, std::size_t size)
 EditWorld::~EditWorld() {
   at_ = end_;
   held_.clear();
-  dead_.clear();
+  std::vector<Held>().swap(dead_); // what ends now may find it empty
   s_present_ = nullptr;
 }
 
@@ -245,7 +245,7 @@ void EditWorld::Watch() {
     creationObserver_ = std::make_unique<CreationObserver>(*this);
     break;
   case 4:
-    dead_.clear();
+    std::vector<Held>().swap(dead_);
     break;
   case 5:
     if (object)

@@ -64,6 +64,8 @@ SchemaObject::~SchemaObject() {
 
 void SchemaObject::orphaned() {
   const DeletionDeferrer deferrer;
+  if (!GetBit(kBitDeleting) && FindKeeper())
+    return;
   NotifyPreDelete();
   DeletionDeferrer::Add(*this);
 }
@@ -328,7 +330,7 @@ void SchemaObject::NotifyPreDelete() {
     orphans.pop_back();
     if (child.GetBit(kBitDeleting))
       continue;
-    if (child.GetRefCount() > 1) // by more than the field that it stood in
+    if (child.GetRefCount() > 1 || child.FindKeeper()) // held by more than its former place
       child.NotifyOwnerChanged();
     else
       child.Announce(orphans);

@@ -284,6 +284,9 @@ protected:
   /// second call does nothing.
   void NotifyPreDelete();
 
+  /// Nobody counts the object any more. True when somebody who has use for it counts it from now
+  /// on: then it lives.
+  virtual bool FindKeeper() { return false; }
   /// The object dies: whoever points at it without holding it forgets it.
   virtual void LeaveOwners() {}
 

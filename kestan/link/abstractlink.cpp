@@ -1,5 +1,6 @@
 #include "kestan/link/abstractlink.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/enum.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/schemat_impl.h"
@@ -199,12 +200,14 @@ void AbstractLink::NotifyFieldChanged(const Field& field) {
 }
 
 void AbstractLink::merge(const SchemaObject& a, const SchemaObject& b) {
+  const DeletionDeferrer deferrer;
   const unsigned specified = a.GetFieldsSpecified() | b.GetFieldsSpecified();
   SchemaObject::merge(a, b);
   fieldsSpecified_ = specified;
 }
 
 void AbstractLink::CopyNonFieldStuff(const SchemaObject& src) {
+  const DeletionDeferrer deferrer;
   if (src.isOfType(GetClassSchema())) {
     const auto& link = static_cast<const AbstractLink&>(src);
     if (link.view_ || view_)

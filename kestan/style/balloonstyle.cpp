@@ -1,5 +1,6 @@
 #include "kestan/style/balloonstyle.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/style/balloonstyleschema.h"
@@ -58,6 +59,7 @@ void BalloonStyle::SetDisplayMode(DisplayMode mode) {
 bool BalloonStyle::UnspecifyRedundantFields(const BalloonStyle&) { return specified_ == 0; }
 
 void BalloonStyle::merge(const SchemaObject& a, const SchemaObject& b) {
+  const DeletionDeferrer deferrer;
   SubStyle::merge(a, b);
   // An old name in `b` counts for more than a new one in `a`.
   if (HasOldBgColor(b.GetFieldsSpecified()))

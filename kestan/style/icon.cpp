@@ -1,5 +1,6 @@
 #include "kestan/style/icon.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/library.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/objfield_impl.h"
@@ -240,6 +241,7 @@ void Icon::NotifyFieldChanged(const Field& field) {
 }
 
 void Icon::merge(const SchemaObject& a, const SchemaObject& b) {
+  const DeletionDeferrer deferrer;
   AbstractLink::merge(a, b);
   // Each side was set on the way; only those count that one of the two has.
   for (int side = 0; side < IconRectangle::kSideCount; ++side) {

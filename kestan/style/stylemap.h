@@ -73,11 +73,11 @@ public:
   StyleSource Select(int mode) const;
 
 protected:
+  bool FindKeeper() override;
   void LeaveOwners() override;
 
   /// A reference that doesn't keep its target begins to do so when nobody else does any more, and
   /// it is in use.
-  void orphaned() override;
   void RemOwner(SchemaObject& former) override;
 
 private:
@@ -92,7 +92,6 @@ private:
   bool MayKeep(const StyleMap& other) const;
   Pair* FindUser(bool isWanted, bool* isUsed) const;
   bool IsKeptWithout(const StyleMap& other) const;
-  bool FindKeeper();
   void EndRings();
 
   mmvector<RefPtr<Pair>> pairs_;

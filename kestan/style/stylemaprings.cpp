@@ -128,11 +128,6 @@ bool StyleMap::FindKeeper() {
   return true;
 }
 
-void StyleMap::orphaned() {
-  if (!FindKeeper())
-    StyleSelector::orphaned();
-}
-
 void StyleMap::RemOwner(SchemaObject& former) {
   StyleSelector::RemOwner(former);
   if (mayBeInRing_ && !GetBit(kBitDeleting))

@@ -1,6 +1,7 @@
 #include "kestan/style/substyle.h"
 
 #include "kestan/core/bitguard.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
@@ -31,6 +32,7 @@ bool SubStyle::ClearField(const Field& field) {
 }
 
 void SubStyle::merge(const SchemaObject& a, const SchemaObject& b) {
+  const DeletionDeferrer deferrer;
   const unsigned specified = a.GetFieldsSpecified() | b.GetFieldsSpecified();
   SchemaObject::merge(a, b);
   specified_ = specified;

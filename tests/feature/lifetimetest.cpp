@@ -192,7 +192,6 @@ TEST_F(LifetimeTest, WhatDiesIsNeitherFoundNorBoundNorOwned) {
     found = SchemaObject::find(GetDocumentUrl(), QStringLiteral("own"));
     awaited = new Style(KmlId(QStringLiteral("s"), GetDocumentUrl()), GetDocumentUrl());
   });
-  const Once other(placemark.get(), [&] { isTaken = home->AddChild(*placemark); });
   SchemaObject* const raw = placemark.get();
   const Once last(raw, [&] { isTaken = home->AddChild(static_cast<Placemark&>(*raw)); });
   placemark.reset();
@@ -256,8 +255,20 @@ TEST_F(LifetimeTest, AListMayBeChangedWhileItIsCopied) {
   const auto source = Read<LineString>("<LineString><coordinates>1,2,3 4,5,6 7,8,9</coordinates>"
                                        "</LineString>");
   const auto line = Read<LineString>("<LineString/>");
-  const Vec3<double> one{0.0, 0.0, 0.0};
-  const Once observer(line.get(), [&] { line->SetCoords(&one, 1); });
+  class Cutter final : public ObjectObserver {
+  public:
+    using ObjectObserver::ObjectObserver;
+    void OnFieldChanged(const FieldChangedEvent& event) override {
+      auto& changed = static_cast<LineString&>(event.object);
+      if (event.field.GetName() == QLatin1String("coordinates") && changed.GetCoordCount() > 1)
+        changed.SetCoords(&one_, 1);
+    }
+    void OnPreDelete(const PreDeleteEvent&) override {}
+
+  private:
+    const Vec3<double> one_{0.0, 0.0, 0.0};
+  };
+  const Cutter observer(line.get());
   line->copy(*source, true, nullptr);
   EXPECT_EQ(1, line->GetCoordCount()) << "the last word";
 }
