@@ -27,15 +27,37 @@ FromStringResult AltitudeModeEnumField::fromString(SchemaObject& object, const A
                                                    const QString& text, int, Update* update) const {
   int mode = 0;
   if (!GetEnum().GetEnum(text, mode))
-    return FromStringResult::kUnknownEnumeration;
-  if (isExtension_) {
-    object.SetBit(kBitAltitudeModeExt, true);
-  } else if (object.GetBit(kBitAltitudeModeExt)) {
-    if (attrs && !attrs->empty())
+    return KeepUnknownName(object, attrs, namespaces, text, update);
+  if (update)
+    return Store(object, mode, attrs, namespaces, update);
+  const bool hadExtension = object.GetBit(kBitAltitudeModeExt);
+  if (!isExtension_ && hadExtension) {
+    KeepPlain(object, mode);
+    if (attrs)
       object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
     return FromStringResult::kOk;
   }
-  return Store(object, mode, attrs, namespaces, update);
+  const int former = get(object);
+  if (isExtension_)
+    object.SetBit(kBitAltitudeModeExt, true);
+  Store(object, mode, attrs, namespaces, update);
+  if (isExtension_ && !hadExtension)
+    KeepPlain(object, former);
+  return FromStringResult::kOk;
+}
+
+void AltitudeModeEnumField::GetForm(const SchemaObject& object, QString& text, QString&) const {
+  // Beside the extension's, the plain element has said the default: all else is kept as text.
+  const bool isBeside = !isExtension_ && object.GetBit(kBitAltitudeModeExt);
+  text = GetEnum().getString(isBeside ? GetDefault() : get(object));
+}
+
+/// Keeps what the plain element says while the extension's counts. The default says nothing.
+void AltitudeModeEnumField::KeepPlain(SchemaObject& object, int mode) const {
+  if (mode == GetDefault())
+    return;
+  if (const Field* const plain = object.FindField(GetName(), Namespace::kKml, nullptr))
+    object.KeepText(*plain, GetEnum().getString(mode));
 }
 
 } // namespace vorrel::kestan

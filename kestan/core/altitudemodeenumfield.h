@@ -30,8 +30,11 @@ public:
                               Update* update) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+  void GetForm(const SchemaObject& object, QString& text, QString& attrs) const override;
 
 private:
+  void KeepPlain(SchemaObject& object, int mode) const;
+
   bool isExtension_;
 };
 

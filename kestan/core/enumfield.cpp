@@ -16,8 +16,16 @@ FromStringResult EnumField::fromString(SchemaObject& object, const AttributeList
                                        Update* update) const {
   int value = 0;
   if (!values_->GetEnum(text, value))
-    return FromStringResult::kUnknownEnumeration;
+    return KeepUnknownName(object, attrs, namespaces, text, update);
   return Store(object, value, attrs, namespaces, update);
+}
+
+FromStringResult EnumField::KeepUnknownName(SchemaObject& object, const AttributeList* attrs,
+                                            const NamespaceList* namespaces, const QString& text,
+                                            const Update* update) const {
+  if (!update)
+    KeepText(object, attrs, namespaces, text);
+  return FromStringResult::kUnknownEnumeration;
 }
 
 void EnumField::CheckSet(SchemaObject& object, const int& value, unsigned& specified) const {

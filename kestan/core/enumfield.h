@@ -14,7 +14,8 @@ public:
 
   const Enum& GetEnum() const { return *values_; }
 
-  /// Answers `kUnknownEnumeration`, and stores nothing, for a name that isn't in the table.
+  /// For a name that isn't in the table, answers `kUnknownEnumeration`: the value stays, and the
+  /// name is kept as text.
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
@@ -29,6 +30,11 @@ public:
   /// True for a value that no text stands for.
   bool IsUndefined(const SchemaObject& object) const override;
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+
+protected:
+  FromStringResult KeepUnknownName(SchemaObject& object, const AttributeList* attrs,
+                                   const NamespaceList* namespaces, const QString& text,
+                                   const Update* update) const;
 
 private:
   Enum* values_;

@@ -88,10 +88,28 @@ bool Field::IsUndefined(const SchemaObject&) const { return false; }
 
 void Field::FindFaults(const SchemaObject&, const AttributeList*, TextFaults&) const {}
 
+void Field::GetForm(const SchemaObject& object, QString& text, QString&) const {
+  text = toString(object, -1);
+}
+
 void Field::NotifyFieldChanged(SchemaObject& object) const {
   const DeletionDeferrer deferrer;
+  if (object.HasKeptValues())
+    object.DropKeptValues(*this);
   if (!object.GetBit(kBitDeleting))
     object.NotifyFieldChanged(*this);
+}
+
+bool Field::IsSameMember(const Field& other) const {
+  return this == &other || (offset_ == other.offset_ && type_ == other.type_ && !name_.isEmpty() &&
+                            name_ == other.name_ && HasFlag(kProxy) == other.HasFlag(kProxy));
+}
+
+void Field::KeepText(SchemaObject& object, const AttributeList* attrs,
+                     const NamespaceList* namespaces, const QString& text) const {
+  if (attrs)
+    object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
+  object.KeepText(*this, text);
 }
 
 void Field::SetFlagBit(unsigned flag, bool value) {

@@ -17,6 +17,7 @@ class SchemaObject;
 class TextFaults;
 class Update;
 class WriteState;
+struct KeptValue;
 
 /// What became of a text that was handed to a field or an object.
 enum class FromStringResult {
@@ -144,13 +145,27 @@ public:
                           TextFaults& faults) const;
   /// Prints the bare value.
   virtual void WriteKmlString(const SchemaObject& object, WriteState& state) const;
+  /// The field in which a child ends up that this one is given.
+  virtual const Field& GetPlaceFor(const SchemaObject&) const { return *this; }
+  /// True where each further element of a document adds a value, and false where it replaces the
+  /// one before.
+  virtual bool IsRepeatable() const { return IsArray(); }
+  /// The element that would give the object its present value: its text without escapes, and what
+  /// is needed of attributes. `attrs` come in as the unknown ones of the present element.
+  virtual void GetForm(const SchemaObject& object, QString& text, QString& attrs) const;
 
-  /// Tells the object that this member has changed. What is dying tells nothing.
+  /// Tells the object that this member was set. What a document gave it besides is forgotten. What
+  /// is dying tells nothing.
   void NotifyFieldChanged(SchemaObject& object) const;
+  /// True for this field, and for one with the same member and the same name in another namespace.
+  bool IsSameMember(const Field& other) const;
   /// The name with the prefix that it needs as an element, or as an attribute of `object`.
   QString GetPrefixedElem() const;
   QString GetPrefixedAttr(const SchemaObject& object) const;
   void WriteUnknownFieldAttrs(WriteState& state, const SchemaObject& object) const;
+
+  /// Writes what has been displaced from the field, or stands in its place.
+  void WriteKept(const SchemaObject& object, const KeptValue& value, WriteState& state) const;
 
 protected:
   void SetFlagBit(unsigned flag, bool value);
@@ -168,6 +183,10 @@ protected:
   template <class T> T& Member(const SchemaObject& object) const {
     return Member<T>(object, offset_);
   }
+
+  /// Keeps a text that gives no value, with the attributes of its element.
+  void KeepText(SchemaObject& object, const AttributeList* attrs, const NamespaceList* namespaces,
+                const QString& text) const;
 
   /// Writes the member as element or attribute by the common rule of value fields.
   /// `differs` says whether the value differs from the default.

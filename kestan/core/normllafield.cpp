@@ -2,6 +2,7 @@
 
 #include "kestan/core/convertfromstring.h"
 #include "kestan/core/textfaults.h"
+#include "kestan/core/schemaobject.h"
 #include "kestan/host/convert.h"
 #include "kestan/host/numberformat.h"
 
@@ -12,10 +13,15 @@ namespace vorrel::kestan {
 FromStringResult NormLLAField::fromString(SchemaObject& object, const AttributeList* attrs,
                                           const NamespaceList* namespaces, const QString& text, int,
                                           Update* update) const {
-  Vec3<double> position = convert::LLAToNorm(ValueFromString<Vec3<double>>(text));
+  Vec3<double> numbers{0.0, 0.0, 0.0};
+  const bool isPosition = ConvertFromString(text, numbers);
+  Vec3<double> position = convert::LLAToNorm(numbers);
   position.x = std::clamp(position.x, -180.0, 180.0);
   position.y = std::clamp(position.y, -180.0, 180.0);
-  return Store(object, position, attrs, namespaces, update);
+  const FromStringResult result = Store(object, position, attrs, namespaces, update);
+  if (!update && !isPosition)
+    object.KeepText(*this, text);
+  return result;
 }
 
 void NormLLAField::FindFaults(const SchemaObject& object, const AttributeList*,

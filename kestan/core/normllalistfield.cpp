@@ -17,7 +17,7 @@ constexpr int kOptionalAltitude = 1;
 /// Scratch space beyond this many positions isn't kept for the next text.
 constexpr std::size_t kKeptScratch = 1U << 16;
 
-bool IsPolyline(const AttributeList* attrs) {
+bool HasPolylineType(const AttributeList* attrs) {
   return attrs && std::any_of(attrs->begin(), attrs->end(), [](const auto& attr) {
            return attr.first == QLatin1String("type") && attr.second == QLatin1String("polyline");
          });
@@ -51,7 +51,7 @@ FromStringResult NormLLAListField::fromString(SchemaObject& object, const Attrib
   // member its exact size at the cost of one copy.
   static thread_local mmvector<Vec3<double>> scratch;
   scratch.clear();
-  ForEachPosition(text, IsPolyline(attrs),
+  ForEachPosition(text, HasPolylineType(attrs),
                   [](const Vec3<double>& position) { scratch.push_back(position); });
   Array(object).assign(scratch.begin(), scratch.end());
   if (scratch.capacity() > kKeptScratch)
@@ -60,15 +60,41 @@ FromStringResult NormLLAListField::fromString(SchemaObject& object, const Attrib
   if (attrs && !attrs->empty())
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
   NotifyFieldChanged(object);
+  if (Array(object).empty() && !text.isEmpty())
+    object.KeepText(*this, text);
   return FromStringResult::kOk;
 }
 
 void NormLLAListField::FindFaults(const SchemaObject&, const AttributeList* attrs,
                                   TextFaults& faults) const {
-  if (IsPolyline(attrs))
+  if (HasPolylineType(attrs))
     faults.CheckTuples({2, 0, 2, true});
   else
     faults.CheckTuples({3, kOptionalAltitude, 2, true});
+}
+
+void NormLLAListField::GetForm(const SchemaObject& object, QString& text, QString& attrs) const {
+  const bool isPolyline = IsPolyline(object, attrs);
+  text.clear();
+  for (const Vec3<double>& position : Array(object)) {
+    char buffer[kMaxNormLLALength];
+    const Vec3<double> written = isPolyline ? Vec3<double>{position.y, position.x, 0.0} : position;
+    const int size = FormatNormLLA(written, ',', buffer) - (isPolyline ? 2 : 0);
+    text += QString::fromLatin1(buffer, size) + QLatin1Char(' ');
+  }
+  text.chop(1);
+}
+
+bool NormLLAListField::IsPolyline(const SchemaObject& object, QString& attrs) const {
+  const QLatin1String mark(" type=\"polyline\"");
+  if (!attrs.contains(mark))
+    return false;
+  const mmvector<Vec3<double>>& positions = Array(object);
+  if (std::all_of(positions.begin(), positions.end(),
+                  [](const Vec3<double>& position) { return position.z == 0.0; }))
+    return true;
+  attrs.remove(mark);
+  return false;
 }
 
 QString NormLLAListField::toString(const SchemaObject& object, int index) const {

@@ -19,6 +19,12 @@ public:
                   TextFaults& faults) const override;
   QString toString(const SchemaObject& object, int index) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
+  void GetForm(const SchemaObject& object, QString& text, QString& attrs) const override;
+
+private:
+  /// True when the positions can stand as pairs, as attributes ask for: that form has no altitudes.
+  /// Otherwise takes the mark of the form out of the attributes.
+  bool IsPolyline(const SchemaObject& object, QString& attrs) const;
 };
 
 } // namespace vorrel::kestan

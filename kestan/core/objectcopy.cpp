@@ -1,6 +1,9 @@
 // Copying, merging and walks: written once, on the field lists of the schema.
 
+#include "kestan/core/childmove.h"
 #include "kestan/core/deletiondeferrer.h"
+#include "kestan/core/keptvalues.h"
+#include "kestan/core/objfield.h"
 #include "kestan/core/objurlfield.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
@@ -73,12 +76,18 @@ bool Contains(const mmvector<const Field*>* fields, const Field& field) {
   return fields && std::find(fields->begin(), fields->end(), &field) != fields->end();
 }
 
+mmvector<KeptField> GetKept(const SchemaObject& object) {
+  return object.HasKeptValues() ? object.GetUnknownData()->kept->GetFields()
+                                : mmvector<KeptField>();
+}
+
 } // namespace
 
 void SchemaObject::CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                               bool fresh) const {
   const DeletionDeferrer deferrer;
   const RefPtr<const SchemaObject> kept = Keep(*this);
+  const mmvector<KeptField> displaced = GetKept(*this);
   ForEachCopiedField(dst, *this, *this, [&](const Field& field) {
     if (Contains(excluded, field))
       return;
@@ -86,12 +95,40 @@ void SchemaObject::CopyFields(SchemaObject& dst, bool deep, const mmvector<const
       field.clone(dst, *this, deep);
     else
       field.copy(dst, *this, deep);
+    if (dst.HasKeptValues())
+      dst.DropKeptValues(field); // a child that was there may have become the copy
   });
   if (unknownData_) {
     dst.unknownData() = *unknownData_;
     dst.SetBit(kBitUnknownFieldAttrs, GetBit(kBitUnknownFieldAttrs));
   }
+  dst.TakeKeptValues(displaced, deep, excluded, fresh);
   dst.CopyNonFieldStuff(*this);
+}
+
+void SchemaObject::TakeKeptValues(const mmvector<KeptField>& kept, bool deep,
+                                  const mmvector<const Field*>* excluded, bool fresh) {
+  ChildMove move;
+  for (const KeptField& from : kept) {
+    if (from.field->HasFlag(Field::kNoCopy) || Contains(excluded, *from.field) ||
+        !isOfType(from.field->GetSchema()))
+      continue;
+    KeptField to{from.field, from.bare, {}, from.text};
+    for (const KeptValue& value : from.displaced) {
+      if (value.object && !deep && fresh)
+        continue; // like the children in fields
+      to.displaced.push_back(value);
+      if (value.object && deep)
+        to.displaced.back().object = CloneInto(*this, *value.object);
+      if (SchemaObject* child = to.displaced.back().object.get()) {
+        move.Take(*child);
+        ChildMove::Enter(*child, *this, -1);
+      }
+    }
+    if (!to.IsEmpty())
+      keptValues().Require(*from.field) = std::move(to);
+  }
+  move.Tell();
 }
 
 RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
@@ -134,9 +171,29 @@ void SchemaObject::merge(const SchemaObject& a, const SchemaObject& b) {
   const DeletionDeferrer deferrer;
   const RefPtr<const SchemaObject> kept[] = {Keep(a), Keep(b)};
   const unsigned specified = b.GetFieldsSpecified();
+  // What is kept comes with the value; where one gave none, with the text that it was.
+  const auto isOfB = [&](const Field& field) {
+    const KeptField* const entry = b.GetKeptField(field);
+    return (specified & field.GetMaskBit()) != 0 || (entry && !entry->text.isNull());
+  };
+  mmvector<KeptField> displaced;
+  for (const SchemaObject* source : {&a, &b}) {
+    for (KeptField& entry : GetKept(*source)) {
+      if (isOfB(*entry.field) == (source == &b))
+        displaced.push_back(std::move(entry));
+    }
+  }
   ForEachCopiedField(*this, a, b, [&](const Field& field) {
     field.merge(*this, a, b, (specified & field.GetMaskBit()) != 0);
+    if (HasKeptValues())
+      DropKeptValues(field);
   });
+  for (KeptField& from : displaced) {
+    from.bare.clear();
+    for (KeptValue& value : from.displaced)
+      value.attrs = QString(); // unknown attributes aren't merged
+  }
+  TakeKeptValues(displaced, true, nullptr, true);
 }
 
 void SchemaObject::CopyNonFieldStuff(const SchemaObject& src) { hintTarget_ = src.hintTarget_; }
@@ -169,6 +226,14 @@ void SchemaObject::FindBySchema(const Schema& schema, mmvector<SchemaObject*>& o
     for (int i = 0; i < count; ++i) {
       if (const SchemaObject* child = field->GetObject(*this, i))
         child->FindBySchema(schema, out);
+    }
+  }
+  if (!HasKeptValues())
+    return;
+  for (const KeptField& kept : unknownData_->kept->GetFields()) {
+    for (const KeptValue& value : kept.displaced) {
+      if (value.object)
+        value.object->FindBySchema(schema, out);
     }
   }
 }

@@ -26,8 +26,10 @@ ObjFieldBase::ObjFieldBase(Schema& schema, const QString& name, const Schema& ob
 
 bool ObjFieldBase::set(SchemaObject& owner, SchemaObject* child, int) const {
   const DeletionDeferrer deferrer;
-  if (child == GetObject(owner, -1))
+  if (child == GetObject(owner, -1)) {
+    owner.DropKeptValues(*this);
     return true;
+  }
   if (!Replace(owner, child))
     return false;
   NotifyFieldChanged(owner);

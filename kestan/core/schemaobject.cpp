@@ -4,6 +4,7 @@
 #include "kestan/core/childmove.h"
 #include "kestan/core/creationobserver.h"
 #include "kestan/core/deletiondeferrer.h"
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobjectschema.h"
@@ -217,6 +218,8 @@ const Field* SchemaObject::Vacate(SchemaObject& child) {
   const Field* const field = SchemaObject::FindObject(child, &index); // the place, no reference
   if (field)
     static_cast<const ChildField*>(field)->TakeOut(*this, index);
+  else
+    RemoveDisplaced(child);
   return field;
 }
 
@@ -281,6 +284,14 @@ void SchemaObject::HandDown() {
         child->NotifyOwnerChanged();
     }
   }
+  if (!HasKeptValues())
+    return;
+  for (const KeptField& kept : mmvector<KeptField>(unknownData_->kept->GetFields())) {
+    for (const KeptValue& value : kept.displaced) {
+      if (value.object)
+        value.object->NotifyOwnerChanged();
+    }
+  }
 }
 
 void SchemaObject::EndReading() {
@@ -303,10 +314,6 @@ void SchemaObject::NotifySubFieldChanged(SchemaObject& changed, const Field& fie
   visited.push_back(this);
   ObjectObserver::NotifySubFieldChanged(*owner_, *this, changed, field, visited);
   visited.pop_back();
-}
-
-bool SchemaObject::HasRoomFor(const Field& field, bool) const {
-  return field.IsArray() || field.HasFlag(Field::kNoWrite) || !field.GetObject(*this, -1);
 }
 
 void SchemaObject::FinishCreation(bool notify) {
@@ -360,6 +367,16 @@ void SchemaObject::Announce(Orphans& orphans) {
         continue;
       child->LeavePlace(*this);
       orphans.push_back(child);
+    }
+  }
+  if (HasKeptValues()) {
+    for (const KeptField& kept : unknownData_->kept->GetFields()) {
+      for (const KeptValue& value : kept.displaced) {
+        if (!value.object || value.object->GetHome() != this)
+          continue;
+        value.object->LeavePlace(*this);
+        orphans.push_back(value.object.get());
+      }
     }
   }
   std::reverse(orphans.begin() + first, orphans.end()); // the first one is the next

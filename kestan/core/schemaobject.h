@@ -38,7 +38,9 @@ namespace vorrel::kestan {
 class ChildMove;
 class ConstructionGuard;
 class DeletionDeferrer;
+class Displacement;
 class Document;
+class KeptValues;
 class ObjectObserver;
 class Schema;
 class SchemaObjectSchema;
@@ -59,6 +61,8 @@ struct HandlerEvent {
 };
 
 using HandlerFunc = bool (*)(HandlerEvent&);
+
+struct KeptField;
 
 /// Objects on the way up of a field change; guards against cycles of owners.
 class VisitedObjects : public InlinedVector<SchemaObject*, 16> {
@@ -171,8 +175,31 @@ public:
   void SetUnknownFields(const QString& text, const NamespaceList* namespaces);
   void SetUnknownFieldAttrs(const Field& field, const AttributeList& list,
                             const NamespaceList* namespaces);
+  /// Removes the stored text, and gives it to a field that has none.
+  QString TakeUnknownFieldAttrs(const Field& field);
+  void PutUnknownFieldAttrs(const Field& field, const QString& text);
   /// The stored text; null when there's none.
   QString GetUnknownFieldAttrs(const Field& field) const;
+
+  // What a document gave to fields beyond what they hold: see `KeptValues`.
+  bool HasKeptValues() const { return unknownData_ && unknownData_->kept; }
+  /// Keeps a text that gave the field no value: it's written in its place until the field is set.
+  void KeepText(const Field& field, const QString& text);
+  /// Keeps the attributes of an element for a child that held none.
+  void KeepEmptyElement(const Field& field, const QString& attrs);
+  /// Forgets what was kept for the field; setting it does so.
+  void DropKeptValues(const Field& field);
+  /// True when something is kept for the field, or for another spelling of its member.
+  bool HasKeptValue(const Field& field) const;
+  /// What is kept for just this field, or null.
+  const KeptField* GetKeptField(const Field& field) const;
+  /// True when the field's element is written whatever the field holds: it has unknown attributes,
+  /// or what it has displaced would count without it.
+  bool KeepsElement(const Field& field) const {
+    return unknownData_ && (!GetUnknownFieldAttrs(field).isNull() || GetKeptField(field));
+  }
+  /// True for a child that has to be written even though it says nothing, for the same reason.
+  bool HasDisplacedOthers() const;
 
   /// Writes the object to a file, `flags` from `WriteFlag`: KML, or with a name that ends in ".kmz"
   /// an archive of the document with the local files that it refers to. The old file stays as it
@@ -257,9 +284,6 @@ public:
   virtual double GetInterpolant(int i, int a, int b) const;
   /// The owner in whose field the object stands. The others, of a class with several, refer to it.
   virtual SchemaObject* GetHome() const { return owner_; }
-  /// Whether a further child of a document can go into `field` without pushing one out that would
-  /// be written. Where it can't, its text is kept instead.
-  virtual bool HasRoomFor(const Field& field, bool hasId) const;
   /// The object itself, when it's a document.
   virtual Document* AsDocument() const { return nullptr; }
   /// Brings those below up to date with all that they inherit.
@@ -268,6 +292,11 @@ public:
   void WriteUnknownAttrs(WriteState& state) const;
   void WriteUnknownFieldAttrs(WriteState& state, const Field& field) const;
   void WriteUnknownFields(WriteState& state) const;
+  /// Writes what is kept for the field, and then the field: what documents of this class hold for
+  /// it.
+  void WriteField(const Field& field, WriteState& state) const;
+  /// The first part of that, but for a text in the field's place.
+  void WriteDisplaced(const Field& field, WriteState& state) const;
 
 protected:
   SchemaObject(const Schema& schema, const KmlId& id, const QString& baseUrl);
@@ -304,6 +333,7 @@ private:
   friend class DeletionDeferrer;
   friend class ObjectObserver;
   friend class CreationObserver;
+  friend class Displacement;
   friend class StyleSelector; // has several owners
   friend class IdField;       // changes the id
 
@@ -315,6 +345,11 @@ private:
   void AddToObjectHash(std::uint32_t hashValue);
   /// Enters the object under an id that has changed.
   void Rehash();
+  KeptValues& keptValues();
+  /// Takes out a displaced object; false when it isn't there.
+  bool RemoveDisplaced(const SchemaObject& child);
+  void TakeKeptValues(const mmvector<KeptField>& kept, bool deep,
+                      const mmvector<const Field*>* excluded, bool fresh);
   void CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                   bool fresh) const;
 

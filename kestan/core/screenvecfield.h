@@ -20,6 +20,10 @@ public:
   void FindFaults(const SchemaObject& object, const AttributeList* attrs,
                   TextFaults& faults) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
+  void GetForm(const SchemaObject& object, QString& text, QString& attrs) const override;
+
+private:
+  static QString GetAttributes(const LegacyScreenVec& value);
 };
 
 } // namespace vorrel::kestan

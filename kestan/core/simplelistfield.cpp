@@ -62,6 +62,13 @@ void SimpleListField<T>::FindFaults(const SchemaObject&, const AttributeList*,
   });
 }
 
+template <class T>
+void SimpleListField<T>::GetForm(const SchemaObject& object, QString& text, QString&) const {
+  text.clear();
+  for (const T& value : this->Array(object))
+    text += (text.isEmpty() ? QString() : QStringLiteral(" ")) + ValueToString(value);
+}
+
 template class SimpleListField<int>;
 template class SimpleListField<unsigned int>;
 template class SimpleListField<unsigned short>;

@@ -17,6 +17,8 @@ public:
   void FindFaults(const SchemaObject& object, const AttributeList* attrs,
                   TextFaults& faults) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
+  bool IsRepeatable() const override { return false; }
+  void GetForm(const SchemaObject& object, QString& text, QString& attrs) const override;
 };
 
 extern template class SimpleListField<int>;

@@ -96,14 +96,14 @@ template <class T> void TypedField<T>::SetTypedObject(SchemaObject& object, T va
 
 template <class T>
 void TypedField<T>::CheckSet(SchemaObject& object, const T& value, unsigned& specified) const {
-  if (!typedfield_detail::IsSame(get(object), value))
+  if (!typedfield_detail::IsSame(get(object), value) || object.HasKeptValue(*this))
     SetTypedObject(object, value);
   else
     ObjectObserver::SetSpecified(object, specified, specified | GetMaskBit());
 }
 
 template <class T> void TypedField<T>::CheckSet(SchemaObject& object, const T& value) const {
-  if (!typedfield_detail::IsSame(get(object), value))
+  if (!typedfield_detail::IsSame(get(object), value) || object.HasKeptValue(*this))
     SetTypedObject(object, value);
 }
 

@@ -1,5 +1,6 @@
 #include "kestan/core/unknowndata.h"
 
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/read/rawxml.h" // one way of escaping attributes
 
@@ -8,6 +9,22 @@
 namespace vorrel::kestan {
 
 UnknownNamespace::~UnknownNamespace() = default;
+
+UnknownData::UnknownData() = default;
+
+UnknownData::UnknownData(const UnknownData& other)
+    : attrs(other.attrs), fields(other.fields), fieldAttrs(other.fieldAttrs),
+      namespaces(other.namespaces) {}
+
+UnknownData& UnknownData::operator=(const UnknownData& other) {
+  attrs = other.attrs;
+  fields = other.fields;
+  fieldAttrs = other.fieldAttrs;
+  namespaces = other.namespaces;
+  return *this;
+}
+
+UnknownData::~UnknownData() = default;
 
 QString schemaobject_detail::GetAttrListString(const AttributeList& list) {
   if (list.empty())
@@ -52,17 +69,27 @@ void SchemaObject::SetUnknownFieldAttrs(const Field& field, const AttributeList&
                                         const NamespaceList* namespaces) {
   if (list.empty())
     return;
-  SetBit(kBitUnknownFieldAttrs, true);
-  UnknownData& data = unknownData();
-  const QString text = schemaobject_detail::GetAttrListString(list);
-  const auto entry = std::find_if(data.fieldAttrs.begin(), data.fieldAttrs.end(),
-                                  [&](const auto& pair) { return pair.first == &field; });
-  if (entry != data.fieldAttrs.end())
-    entry->second = text;
-  else
-    data.fieldAttrs.emplace_back(&field, text);
+  TakeUnknownFieldAttrs(field);
+  PutUnknownFieldAttrs(field, schemaobject_detail::GetAttrListString(list));
   if (namespaces)
-    data.namespaces = *namespaces;
+    unknownData_->namespaces = *namespaces;
+}
+
+void SchemaObject::PutUnknownFieldAttrs(const Field& field, const QString& text) {
+  if (text.isNull())
+    return;
+  SetBit(kBitUnknownFieldAttrs, true);
+  unknownData().fieldAttrs.emplace_back(&field, text);
+}
+
+QString SchemaObject::TakeUnknownFieldAttrs(const Field& field) {
+  QString text = GetUnknownFieldAttrs(field);
+  if (!text.isNull()) {
+    auto& all = unknownData_->fieldAttrs;
+    all.erase(std::find_if(all.begin(), all.end(),
+                           [&](const auto& pair) { return pair.first == &field; }));
+  }
+  return text;
 }
 
 QString SchemaObject::GetUnknownFieldAttrs(const Field& field) const {

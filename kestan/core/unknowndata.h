@@ -8,11 +8,13 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
 #include <utility>
 
 namespace vorrel::kestan {
 
 class Field;
+class KeptValues;
 
 /// Attributes as they stand in a start tag: names and values without escapes.
 using AttributeList = mmvector<std::pair<QString, QString>>;
@@ -36,10 +38,18 @@ using NamespaceList = QVector<RefPtr<UnknownNamespace>>;
 
 /// XML that no schema understands, kept so that it's written back. Objects create it on demand.
 struct KESTAN_EXPORT UnknownData {
+  UnknownData();
+  /// A copy has no kept values, since the objects among them have one owner, and those of what it's
+  /// assigned to stay.
+  UnknownData(const UnknownData& other);
+  UnknownData& operator=(const UnknownData& other);
+  ~UnknownData();
+
   QString attrs;  ///< Ready XML: each item a blank, the name, `="`, the escaped value, `"`.
   QString fields; ///< Raw XML of the child elements.
   mmvector<std::pair<const Field*, QString>> fieldAttrs; ///< Per field, in the form of `attrs`.
-  NamespaceList namespaces; ///< Declarations that the texts above may need.
+  NamespaceList namespaces;         ///< Declarations that the texts above may need.
+  std::unique_ptr<KeptValues> kept; ///< What fields were given beyond what they hold; mostly null.
 };
 
 namespace schemaobject_detail {

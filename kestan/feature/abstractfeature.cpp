@@ -17,7 +17,6 @@
 #include "kestan/spacetime/abstractview.h"
 #include "kestan/spacetime/region.h"
 #include "kestan/spacetime/time.h" // visibility depends on the chosen time
-#include "kestan/spacetime/timeinstant.h"
 #include "kestan/spacetime/timeprimitive.h"
 #include "kestan/style/liststyle.h" // lines of a snippet
 #include "kestan/style/style.h"
@@ -183,7 +182,7 @@ void AbstractFeature::SetSnippetIfExists(const QString& text) {
     NotifyFieldChanged(Fields().snippetObject);
   } else if (HasNewSnippet() || !text.isEmpty()) {
     snippet_ = text;
-    NotifyFieldChanged(Fields().snippet);
+    Fields().snippet.NotifyFieldChanged(*this);
   }
 }
 
@@ -454,14 +453,6 @@ const Field* AbstractFeature::FindObject(const SchemaObject& child, int* index) 
     return &Fields().styleUrl;
   }
   return SchemaObject::FindObject(child, index);
-}
-
-bool AbstractFeature::HasRoomFor(const Field& field, bool hasId) const {
-  if (&field != &Fields().timePrimitive || !timePrimitive_)
-    return SchemaObject::HasRoomFor(field, hasId);
-  // An instant without a time isn't written.
-  return timePrimitive_->isOfType(TimeInstant::GetClassSchema()) && !timePrimitive_->GetBegin() &&
-         !timePrimitive_->HasUnknownData();
 }
 
 void AbstractFeature::NotifyFieldChanged(const Field& field) {

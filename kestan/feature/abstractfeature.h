@@ -166,7 +166,6 @@ public:
   void OnUrlLoad(const StrField& field, SchemaObject* loaded) override;
   const Field* FindObject(const SchemaObject& child, int* index) const override;
   void NotifyFieldChanged(const Field& field) override;
-  bool HasRoomFor(const Field& field, bool hasId) const override;
   void NotifyInheritedVisibilityChanged() override;
   void NotifyOwnerChanged() override;
   void CopyNonFieldStuff(const SchemaObject& src) override;

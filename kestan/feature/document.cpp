@@ -52,6 +52,12 @@ bool SharedStylesField::IsAnonymous(const SchemaObject* style) {
   return style && style->GetId().isEmpty();
 }
 
+const Field& SharedStylesField::GetPlaceFor(const SchemaObject& child) const {
+  if (IsAnonymous(&child))
+    return AbstractFeatureSchema::GetSingleton().inlineStyleSelector;
+  return *this;
+}
+
 bool SharedStylesField::TakeInline(SchemaObject& document, SchemaObject& style) {
   return AbstractFeatureSchema::GetSingleton().inlineStyleSelector.set(document, &style, -1);
 }
@@ -129,9 +135,9 @@ void Document::WriteStylesAndSchemas(WriteState& state, const QString&) const { 
 void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* feature) const {
   WriteKmlStartTag(state, false);
   for (const Field* field : AbstractFeature::GetClassSchema().GetSerializedFields())
-    field->WriteKml(*this, state);
+    WriteField(*field, state);
   const AbstractFolderSchema& folderFields = AbstractFolderSchema::GetSingleton();
-  folderFields.icon.WriteKml(*this, state);
+  WriteField(folderFields.icon, state);
   WriteUnknownFields(state);
   state.hoist().WriteSchemas(state);
   state.hoist().WriteStyles(state);
@@ -143,10 +149,5 @@ void Document::WriteKmlStylesSchemas(WriteState& state, const AbstractFeature* f
 }
 
 void Document::accept(FeatureVisitor& visitor) { visitor.visit(*this); }
-
-bool Document::HasRoomFor(const Field& field, bool hasId) const {
-  const bool isAnonymousStyle = &field == &Fields().styleSelectors && !hasId;
-  return isAnonymousStyle ? !GetInlineStyleSelector() : AbstractFolder::HasRoomFor(field, hasId);
-}
 
 } // namespace vorrel::kestan

@@ -53,7 +53,6 @@ public:
   void WriteKml(WriteState& state) const override;
   /// A document takes its own styles along, and needs no other around it.
   void WriteStylesAndSchemas(WriteState& state, const QString& path) const override;
-  bool HasRoomFor(const Field& field, bool hasId) const override;
 
 private:
   friend class DocumentSchema;

@@ -16,6 +16,7 @@ public:
   bool insert(SchemaObject& owner, SchemaObject* child, int index) const override;
   int AddMultiple(SchemaObject* owner,
                   const ArraySlice<RefPtr<SchemaObject>>& children) const override;
+  const Field& GetPlaceFor(const SchemaObject& child) const override;
 
 private:
   static bool IsAnonymous(const SchemaObject* style);

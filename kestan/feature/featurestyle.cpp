@@ -1,6 +1,7 @@
 // The styles of a feature: an inline one, a shared one, and what they make together.
 
 #include "kestan/core/deletiondeferrer.h"
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/custom/extendeddata.h" // collected for a write with the styles
@@ -19,6 +20,15 @@ namespace {
 
 const AbstractFeatureSchema& Fields() { return AbstractFeatureSchema::GetSingleton(); }
 
+void LeaveInlineStyle(const SchemaObject* selector, WriteState& state) {
+  if (!selector)
+    return;
+  state.hoist().AddInPlace(static_cast<const StyleSelector&>(*selector),
+                           StyleHoist::Place::kInline);
+  if (const StyleMap* map = StyleMap::As(selector))
+    map->CollectReferences(state, true);
+}
+
 } // namespace
 
 void AbstractFeature::SetStyleUrl(const QString& url) { Fields().styleUrl.CheckSet(*this, url); }
@@ -28,9 +38,11 @@ void AbstractFeature::SetInlineStyleSelector(StyleSelector* selector) {
 }
 
 void AbstractFeature::SetReferencedStyleSelector(StyleSelector* selector) {
-  if (referencedStyleSelector_ != selector && !(selector && selector->GetBit(kBitDeleting)))
-    BindStyleSelector(selector,
-                      selector ? selector->MakeStyleUrl(GetBaseUrl(), styleUrl_) : QString());
+  if (referencedStyleSelector_ == selector || (selector && selector->GetBit(kBitDeleting)))
+    return;
+  DropKeptValues(Fields().styleUrl);
+  BindStyleSelector(selector,
+                    selector ? selector->MakeStyleUrl(GetBaseUrl(), styleUrl_) : QString());
 }
 
 void AbstractFeature::BindStyleSelector(StyleSelector* selector, const QString& url) {
@@ -62,8 +74,8 @@ void AbstractFeature::OnUrlLoad(const StrField&, SchemaObject* loaded) {
   auto* selector = static_cast<StyleSelector*>(loaded);
   if (StyleSelector::IsBuiltInUrl(styleUrl_))
     BindStyleSelector(selector, styleUrl_); // by the name that it has
-  else
-    SetReferencedStyleSelector(selector);
+  else if (referencedStyleSelector_ != selector)
+    BindStyleSelector(selector, selector->MakeStyleUrl(GetBaseUrl(), styleUrl_));
 }
 
 void AbstractFeature::OnStyleUrlChanged() {
@@ -159,11 +171,12 @@ void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
     extendedData_->CollectSchemas(state);
   if (hoist.AddReference(*this, styleUrl_, referencedStyleSelector_.get(), true))
     referencedStyleSelector_->InternalCollectStyles(state);
-  if (!inlineStyleSelector_)
-    return;
-  hoist.AddInPlace(*inlineStyleSelector_, StyleHoist::Place::kInline);
-  if (const StyleMap* map = StyleMap::As(inlineStyleSelector_.get()))
-    map->CollectReferences(state, true);
+  // Inline selectors go out where they stand. What they refer to has to be found.
+  if (const KeptField* kept = GetKeptField(Fields().inlineStyleSelector)) {
+    for (const KeptValue& former : kept->displaced)
+      LeaveInlineStyle(former.object.get(), state);
+  }
+  LeaveInlineStyle(inlineStyleSelector_.get(), state);
 }
 
 } // namespace vorrel::kestan

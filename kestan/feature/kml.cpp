@@ -100,15 +100,9 @@ Kml::Kml(const KmlId& id, const QString& baseUrl) : SchemaObject(GetClassSchema(
 
 Kml::~Kml() { NotifyPreDelete(); }
 
-bool Kml::HasRoomFor(const Field& field, bool hasId) const {
-  const KmlSchema& fields = KmlSchema::GetSingleton();
-  return &field == &fields.feature || &field == &fields.theme ||
-         SchemaObject::HasRoomFor(field, hasId);
-}
-
 void Kml::WriteKml(WriteState& state) const {
   for (const Field* field : GetSchema().GetSerializedFields())
-    field->WriteKml(*this, state);
+    WriteField(*field, state);
   if (!feature_) // which has been given what no class understands
     WriteUnknownFields(state);
 }
@@ -122,7 +116,7 @@ void Kml::WriteStylesAndSchemas(WriteState& state, const QString& path) const {
     if (field == &KmlSchema::GetSingleton().feature)
       feature_->WriteStylesAndSchemas(state, path);
     else
-      field->WriteKml(*this, state);
+      WriteField(*field, state);
   }
 }
 

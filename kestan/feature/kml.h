@@ -28,7 +28,6 @@ public:
 
   /// A second feature, or a second theme, ends the parse that met it.
   void NotifyFieldChanged(const Field& field) override;
-  bool HasRoomFor(const Field& field, bool hasId) const override;
   /// What the root holds: its own element is the one that each written document has.
   void WriteKml(WriteState& state) const override;
   void WriteStylesAndSchemas(WriteState& state, const QString& path) const override;

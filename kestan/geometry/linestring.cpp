@@ -129,7 +129,7 @@ void LineString::ReverseCoordOrder() {
 }
 
 void LineString::NotifyCoordsChanged() {
-  NotifyFieldChanged(LineStringSchema::GetSingleton().coordinates);
+  LineStringSchema::GetSingleton().coordinates.NotifyFieldChanged(*this);
 }
 
 void LineString::NotifyFieldChanged(const Field& field) {

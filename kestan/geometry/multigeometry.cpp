@@ -58,21 +58,21 @@ void MultiGeometry::SetAltitudeMode(AltitudeMode mode) {
   const DeletionDeferrer deferrer;
   altitudeMode_ = mode;
   ForEach([mode](Geometry& geometry) { geometry.SetAltitudeMode(mode); });
-  NotifyFieldChanged(GeometrySchema::GetSingleton().altitudeMode);
+  GeometrySchema::GetSingleton().altitudeMode.NotifyFieldChanged(*this);
 }
 
 void MultiGeometry::SetTessellate(bool tessellate) {
   const DeletionDeferrer deferrer;
   SetBit(kBitTessellate, tessellate);
   ForEach([tessellate](Geometry& geometry) { geometry.SetTessellate(tessellate); });
-  NotifyFieldChanged(GeometrySchema::GetSingleton().tessellate);
+  GeometrySchema::GetSingleton().tessellate.NotifyFieldChanged(*this);
 }
 
 void MultiGeometry::SetExtrude(bool extrude) {
   const DeletionDeferrer deferrer;
   SetBit(kBitExtrude, extrude);
   ForEach([extrude](Geometry& geometry) { geometry.SetExtrude(extrude); });
-  NotifyFieldChanged(GeometrySchema::GetSingleton().extrude);
+  GeometrySchema::GetSingleton().extrude.NotifyFieldChanged(*this);
 }
 
 void MultiGeometry::SetAltitudes(const double* values, int count) {

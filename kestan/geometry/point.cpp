@@ -29,7 +29,7 @@ Point::Point(const Vec3<double>& coord, AbstractFeature* feature, const KmlId& i
 Point::~Point() { NotifyPreDelete(); }
 
 void Point::SetCoord(const Vec3<double>& coord) {
-  if (coord == coord_)
+  if (coord == coord_ && !HasKeptValue(PointSchema::GetSingleton().coordinates))
     return;
   coord_ = coord;
   NotifyCoordsChanged();
@@ -70,7 +70,9 @@ void Point::SetCoords(const Vec3<double>* coords, int count) {
     SetCoord(coords[0]);
 }
 
-void Point::NotifyCoordsChanged() { NotifyFieldChanged(PointSchema::GetSingleton().coordinates); }
+void Point::NotifyCoordsChanged() {
+  PointSchema::GetSingleton().coordinates.NotifyFieldChanged(*this);
+}
 
 GeoBoundingBox<double> Point::GetBBox() const { return {coord_, coord_}; }
 

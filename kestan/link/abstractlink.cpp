@@ -2,6 +2,7 @@
 
 #include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/enum.h"
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/host/url.h"
@@ -83,6 +84,12 @@ AbstractLink::~AbstractLink() { NotifyPreDelete(); } // of a class that a docume
 
 void AbstractLink::SetHref(const QString& href) {
   Fields().href.CheckSet(*this, href, fieldsSpecified_);
+}
+
+void AbstractLink::ReadHref(const QString& text) {
+  const Displacement displacement(*this, Fields().href,
+                                  (fieldsSpecified_ & Fields().href.GetMaskBit()) != 0);
+  SetHref(text);
 }
 
 void AbstractLink::SetViewBoundScale(float scale) {

@@ -72,6 +72,8 @@ public:
   void WriteKml(WriteState& state) const override;
 
 protected:
+  /// Takes the text of the link's own element, another form of `href`.
+  void ReadHref(const QString& text);
   AbstractLink(const Schema& schema, const KmlId& id, const QString& baseUrl);
 
   /// Takes note of a change without telling anybody.

@@ -24,7 +24,7 @@ NetworkLink::Url::Url(const KmlId& id, const QString& baseUrl, bool notify)
 NetworkLink::Url::~Url() { NotifyPreDelete(); }
 
 FromStringResult NetworkLink::Url::fromString(const QString& text) {
-  SetHref(text);
+  ReadHref(text);
   return FromStringResult::kOk;
 }
 

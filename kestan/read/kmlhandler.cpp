@@ -1,5 +1,6 @@
 #include "kestan/read/kmlhandler.h"
 
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/tr.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace vorrel::kestan {
 
@@ -83,7 +85,7 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
         ConsumeElement(attrs, kInText);
         return;
       }
-      if (ns != Namespace::kAtom && !ReportMisplaced(*top->object))
+      if (ns != Namespace::kAtom && !ReportUnknownElement())
         return;
       ConsumeElement(plain, kListed);
       return;
@@ -114,11 +116,7 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
     NoteStart();
 }
 
-/// Tells why the present element isn't taken into an object.
-bool KmlHandler::ReportMisplaced(const SchemaObject& object) {
-  const Meaning& meaning = FindMeaning(object.GetSchema());
-  if (meaning.field && meaning.childSchema && !meaning.childSchema->IsAbstract())
-    return ReportUnexpected(object.getType()); // the place is taken
+bool KmlHandler::ReportUnknownElement() {
   return HandleRecoverable(GetUnknownCode(ReportCode::kUnknownElement), [this] {
     return tr("Unknown element <%1>",
               "Error message shown when a KML file contains an unknown tag. VAL_1 is the unknown "
@@ -177,8 +175,6 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     if (!childSchema)
       return false;
     const int idIndex = GetId(attrs);
-    if (!HasRoomFor(tag, *field, attrs, idIndex))
-      return false;
     int index = -1;
     RefPtr<SchemaObject> child = GetObject(*childSchema, attrs, idIndex, index);
     if (!child)
@@ -192,6 +188,8 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
   switch (field->GetType()) {
   case Field::kObject:
     tag.field = field;
+    tag.hasChild = false;
+    tag.formerAttrs = object.TakeUnknownFieldAttrs(*field);
     if (!attrs)
       return true;
     HandleRecoverable(ReportCode::kUnknownAttribute, [this] {
@@ -260,8 +258,7 @@ bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, c
   const int idIndex = GetId(attrs);
   if (parentField) {
     const Schema* const expected = parentField->GetObjSchema();
-    if (!expected || !schema.SubstitutesFor(*expected) ||
-        !HasRoomFor(tagStack_.back(), *parentField, attrs, idIndex)) {
+    if (!expected || !schema.SubstitutesFor(*expected)) {
       ReportUnexpected(parentField->GetName());
       return false;
     }
@@ -296,15 +293,6 @@ RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned 
     NoteId(id);
   CheckLookupCost();
   return object;
-}
-
-/// False for a child that would push another one of the document out.
-bool KmlHandler::HasRoomFor(const TagInfo& tag, const Field& field, const unsigned short** attrs,
-                            int idIndex) {
-  if (!(tag.filled & TagInfo::GetMark(field)))
-    return true;
-  const bool hasId = idIndex >= 0 && attrs[2 * idIndex + 1][0] != 0;
-  return tag.object->HasRoomFor(field, hasId);
 }
 
 bool KmlHandler::IsInValue() const {
@@ -441,7 +429,9 @@ void KmlHandler::EndUnknownInObject() {
 
 void KmlHandler::EndField(TagInfo& tag) {
   const Field& field = *tag.field;
-  if (field.GetType() != Field::kObject) {
+  if (field.GetType() == Field::kObject) {
+    EndChildElement(tag);
+  } else {
     const QStringView text = text_->GetTrimmed();
     const int length = static_cast<int>(text.size());
     bool goOn = true;
@@ -462,16 +452,66 @@ void KmlHandler::EndField(TagInfo& tag) {
   text_->clear();
 }
 
+/// The child of the last element that holds one counts. The attributes of the others are kept.
+void KmlHandler::EndChildElement(TagInfo& tag) {
+  SchemaObject& object = *tag.object;
+  const Field& field = *tag.field;
+  QString attrs = std::move(tag.formerAttrs);
+  if (tag.hasChild && attrs.isNull())
+    return;
+  const bool isBare = object.GetUnknownFieldAttrs(field).isNull();
+  const bool hasFormer =
+      field.IsArray() ? field.getCount(object) > 0 : field.GetObject(object, -1) != nullptr;
+  if (!tag.hasChild && (hasFormer || isBare)) {
+    QString former = std::exchange(attrs, object.TakeUnknownFieldAttrs(field));
+    object.PutUnknownFieldAttrs(field, former);
+  }
+  if (!attrs.isNull())
+    object.KeepEmptyElement(field, attrs);
+}
+
 bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
-  const FromStringResult result =
-      tag.field->fromString(*tag.object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
+  SchemaObject& object = *tag.object;
+  const Field& field = *tag.field;
+  const bool isFurther = tag.IsGiven(field) && CanDisplace(field);
+  tag.SetGiven(field);
+  const auto set = [&] {
+    return field.fromString(object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
+  };
+  FromStringResult result = FromStringResult::kOk;
+  if (isFurther || object.HasKeptValues()) {
+    const Displacement displacement(object, field, isFurther);
+    result = set();
+  } else {
+    result = set();
+  }
+  if (!KeepsUnknown())
+    object.DropKeptValues(field);
+  if (isFurther)
+    ReportSecond(field.GetName());
   if (!HandleParseResult(result, value))
     return false;
   if (WantsFindings() && result == FromStringResult::kOk) {
     const auto place = text_->GetTrimmed().data() - text_->constData();
-    CheckValue(*tag.object, *tag.field, &fieldAttrs_, value, static_cast<int>(place));
+    CheckValue(object, field, &fieldAttrs_, value, static_cast<int>(place));
   }
   return true;
+}
+
+/// True for a field of which the last value or child counts, and the others are kept.
+bool KmlHandler::CanDisplace(const Field& field) const {
+  const bool isElement = field.GetType() == Field::kElement && !field.GetName().isEmpty();
+  return (isElement || field.GetType() == Field::kObject) && !field.IsRepeatable() &&
+         !field.HasFlag(Field::kNoWrite) && !editTarget_ && KeepsUnknown();
+}
+
+void KmlHandler::ReportSecond(const QString& name) {
+  ReportFinding(ReportCode::kSecondValue, [&] {
+    return tr("Of several <%1> the last one counts",
+              "Message shown when a KML file gives an object more than one value or child for one "
+              "place. VAL_1 is the name of the element.")
+        .arg(name);
+  });
 }
 
 bool KmlHandler::EndObject(TagInfo& tag) {
@@ -496,9 +536,33 @@ bool KmlHandler::EndObject(TagInfo& tag) {
       DeprecationManager::GetSingleton().FindTranslator(object.getType());
   if (translator)
     child = translator->Translate(object);
-  if (child && tag.parent_field->insert(*tag.parent, child.get(), tag.index))
-    tagStack_[tagStack_.size() - 2].filled |= TagInfo::GetMark(*tag.parent_field);
+  if (child)
+    Attach(tag, *child);
   return CheckFatalText();
+}
+
+/// Gives the child to the object around it.
+void KmlHandler::Attach(const TagInfo& tag, SchemaObject& child) {
+  TagInfo& parentTag = tagStack_[tagStack_.size() - 2];
+  SchemaObject& parent = *tag.parent;
+  const Field& place = tag.parent_field->GetPlaceFor(child);
+  const bool isFurther =
+      parentTag.IsGiven(place) && CanDisplace(place) && place.GetObject(parent, -1) != nullptr;
+  bool isTaken = false;
+  if (isFurther || parent.HasKeptValues()) {
+    const Displacement displacement(parent, place, isFurther, parentTag.formerAttrs);
+    if (isFurther)
+      parentTag.formerAttrs = QString();
+    isTaken = tag.parent_field->insert(parent, &child, tag.index);
+  } else {
+    isTaken = tag.parent_field->insert(parent, &child, tag.index);
+  }
+  if (!isTaken)
+    return;
+  parentTag.SetGiven(place);
+  parentTag.hasChild = true;
+  if (isFurther)
+    ReportSecond(child.getType());
 }
 
 } // namespace vorrel::kestan

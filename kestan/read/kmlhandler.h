@@ -50,10 +50,8 @@ private:
     const Schema* childSchema = nullptr;
   };
 
-  static bool HasRoomFor(const TagInfo& tag, const Field& field, const unsigned short** attrs,
-                         int idIndex);
   /// Both answer whether the parse goes on.
-  bool ReportMisplaced(const SchemaObject& object);
+  bool ReportUnknownElement();
   ReportCode GetUnknownCode(ReportCode inKnownNamespace) const;
   /// Tells of an element of a known class that can't stand here.
   bool ReportUnexpected(const QString& parentName);
@@ -72,7 +70,11 @@ private:
   void EndField(TagInfo& tag);
   /// Hands the text of a value field over. False when the parse must stop.
   bool SetValue(TagInfo& tag, const QString& value);
+  void EndChildElement(TagInfo& tag);
+  bool CanDisplace(const Field& field) const;
+  void ReportSecond(const QString& name);
   bool EndObject(TagInfo& tag);
+  void Attach(const TagInfo& tag, SchemaObject& child);
 
   mmvector<Meaning> meanings_;    ///< The first entry serves names that aren't kept.
   NamespaceList fieldNamespaces_; ///< For the attributes of the field element now open.

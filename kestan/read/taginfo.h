@@ -24,9 +24,21 @@ struct TagInfo {
       object->EndReading();
   }
 
-  /// The mark of a field of `object` in `filled`.
-  static std::uint64_t GetMark(const Field& field) {
-    return std::uint64_t(1) << (field.GetIndex() % 64);
+  /// Whether the document has given the field of `object` already.
+  bool IsGiven(const Field& place) const {
+    const unsigned number = place.GetIndex();
+    return number < 64 ? (given >> number & 1U) != 0
+                       : number - 64 < givenBeyond.size() && givenBeyond[number - 64];
+  }
+  void SetGiven(const Field& place) {
+    const unsigned number = place.GetIndex();
+    if (number < 64) {
+      given |= std::uint64_t(1) << number;
+      return;
+    }
+    if (number - 64 >= givenBeyond.size())
+      givenBeyond.resize(number - 63);
+    givenBeyond[number - 64] = true;
   }
 
   RefPtr<SchemaObject> object;
@@ -36,7 +48,10 @@ struct TagInfo {
   QString unknown_text;         ///< Raw XML of unknown children.
   QString text;                 ///< The object's own text in front of an unknown child.
   int index;                    ///< Place in the field of the parent; -1 appends.
-  std::uint64_t filled = 0;     ///< Marks of the fields that have received a child.
+  std::uint64_t given = 0;    ///< One bit for each of the first fields that the document has given.
+  mmvector<bool> givenBeyond; ///< The same for the fields from 64 on.
+  QString formerAttrs;        ///< Unknown attributes of the former element for the field now open.
+  bool hasChild = false;      ///< The element for the field now open has given it a child.
 };
 
 } // namespace vorrel::kestan

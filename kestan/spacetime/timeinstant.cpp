@@ -1,11 +1,11 @@
 #include "kestan/spacetime/timeinstant.h"
 
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/spacetime/time.h"
 #include "kestan/spacetime/timeinstantschema.h"
 #include "kestan/spacetime/timeprimitiveschema.h"
-#include "kestan/write/valuetext.h"
 #include "kestan/write/writestate.h"
 
 namespace vorrel::kestan {
@@ -47,25 +47,34 @@ void TimeInstant::CopyNonFieldStuff(const SchemaObject& src) {
   TimePrimitive::CopyNonFieldStuff(src);
 }
 
-void TimeInstant::WriteTimeAs(WriteState& state, const char* element) const {
+void TimeInstant::WriteTimeAs(WriteState& state, const char* element, bool isForced) const {
   const Field& field = TimeInstantSchema::GetSingleton().timePosition;
-  if (timePosition_.isUndefined() && GetUnknownFieldAttrs(field).isNull())
-    return;
-  state.WriteTagStart(Namespace::kKml, QLatin1String(element));
-  WriteUnknownFieldAttrs(state, field);
-  state.out(">");
-  WriteValueText(state.stream(), timePosition_);
-  state.WriteTagEnd(Namespace::kKml, QLatin1String(element));
+  const auto write = [&](const QString& text, const QString& attrs) {
+    state.WriteTagStart(Namespace::kKml, QLatin1String(element));
+    if (!attrs.isNull())
+      state.WriteUnknownAttrs(attrs, GetUnknownData()->namespaces, true);
+    state.out(">");
+    state.xml() << text;
+    state.WriteTagEnd(Namespace::kKml, QLatin1String(element));
+  };
+  const KeptField* const kept = GetKeptField(field);
+  if (kept) {
+    for (const KeptValue& value : kept->displaced)
+      write(value.text, value.attrs);
+  }
+  if (isForced || !timePosition_.isUndefined() || KeepsElement(field))
+    write(kept && !kept->text.isNull() ? kept->text : timePosition_.ToString(),
+          GetUnknownFieldAttrs(field));
 }
 
 void TimeInstant::WriteKml(WriteState& state) const {
-  if (!specified_ && !HasUnknownData())
+  if (!specified_ && !HasUnknownData() && !HasDisplacedOthers())
     return;
   const int depth = state.indent();
   WriteStartTagAs(state, "TimeStamp");
   state.out(">");
   state.SetIndent(0);
-  WriteTimeAs(state, "when");
+  WriteTimeAs(state, "when", false);
   WriteUnknownFields(state);
   state.WriteTagEnd(Namespace::kKml, QStringLiteral("TimeStamp"));
   state.SetIndent(depth);

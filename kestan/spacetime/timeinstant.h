@@ -28,8 +28,8 @@ public:
   void NotifyFieldChanged(const Field& field) override;
   void CopyNonFieldStuff(const SchemaObject& src) override;
   void WriteKml(WriteState& state) const override;
-  /// The time alone in an element of this name; nothing for an undefined time.
-  void WriteTimeAs(WriteState& state, const char* element) const;
+  /// The time alone in an element of this name; nothing for an undefined time, unless `isForced`.
+  void WriteTimeAs(WriteState& state, const char* element, bool isForced) const;
 
 private:
   friend class TimeInstantSchema;

@@ -1,10 +1,13 @@
 #include "kestan/spacetime/timeperiod.h"
 
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/spacetime/time.h"
 #include "kestan/spacetime/timeperiodschema.h"
 #include "kestan/spacetime/timeprimitiveschema.h"
 #include "kestan/write/writestate.h"
+
+#include <utility>
 
 namespace vorrel::kestan {
 
@@ -52,15 +55,25 @@ void TimePeriod::WriteKml(WriteState& state) const {
   WriteStartTagAs(state, "TimeSpan");
   state.out(">\n");
   state.SetIndent(depth + 1);
-  if (begin_)
-    begin_->WriteTimeAs(state, "begin");
-  if (end_)
-    end_->WriteTimeAs(state, "end");
-  // Elements that nobody knows go to the span, since the instants have no element of their own.
-  for (const TimeInstant* instant : {begin_.get(), end_.get()}) {
-    if (instant)
-      instant->WriteUnknownFields(state);
+  mmvector<const TimeInstant*> instants;
+  for (const auto& [field, element] :
+       {std::pair(&Fields().begin, "begin"), std::pair(&Fields().end, "end")}) {
+    const std::size_t first = instants.size();
+    if (const KeptField* kept = GetKeptField(*field)) {
+      for (const KeptValue& value : kept->displaced) {
+        if (value.object)
+          instants.push_back(static_cast<const TimeInstant*>(value.object.get()));
+      }
+    }
+    const bool hasDisplaced = instants.size() > first;
+    if (const RefPtr<TimeInstant> instant = field->get(*this))
+      instants.push_back(instant.get());
+    for (std::size_t i = first; i < instants.size(); ++i)
+      instants[i]->WriteTimeAs(state, element, hasDisplaced);
   }
+  // Elements that nobody knows go to the span, since the instants have no element of their own.
+  for (const TimeInstant* instant : instants)
+    instant->WriteUnknownFields(state);
   WriteUnknownFields(state);
   state.SetIndent(depth);
   state.WriteIndent();

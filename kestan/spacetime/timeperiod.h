@@ -28,8 +28,6 @@ public:
   const DateTime* GetEnd() const override;
 
   void WriteKml(WriteState& state) const override;
-  /// A second instant couldn't be kept: in a `TimeSpan` it would be read as something else.
-  bool HasRoomFor(const Field&, bool) const override { return true; }
 
 private:
   friend class TimePeriodSchema;

@@ -14,13 +14,6 @@ namespace {
 
 const TimeSpanSchema& Fields() { return TimeSpanSchema::GetSingleton(); }
 
-/// "2007" and "2007-01-01" are the same instant, yet a change from one to the other counts.
-void SetTime(TimeSpan& span, const DateTimeField& field, const DateTime* time) {
-  const DateTime value = time ? *time : DateTime();
-  if (!value.isEqualByComponent(field.get(span)))
-    field.SetTypedObject(span, value);
-}
-
 } // namespace
 
 TimeSpanSchema::TimeSpanSchema()
@@ -42,9 +35,13 @@ TimeSpan::TimeSpan(const GxTimeSpanSchema& schema, const KmlId& id, const QStrin
 
 TimeSpan::~TimeSpan() { NotifyPreDelete(); }
 
-void TimeSpan::SetBegin(const DateTime* begin) { SetTime(*this, Fields().begin, begin); }
+void TimeSpan::SetBegin(const DateTime* begin) {
+  Fields().begin.CheckSet(*this, begin ? *begin : DateTime());
+}
 
-void TimeSpan::SetEnd(const DateTime* end) { SetTime(*this, Fields().end, end); }
+void TimeSpan::SetEnd(const DateTime* end) {
+  Fields().end.CheckSet(*this, end ? *end : DateTime());
+}
 
 // The undefined time equals itself only, so that one open end makes a span, and two don't.
 bool TimeSpan::IsSpan() const { return begin_ != end_; }

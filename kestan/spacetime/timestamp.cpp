@@ -1,5 +1,6 @@
 #include "kestan/spacetime/timestamp.h"
 
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/spacetime/time.h"
 #include "kestan/spacetime/timeprimitiveschema.h"
@@ -30,8 +31,7 @@ TimeStamp::TimeStamp(const GxTimeStampSchema& schema, const KmlId& id, const QSt
 TimeStamp::~TimeStamp() { NotifyPreDelete(); }
 
 void TimeStamp::SetWhen(const DateTime& when) {
-  if (!when_.isEqualByComponent(when))
-    TimeStampSchema::GetSingleton().when.SetTypedObject(*this, when);
+  TimeStampSchema::GetSingleton().when.CheckSet(*this, when);
 }
 
 bool TimeStamp::isVisible() const { return Time::IsInRange(&when_, &when_); }
@@ -41,8 +41,12 @@ const DateTime* TimeStamp::GetBegin() const { return when_.isUndefined() ? nullp
 const DateTime* TimeStamp::GetEnd() const { return GetBegin(); }
 
 FromStringResult TimeStamp::fromString(const QString& text) {
-  SetWhen(DateTime::FromString(text));
-  return FromStringResult::kOk;
+  const DateTimeField& when = TimeStampSchema::GetSingleton().when;
+  const bool isGiven = !when_.isUndefined() || KeepsElement(when);
+  if (isGiven && DateTime::FromString(text).isUndefined())
+    return FromStringResult::kUnsupportedData; // no time, but stray text behind one
+  const Displacement displacement(*this, when, isGiven);
+  return when.fromString(*this, nullptr, nullptr, text, -1, nullptr);
 }
 
 const Schema& GxTimeStamp::GetClassSchema() { return GxTimeStampSchema::GetSingleton(); }

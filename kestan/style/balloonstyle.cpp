@@ -39,7 +39,7 @@ BalloonStyle::~BalloonStyle() { NotifyPreDelete(); }
 
 void BalloonStyle::SetText(const QString& text) {
   text_ = text;
-  NotifyFieldChanged(Fields().text);
+  Fields().text.NotifyFieldChanged(*this);
 }
 
 void BalloonStyle::SetTextColor(const Color32& color) {

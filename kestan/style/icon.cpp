@@ -216,7 +216,7 @@ QString Icon::MapPalIconToShape(short palette, int index) {
 }
 
 FromStringResult Icon::fromString(const QString& text) {
-  SetHref(text);
+  ReadHref(text);
   return FromStringResult::kOk;
 }
 

@@ -44,7 +44,7 @@ FromStringResult ItemIconStateField::fromString(SchemaObject& object, const Attr
   if (words.isEmpty())
     state = ItemIcon::kAnyState;
   else if (state == 0)
-    return FromStringResult::kUnknownEnumeration;
+    return KeepUnknownName(object, attrs, namespaces, text, update);
   return Store(object, static_cast<int>(state), attrs, namespaces, update);
 }
 
@@ -76,7 +76,7 @@ QString ItemIconStateField::toString(const SchemaObject& object, int) const {
 }
 
 void ItemIconStateField::WriteKml(const SchemaObject& object, WriteState& state) const {
-  if (!toString(object, -1).isEmpty() || !object.GetUnknownFieldAttrs(*this).isNull())
+  if (!toString(object, -1).isEmpty() || object.KeepsElement(*this))
     WriteValue(object, state, true);
 }
 

@@ -285,16 +285,15 @@ void WriteSubStyle(const SchemaObject& style, bool isKept, WriteState& state) {
 void Style::WriteKml(WriteState& state) const {
   WriteKmlStartTag(state, false);
   for (const Field* field : Fields().GetSerializedFields()) {
-    if (!field->GetObjSchema() && !GetUnknownFieldAttrs(*field).isNull())
-      field->WriteKml(*this, state);
+    if (!field->GetObjSchema() && KeepsElement(*field))
+      WriteField(*field, state);
   }
-  // Preserved elements may be further sub-styles, that mustn't take the place of the first one.
-  const bool hasMore = HasUnknownData() && !GetUnknownData()->fields.isEmpty();
   const bool former = state.writeDefaults();
   state.SetWriteDefaults(former || state.styleDefaultsEnabled());
   for (const Field* field : Fields().written) {
+    WriteDisplaced(*field, state);
     if (const SchemaObject* style = field->GetObject(*this, -1))
-      WriteSubStyle(*style, hasMore, state);
+      WriteSubStyle(*style, KeepsElement(*field), state);
   }
   state.SetWriteDefaults(former);
   WriteUnknownFields(state);

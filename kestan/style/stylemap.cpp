@@ -1,11 +1,13 @@
 #include "kestan/style/stylemap.h"
 
 #include "kestan/core/constructionguard.h"
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/style.h"
 #include "kestan/style/styleclimbbatch.h"
+#include "kestan/style/stylemappairschema.h"
 #include "kestan/style/stylemapschema.h"
 #include "kestan/style/stylesource.h"
 #include "kestan/style/stylevisitor.h"
@@ -216,6 +218,7 @@ void StyleMap::CollectReferences(WriteState& state, bool isInPlace) const {
     bool isInPlace;
     std::size_t next; ///< Of its pairs.
   };
+  const Field& ownField = StyleMapPairSchema::GetSingleton().styleSelector;
   StyleHoist& hoist = state.hoist();
   mmvector<Step> open{{this, isInPlace, 0}};
   while (!open.empty()) {
@@ -228,6 +231,14 @@ void StyleMap::CollectReferences(WriteState& state, bool isInPlace) const {
     const Pair* pair = step.map->pairs_[step.next].get();
     if (!pair)
       continue;
+    if (const KeptField* kept = pair->GetKeptField(ownField)) {
+      for (const KeptValue& former : kept->displaced) {
+        hoist.AddInPlace(static_cast<const StyleSelector&>(*former.object),
+                         StyleHoist::Place::kInline);
+        if (const StyleMap* map = As(former.object.get()))
+          open.push_back({map, step.isInPlace, 0});
+      }
+    }
     const StyleSelector* selector = pair->GetInlineStyleSelector();
     const bool isOwn = selector != nullptr;
     if (isOwn) {

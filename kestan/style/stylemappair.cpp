@@ -61,6 +61,7 @@ void StyleMap::Pair::SetStyleSelector(StyleSelector* selector) {
     return;
   const DeletionDeferrer deferrer;
   const RefPtr<StyleSelector> kept(selector);
+  DropKeptValues(Fields().styleSelector);
   SetBit(kBitLoadFailed, false);
   ReleaseReference();
   styleUrl_.clear();

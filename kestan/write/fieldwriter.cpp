@@ -5,6 +5,7 @@
 #include "kestan/core/enum.h"
 #include "kestan/core/enumfield.h"
 #include "kestan/core/field.h"
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/normllafield.h"
 #include "kestan/core/normllalistfield.h"
 #include "kestan/core/objarrayfield.h"
@@ -13,6 +14,7 @@
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/screenvecfield.h"
 #include "kestan/core/simplearrayfield.h"
+#include "kestan/core/simplefield_impl.h"
 #include "kestan/core/strfield.h"
 #include "kestan/host/convert.h"
 #include "kestan/write/markuptext.h"
@@ -28,13 +30,6 @@
 namespace vorrel::kestan {
 
 namespace {
-
-/// On `coordinates` in an older form: pairs with the latitude in front.
-const QLatin1String kPolylineMark(" type=\"polyline\"");
-
-bool HasUnknownAttrs(const SchemaObject& object, const Field& field) {
-  return object.GetBit(kBitUnknownFieldAttrs) && !object.GetUnknownFieldAttrs(field).isNull();
-}
 
 /// " name=" and the opening quote.
 void WriteAttributeStart(const Field& field, const SchemaObject& object, WriteState& state) {
@@ -74,6 +69,36 @@ void Field::WriteElementStart(const SchemaObject& object, WriteState& state) con
   state.out(">");
 }
 
+void Field::WriteKept(const SchemaObject& object, const KeptValue& value, WriteState& state) const {
+  if (type_ == kObject && name_.isEmpty()) {
+    if (value.object)
+      value.object->WriteKml(state);
+    return;
+  }
+  if (type_ == kAttribute) {
+    WriteAttributeStart(*this, object, state);
+    const AttributeScope scope(state.stream());
+    state.xml() << value.text;
+    state.out("\"");
+    return;
+  }
+  state.WriteTagStart(tag_);
+  if (!value.attrs.isNull())
+    state.WriteUnknownAttrs(value.attrs, object.GetUnknownData()->namespaces, type_ != kObject);
+  if (type_ == kObject) {
+    state.out(">\n");
+    state.SetIndent(state.indent() + 1);
+    if (value.object)
+      value.object->WriteKml(state);
+    state.SetIndent(state.indent() - 1);
+    state.WriteIndent();
+  } else {
+    state.out(">");
+    state.xml() << value.text;
+  }
+  WriteElementEnd(state);
+}
+
 void Field::WriteElementEnd(WriteState& state) const { state.WriteTagEnd(tag_); }
 
 void Field::WriteEmptyElement(WriteState& state) const {
@@ -84,8 +109,7 @@ void Field::WriteEmptyElement(WriteState& state) const {
 void Field::WriteValue(const SchemaObject& object, WriteState& state, bool differs) const {
   const bool isGiven = (differs || !HasFlag(kHasDefault) || state.writeDefaults()) &&
                        !HasFlag(kNoWrite) && !IsUndefined(object);
-  // An element that carried attributes stays, so that they do.
-  if (isGiven || (type_ == kElement && HasUnknownAttrs(object, *this)))
+  if (isGiven || (type_ == kElement && object.KeepsElement(*this)))
     WriteGivenValue(object, state);
 }
 
@@ -116,7 +140,7 @@ void AltitudeModeEnumField::WriteKml(const SchemaObject& object, WriteState& sta
   const int mode = get(object);
   const bool isOwn = isExtension_ ? mode >= kAbsoluteAboveGround && mode <= kRelativeToSeaFloor
                                   : mode >= kClampToGround && mode <= kAbsoluteAboveGround;
-  if (isOwn || HasUnknownAttrs(object, *this))
+  if (isOwn || object.KeepsElement(*this))
     EnumField::WriteKml(object, state);
 }
 
@@ -169,30 +193,30 @@ void NormLLAField::WriteKmlString(const SchemaObject& object, WriteState& state)
 void ScreenVecField::WriteKml(const SchemaObject& object, WriteState& state) const {
   const LegacyScreenVec& value = Member<LegacyScreenVec>(object);
   state.WriteTagStart(GetTag());
-  state.out(" x=\"");
-  WriteValueText(state.stream(), value.x);
-  state.out("\" y=\"");
-  WriteValueText(state.stream(), value.y);
-  state.stream() << "\" xunits=\"" << LegacyScreenVec::UnitsToString(value.xunits);
-  state.stream() << "\" yunits=\"" << LegacyScreenVec::UnitsToString(value.yunits) << "\"";
+  state.stream() << GetAttributes(value);
   WriteUnknownFieldAttrs(state, object);
   state.out("/>\n");
+}
+
+QString ScreenVecField::GetAttributes(const LegacyScreenVec& value) {
+  return QStringLiteral(" x=\"%1\" y=\"%2\" xunits=\"%3\" yunits=\"%4\"")
+      .arg(ValueToString(value.x), ValueToString(value.y),
+           LegacyScreenVec::UnitsToString(value.xunits),
+           LegacyScreenVec::UnitsToString(value.yunits));
+}
+
+void ScreenVecField::GetForm(const SchemaObject& object, QString&, QString& attrs) const {
+  attrs.prepend(GetAttributes(Member<LegacyScreenVec>(object)));
 }
 
 void NormLLAListField::WriteKml(const SchemaObject& object, WriteState& state) const {
   const mmvector<Vec3<double>>& positions = Array(object);
   // The older form has no altitudes: with any, its mark goes.
   QString attrs = object.GetUnknownFieldAttrs(*this);
-  const bool isPolyline =
-      attrs.contains(kPolylineMark) &&
-      std::all_of(positions.begin(), positions.end(),
-                  [](const Vec3<double>& position) { return position.z == 0.0; });
+  const bool isPolyline = IsPolyline(object, attrs);
   state.WriteTagStart(GetTag());
-  if (!attrs.isNull()) {
-    if (!isPolyline)
-      attrs.remove(kPolylineMark);
+  if (!attrs.isNull())
     state.WriteUnknownAttrs(attrs, object.GetUnknownData()->namespaces, true);
-  }
   state.out(">\n");
   if (!positions.empty()) {
     state.SetIndent(state.indent() + 1);
@@ -237,7 +261,7 @@ void ObjFieldBase::WriteKml(const SchemaObject& object, WriteState& state) const
       child->WriteKml(state);
     return;
   }
-  if (!child && !HasUnknownAttrs(object, *this))
+  if (!child && !object.KeepsElement(*this))
     return;
   WriteElementStart(object, state);
   state.out("\n");
@@ -253,7 +277,7 @@ void ObjArrayFieldBase::WriteKml(const SchemaObject& object, WriteState& state) 
   constexpr int kAhead = 4; // elements lie anywhere in memory: asked for ahead of time
   const int count = HasFlag(kNoWrite) ? 0 : getCount(object);
   const bool hasElement = !GetName().isEmpty();
-  if (count == 0 && !(hasElement && HasUnknownAttrs(object, *this)))
+  if (count == 0 && !(hasElement && object.KeepsElement(*this)))
     return;
   if (hasElement) {
     WriteElementStart(object, state);
@@ -290,7 +314,7 @@ void ObjUrlFieldBase::WriteKml(const SchemaObject& object, WriteState& state) co
     // What has no name yet gets one in the output.
     SchemaObject* const target = GetTarget(object);
     const bool isNamed = !url.isEmpty() || (target && state.hoist().HasName(*target));
-    if (!isNamed && !HasUnknownAttrs(object, *this))
+    if (!isNamed && !object.KeepsElement(*this))
       return;
     WriteElementStart(object, state);
     write(isNamed ? target : nullptr);

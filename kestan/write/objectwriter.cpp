@@ -1,5 +1,6 @@
 // The writing half of SchemaObject: every object goes out by its field table.
 
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/write/writestate.h"
@@ -16,7 +17,7 @@ namespace {
 void WriteAttributes(const SchemaObject& object, WriteState& state) {
   const mmvector<Field*>& attributes = object.GetSchema().GetAttributes();
   std::for_each(attributes.rbegin(), attributes.rend(),
-                [&](const Field* field) { field->WriteKml(object, state); });
+                [&](const Field* field) { object.WriteField(*field, state); });
   object.WriteUnknownAttrs(state);
 }
 
@@ -76,18 +77,41 @@ void SchemaObject::WriteKmlEndTag(WriteState& state, bool inlineText) const {
 
 void SchemaObject::WriteKmlFields(WriteState& state) const {
   for (const Field* field : schema_->GetSerializedFields())
-    field->WriteKml(*this, state);
+    WriteField(*field, state);
   WriteUnknownFields(state);
 }
 
 void SchemaObject::WriteKmlFieldsSpecified(WriteState& state, unsigned mask) const {
   WriteKmlStartTag(state, false);
   for (const Field* field : schema_->GetSerializedFields()) {
-    if ((field->GetMaskBit() & mask) || !GetUnknownFieldAttrs(*field).isNull())
-      field->WriteKml(*this, state);
+    if ((field->GetMaskBit() & mask) || KeepsElement(*field))
+      WriteField(*field, state);
   }
   WriteUnknownFields(state);
   WriteKmlEndTag(state, false);
+}
+
+void SchemaObject::WriteField(const Field& field, WriteState& state) const {
+  if (!HasKeptValues()) {
+    field.WriteKml(*this, state);
+    return;
+  }
+  WriteDisplaced(field, state);
+  const KeptField* const kept = GetKeptField(field);
+  if (kept && !kept->text.isNull())
+    field.WriteKept(*this, {nullptr, kept->text, GetUnknownFieldAttrs(field)}, state);
+  else
+    field.WriteKml(*this, state);
+}
+
+void SchemaObject::WriteDisplaced(const Field& field, WriteState& state) const {
+  const KeptField* const kept = GetKeptField(field);
+  if (!kept)
+    return;
+  for (const QString& attrs : kept->bare)
+    field.WriteKept(*this, {nullptr, QString(), attrs}, state);
+  for (const KeptValue& value : kept->displaced)
+    field.WriteKept(*this, value, state);
 }
 
 void SchemaObject::WriteUnknownAttrs(WriteState& state) const {

@@ -51,7 +51,7 @@ template <class T>
 void SimpleListField<T>::WriteKml(const SchemaObject& object, WriteState& state) const {
   const mmvector<T>& array = this->Array(object);
   const bool isGiven = !array.empty() && !this->HasFlag(Field::kNoWrite);
-  if (!isGiven && object.GetUnknownFieldAttrs(*this).isNull())
+  if (!isGiven && !object.KeepsElement(*this))
     return;
   this->WriteElementStart(object, state);
   const char* separator = "";

@@ -16,7 +16,7 @@ TEST_F(PointTest, TheExtendedAltitudeModeWinsInEitherOrder) {
     ASSERT_TRUE(point);
     EXPECT_EQ(kClampToSeaFloor, point->GetAltitudeMode());
     const QString text = WriteShape(*point);
-    EXPECT_EQ("", Element(text, "altitudeMode"));
+    EXPECT_EQ(plain, Element(text, "altitudeMode"));
     EXPECT_EQ(extended, Element(text, "gx:altitudeMode"));
   }
 }

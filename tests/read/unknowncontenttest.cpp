@@ -182,44 +182,12 @@ TEST_F(UnknownContentTest, WhatTheRootCannotHoldGoesToItsFeature) {
   }
 }
 
-TEST_F(UnknownContentTest, AFurtherChildWhereOnlyOneHasRoomIsKept) {
-  struct Case {
-    const char* text;
-    int reports;
-    const char* kept;
-  };
-  const Case cases[] = {
-      {"<Placemark><Point/><x/><LineString/></Placemark>", 2, "<x></x><LineString></LineString>"},
-      {"<Placemark><Style/><StyleMap id='m'/></Placemark>", 1, "<StyleMap id=\"m\"></StyleMap>"},
-      {"<Document><Style/><Style id='a'/><Style/><Style id='b'/></Document>", 1, "<Style></Style>"},
-      // The empty first one is written too, or else the second would come in its place.
-      {"<Style><LineStyle/><LineStyle><width>3</width></LineStyle></Style>", 1,
-       "<LineStyle><width>3</width></LineStyle>"},
-      {"<Polygon><outerBoundaryIs><LinearRing/><LinearRing id='2'/></outerBoundaryIs>"
-       "<outerBoundaryIs><LinearRing id='3'/></outerBoundaryIs></Polygon>",
-       2,
-       "<outerBoundaryIs><LinearRing id=\"2\"></LinearRing></outerBoundaryIs>"
-       "<outerBoundaryIs><LinearRing id=\"3\"></LinearRing></outerBoundaryIs>"},
-      // What an older element has made gives way.
-      {"<Style><labelScale>2</labelScale><LabelStyle/></Style>", 0, ""},
-      {"<Placemark><TimeInstant/><TimeStamp/></Placemark>", 0, ""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    const auto object = ReadObject(QByteArray(c.text));
-    ASSERT_TRUE(object);
-    EXPECT_EQ(c.reports, messages().size());
-    const UnknownData* data = object->GetUnknownData();
-    EXPECT_EQ(c.kept, data ? data->fields : QString());
-    RoundTrip(c.text);
-  }
-}
-
 TEST_F(UnknownContentTest, NothingIsKeptWhereUnknownContentIsDropped) {
   const RefPtr<RecordingErrorHandler> recorder(new RecordingErrorHandler);
   const Parse parse(
-      "<kml a='1'><x/><Placemark b='2' f:c='3'><y>t</y><name>n</name></Placemark></kml>", 3,
-      recorder.get());
+      "<kml a='1'><x/><Placemark b='2' f:c='3'><y>t</y><name>m</name><name>n</name></Placemark>"
+      "</kml>",
+      3, recorder.get());
   EXPECT_TRUE(recorder->reports.empty());
   ASSERT_TRUE(parse.object);
   EXPECT_FALSE(parse.object->HasUnknownData());

@@ -111,13 +111,16 @@ TEST_F(SubStyleTest, UnknownModesAreReportedOrChangeNothing) {
                                "<ListStyle><listItemType>4</listItemType></ListStyle>");
   EXPECT_EQ(2, messages().size());
   EXPECT_EQ(ListStyle::kCheck, style->GetListStyle()->GetListItemType());
-  EXPECT_EQ("", GetStyleContent(Write(*style)));
+  const QString list = "<ListStyle><listItemType>4</listItemType></ListStyle>";
+  EXPECT_EQ(list + "<LineStyle><colorMode>loud</colorMode></LineStyle>",
+            GetStyleContent(Write(*style)));
   style->GetLineStyle()->SetColorMode("random");
   style->GetLineStyle()->SetColorMode("no mode");
   EXPECT_EQ(ColorStyle::kRandom, style->GetLineStyle()->GetColorMode());
   style->GetLineStyle()->SetColorMode(static_cast<ColorStyle::ColorMode>(3));
   style->GetListStyle()->SetListItemType(static_cast<ListStyle::ListItemType>(4));
-  EXPECT_EQ("<LineStyle><colorMode>random</colorMode></LineStyle>", GetStyleContent(Write(*style)));
+  EXPECT_EQ(list + "<LineStyle><colorMode>random</colorMode></LineStyle>",
+            GetStyleContent(Write(*style)));
 }
 
 TEST_F(SubStyleTest, AStyleKeepsTheIconThatAnotherOneIsMadeWith) {
