@@ -1,6 +1,7 @@
 #include "fuzz/editoperations.h"
 
 #include "fuzz/support.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/feature/channel.h"
 #include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
@@ -167,7 +168,11 @@ const Operation kOperations[] = {
       });
     },
     [](const Choice& c) {
-      With<Style>(c, [](auto& s) { s.GetIconStyle()->SetScale(s.GetIconStyle()->GetScale() + 1); });
+      With<Style>(c, [](auto& s) {
+        const DeletionDeferrer deferrer; // making it is told, too, which may end it
+        IconStyle* const icon = s.GetIconStyle();
+        icon->SetScale(icon->GetScale() + 1);
+      });
     },
     [](const Choice& c) { With<Style>(c, [&](auto& s) { s._setIconStyle(c.get<IconStyle>()); }); },
     [](const Choice& c) {

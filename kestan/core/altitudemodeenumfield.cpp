@@ -1,5 +1,6 @@
 #include "kestan/core/altitudemodeenumfield.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/enum.h"
 #include "kestan/core/schemaobject.h"
 
@@ -30,6 +31,7 @@ FromStringResult AltitudeModeEnumField::fromString(SchemaObject& object, const A
     return KeepUnknownName(object, attrs, namespaces, text, update);
   if (update)
     return Store(object, mode, attrs, namespaces, update);
+  const DeletionDeferrer deferrer;
   const bool hadExtension = object.GetBit(kBitAltitudeModeExt);
   if (!isExtension_ && hadExtension) {
     KeepPlain(object, mode);

@@ -1,5 +1,6 @@
 #include "kestan/core/datetimefield.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemaobject.h"
 
 namespace vorrel::kestan {
@@ -7,6 +8,7 @@ namespace vorrel::kestan {
 FromStringResult DateTimeField::fromString(SchemaObject& object, const AttributeList* attrs,
                                            const NamespaceList* namespaces, const QString& text,
                                            int index, Update* update) const {
+  const DeletionDeferrer deferrer;
   const FromStringResult result =
       SimpleField::fromString(object, attrs, namespaces, text, index, update);
   if (!update && IsUndefined(object) && !text.isEmpty())

@@ -1,8 +1,9 @@
 #include "kestan/core/normllafield.h"
 
 #include "kestan/core/convertfromstring.h"
-#include "kestan/core/textfaults.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemaobject.h"
+#include "kestan/core/textfaults.h"
 #include "kestan/host/convert.h"
 #include "kestan/host/numberformat.h"
 
@@ -18,6 +19,7 @@ FromStringResult NormLLAField::fromString(SchemaObject& object, const AttributeL
   Vec3<double> position = convert::LLAToNorm(numbers);
   position.x = std::clamp(position.x, -180.0, 180.0);
   position.y = std::clamp(position.y, -180.0, 180.0);
+  const DeletionDeferrer deferrer;
   const FromStringResult result = Store(object, position, attrs, namespaces, update);
   if (!update && !isPosition)
     object.KeepText(*this, text);

@@ -1,5 +1,6 @@
 #include "kestan/core/normllalistfield.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/textfaults.h"
 #include "kestan/host/convert.h"
@@ -59,6 +60,7 @@ FromStringResult NormLLAListField::fromString(SchemaObject& object, const Attrib
 
   if (attrs && !attrs->empty())
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
+  const DeletionDeferrer deferrer;
   NotifyFieldChanged(object);
   if (Array(object).empty() && !text.isEmpty())
     object.KeepText(*this, text);

@@ -141,7 +141,9 @@ RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
   // whole.
   object->BeginReading();
   if (t_session) {
-    t_session->clones.emplace_back(this, object.get());
+    // What an observer clones meanwhile stands elsewhere, and may be gone when the call ends.
+    if (GetHome())
+      t_session->clones.emplace_back(this, object.get());
     CopyFields(*object, deep, excluded, true);
     object->SetBit(kBitBeingRead, false);
     return object;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kestan/core/convertfromstring.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/simplefield.h"
 #include "kestan/core/textfaults.h"
 #include "kestan/core/typedfield_impl.h"
@@ -75,6 +76,7 @@ FromStringResult SimpleField<T>::Store(SchemaObject& object, T value, const Attr
                                        const NamespaceList* namespaces, Update* update) const {
   if (update)
     return FromStringResult::kSecurityViolation; // nobody records edits yet
+  const DeletionDeferrer deferrer;
   this->SetTypedObject(object, std::move(value));
   if (attrs && !attrs->empty())
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);

@@ -1,5 +1,6 @@
 #include "kestan/spacetime/timestamp.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/spacetime/time.h"
@@ -45,6 +46,7 @@ FromStringResult TimeStamp::fromString(const QString& text) {
   const bool isGiven = !when_.isUndefined() || KeepsElement(when);
   if (isGiven && DateTime::FromString(text).isUndefined())
     return FromStringResult::kUnsupportedData; // no time, but stray text behind one
+  const DeletionDeferrer deferrer;
   const Displacement displacement(*this, when, isGiven);
   return when.fromString(*this, nullptr, nullptr, text, -1, nullptr);
 }
