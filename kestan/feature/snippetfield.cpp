@@ -1,5 +1,6 @@
 #include "kestan/feature/snippetfield.h"
 
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/feature/abstractfeature.h"
 
 namespace vorrel::kestan {
@@ -20,6 +21,7 @@ bool SnippetField::IsUndefined(const SchemaObject& object) const {
 }
 
 void SnippetField::copy(SchemaObject& dst, const SchemaObject& src, bool deep) const {
+  const DeletionDeferrer deferrer;
   CdataField::copy(dst, src, deep);
   const AbstractFeature* source = AsFeature(src);
   if (source && AsFeature(dst) && !source->HasNewSnippet())

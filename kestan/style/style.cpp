@@ -168,6 +168,7 @@ RefPtr<Style> Style::CloneIcon(const QString& role, Icon& icon, bool* isNew) con
     *isNew = false;
     return RefPtr<Style>(present);
   }
+  const DeletionDeferrer deferrer;
   const RefPtr<Style> result(new Style(id, GetBaseUrl()));
   result->copy(*this, true, nullptr);
   // One that belongs to a style stays there.
