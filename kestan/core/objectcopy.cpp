@@ -145,7 +145,7 @@ RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
     if (GetHome())
       t_session->clones.emplace_back(this, object.get());
     CopyFields(*object, deep, excluded, true);
-    object->SetBit(kBitBeingRead, false);
+    object->StopReading();
     return object;
   }
   CloneSession session;

@@ -13,6 +13,10 @@ RefPtr<SchemaObject> Keep(SchemaObject& object) {
   return RefPtr<SchemaObject>(object.GetRefCount() > 0 ? &object : nullptr);
 }
 
+bool IsObservedAbove(const SchemaObject& object) {
+  return object.GetBit(kBitNotifySubField) || object.GetBit(kBitInheritedNotifySubField);
+}
+
 } // namespace
 
 std::atomic<std::uint32_t> ObjectObserver::s_revision_counter_{0};
@@ -40,7 +44,11 @@ void ObjectObserver::SetObserved(const SchemaObject* object) {
 void ObjectObserver::OnSubFieldChanged(const SubFieldChangedEvent&) {}
 
 void ObjectObserver::NotifyFieldChanged(SchemaObject& object, const Field& field) {
-  object.revision_ = s_revision_counter_.fetch_add(1, std::memory_order_relaxed) + 1;
+  // A count of its own costs more than the change. An object that is being read gets one at its end
+  // tag: until then nothing is derived from it.
+  object.revision_ = object.GetBit(kBitBeingRead) && !IsObservedAbove(object)
+                         ? s_revision_counter_.load(std::memory_order_relaxed)
+                         : NextRevision();
   if (object.observers_.IsEmpty() && object.GetOwnerCount() == 0)
     return;
   if (object.GetBit(kBitNoFieldNotify) || object.GetBit(kBitDeleting))
@@ -51,7 +59,7 @@ void ObjectObserver::NotifyFieldChanged(SchemaObject& object, const Field& field
       [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnFieldChanged(event); });
   if (!alive)
     return;
-  if (object.GetBit(kBitNotifySubField) || object.GetBit(kBitInheritedNotifySubField)) {
+  if (IsObservedAbove(object)) {
     VisitedObjects visited(object.revision_);
     object.NotifySubFieldChanged(object, field, visited);
   }
@@ -74,8 +82,7 @@ void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject&
   const SubFieldChangedEvent event{observed, child, changed, field};
   const bool alive = observed.observers_.Dispatch(
       [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnSubFieldChanged(event); });
-  if (alive && !closesCycle &&
-      (observed.GetBit(kBitNotifySubField) || observed.GetBit(kBitInheritedNotifySubField)))
+  if (alive && !closesCycle && IsObservedAbove(observed))
     observed.NotifySubFieldChanged(changed, field, visited);
 }
 
@@ -88,7 +95,7 @@ void ObjectObserver::NotifyPreDelete(SchemaObject& object) {
 }
 
 void ObjectObserver::MoveRevision(SchemaObject& object) {
-  const std::uint32_t revision = s_revision_counter_.fetch_add(1, std::memory_order_relaxed) + 1;
+  const std::uint32_t revision = NextRevision();
   object.revision_ = revision;
   InlinedVector<SchemaObject*, 16> reached;
   reached.push_back(&object);

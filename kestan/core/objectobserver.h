@@ -65,6 +65,11 @@ public:
   /// the field has anyway, so that a change of the mask isn't a change of a field.
   static void SetSpecified(SchemaObject& object, unsigned& mask, unsigned value);
 
+  /// The next count, which no other change has.
+  static std::uint32_t NextRevision() {
+    return s_revision_counter_.fetch_add(1, std::memory_order_relaxed) + 1;
+  }
+
   /// Counts the changes of all objects of the process.
   static std::atomic<std::uint32_t> s_revision_counter_;
 };

@@ -294,14 +294,18 @@ void SchemaObject::HandDown() {
   }
 }
 
-void SchemaObject::EndReading() {
+void SchemaObject::StopReading() {
   SetBit(kBitBeingRead, false);
+  revision_ = ObjectObserver::NextRevision();
+}
+
+void SchemaObject::EndReading() {
+  StopReading();
   if (GetBit(kBitInheritanceWaits) && HandsDown())
     HandDown();
 }
 
 void SchemaObject::NotifyFieldChanged(const Field& field) {
-  const DeletionDeferrer deferrer;
   const ThreadContext* context = ThreadContext::GetCurrent();
   if (!context || context->notifyEnabled)
     ObjectObserver::NotifyFieldChanged(*this, field);

@@ -227,6 +227,8 @@ public:
   // down once, when the outermost element has ended.
   void BeginReading() { SetBit(kBitBeingRead, true); }
   void EndReading();
+  /// The same without the word to what lies below.
+  void StopReading();
 
   // Operations that classes replace, in the order of their slots.
   void orphaned() override;
@@ -295,6 +297,7 @@ public:
   /// Writes what is kept for the field, and then the field: what documents of this class hold for
   /// it.
   void WriteField(const Field& field, WriteState& state) const;
+  void WriteKept(const Field& field, WriteState& state) const;
   /// The first part of that, but for a text in the field's place.
   void WriteDisplaced(const Field& field, WriteState& state) const;
 

@@ -42,7 +42,7 @@ constexpr int kValueReserve = 128;
 class ParseMark {
 public:
   explicit ParseMark(ThreadContext& context) : context_(context), former_(context.parseRevision) {
-    context_.parseRevision = ++ObjectObserver::s_revision_counter_;
+    context_.parseRevision = ObjectObserver::NextRevision();
   }
   ParseMark(const ParseMark&) = delete;
   ParseMark& operator=(const ParseMark&) = delete;
@@ -125,7 +125,7 @@ ExpatHandler::ExpatHandler(const QString& url, unsigned access, MemoryManager* m
   ExpatHandler::Reset();
   tagStack_.reserve(32);
   plainAttributes_.reserve(8);
-  tagName_.reserve(kNameReserve);
+  otherName_.reserve(kNameReserve);
   localName_.reserve(kNameReserve);
   attributeName_.reserve(kNameReserve);
   attributeValue_.reserve(kValueReserve);
@@ -207,6 +207,7 @@ RefPtr<SchemaObject> ExpatHandler::Load(XmlSource& source) {
     FailForMemory();
     Reset();
   }
+  knownName_ = nullptr; // the parser's
   parser_.reset();
   text_->free();
   attributeValue_ = QString();
