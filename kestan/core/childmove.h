@@ -20,6 +20,13 @@ public:
   static void Enter(SchemaObject& child, SchemaObject& owner, int index) {
     child.EnterPlace(owner, index);
   }
+  /// The whole of a move for a child that stands nowhere yet, which is what readers bring: its
+  /// place in `owner` has been free, so that nobody else has to be told.
+  static void Settle(SchemaObject& child, SchemaObject& owner, int index) {
+    const DeletionDeferrer deferrer;
+    Enter(child, owner, index);
+    child.NotifyOwnerChanged();
+  }
   /// `child` has lost its place in `owner`, and goes unless somebody else holds it.
   void LetGo(RefPtr<SchemaObject> child, SchemaObject& owner);
   /// The notices. Nothing that was known ahead of them holds behind them.

@@ -54,8 +54,15 @@ bool ObjArrayFieldBase::insert(SchemaObject& owner, SchemaObject* child, int ind
     return remove(owner, index);
   if (!Accepts(owner, *child))
     return false;
-  ChildMove move;
   const int count = getCount(owner);
+  if ((index < 0 || index >= count) && !child->GetHome() && Owns(owner)) {
+    const DeletionDeferrer deferrer;
+    Append(owner, child);
+    ChildMove::Settle(*child, owner, count);
+    NotifyFieldChanged(owner);
+    return true;
+  }
+  ChildMove move;
   const int from = FindObject(owner, *child);
   if (index < 0 || index > count) {
     if (from >= 0)

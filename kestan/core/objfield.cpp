@@ -46,6 +46,11 @@ bool ObjFieldBase::Replace(SchemaObject& owner, SchemaObject* child) const {
     Store(owner, child);
     return true;
   }
+  if (child && !former && !child->GetHome()) {
+    Store(owner, child);
+    ChildMove::Settle(*child, owner, -1);
+    return true;
+  }
   ChildMove move;
   if (child)
     move.Take(*child);
