@@ -193,6 +193,8 @@ QString ResolveUrl(const QString& base, const QString& url) {
 }
 
 int FindFragment(const QString& base, const QString& url) {
+  if (url.startsWith(QLatin1Char('#')))
+    return 0;
   const QLatin1String mark("#");
   int end = static_cast<int>(url.indexOf(mark));
   if (end > 0 && !base.isEmpty()) {

@@ -76,7 +76,7 @@ void SchemaObject::WriteKmlEndTag(WriteState& state, bool inlineText) const {
 }
 
 void SchemaObject::WriteKmlFields(WriteState& state) const {
-  for (const Field* field : schema_->GetSerializedFields())
+  for (const Field* const field : schema_->GetSerializedFields())
     WriteField(*field, state);
   WriteUnknownFields(state);
 }
@@ -92,10 +92,13 @@ void SchemaObject::WriteKmlFieldsSpecified(WriteState& state, unsigned mask) con
 }
 
 void SchemaObject::WriteField(const Field& field, WriteState& state) const {
-  if (!HasKeptValues()) {
+  if (HasKeptValues())
+    WriteKept(field, state);
+  else
     field.WriteKml(*this, state);
-    return;
-  }
+}
+
+void SchemaObject::WriteKept(const Field& field, WriteState& state) const {
   WriteDisplaced(field, state);
   const KeptField* const kept = GetKeptField(field);
   if (kept && !kept->text.isNull())
