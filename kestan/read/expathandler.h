@@ -199,6 +199,8 @@ protected:
   /// A string of the characters up to the 0.
   static QString ToString(const unsigned short* characters);
   /// `text` with other characters, in the same memory when nobody else refers to it.
+  /// The name of the tag at hand, as it stands in the document.
+  const QString& GetTagName() const { return knownName_ ? *knownName_ : otherName_; }
   static void Assign(QString& text, const unsigned short* characters);
   static void Assign(QString& text, const QChar* characters, int length);
 
@@ -213,10 +215,10 @@ protected:
   QString url_;
   MemoryManager* const memoryManager_;
   Update* editTarget_ = nullptr; ///< Where fields record their edits instead of changing objects.
-  QString tagName_;
   /// The name of the start tag at an address that stands for it as long as the document is parsed;
-  /// null for a name that hasn't been kept.
+  /// null for a name that hasn't been kept, which `otherName_` holds.
   const QString* knownName_ = nullptr;
+  QString otherName_;
   QString attributeName_;
   QString attributeValue_;
   ThreadContext* const threadContext_;

@@ -174,7 +174,7 @@ bool ExpatHandler::CheckFatalText() {
 }
 
 void ExpatHandler::RefuseRoot() {
-  foreignNamespace_ = GetForeignUri(tagName_);
+  foreignNamespace_ = GetForeignUri(GetTagName());
   HandleError(tr("File has missing or bad root element",
                  "Error message shown when parsing a KML file that is not correctly "
                  "structured."),

@@ -284,7 +284,7 @@ void ExpatParser::StartElement(const char* name, const char** attributes) {
     lengths_.push_back(std::strlen(*attribute));
     total += lengths_.back();
   }
-  if (!CheckAttributes(total))
+  if ((*attributes || total > kMaxAttributeBytes) && !CheckAttributes(total))
     return;
 
   ushort* out = GetBuffer(total + lengths_.size());

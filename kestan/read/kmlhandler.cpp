@@ -59,12 +59,8 @@ KmlHandler::KmlHandler(const QString& url, unsigned access, MemoryManager* memor
 KmlHandler::~KmlHandler() = default;
 
 void KmlHandler::StartElement(const unsigned short* name, const unsigned short** attrs) {
-  if (knownName_ && knownName_->utf16() == name) {
-    tagName_ = *knownName_;
-  } else {
-    knownName_ = nullptr;
-    Assign(tagName_, name);
-  }
+  if (!knownName_ || knownName_->utf16() != name)
+    SetOtherName(name);
   if (!CheckDepth())
     return;
   if (skipDepth_ != 0) {
@@ -91,14 +87,14 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
       return;
     }
   } else {
-    const Schema* const schema = FindSchema(tagName_);
+    const Schema* const schema = FindSchema(GetTagName());
     bool goOn = true;
     if (!schema) {
       goOn = HandleRecoverable(GetUnknownCode(ReportCode::kUnknownType), [this] {
         return tr("Unknown type <%1>",
                   "Error message shown when a KML file contains an unknown tag. VAL_1 is the "
                   "unknown tag.")
-            .arg(tagName_);
+            .arg(GetTagName());
       });
     }
     if (!schema || !ProcessSchema(top ? top->object.get() : nullptr, top ? top->field : nullptr,
@@ -116,18 +112,23 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
     NoteStart();
 }
 
+void KmlHandler::SetOtherName(const unsigned short* name) {
+  knownName_ = nullptr;
+  Assign(otherName_, name);
+}
+
 bool KmlHandler::ReportUnknownElement() {
   return HandleRecoverable(GetUnknownCode(ReportCode::kUnknownElement), [this] {
     return tr("Unknown element <%1>",
               "Error message shown when a KML file contains an unknown tag. VAL_1 is the unknown "
               "tag.")
-        .arg(tagName_);
+        .arg(GetTagName());
   });
 }
 
 /// The code for an element that nothing is known of.
 ReportCode KmlHandler::GetUnknownCode(ReportCode inKnownNamespace) const {
-  return GetForeignUri(tagName_).isEmpty() ? inKnownNamespace : ReportCode::kForeignElement;
+  return GetForeignUri(GetTagName()).isEmpty() ? inKnownNamespace : ReportCode::kForeignElement;
 }
 
 bool KmlHandler::ReportUnexpected(const QString& parentName) {
@@ -136,7 +137,7 @@ bool KmlHandler::ReportUnexpected(const QString& parentName) {
               "Error message shown when a KML file has a tag which should not appear at this "
               "location. VAL_1 is the name of the unexpected tag, VAL_2 is the parent tag "
               "that contains the unexpected tag.")
-        .arg(tagName_, parentName);
+        .arg(GetTagName(), parentName);
   });
 }
 
@@ -158,7 +159,7 @@ const KmlHandler::Meaning& KmlHandler::FindMeaning(const Schema& schema) {
   meaning.generation = namespaces_->GetGeneration();
   meaning.childSchema = nullptr;
   meaning.field =
-      FindField(schema, tagName_, GetDefaultNamespace(), &meaning.ns, &meaning.childSchema);
+      FindField(schema, GetTagName(), GetDefaultNamespace(), &meaning.ns, &meaning.childSchema);
   return meaning;
 }
 
@@ -179,9 +180,9 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     RefPtr<SchemaObject> child = GetObject(*childSchema, attrs, idIndex, index);
     if (!child)
       return false;
-    tagStack_.emplace_back(child, &object, field, index); // Ends the life of `tag`.
+    tagStack_.emplace_back(std::move(child), &object, field, index); // Ends the life of `tag`.
     if (attrs)
-      HandleAttributes(*child, attrs, idIndex);
+      HandleAttributes(*tagStack_.back().object, attrs, idIndex);
     return true;
   }
 
@@ -196,7 +197,7 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
       return tr("Unknown attribute(s) specified for <%1>.",
                 "Error message shown when one or more unknown KML attributes are specified for a "
                 "given KML tag. VAL_1 is the name of the tag.")
-          .arg(tagName_);
+          .arg(GetTagName());
     });
     if (KeepsUnknown()) {
       AttributeList list = GetAttributeList(attrs);
@@ -210,7 +211,7 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
                     "Error message shown if a name appears as an XML element in KML, instead of "
                     "being specified as an attribute. VAL_1 is the name of the element that "
                     "should be an attribute. ")
-              .arg(tagName_);
+              .arg(GetTagName());
         }))
       return true;
     tag.field = field;
@@ -270,15 +271,15 @@ bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, c
       return tr("Failed to create object <%1>",
                 "Error message shown when a KML file contains an invalid type name. VAL_1 is the "
                 "type name the KML file attempts to create.")
-          .arg(tagName_);
+          .arg(GetTagName());
     });
     return false;
   }
   if (!root_)
     root_ = child;
-  tagStack_.emplace_back(child, parent, parentField, index);
+  tagStack_.emplace_back(std::move(child), parent, parentField, index);
   if (attrs)
-    HandleAttributes(*child, attrs, idIndex);
+    HandleAttributes(*tagStack_.back().object, attrs, idIndex);
   return true;
 }
 
@@ -308,7 +309,7 @@ void KmlHandler::ConsumeElement(const unsigned short** attrs, Declarations decla
   if (tagStack_.empty()) {
     HandleError(tr("Unexpected element \"%1\"",
                    "Error message shown when a KML file contains an unexpected tag (VAL_1)")
-                    .arg(tagName_),
+                    .arg(GetTagName()),
                 kErrorFatal, ReportCode::kBadRoot);
     return;
   }
@@ -356,7 +357,7 @@ int KmlHandler::GetObjectDepth(const TagInfo& tag) const { return depth_ - (tag.
 
 void KmlHandler::AppendStartTag(const unsigned short** attrs, const AttributeList& declarations) {
   text_->append('<');
-  text_->append(tagName_);
+  text_->append(GetTagName());
   for (const auto& [name, value] : declarations)
     raw_->AppendAttribute(name.utf16(), value.utf16());
   for (; attrs && *attrs; attrs += 2)
@@ -366,7 +367,7 @@ void KmlHandler::AppendStartTag(const unsigned short** attrs, const AttributeLis
 
 void KmlHandler::EndElement(const unsigned short* name) {
   if (skipDepth_ > 0 || tagStack_.empty()) {
-    Assign(tagName_, name);
+    SetOtherName(name);
     EndUnknown();
     return;
   }
@@ -388,7 +389,7 @@ void KmlHandler::EndUnknown() {
     --skipDepth_;
   if (KeepsUnknown()) {
     text_->append(QLatin1String("</"));
-    text_->append(tagName_);
+    text_->append(GetTagName());
     text_->append('>');
     if (!CheckTextLength())
       return;
@@ -412,9 +413,9 @@ void KmlHandler::EndUnknownInObject() {
   }
   if (tagStack_.size() == 1 && !tag.field) {
     Namespace ns = Namespace::kUnknown;
-    const QString& localName = StripNamespacePrefix(tagName_, &ns);
+    const QString& localName = StripNamespacePrefix(GetTagName(), &ns);
     rootContent_->Add(localName, ns, static_cast<int>(tag.unknown_text.size()) + unknownStart_,
-                      static_cast<int>(tagName_.size()));
+                      static_cast<int>(GetTagName().size()));
   }
   // Inside a field element the content stays in one, so that it doesn't turn into something else
   // where it's written.
@@ -479,7 +480,7 @@ bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
     return field.fromString(object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
   };
   FromStringResult result = FromStringResult::kOk;
-  if (isFurther || object.HasKeptValues()) {
+  if (Q_UNLIKELY(isFurther || object.HasKeptValues())) {
     const Displacement displacement(object, field, isFurther);
     result = set();
   } else {
@@ -549,7 +550,7 @@ void KmlHandler::Attach(const TagInfo& tag, SchemaObject& child) {
   const bool isFurther =
       parentTag.IsGiven(place) && CanDisplace(place) && place.GetObject(parent, -1) != nullptr;
   bool isTaken = false;
-  if (isFurther || parent.HasKeptValues()) {
+  if (Q_UNLIKELY(isFurther || parent.HasKeptValues())) {
     const Displacement displacement(parent, place, isFurther, parentTag.formerAttrs);
     if (isFurther)
       parentTag.formerAttrs = QString();

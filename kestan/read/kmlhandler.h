@@ -51,6 +51,7 @@ private:
   };
 
   /// Both answer whether the parse goes on.
+  void SetOtherName(const unsigned short* name);
   bool ReportUnknownElement();
   ReportCode GetUnknownCode(ReportCode inKnownNamespace) const;
   /// Tells of an element of a known class that can't stand here.

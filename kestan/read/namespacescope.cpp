@@ -43,6 +43,7 @@ void NamespaceScope::Clear() {
   newest_.clear();
   default_ = initialDefault_;
   additions_.clear();
+  innermost_ = -1;
   copiedEntries_ = 0;
   isPartial_ = false;
 }
@@ -84,6 +85,7 @@ void NamespaceScope::Declare(int depth, const QString& prefix, const QString& ur
   const int index = static_cast<int>(bindings_.size());
   if (marks_.empty() || marks_.back().depth != depth)
     marks_.push_back({depth, index, {}, false});
+  innermost_ = std::max(innermost_, depth);
   Binding binding{
       prefix, GetWrittenUri(ns, uri), ns, IsListed(prefix, ns), newest_.value(prefix, -1), {}};
   if (binding.listed)
@@ -94,11 +96,16 @@ void NamespaceScope::Declare(int depth, const QString& prefix, const QString& ur
     InitDefault();
 }
 
-void NamespaceScope::Pop(int depth) {
+void NamespaceScope::End(int depth) {
   if (!additions_.empty() && additions_.back().objectDepth >= depth)
     additions_.pop_back();
-  if (marks_.empty() || marks_.back().depth != depth)
-    return;
+  if (!marks_.empty() && marks_.back().depth == depth)
+    EndDeclarations();
+  innermost_ = std::max(marks_.empty() ? -1 : marks_.back().depth,
+                        additions_.empty() ? -1 : additions_.back().objectDepth);
+}
+
+void NamespaceScope::EndDeclarations() {
   ++generation_;
   const std::size_t first = static_cast<std::size_t>(marks_.back().first);
   marks_.pop_back();
@@ -208,6 +215,7 @@ void NamespaceScope::CarryOwn(std::size_t first, const Place& place, NamespaceLi
     list.append(binding.record);
     if (!hasAdditions)
       additions_.push_back({place.objectDepth, {}});
+    innermost_ = std::max(innermost_, place.objectDepth);
     additions_.back().places.insert(binding.prefix, list.size() - 1);
   }
 }

@@ -35,7 +35,10 @@ public:
   void Declare(int depth, const QString& prefix, const QString& uri, Namespace ns,
                const QString& documentUrl);
   /// Ends the declarations of the element at `depth`, if it made any.
-  void Pop(int depth);
+  void Pop(int depth) {
+    if (depth <= innermost_)
+      End(depth);
+  }
 
   /// The URI in which unprefixed elements are; null where that is the KML namespace. Where the
   /// only default namespace of a document has ended, one that stands for none.
@@ -92,6 +95,8 @@ private:
 
   int Find(const QChar* prefix, int length) const;
   void InitDefault();
+  void End(int depth);
+  void EndDeclarations();
   int FindBelow(const QString& prefix, std::size_t end) const;
   std::size_t GetMarks(int depth) const;
   bool Afford(std::size_t entries, qint64 documentBytes);
@@ -105,6 +110,7 @@ private:
   Namespace initialDefault_ = Namespace::kKml;
   Namespace default_ = Namespace::kKml;
   unsigned generation_ = 0;
+  int innermost_ = -1; ///< The depth of the innermost element of which something is noted.
   mmvector<Additions> additions_; ///< Outer objects first.
   qint64 copiedEntries_ = 0;
   bool isPartial_ = false; ///< Some objects carry only what they mention.

@@ -32,13 +32,10 @@ struct TagInfo {
   }
   void SetGiven(const Field& place) {
     const unsigned number = place.GetIndex();
-    if (number < 64) {
+    if (number < 64)
       given |= std::uint64_t(1) << number;
-      return;
-    }
-    if (number - 64 >= givenBeyond.size())
-      givenBeyond.resize(number - 63);
-    givenBeyond[number - 64] = true;
+    else
+      SetGivenBeyond(number - 64);
   }
 
   RefPtr<SchemaObject> object;
@@ -52,6 +49,13 @@ struct TagInfo {
   mmvector<bool> givenBeyond; ///< The same for the fields from 64 on.
   QString formerAttrs;        ///< Unknown attributes of the former element for the field now open.
   bool hasChild = false;      ///< The element for the field now open has given it a child.
+
+private:
+  Q_NEVER_INLINE void SetGivenBeyond(unsigned number) {
+    if (number >= givenBeyond.size())
+      givenBeyond.resize(number + 1);
+    givenBeyond[number] = true;
+  }
 };
 
 } // namespace vorrel::kestan
