@@ -4,7 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <new>
+#include <utility>
 
 namespace vorrel {
 
@@ -58,19 +61,24 @@ private:
 /// memory, a byte a bucket tells most keys that aren't there without a look at any of them. Not
 /// safe across threads, lookups included.
 ///
+/// A large map can grow and take another one in by slices: while it grows, the buckets in front
+/// have gone over to the larger table, and each value is found in that one of the two tables which
+/// its bucket says.
+///
 /// Keys that were made to share a bucket turn it into a list. The map counts what that costs, so
 /// that who takes keys from strangers can set a limit.
 template <class K, class V, class Traits> class HashMap {
 public:
   using Entry = HashMapEntry<K, V, Traits>;
 
-  explicit HashMap(unsigned log2Minimum) : minimum_(std::size_t(1) << log2Minimum) {}
+  explicit HashMap(unsigned log2Minimum)
+      : minimum_(std::size_t(1) << log2Minimum), floor_(minimum_) {}
   ~HashMap() { clear(); }
   HashMap(const HashMap&) = delete;
   HashMap& operator=(const HashMap&) = delete;
 
   std::size_t count() const { return count_; }
-  std::size_t GetBucketCount() const { return buckets_ ? size_ : 0; }
+  std::size_t GetBucketCount() const { return next_.buckets ? next_.size : table_.size; }
   /// The values that lookups so far have met beyond the first `kLongChain` of a chain. 0 for keys
   /// that nobody has made up for it.
   std::uint64_t GetExcessSteps() const { return excessSteps_; }
@@ -84,10 +92,11 @@ public:
 
   /// Asks for the memory in which the next look at this hash value begins.
   void Prefetch(std::uint32_t hashValue) const {
-    if (!buckets_)
+    if (!table_.buckets)
       return;
-    __builtin_prefetch(&Kinds(hashValue), 1);
-    __builtin_prefetch(&Bucket(hashValue), 1);
+    const Table& table = TableOf(hashValue);
+    __builtin_prefetch(&table.Kinds(hashValue), 1);
+    __builtin_prefetch(&table.Bucket(hashValue), 1);
   }
 
   void insert(V& value) { insert(value, Traits::Hash(value)); }
@@ -96,11 +105,11 @@ public:
   void insert(V& value, std::uint32_t hashValue) {
     Entry& entry = value;
     entry.hash_ = hashValue;
-    if (!buckets_)
-      Resize(minimum_);
+    if (!table_.buckets)
+      Resize(floor_);
     Link(entry);
-    if (count_ > size_)
-      Resize(size_ * 2);
+    if (count_ > GetBucketCount())
+      Resize(GetBucketCount() * 2);
   }
 
   /// Takes a value out of this map; one that isn't in it stays as it is.
@@ -114,22 +123,53 @@ public:
   /// Moves all values of `source` here with the hash values that they have. Of two with an equal
   /// key, `replace` says whether the one here leaves, or the newcomer ends up in no map.
   void merge(HashMap& source, bool replace) {
+    MergeSome(source, replace, [] { return true; });
+  }
+
+  /// The same in slices: `mayGoOn()` is asked every few steps, and when it's false the answer is
+  /// false, and a further call goes on from there. In between each value is in just one of the
+  /// maps, and both can be used.
+  template <class MayGoOn> bool MergeSome(HashMap& source, bool replace, MayGoOn&& mayGoOn) {
     if (&source == this || source.count_ == 0)
-      return;
-    Reserve(count_ + source.count_);
-    source.forEach([&](V& value) {
-      source.Unlink(value);
-      Entry& entry = value;
-      V* const equal =
-          Find(entry.hash_, [&value](const V& other) { return Traits::Equals(other, value); });
-      if (equal && !replace)
-        return;
-      if (equal)
-        Unlink(*equal);
-      Link(entry);
-    });
+      return true;
+    if (!ReserveSome(count_ + source.count_, mayGoOn))
+      return false;
+    source.FinishGrowth();
+    std::size_t steps = 0;
+    for (std::size_t& i = source.drained_; source.count_ > 0; ++i) {
+      if (i >= source.table_.size)
+        i = 0; // something has come in, in front of this place
+      source.PrefetchChain(i);
+      for (Entry* entry = source.LastOf(i); entry;) { // so that of equal ones the newest stays
+        Entry* const former = entry->prev_;
+        source.Unlink(*entry);
+        Take(*entry, replace);
+        entry = former;
+        if (++steps % kStepsATime == 0 && source.count_ > 0 && !mayGoOn())
+          return false;
+      }
+    }
     source.Shrink();
+    floor_ = minimum_;
     Shrink();
+    return true;
+  }
+
+  /// Makes room for so many values, in slices like `MergeSome`. The room stays until a merge is
+  /// complete or the map is empty.
+  template <class MayGoOn> bool ReserveSome(std::size_t count, MayGoOn&& mayGoOn) {
+    std::size_t wanted = GetBucketCount() ? GetBucketCount() : minimum_;
+    while (wanted < count)
+      wanted *= 2;
+    floor_ = wanted;
+    if (wanted != GetBucketCount())
+      StartResize(wanted);
+    for (std::size_t steps = 1; next_.buckets; ++steps) {
+      SplitNext();
+      if (steps % kStepsATime == 0 && next_.buckets && !mayGoOn())
+        return false;
+    }
+    return true;
   }
 
   /// Takes all values out.
@@ -141,32 +181,76 @@ public:
   /// Calls `handler(V&)` for each value, in no particular order. The handler must leave the map
   /// as it is.
   template <class Handler> void forEach(Handler&& handler) const {
-    if (!buckets_)
-      return;
-    for (std::size_t i = 0; i < size_; ++i) {
-      for (Entry* entry = buckets_[i]; entry;) {
-        Entry* const next = entry->next_;
-        handler(static_cast<V&>(*entry));
-        entry = next;
+    for (const Table* table : {&table_, &next_}) {
+      for (std::size_t i = 0; table->buckets && i < table->size; ++i) {
+        for (Entry* entry = table->buckets[i]; entry;) {
+          Entry* const next = entry->next_;
+          handler(static_cast<V&>(*entry));
+          entry = next;
+        }
       }
     }
   }
 
 private:
-  Entry*& Bucket(std::uint32_t hashValue) const { return buckets_[hashValue & (size_ - 1)]; }
+  struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+  };
 
-  /// For each bucket one bit a kind of hash value that its chain may hold. The bits come from that
-  /// end of the value that doesn't choose the bucket.
-  std::uint8_t& Kinds(std::uint32_t hashValue) const { return kinds_[hashValue & (size_ - 1)]; }
+  /// So many bytes or pointers of nothing; those of a large table cost when they're used first.
+  template <class T> static std::unique_ptr<T[], Free> Allocate(std::size_t size) {
+    void* const memory = std::calloc(size, sizeof(T));
+    if (!memory)
+      throw std::bad_alloc();
+    return std::unique_ptr<T[], Free>(static_cast<T*>(memory));
+  }
+
+  struct Table {
+    Table() = default;
+    explicit Table(std::size_t count)
+        : size(count), buckets(Allocate<Entry*>(count)), kinds(Allocate<std::uint8_t>(count)) {}
+
+    Entry*& Bucket(std::uint32_t hashValue) const { return buckets[hashValue & (size - 1)]; }
+
+    /// For each bucket one bit a kind of hash value that its chain may hold. The bits come from
+    /// that end of the value that doesn't choose the bucket.
+    std::uint8_t& Kinds(std::uint32_t hashValue) const { return kinds[hashValue & (size - 1)]; }
+
+    void PushFront(Entry& entry) {
+      Entry*& head = Bucket(entry.hash_);
+      entry.prev_ = nullptr;
+      entry.next_ = head;
+      if (head)
+        head->prev_ = &entry;
+      head = &entry;
+      Kinds(entry.hash_) |= KindOf(entry.hash_);
+    }
+
+    std::size_t size = 0;
+    std::unique_ptr<Entry*[], Free> buckets;
+    std::unique_ptr<std::uint8_t[], Free> kinds;
+  };
+
   static std::uint8_t KindOf(std::uint32_t hashValue) {
     return static_cast<std::uint8_t>(1U << (hashValue >> 29));
   }
 
+  /// The one of the two tables that has the bucket of this hash value.
+  const Table& TableOf(std::uint32_t hashValue) const {
+    return (hashValue & (table_.size - 1)) < split_ ? next_ : table_;
+  }
+  Table& TableOf(std::uint32_t hashValue) {
+    return (hashValue & (table_.size - 1)) < split_ ? next_ : table_;
+  }
+
   template <class Matches> V* Find(std::uint32_t hashValue, Matches&& matches) const {
-    if (!buckets_ || !(Kinds(hashValue) & KindOf(hashValue)))
+    if (!table_.buckets)
+      return nullptr;
+    const Table& table = TableOf(hashValue);
+    if (!(table.Kinds(hashValue) & KindOf(hashValue)))
       return nullptr;
     unsigned steps = 0;
-    Entry* entry = Bucket(hashValue);
+    Entry* entry = table.Bucket(hashValue);
     for (; entry; entry = entry->next_, ++steps) {
       if (entry->hash_ == hashValue && matches(static_cast<const V&>(*entry)))
         break;
@@ -177,87 +261,119 @@ private:
   }
 
   void Link(Entry& entry) {
-    Entry*& head = Bucket(entry.hash_);
-    entry.prev_ = nullptr;
-    entry.next_ = head;
-    if (head)
-      head->prev_ = &entry;
-    head = &entry;
-    Kinds(entry.hash_) |= KindOf(entry.hash_);
+    TableOf(entry.hash_).PushFront(entry);
     entry.map_ = this;
     ++count_;
   }
 
   /// The bucket keeps its kinds as long as it holds anything: one too many only costs a look.
   void Unlink(Entry& entry) {
-    Entry*& head = Bucket(entry.hash_);
+    Table& table = TableOf(entry.hash_);
+    Entry*& head = table.Bucket(entry.hash_);
     (entry.prev_ ? entry.prev_->next_ : head) = entry.next_;
     if (entry.next_)
       entry.next_->prev_ = entry.prev_;
     if (!head)
-      Kinds(entry.hash_) = 0;
+      table.Kinds(entry.hash_) = 0;
     entry.next_ = entry.prev_ = nullptr;
     entry.map_ = nullptr;
     --count_;
   }
 
-  void Reserve(std::size_t count) {
-    std::size_t wanted = buckets_ ? size_ : minimum_;
-    while (wanted < count)
-      wanted *= 2;
-    if (!buckets_ || wanted != size_)
-      Resize(wanted);
+  /// Enters an entry that another map has given away.
+  void Take(Entry& entry, bool replace) {
+    const V& value = static_cast<const V&>(entry);
+    V* const equal =
+        Find(entry.hash_, [&value](const V& other) { return Traits::Equals(other, value); });
+    if (equal && !replace)
+      return;
+    if (equal)
+      Unlink(*equal);
+    Link(entry);
   }
 
   void Shrink() {
     if (count_ == 0) {
-      buckets_.reset();
-      kinds_.reset();
+      table_ = Table();
+      next_ = Table();
+      split_ = 0;
+      drained_ = 0;
+      floor_ = minimum_;
       return;
     }
-    std::size_t wanted = size_;
-    while (wanted > minimum_ && count_ < wanted / 4)
+    if (next_.buckets)
+      return;
+    std::size_t wanted = table_.size;
+    while (wanted > floor_ && count_ < wanted / 4)
       wanted /= 2;
-    if (wanted != size_)
+    if (wanted != table_.size)
       Resize(wanted);
   }
 
   /// Goes to another number of buckets, both being powers of two: each chain is split, or several
-  /// are joined, in one walk that leaves the order of values in a chain as it is, so that of equal
-  /// keys the newest stays in front.
+  /// are joined. Values with equal keys come from one chain, which keeps its order, so that the
+  /// newest stays in front.
   void Resize(std::size_t size) {
-    const std::unique_ptr<Entry*[]> old = std::move(buckets_);
-    const std::size_t oldSize = old ? size_ : 0;
-    buckets_ = std::make_unique<Entry*[]>(size);
-    kinds_ = std::make_unique<std::uint8_t[]>(size);
-    size_ = size;
-    const std::unique_ptr<Entry*[]> tails = std::make_unique<Entry*[]>(oldSize ? size : 0);
-    for (std::size_t i = 0; i < oldSize; ++i) {
-      // The values lie anywhere in memory: their lines are asked for ahead of time.
-      constexpr std::size_t kAhead = 8;
-      if (i + kAhead < oldSize)
-        __builtin_prefetch(old[i + kAhead], 1);
-      for (Entry* entry = old[i]; entry;) {
-        Entry* const next = entry->next_;
-        Entry*& tail = tails[entry->hash_ & (size_ - 1)];
-        entry->prev_ = tail;
-        entry->next_ = nullptr;
-        (tail ? tail->next_ : Bucket(entry->hash_)) = entry;
-        Kinds(entry->hash_) |= KindOf(entry->hash_);
-        tail = entry;
-        entry = next;
-      }
+    StartResize(size);
+    FinishGrowth();
+  }
+
+  void StartResize(std::size_t size) {
+    FinishGrowth();
+    drained_ = 0;
+    if (table_.buckets)
+      next_ = Table(size);
+    else
+      table_ = Table(size);
+  }
+
+  void FinishGrowth() {
+    while (next_.buckets)
+      SplitNext();
+  }
+
+  /// Has the next bucket go over to the other table.
+  void SplitNext() {
+    PrefetchChain(split_);
+    const std::size_t i = split_++;
+    for (Entry* entry = LastOf(i); entry;) {
+      Entry* const former = entry->prev_;
+      next_.PushFront(*entry);
+      entry = former;
     }
+    table_.buckets[i] = nullptr;
+    if (split_ < table_.size)
+      return;
+    table_ = std::move(next_);
+    next_ = Table();
+    split_ = 0;
+  }
+
+  Entry* LastOf(std::size_t bucket) const {
+    Entry* entry = table_.buckets[bucket];
+    while (entry && entry->next_)
+      entry = entry->next_;
+    return entry;
+  }
+
+  /// The values lie anywhere in memory: on a walk their lines are asked for ahead of time.
+  void PrefetchChain(std::size_t bucket) const {
+    constexpr std::size_t kAhead = 8;
+    if (bucket + kAhead < table_.size)
+      __builtin_prefetch(table_.buckets[bucket + kAhead], 1);
   }
 
   static constexpr unsigned kLongChain = 32;
+  static constexpr std::size_t kStepsATime = 32;
 
   const std::size_t minimum_;
+  std::size_t floor_; ///< Fewer buckets than this aren't worth while.
   mutable std::uint64_t excessSteps_ = 0;
-  std::size_t size_ = 0;
   std::size_t count_ = 0;
-  std::unique_ptr<Entry*[]> buckets_;
-  std::unique_ptr<std::uint8_t[]> kinds_;
+  Table table_;
+  Table next_;              ///< The larger one, while the map grows.
+  std::size_t split_ = 0;   ///< Buckets of `table_` that have gone over to it.
+  std::size_t drained_ = 0; ///< Buckets in front that a merge has emptied.
 };
 
 } // namespace vorrel

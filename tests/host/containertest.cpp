@@ -124,6 +124,53 @@ TEST(HashMapTest, MergeMovesAllValuesAndSettlesEqualKeys) {
   }
 }
 
+TEST(HashMapTest, ASlicedMergeLeavesEachValueInOneMap) {
+  std::mt19937 random(5);
+  WordMap destination(2);
+  WordMap source(2);
+  std::vector<std::unique_ptr<Word>> words;
+  const auto add = [&](WordMap& map, int key, std::uint32_t hashValue) {
+    words.push_back(std::make_unique<Word>(QString::number(key)));
+    map.insert(*words.back(), hashValue);
+  };
+  const auto hashOf = [](int key) { return hash<QString>()(QString::number(key)); };
+  for (int i = 0; i < 3000; ++i)
+    add(source, i, hashOf(i));
+  for (int i = 0; i < 200; ++i)
+    add(source, -1 - i, 0x20000000); // a chain is no reason to go on
+  for (int i = 2000; i < 3500; ++i)
+    add(destination, i, hashOf(i));
+  int slices = 0;
+  while (!destination.MergeSome(source, true, [] { return false; })) {
+    ++slices;
+    std::size_t count = 0;
+    for (const auto& word : words) {
+      if (!word || !word->IsInMap())
+        continue;
+      ++count;
+      const WordMap* const map = word->GetMap();
+      ASSERT_EQ(word.get(), map->find(word->GetHash(), word->GetKey()));
+    }
+    ASSERT_EQ(source.count() + destination.count(), count);
+    std::size_t met = 0;
+    destination.forEach([&met](Word&) { ++met; });
+    ASSERT_EQ(destination.count(), met);
+    words[random() % words.size()].reset();
+    if (slices % 10 == 0) {
+      for (int i = 0; i < slices; ++i) // more than there was room for
+        add(destination, 10000 + 1000 * slices + i, static_cast<std::uint32_t>(random()));
+    }
+  }
+  EXPECT_GT(slices, 100);
+  EXPECT_EQ(0U, source.GetBucketCount());
+  for (const auto& word : words) {
+    EXPECT_TRUE(!word || !word->IsInMap() ||
+                destination.find(word->GetHash(), word->GetKey()) == word.get());
+  }
+  words.clear();
+  EXPECT_EQ(0U, destination.GetBucketCount());
+}
+
 TEST(InlinedVectorTest, MovesItsElementsToTheHeapWhenItGrows) {
   const auto counted = std::make_shared<int>(7);
   {
