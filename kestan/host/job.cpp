@@ -43,4 +43,9 @@ AbstractJob::Result UnrefJob::Run(const IJobContinuator&, IJobContainer&) {
   return kDone;
 }
 
+bool UnrefJob::Abandon() {
+  object_.reset();
+  return true;
+}
+
 } // namespace vorrel

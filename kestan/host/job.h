@@ -50,6 +50,9 @@ public:
   /// Works until it is done or `continuator` says to stop. Called again later when it answers
   /// `kRunAgain`.
   virtual Result Run(const IJobContinuator& continuator, IJobContainer& container) = 0;
+  /// The library stops: the job lets go of all that it has of the library. True for a job that has
+  /// nothing to do then. Main thread.
+  virtual bool Abandon() { return false; }
 
 private:
   const char* const name_;
@@ -69,6 +72,7 @@ public:
   static void UnrefOnMainImpl(RefPtr<const AtomicReferent>&& object);
 
   Result Run(const IJobContinuator& continuator, IJobContainer& container) override;
+  bool Abandon() override;
 
 private:
   explicit UnrefJob(RefPtr<const AtomicReferent>&& object);

@@ -15,6 +15,16 @@ void Pump::SetWaker(std::function<void()> waker) { PumpQueue::Get().SetWaker(std
 
 void Pump::Clear() { PumpQueue::Get().Clear(); }
 
+MainThreadWait::MainThreadWait() : isMain_(System::IsMainThread()) {
+  if (isMain_)
+    PumpQueue::Get().BeginWait();
+}
+
+MainThreadWait::~MainThreadWait() {
+  if (isMain_)
+    PumpQueue::Get().EndWait();
+}
+
 PumpTask::~PumpTask() { Unschedule(); }
 
 void PumpTask::Schedule(double delaySeconds, double repeatSeconds) {

@@ -38,6 +38,22 @@ public:
   static void Clear();
 };
 
+/// For the length of a scope the main thread waits for another one, and doesn't come to the pump.
+///
+/// A task for which a thread waits, such as the request of a worker to join the main thread, is
+/// dropped at once when it's in the queue or comes in meanwhile, so that no two threads wait for
+/// each other. Scopes may be nested; on any other thread they do nothing.
+class KESTAN_EXPORT MainThreadWait {
+public:
+  MainThreadWait();
+  MainThreadWait(const MainThreadWait&) = delete;
+  MainThreadWait& operator=(const MainThreadWait&) = delete;
+  ~MainThreadWait();
+
+private:
+  const bool isMain_;
+};
+
 /// Something that the pump runs at a time. Base of `Timer` and `SyncMethod`.
 class KESTAN_EXPORT PumpTask {
 public:
@@ -45,7 +61,12 @@ public:
   PumpTask& operator=(const PumpTask&) = delete;
 
 protected:
-  PumpTask() = default;
+  enum Kind {
+    kPlain,
+    kAwaited, ///< A thread waits until the task has run or is dropped.
+  };
+
+  explicit PumpTask(Kind kind = kPlain) : kind_(kind) {}
   /// Takes the task out of the queue. Unless that is on the main thread, the caller must know that
   /// the task isn't about to run.
   virtual ~PumpTask();
@@ -60,7 +81,8 @@ protected:
 
   /// Runs on the main thread. It may end the task.
   virtual void OnDue() = 0;
-  /// The queue is cleared, and the task out of it.
+  /// The task is out of the queue, and won't run: the queue is cleared, or the main thread waits
+  /// (see `MainThreadWait`). It may end the task.
   virtual void OnDropped() {}
 
 private:
@@ -68,6 +90,7 @@ private:
 
   using Clock = std::chrono::steady_clock;
 
+  const Kind kind_;
   Clock::time_point due_;
   double repeat_ = kOnce;
   std::uint64_t turn_ = 0; // order of entry into the queue; 0 when outside

@@ -55,14 +55,20 @@ void PumpQueue::SetWaker(std::function<void()> waker) {
 void PumpQueue::Schedule(PumpTask& task, double delaySeconds, double repeatSeconds) {
   const Clock::time_point due = After(delaySeconds);
   std::shared_ptr<const std::function<void()>> waker;
+  bool isRefused = false;
   {
     const std::lock_guard<std::mutex> guard(mutex_);
     Remove(task);
-    Insert(task, due);
-    task.repeat_ = repeatSeconds;
-    if (*tasks_.begin() == &task)
-      waker = waker_;
+    isRefused = waits_ > 0 && task.kind_ == PumpTask::kAwaited;
+    if (!isRefused) {
+      Insert(task, due);
+      task.repeat_ = repeatSeconds;
+      if (*tasks_.begin() == &task)
+        waker = waker_;
+    }
   }
+  if (isRefused)
+    task.OnDropped();
   if (waker)
     (*waker)();
 }
@@ -119,13 +125,50 @@ double PumpQueue::Run(double maxSeconds) {
 void PumpQueue::Clear() {
   while (const RefPtr<AbstractJob> job = TakeJob()) {
   }
+  Drop([](const PumpTask&) { return true; });
+}
+
+void PumpQueue::AbandonJobs() {
+  std::deque<RefPtr<AbstractJob>> jobs;
+  {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    jobs.swap(jobs_);
+  }
+  std::deque<RefPtr<AbstractJob>> others;
+  for (RefPtr<AbstractJob>& job : jobs) {
+    if (!job->Abandon())
+      others.push_back(std::move(job));
+  }
+  jobs.clear(); // outside the lock: their end may do anything
+  const std::lock_guard<std::mutex> guard(mutex_);
+  jobs_.insert(jobs_.begin(), std::make_move_iterator(others.begin()),
+               std::make_move_iterator(others.end()));
+}
+
+void PumpQueue::BeginWait() {
+  {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    ++waits_;
+  }
+  Drop([](const PumpTask& task) { return task.kind_ == PumpTask::kAwaited; });
+}
+
+void PumpQueue::EndWait() {
+  const std::lock_guard<std::mutex> guard(mutex_);
+  --waits_;
+}
+
+template <class IsMeant> void PumpQueue::Drop(IsMeant&& isMeant) {
   for (;;) {
     PumpTask* task = nullptr;
     {
       const std::lock_guard<std::mutex> guard(mutex_);
-      if (tasks_.empty())
+      const auto place = std::find_if(tasks_.begin(), tasks_.end(), [&](const PumpTask* candidate) {
+        return isMeant(*candidate);
+      });
+      if (place == tasks_.end())
         return;
-      task = *tasks_.begin();
+      task = *place;
       Remove(*task);
     }
     task->OnDropped();

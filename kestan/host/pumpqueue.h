@@ -27,6 +27,12 @@ public:
 
   double Run(double maxSeconds);
   void Clear();
+  /// The library stops: drops the jobs that have something of it.
+  void AbandonJobs();
+
+  /// The main thread waits for another one: drops the tasks for which a thread waits.
+  void BeginWait();
+  void EndWait();
 
 private:
   struct Earlier {
@@ -37,6 +43,8 @@ private:
   PumpTask* TakeDue(std::uint64_t lastTurn);
   RefPtr<AbstractJob> TakeJob();
   double SecondsToNext();
+  /// Takes out what `isMeant(task)`, and drops it.
+  template <class IsMeant> void Drop(IsMeant&& isMeant);
   void Insert(PumpTask& task, Clock::time_point due);
   void Remove(PumpTask& task);
 
@@ -45,6 +53,7 @@ private:
   std::deque<RefPtr<AbstractJob>> jobs_;
   std::shared_ptr<const std::function<void()>> waker_;
   std::uint64_t turn_ = 0;
+  int waits_ = 0;
 };
 
 } // namespace vorrel

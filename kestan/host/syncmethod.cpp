@@ -12,7 +12,9 @@ void SyncMethod::OnDue() {
 }
 
 void SyncMethod::OnDropped() {
-  if (autoDelete_)
+  const bool autoDelete = autoDelete_;
+  OnRefused();
+  if (autoDelete)
     delete this;
 }
 

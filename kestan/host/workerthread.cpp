@@ -1,5 +1,7 @@
 #include "kestan/host/workerthread.h"
 
+#include "kestan/host/pump.h"
+
 namespace vorrel {
 
 WorkerThread::Job::~Job() = default;
@@ -18,6 +20,7 @@ void WorkerThread::Job::AddToQueue(WorkerThread* worker) {
 WorkerThread::WorkerThread() : thread_([this] { Loop(); }) {}
 
 WorkerThread::~WorkerThread() {
+  const MainThreadWait wait;
   {
     const std::lock_guard<std::mutex> guard(mutex_);
     ending_ = true;
@@ -27,6 +30,7 @@ WorkerThread::~WorkerThread() {
 }
 
 void WorkerThread::WaitUntilIdle() {
+  const MainThreadWait wait;
   std::unique_lock<std::mutex> lock(mutex_);
   changed_.wait(lock, [this] { return jobs_.empty() && !busy_; });
 }

@@ -34,12 +34,13 @@ public:
   };
 
   WorkerThread();
-  /// Waits for the job that runs; the others are dropped.
+  /// Waits for the job that runs; the others are dropped. On the main thread this is a
+  /// `MainThreadWait`: a job that would join that thread is refused.
   ~WorkerThread();
   WorkerThread(const WorkerThread&) = delete;
   WorkerThread& operator=(const WorkerThread&) = delete;
 
-  /// Blocks until all jobs queued so far have run.
+  /// Blocks until all jobs queued so far have run; on the main thread as a `MainThreadWait`.
   void WaitUntilIdle();
 
 private:
