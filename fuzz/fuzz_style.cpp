@@ -5,7 +5,7 @@
 
 #include "fuzz/support.h"
 
-#include "kestan/core/threadcontext.h"
+#include "kestan/core/threadscope.h"
 #include "kestan/core/watcher.h"
 #include "kestan/feature/document.h"
 #include "kestan/feature/placemark.h"
@@ -133,7 +133,7 @@ public:
     std::vector<std::thread> threads;
     for (std::size_t number = 0; number < kThreads; ++number) {
       threads.emplace_back([&features, number] {
-        const ThreadContext context;
+        const ThreadScope scope;
         for (std::size_t i = number; i < features.size(); i += kThreads) {
           Ask(*features[i]);
         }

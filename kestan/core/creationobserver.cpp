@@ -1,12 +1,14 @@
 #include "kestan/core/creationobserver.h"
 
 #include "kestan/core/constructionguard.h"
+#include "kestan/core/librarypart.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/threadcontext.h"
-#include "kestan/read/loadobserver.h" // what dies waits for nothing any more
+#include "kestan/host/job.h"
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
 
 namespace vorrel::kestan {
@@ -32,12 +34,9 @@ void CreationObserver::NotifyPostCreate(SchemaObject& object) {
   object.SetBit(kBitPostCreated, true);
   if (!object.GetSchema().HasCreationObservers())
     return;
-  if (context->deferCount != 0) {
-    context->deferred.emplace_back(&object);
-    object.SetBit(kBitDeferredCreate, true);
-    return;
-  }
-  DoNotifyPostCreate(object, System::IsMainThread());
+  // What isn't for this thread waits until the main one has the object.
+  if (context->deferCount != 0 || !DoNotifyPostCreate(object, System::IsMainThread()))
+    Defer(*context, object);
 }
 
 bool CreationObserver::DoNotifyPostCreate(SchemaObject& object, bool onMain) {
@@ -75,25 +74,48 @@ bool CreationObserver::DoNotifyPostCreate(SchemaObject& object, bool onMain) {
   return reachedAll;
 }
 
+void CreationObserver::Defer(ThreadContext& context, SchemaObject& object) {
+  context.deferred.emplace_back(&object);
+  object.SetBit(kBitDeferredCreate, true);
+}
+
 void CreationObserver::NotifyDeferred() {
-  ThreadContext* context = ThreadContext::GetCurrent();
+  GiveDeferred(*ThreadContext::GetCurrent(), AlwaysTrueContinuator());
+}
+
+bool CreationObserver::NotifyDeferred(const IJobContinuator& continuator) {
+  ThreadContext& context = *ThreadContext::GetCurrent();
+  return context.deferCount == 0 && GiveDeferred(context, continuator);
+}
+
+bool CreationObserver::GiveDeferred(ThreadContext& context, const IJobContinuator& continuator) {
   const bool onMain = System::IsMainThread();
   mmvector<RefPtr<SchemaObject>> waiting;
+  bool isStopped = false;
   // Objects that are deferred during the walk are served too, if need be by a walk inside of it.
-  while (!context->deferred.empty()) {
+  while (!isStopped && !context.deferred.empty()) {
     mmvector<RefPtr<SchemaObject>> objects;
-    objects.swap(context->deferred);
-    for (RefPtr<SchemaObject>& entry : objects) {
-      const RefPtr<SchemaObject> object = std::move(entry);
+    objects.swap(context.deferred);
+    for (auto entry = objects.begin(); entry != objects.end(); ++entry) {
+      if (isStopped) {
+        context.deferred.insert(context.deferred.begin(), std::make_move_iterator(entry),
+                                std::make_move_iterator(objects.end()));
+        break;
+      }
+      const RefPtr<SchemaObject> object = std::move(*entry);
       object->SetBit(kBitDeferredCreate, false);
       const bool heldElsewhere = object->GetRefCount() > 1;
       if (heldElsewhere && !DoNotifyPostCreate(*object, onMain)) {
         object->SetBit(kBitDeferredCreate, true);
         waiting.push_back(object);
       }
+      isStopped = !continuator.ShouldContinue();
     }
   }
-  context->deferred.swap(waiting);
+  waiting.insert(waiting.end(), std::make_move_iterator(context.deferred.begin()),
+                 std::make_move_iterator(context.deferred.end()));
+  context.deferred.swap(waiting);
+  return !context.deferred.empty() && isStopped;
 }
 
 void CreationObserver::EndNotificationDeferrer() {
@@ -104,7 +126,8 @@ void CreationObserver::EndNotificationDeferrer() {
 }
 
 void CreationObserver::NotifyPreDelete(SchemaObject& object) {
-  LoadObserver::NotifyPreDelete(object);
+  if (object.GetBit(kBitHasLoadObserver))
+    LibraryPart::ForEach([&object](LibraryPart& part) { part.EndWait(object); });
 }
 
 } // namespace vorrel::kestan

@@ -5,10 +5,15 @@
 
 #include <atomic>
 
+namespace vorrel {
+class IJobContinuator;
+}
+
 namespace vorrel::kestan {
 
 class Schema;
 class SchemaObject;
+class ThreadContext;
 
 /// Watches a class: hears of each new object of it and of the classes derived from it. Those that
 /// come while an object is announced don't hear of that one; those that go don't keep it from the
@@ -37,6 +42,9 @@ public:
   static void NotifyPostCreate(SchemaObject& object);
   /// Gives the notices that the current thread's context has deferred.
   static void NotifyDeferred();
+  /// The same on the main thread in slices: true when the continuator stopped it. What an open
+  /// deferrer holds back stays for that.
+  static bool NotifyDeferred(const IJobContinuator& continuator);
   static void EndNotificationDeferrer();
   static void NotifyPreDelete(SchemaObject& object);
 
@@ -44,6 +52,8 @@ private:
   friend class Schema;
 
   static bool DoNotifyPostCreate(SchemaObject& object, bool onMain);
+  static void Defer(ThreadContext& context, SchemaObject& object);
+  static bool GiveDeferred(ThreadContext& context, const IJobContinuator& continuator);
 
   const Schema* schema_;
   ThreadSafety threadSafety_;

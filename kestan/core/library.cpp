@@ -4,6 +4,8 @@
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/threadcontext.h"
+#include "kestan/core/threadscope.h"
+#include "kestan/host/pumpqueue.h"
 #include "kestan/host/resources.h"
 #include "kestan/host/system.h"
 
@@ -34,6 +36,7 @@ void GInitialize(const KestanCreationParams& params) {
   s_resource_manager->AddLoader(std::make_unique<FileResourceLoader>());
   s_local_shapes = std::make_unique<QResourceRegistrar>(QStringLiteral("localshapes"));
   ThreadContext::Initialize();
+  ThreadScope::Startup();
   const NotificationDeferrer deferrer;
   Schema::Initialize(params);
   LibraryPart::ForEach([](LibraryPart& part) { part.ObserveCreation(); });
@@ -42,6 +45,11 @@ void GInitialize(const KestanCreationParams& params) {
 void GShutdown() {
   if (!s_initialized)
     return;
+  {
+    const MainThreadWait wait;
+    ThreadScope::Shutdown();
+  }
+  PumpQueue::Get().AbandonJobs();
   Schema::Shutdown();
   ThreadContext::Shutdown();
   s_local_shapes.reset();

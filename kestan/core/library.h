@@ -23,8 +23,13 @@ private:
 KESTAN_EXPORT void GInitialize();
 KESTAN_EXPORT void GInitialize(const KestanCreationParams& params);
 
-/// Stops the library. All objects must be gone, since the schemas go too. Main thread; no other
-/// thread of the library runs any more.
+/// Stops the library. All objects must be gone, since the schemas go too. Main thread, and not from
+/// a notice.
+///
+/// Waits for the `ThreadScope`s of other threads, which end soon: readers inside them stop, and a
+/// thread that wants to join the main one is refused. Such a thread must not wait for anything else
+/// that only the main thread can do. What scopes have built and wasn't merged is dropped; documents
+/// that are queued aren't read, and nobody is called back. No other thread is in the library else.
 KESTAN_EXPORT void GShutdown();
 
 KESTAN_EXPORT bool GIsInitialized();

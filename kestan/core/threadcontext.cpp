@@ -1,8 +1,8 @@
 #include "kestan/core/threadcontext.h"
 
+#include "kestan/core/librarypart.h"
+#include "kestan/core/threadmerge.h"
 #include "kestan/host/job.h"
-#include "kestan/read/loadobserverlist.h" // open references move with the objects
-#include "kestan/style/stylecache.h"      // ends with the context
 
 #include <iterator>
 
@@ -21,14 +21,16 @@ ThreadContext* ThreadContext::s_main_thread_context = nullptr;
 ThreadContext::ThreadContext() : HashMap(kLog2MinimumBuckets), thread(System::GetCurrentThread()) {
   if (System::IsMainThread())
     s_main_thread_context = this;
-  System::SetThreadStorage(s_key, this);
+  SetCurrent(this);
 }
 
 ThreadContext::~ThreadContext() {
   if (s_main_thread_context == this)
     s_main_thread_context = nullptr;
-  if (System::GetCurrentThread() == thread)
-    System::SetThreadStorage(s_key, nullptr);
+  else if (isSource_ && s_main_thread_context)
+    s_main_thread_context->source_ = nullptr;
+  if (GetCurrent() == this)
+    SetCurrent(nullptr);
 }
 
 void ThreadContext::Initialize() {
@@ -46,32 +48,39 @@ ThreadContext* ThreadContext::GetCurrent() {
   return static_cast<ThreadContext*>(System::GetThreadStorage(s_key));
 }
 
-std::uint64_t ThreadContext::GetExcessSteps() const {
-  std::uint64_t steps = HashMap::GetExcessSteps();
-  for (const LoadObserverList* references : {styleLoadObservers.get(), schemaLoadObservers.get()})
-    steps += references ? references->GetExcessSteps() : 0;
-  return steps;
+void ThreadContext::SetCurrent(ThreadContext* context) { System::SetThreadStorage(s_key, context); }
+
+bool ThreadContext::IsUnused() const {
+  return count() == 0 && deferred.empty() && mergeNotices.empty() && followers_.empty() &&
+         !styleLoadObservers && !schemaLoadObservers;
 }
 
-bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator) {
+bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator, AbstractJob* job) {
   ThreadContext& main = *s_main_thread_context;
   if (this == &main)
     return false;
-  const bool isFirst = !merging_;
-  merging_ = true;
-  main.merge(*this, replaceDuplicates);
+  if (job) {
+    if (main.source_ && main.source_ != this)
+      return true;
+    main.source_ = this;
+    isSource_ = true;
+  }
+  if (!main.MergeSome(*this, replaceDuplicates, [&] { return continuator.ShouldContinue(); }))
+    return true;
   main.deferred.insert(main.deferred.end(), std::make_move_iterator(deferred.begin()),
                        std::make_move_iterator(deferred.end()));
   deferred.clear();
-  for (const MergeNotice& notice : mmvector<MergeNotice>(std::move(mergeNotices))) {
+  while (!mergeNotices.empty()) {
+    const MergeNotice notice = std::move(mergeNotices.front());
+    mergeNotices.pop_front();
     if (notice.object->GetRefCount() > 1)
       notice.send(*notice.object);
+    if (!continuator.ShouldContinue())
+      return true;
   }
-  // From here on nothing of this thread's is left behind, wherever the rest stops.
-  LoadObserver::MoveToMain(*this, main, isFirst);
-  if (!continuator.ShouldContinue() || LoadObserver::UpdateAll(main, continuator))
+  if (LibraryPart::AnyOf([&](LibraryPart& part) { return part.MergeContext(*this, continuator); }))
     return true;
-  merging_ = false;
+  referencesMoved = false;
   return false;
 }
 

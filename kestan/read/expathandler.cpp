@@ -11,6 +11,7 @@
 #include "kestan/host/tr.h"
 #include "kestan/read/charbuf.h"
 #include "kestan/read/expatparser.h"
+#include "kestan/read/loadobserver.h"
 #include "kestan/read/namespaces.h"
 #include "kestan/read/namespacescope.h"
 #include "kestan/read/rawxml.h"
@@ -150,6 +151,8 @@ RefPtr<SchemaObject> ExpatHandler::LoadXml(ExpatHandler& handler, const unsigned
   file::CleanupPathname(handler.url_);
   RefPtr<SchemaObject> result = handler.Load(*source);
   handler.EndParse();
+  if (System::IsMainThread())
+    LoadObserver::UpdateAllLater(); // some may have waited for this document
   return result;
 }
 
@@ -369,7 +372,7 @@ void ExpatHandler::BeginParse() {
   const IErrorHandler* const handler = GetErrorHandler();
   references_.reset(handler && handler->WantsFindings() ? new ReferenceCheck : nullptr);
   threadContext_->fatalText.clear();
-  formerExcessSteps_ = threadContext_->GetExcessSteps();
+  formerExcessSteps_ = LoadObserver::GetExcessSteps(*threadContext_);
 }
 
 void ExpatHandler::EndParse() {}

@@ -7,6 +7,7 @@
 #include "kestan/read/charbuf.h"
 #include "kestan/read/expathandler.h"
 #include "kestan/read/expatparser.h"
+#include "kestan/read/loadobserver.h"
 #include "kestan/read/taginfo.h"
 
 #include <atomic>
@@ -273,7 +274,7 @@ void ExpatHandler::FailForMemory() {
 }
 
 void ExpatHandler::CheckLookupCost() {
-  const std::uint64_t steps = threadContext_->GetExcessSteps();
+  const std::uint64_t steps = LoadObserver::GetExcessSteps(*threadContext_);
   if (steps <= formerExcessSteps_ + kFreeLookupCost || fatal_)
     return;
   const std::uint64_t bytes = parser_ ? static_cast<std::uint64_t>(parser_->GetByteCount()) : 0;

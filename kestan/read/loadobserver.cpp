@@ -10,6 +10,7 @@
 #include "kestan/style/styleclimbbatch.h" // many references may end in one style
 
 #include <algorithm>
+#include <array>
 #include <mutex>
 
 namespace vorrel {
@@ -74,6 +75,11 @@ bool IsOwnDocument(const KmlId& target, const SchemaObject& object) {
 bool IsFromBefore(const SchemaObject& object) {
   const std::uint32_t begun = ThreadContext::GetCurrent()->parseRevision;
   return begun != 0 && static_cast<std::int32_t>(object.GetRevision() - begun) < 0;
+}
+
+/// Schemas first, since objects wait for them.
+std::array<LoadObserverList*, 2> ListsOf(ThreadContext& context) {
+  return {context.schemaLoadObservers.get(), context.styleLoadObservers.get()};
 }
 
 bool IsBuiltIn(const KmlId& target) {
@@ -182,9 +188,9 @@ RefPtr<SchemaObject> LoadObserver::Create(const TargetClass& targets, SchemaObje
 
 void LoadObserver::Add(const TargetClass& targets, SchemaObject& object, const StrField& field,
                        const KmlId& target) {
-  std::unique_ptr<LoadObserverList>& list = ThreadContext::GetCurrent()->*targets.list;
+  std::shared_ptr<LoadObserverList>& list = ThreadContext::GetCurrent()->*targets.list;
   if (!list)
-    list = std::make_unique<LoadObserverList>();
+    list = std::make_shared<LoadObserverList>();
   list->Add(*targets.create(object, field, target));
 }
 
@@ -196,7 +202,11 @@ void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const 
   const bool isOwnDocument = IsOwnDocument(target, object);
   object.SetBit(kBitLoadFailed, isOwnDocument);
   LoadObserverLoader* loader = LoadObserverLoader::GetSingleton();
-  if (loader && !isOwnDocument)
+  if (!loader || isOwnDocument)
+    return;
+  if (System::IsMainThread() && loader->HasLoadEnded(target.url))
+    UpdateAllLater(); // it has come without the target
+  else
     loader->RequestLoad(target.url);
 }
 
@@ -245,34 +255,97 @@ bool LoadObserver::UpdateAll(LoadObserverList* list, const IJobContinuator& cont
   return false;
 }
 
-bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continuator) {
-  LoadObserverList* const lists[] = {main.schemaLoadObservers.get(), main.styleLoadObservers.get()};
-  const auto isWalking = [](const LoadObserverList* list) { return list && list->IsWalking(); };
-  if (std::none_of(std::begin(lists), std::end(lists), isWalking)) {
-    for (LoadObserverList* list : lists) {
-      if (list)
-        list->Rewind();
-    }
+void LoadObserver::Rewind(ThreadContext& main) {
+  for (LoadObserverList* const list : ListsOf(main)) {
+    if (list)
+      list->Rewind();
   }
-  for (LoadObserverList* list : lists) {
-    if (UpdateAll(list, continuator) && std::any_of(std::begin(lists), std::end(lists), isWalking))
+}
+
+bool LoadObserver::IsWalking(ThreadContext& main) {
+  const auto lists = ListsOf(main);
+  return std::any_of(lists.begin(), lists.end(),
+                     [](const LoadObserverList* list) { return list && list->IsWalking(); });
+}
+
+/// Goes on with a walk over all; true when it was stopped.
+bool LoadObserver::GoOn(ThreadContext& main, const IJobContinuator& continuator) {
+  for (LoadObserverList* const list : ListsOf(main)) {
+    if (UpdateAll(list, continuator) && IsWalking(main))
       return true;
   }
   return false;
 }
 
-void LoadObserver::MoveToMain(ThreadContext& from, ThreadContext& main, bool lookAnew) {
-  for (const auto member :
-       {&ThreadContext::styleLoadObservers, &ThreadContext::schemaLoadObservers}) {
-    const std::unique_ptr<LoadObserverList>& source = from.*member;
-    std::unique_ptr<LoadObserverList>& target = main.*member;
-    if (!target && source)
-      target = std::make_unique<LoadObserverList>();
-    if (source)
-      target->TakeAll(*source);
-    if (lookAnew && target)
-      target->Rewind();
+bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continuator) {
+  if (!IsWalking(main))
+    Rewind(main);
+  return GoOn(main, continuator);
+}
+
+bool LoadObserver::MergeIntoMain(ThreadContext& from, const IJobContinuator& continuator) {
+  ThreadContext& main = *ThreadContext::GetMain();
+  if (!from.referencesMoved) {
+    for (const auto member :
+         {&ThreadContext::styleLoadObservers, &ThreadContext::schemaLoadObservers}) {
+      const std::shared_ptr<LoadObserverList>& source = from.*member;
+      std::shared_ptr<LoadObserverList>& target = main.*member;
+      if (!target && source)
+        target = std::make_shared<LoadObserverList>();
+      if (source && !target->TakeSome(*source, continuator))
+        return true;
+    }
+    Rewind(main);
+    from.referencesMoved = true;
   }
+  if (GoOn(main, continuator))
+    return true;
+  UpdateAllLater(); // some may have waited for what has been merged
+  return false;
+}
+
+/// Tries those that were open on the main thread when a merge or a document had ended.
+class LoadObserver::UpdateJob final : public AbstractJob {
+public:
+  UpdateJob() : AbstractJob("LoadObserver::UpdateJob") { s_waits_ = true; }
+  ~UpdateJob() override { s_waits_ = s_waits_ && isBegun_; }
+
+  static bool IsWaiting() { return s_waits_; }
+
+  Result Run(const IJobContinuator& continuator, IJobContainer&) override {
+    ThreadContext& main = *ThreadContext::GetMain();
+    if (main.IsMerging())
+      return kRunAgain;
+    if (!isBegun_)
+      Rewind(main);
+    isBegun_ = true;
+    s_waits_ = false; // what ends from here on wants another job
+    return GoOn(main, continuator) ? kRunAgain : kDone;
+  }
+  bool Abandon() override { return true; }
+
+private:
+  bool isBegun_ = false;
+
+  static bool s_waits_;
+};
+
+bool LoadObserver::UpdateJob::s_waits_ = false;
+
+void LoadObserver::UpdateAllLater() {
+  const ThreadContext& main = *ThreadContext::GetMain();
+  const auto isOpen = [](const auto& list) { return list && list->count() > 0; };
+  if (LoadObserverLoader::GetSingleton() && !UpdateJob::IsWaiting() &&
+      (isOpen(main.styleLoadObservers) || isOpen(main.schemaLoadObservers)))
+    GetDefaultJobScheduler().AddJob(new UpdateJob);
+}
+
+std::uint64_t LoadObserver::GetExcessSteps(const ThreadContext& context) {
+  std::uint64_t steps = context.GetExcessSteps();
+  for (const LoadObserverList* const list :
+       {context.styleLoadObservers.get(), context.schemaLoadObservers.get()})
+    steps += list ? list->GetExcessSteps() : 0;
+  return steps;
 }
 
 } // namespace vorrel::kestan

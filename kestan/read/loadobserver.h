@@ -8,6 +8,7 @@
 #include "kestan/host/spinlock.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -79,12 +80,21 @@ public:
   /// The same for an object that is being deleted.
   static void NotifyPreDelete(SchemaObject& object) { Cancel(object); }
 
-  /// Moves all open references of a thread that has ended its work to the main context, of which
-  /// the next `UpdateAll` looks at all anew.
-  static void MoveToMain(ThreadContext& from, ThreadContext& main, bool lookAnew);
-  /// Tries all that are open, schemas before the styles: for a client that has read a document on
-  /// the main thread. True when the continuator stopped it: it goes on there at the next call.
+  /// Moves the open references of a thread that has ended its work to the main context, and tries
+  /// all that are open there. True when the continuator stopped it.
+  static bool MergeIntoMain(ThreadContext& from, const IJobContinuator& continuator);
+  /// Tries all that are open on the main thread, schemas before the styles. True when the
+  /// continuator stopped it: it goes on there at the next call.
   static bool UpdateAll(ThreadContext& main, const IJobContinuator& continuator);
+  /// The loader knows of further documents by now: has a job try all that are open, once what waits
+  /// to be merged has been merged. The reader asks for it when it has read a document on the main
+  /// thread, and so may a client of which the loader knows that a document can't be had. Main
+  /// thread; nothing happens without a loader.
+  static void UpdateAllLater();
+
+  /// What lookups of ids and references on a thread have cost beyond the usual; grows where ids
+  /// were made up to share a place in a hash.
+  static std::uint64_t GetExcessSteps(const ThreadContext& context);
 
   /// One attempt to finish; true when the target was found. Then, and when the target is known not
   /// to come, the observer is gone. The cache may be null.
@@ -97,7 +107,7 @@ protected:
   /// What differs between the classes of targets.
   struct TargetClass {
     const Schema& (*schema)();
-    std::unique_ptr<LoadObserverList> ThreadContext::*list;
+    std::shared_ptr<LoadObserverList> ThreadContext::*list;
     RefPtr<SchemaObject> (*resolveRoot)(const KmlId& target); ///< A built-in object, or null.
     LoadObserver* (*create)(SchemaObject& object, const StrField& field, const KmlId& target);
   };
@@ -115,6 +125,8 @@ protected:
 private:
   friend class LoadObserverList;
 
+  class UpdateJob;
+
   using ObjectMap = HashMap<SchemaObject*, LoadObserver>;
   using TargetMap = HashMap<KmlId, LoadObserver>;
 
@@ -122,6 +134,9 @@ private:
                   const KmlId& target);
   static void Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
                    const KmlId& target);
+  static void Rewind(ThreadContext& main);
+  static bool IsWalking(ThreadContext& main);
+  static bool GoOn(ThreadContext& main, const IJobContinuator& continuator);
   void Detach();
   void Finish(SchemaObject* loaded);
 

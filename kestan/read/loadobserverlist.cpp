@@ -1,10 +1,13 @@
 #include "kestan/read/loadobserverlist.h"
 
+#include "kestan/host/job.h"
+
 namespace vorrel::kestan {
 
 namespace {
 
 constexpr unsigned kLog2MinimumBuckets = 4;
+constexpr int kMovesATime = 16;
 
 } // namespace
 
@@ -30,11 +33,17 @@ LoadObserverList* LoadObserverList::Find(const LoadObserver& observer) {
       static_cast<const HashMapEntry<KmlId, LoadObserver>&>(observer).GetMap());
 }
 
-void LoadObserverList::TakeAll(LoadObserverList& from) {
-  while (LoadObserver* observer = from.head_) {
+bool LoadObserverList::TakeSome(LoadObserverList& from, const IJobContinuator& continuator) {
+  const auto mayGoOn = [&continuator] { return continuator.ShouldContinue(); };
+  if (!ReserveSome(count() + from.count(), mayGoOn))
+    return false;
+  for (int steps = 1; LoadObserver* const observer = from.head_; ++steps) {
     from.Remove(*observer);
     Add(*observer);
+    if (steps % kMovesATime == 0 && from.head_ && !mayGoOn())
+      return false;
   }
+  return true;
 }
 
 LoadObserver* LoadObserverList::TakeNext() {

@@ -19,8 +19,9 @@ public:
   void Add(LoadObserver& observer);
   void Remove(LoadObserver& observer);
   static LoadObserverList* Find(const LoadObserver& observer);
-  /// Moves all of `from` to the front, one by one.
-  void TakeAll(LoadObserverList& from);
+  /// Moves those of `from` to the front, one by one. False when the continuator stopped it: a
+  /// further call goes on from there.
+  bool TakeSome(LoadObserverList& from, const IJobContinuator& continuator);
 
   /// Starts a walk from the front. The walk survives whatever comes and goes meanwhile; what comes
   /// isn't visited.

@@ -22,7 +22,12 @@ public:
   /// A reference leads into the document at `url`. Asked for each such reference, also while the
   /// document is on its way. Any thread that reads a document.
   virtual void RequestLoad(const QString& url) = 0;
-  /// Whether the document was read, or can't be: what isn't known by then won't come. Main thread.
+  /// Whether the document was read, or can't be: what isn't known by then won't come. For one that
+  /// a worker reads that is so once it's merged (`ThreadScope::Observer::OnPostMerge`). Main
+  /// thread.
+  ///
+  /// References hear of it by a job of the pump: behind each merge and each document that is read
+  /// on the main thread. A client tells of a load that fails by `LoadObserver::UpdateAllLater`.
   virtual bool HasLoadEnded(const QString& url) = 0;
 
 private:

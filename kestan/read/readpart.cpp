@@ -21,6 +21,10 @@ public:
     LoadObserver::Shutdown();
   }
   void DropSharedObjects() override { DeprecationManager::DeleteSingleton(); }
+  bool MergeContext(ThreadContext& from, const IJobContinuator& continuator) override {
+    return LoadObserver::MergeIntoMain(from, continuator);
+  }
+  void EndWait(SchemaObject& object) override { LoadObserver::NotifyPreDelete(object); }
   void ObserveCreation() override { LoadObserver::ObserveCreation(*ThreadContext::GetMain()); }
 };
 

@@ -15,10 +15,10 @@ RefPtr<SchemaObject> ResolveRoot(const KmlId& id, const StyleSelector*) {
 }
 RefPtr<SchemaObject> ResolveRoot(const KmlId&, const CustomSchema*) { return {}; }
 
-std::unique_ptr<LoadObserverList> ThreadContext::*ListOf(const StyleSelector*) {
+std::shared_ptr<LoadObserverList> ThreadContext::*ListOf(const StyleSelector*) {
   return &ThreadContext::styleLoadObservers;
 }
-std::unique_ptr<LoadObserverList> ThreadContext::*ListOf(const CustomSchema*) {
+std::shared_ptr<LoadObserverList> ThreadContext::*ListOf(const CustomSchema*) {
   return &ThreadContext::schemaLoadObservers;
 }
 

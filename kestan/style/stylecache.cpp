@@ -9,7 +9,7 @@ StyleCache* StyleCache::GetCurrent() {
   if (!context)
     return nullptr;
   if (!context->styleCache)
-    context->styleCache = std::make_unique<StyleCache>();
+    context->styleCache = std::make_shared<StyleCache>();
   return context->styleCache.get();
 }
 

@@ -1,4 +1,4 @@
-#include "kestan/core/threadcontext.h"
+#include "kestan/core/threadscope.h"
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
@@ -30,7 +30,7 @@ void RunOnStack(std::size_t size, const std::function<void()>& function) {
   ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, size));
   pthread_t thread;
   const auto run = [](void* argument) -> void* {
-    ThreadContext context;
+    const ThreadScope scope;
     (*static_cast<const std::function<void()>*>(argument))();
     return nullptr;
   };

@@ -1,11 +1,10 @@
 #include "kestan/read/typedloadobserver.h"
 
-#include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
-#include "kestan/core/threadcontext.h"
+#include "kestan/core/threadscope.h"
 #include "kestan/feature/abstractfeatureschema.h"
 #include "kestan/feature/placemark.h"
-#include "kestan/host/job.h"
+#include "kestan/host/pump.h"
 #include "kestan/read/loadobserverloader.h"
 #include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
@@ -28,17 +27,6 @@ public:
   QStringList ended;
 };
 
-/// Says stop after each `turn` questions.
-class SlowContinuator final : public IJobContinuator {
-public:
-  explicit SlowContinuator(int turn) : turn_(turn) {}
-  bool ShouldContinue() const override { return ++count_ % turn_ != 0; }
-
-private:
-  int turn_;
-  mutable int count_ = 0;
-};
-
 } // namespace
 
 class LoadObserverTest : public KmlTest {
@@ -59,19 +47,12 @@ protected:
 
   /// Runs `build` as a worker does, and merges what it made.
   static void BuildOnWorker(const std::function<void()>& build) {
-    ThreadContext* context = nullptr;
     std::thread([&] {
-      context = new ThreadContext;
-      {
-        const NotificationDeferrer deferrer;
-        build();
-      }
+      const ThreadScope scope;
+      build();
     }).join();
-    const SlowContinuator continuator(2);
-    while (context->MergeIntoMain(continuator)) {
+    while (Pump::Run(0) == 0.0) {
     }
-    const NotificationDeferrer deferrer;
-    delete context;
   }
 };
 
@@ -120,6 +101,38 @@ TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
   EXPECT_FALSE(IsWaiting(*first));
   EXPECT_FALSE(second->GetBit(kBitLoadFailed));
   EXPECT_TRUE(IsWaiting(*second));
+}
+
+// Without worker threads too, and whenever the loader comes to know.
+TEST_F(LoadObserverTest, TheMainThreadLearnsByThePumpThatATargetWillNotCome) {
+  const auto pump = [] {
+    while (Pump::Run(0) == 0.0) {
+    }
+  };
+  FakeLoader loader;
+  const auto first = MakeReference("styles.kml#s");
+  const auto other = MakeReference("other.kml#s");
+  pump();
+  EXPECT_TRUE(IsWaiting(*first));
+  ReadAt(kStyles, "<Document/>");
+  loader.ended += kStyles; // behind the reading
+  pump();
+  EXPECT_FALSE(IsWaiting(*first));
+  EXPECT_TRUE(first->GetBit(kBitLoadFailed));
+  EXPECT_FALSE(other->GetBit(kBitLoadFailed));
+
+  loader.requested.clear();
+  const auto late = MakeReference("styles.kml#t");
+  EXPECT_TRUE(loader.requested.isEmpty()) << "it was loaded";
+  pump();
+  EXPECT_TRUE(late->GetBit(kBitLoadFailed));
+
+  loader.ended += "http://example.com/dir/other.kml"; // a failed load
+  LoadObserver::UpdateAllLater();
+  LoadObserver::UpdateAllLater();
+  EXPECT_FALSE(other->GetBit(kBitLoadFailed)) << "not before the pump runs";
+  pump();
+  EXPECT_TRUE(other->GetBit(kBitLoadFailed));
 }
 
 TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {

@@ -1,47 +1,43 @@
 #include "tests/support/workers.h"
 
-#include "kestan/core/notificationdeferrer.h"
-#include "kestan/host/job.h"
+#include "kestan/host/pump.h"
 
 #include <atomic>
 #include <thread>
 
 namespace vorrel::kestan {
 
-namespace {
+/// The thread ends its scope only when it's told, as one does that goes on loading.
+struct Workers::Worker final : ThreadScope::Observer {
+  void OnPreMerge() override {}
+  void OnPostMerge() override { isMerged = true; }
 
-class Continuator final : public IJobContinuator {
-public:
-  bool ShouldContinue() const override { return true; }
-};
-
-} // namespace
-
-/// The thread ends its context only when it's told, as one does that goes on loading.
-struct Workers::Worker {
   std::atomic<bool> done{false};
   std::atomic<bool> mayEnd{false};
-  ThreadContext* context = nullptr; // until it's merged
+  std::atomic<bool> hasEnded{false};
+  bool isMerged = false;
   std::thread thread;
 };
 
-Workers::Workers(int count, const std::function<void(int)>& work) {
+Workers::Workers(int count, const Work& work) {
   const auto waiting = std::make_shared<std::atomic<int>>(count);
   for (int number = 0; number < count; ++number) {
     workers_.push_back(std::make_unique<Worker>());
     Worker* worker = workers_.back().get();
     worker->thread = std::thread([=] {
-      const auto context = std::make_unique<ThreadContext>();
-      worker->context = context.get();
-      --*waiting;
-      while (*waiting > 0) {
-        std::this_thread::yield();
+      {
+        ThreadScope scope(worker);
+        --*waiting;
+        while (*waiting > 0) {
+          std::this_thread::yield();
+        }
+        work(number, scope);
+        worker->done = true;
+        while (!worker->mayEnd) {
+          std::this_thread::yield();
+        }
       }
-      work(number);
-      worker->done = true;
-      while (!worker->mayEnd) {
-        std::this_thread::yield();
-      }
+      worker->hasEnded = true;
     });
   }
 }
@@ -66,18 +62,15 @@ void Workers::Finish(const std::function<void()>& meanwhile) {
   }
 }
 
-void Workers::Merge(int number) {
+void Workers::Merge(int number, double sliceSeconds) {
   Worker& worker = *workers_[static_cast<std::size_t>(number)];
-  if (!worker.context) {
-    return;
-  }
-  {
-    const NotificationDeferrer deferrer;
-    while (worker.context->MergeIntoMain(Continuator())) {
-    }
-  }
-  worker.context = nullptr;
   worker.mayEnd = true;
+  while (!worker.hasEnded) {
+    std::this_thread::yield();
+  }
+  while (!worker.isMerged) {
+    Pump::Run(sliceSeconds);
+  }
 }
 
 } // namespace vorrel::kestan

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestan/core/threadcontext.h"
+#include "kestan/core/threadscope.h"
 
 #include <functional>
 #include <memory>
@@ -8,22 +8,27 @@
 
 namespace vorrel::kestan {
 
-/// Threads that build objects in contexts of their own, as a client's loaders do. All begin at
-/// once, so that a thread sanitizer sees what they share.
+/// Threads that build objects in scopes of their own, as a client's loaders do. All begin at once,
+/// so that a thread sanitizer sees what they share.
 class Workers {
 public:
-  /// Runs `work(number)` on `count` threads.
-  Workers(int count, const std::function<void(int)>& work);
+  using Work = std::function<void(int number, ThreadScope& scope)>;
+
+  /// Runs `work` on `count` threads.
+  Workers(int count, const Work& work);
+  Workers(int count, const std::function<void(int number)>& work)
+      : Workers(count, Work([work](int number, ThreadScope&) { work(number); })) {}
   /// Merges whoever wasn't merged.
   ~Workers();
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
 
   /// Runs `meanwhile` on the calling thread again and again until all have done their work. Their
-  /// contexts stay.
+  /// scopes stay open.
   void Finish(const std::function<void()>& meanwhile = nullptr);
-  /// Brings what one has built to the main thread, while the others may be at work still.
-  void Merge(int number);
+  /// Brings what one has built to the main thread, while the others may be at work still. By slices
+  /// of this many seconds.
+  void Merge(int number, double sliceSeconds = 1.0);
 
 private:
   struct Worker;
