@@ -23,6 +23,7 @@ constexpr Entry kEntries[] = {
     {ReportCode::kTooNew, "too-new", Severity::kError},
     {ReportCode::kLimit, "limit", Severity::kError},
     {ReportCode::kRefused, "refused", Severity::kError},
+    {ReportCode::kCancelled, "cancelled", Severity::kError},
     {ReportCode::kUnknownElement, "unknown-element", Severity::kError},
     {ReportCode::kUnknownType, "unknown-type", Severity::kError},
     {ReportCode::kUnexpectedType, "unexpected-type", Severity::kError},

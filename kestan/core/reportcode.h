@@ -17,6 +17,7 @@ enum class ReportCode {
   kTooNew,
   kLimit,
   kRefused, ///< A class doesn't allow what the document says.
+  kCancelled,
 
   // Errors that the reader goes on after: the content is kept as text.
   kUnknownElement,

@@ -139,6 +139,8 @@ RefPtr<SchemaObject> ExpatHandler::LoadXml(ExpatHandler& handler, const unsigned
                                            std::size_t size) {
   const ParseMark mark(*handler.threadContext_);
   handler.BeginParse();
+  if (handler.CheckCancelled())
+    return {};
   QByteArray unpacked;
   std::unique_ptr<XmlSource> source;
   try {

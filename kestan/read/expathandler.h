@@ -111,6 +111,9 @@ public:
   virtual ~ExpatHandler();
 
 protected:
+  /// True when the document isn't wanted any more. Asked again and again during a parse.
+  virtual bool IsCancelled() const { return false; }
+
   /// False when the parse must stop.
   bool HandleError(const QString& message, HandleErrorHow how,
                    ReportCode code = ReportCode::kUnsupportedData);
@@ -251,6 +254,8 @@ private:
   /// `characters`. The end of what was put there follows.
   ushort* GetPlaceForText(int length);
   void EndPlaceForText(const ushort* end);
+  /// Ends the parse when it isn't wanted any more; true then.
+  bool CheckCancelled();
   void RefuseAttributes();
   void RefuseName();
   void ReportSkippedEntity(const QString& name);

@@ -286,6 +286,16 @@ void ExpatHandler::CheckLookupCost() {
               kErrorFatal, ReportCode::kLimit);
 }
 
+bool ExpatHandler::CheckCancelled() {
+  if (!IsCancelled())
+    return false;
+  FatalError(tr("Reading the document was cancelled",
+                "Error message shown when a KML file isn't read to its end because the program no "
+                "longer wants it."),
+             ReportCode::kCancelled);
+  return true;
+}
+
 bool ExpatHandler::CheckDepth() {
   if (depth_ + skipDepth_ < GetMaxElementDepth())
     return true;

@@ -170,6 +170,8 @@ ExpatParser::Result ExpatParser::Parse(XmlSource& source) {
   QByteArray piece;
   int pieceSize = kPieceSize;
   for (bool done = false; !done; pieceSize = GetPieceSize(pieceSize)) {
+    if (handler_.CheckCancelled())
+      return kFailed;
     if (decoder)
       piece.resize(pieceSize);
     void* const buffer = decoder ? piece.data() : XML_GetBuffer(parser_, pieceSize);

@@ -3,6 +3,7 @@
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
+#include "kestan/core/threadscope.h"
 #include "kestan/host/tr.h"
 #include "kestan/read/charbuf.h"
 #include "kestan/read/deprecationmanager.h"
@@ -57,6 +58,8 @@ KmlHandler::KmlHandler(const QString& url, unsigned access, MemoryManager* memor
       meanings_(1 + kMeanings) {}
 
 KmlHandler::~KmlHandler() = default;
+
+bool KmlHandler::IsCancelled() const { return threadScope_ && threadScope_->IsCancelled(); }
 
 void KmlHandler::StartElement(const unsigned short* name, const unsigned short** attrs) {
   if (!knownName_ || knownName_->utf16() != name)

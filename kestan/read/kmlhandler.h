@@ -13,7 +13,8 @@ class ThreadScope;
 /// An object goes to its parent at its end tag, with all fields and children in place.
 class KESTAN_EXPORT KmlHandler : public ExpatHandler {
 public:
-  /// `threadScope` is that of a worker thread, null on the main one.
+  /// `threadScope` is that of a worker thread, null on the main one. The parse ends when the scope
+  /// is cancelled.
   KmlHandler(const QString& url, unsigned access, MemoryManager* memoryManager,
              ThreadScope* threadScope, IErrorHandler* errorHandler);
   ~KmlHandler() override;
@@ -22,6 +23,8 @@ public:
   void EndElement(const unsigned short* name) override;
 
 protected:
+  bool IsCancelled() const override;
+
   /// Takes the element as a field of the open object, if it's one.
   bool ProcessField(SchemaObject& object, TagInfo& tag, const unsigned short** attrs,
                     Namespace* nsOut);
