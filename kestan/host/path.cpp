@@ -12,7 +12,7 @@ bool IsSlash(QChar c) { return c == QLatin1Char('/') || c == QLatin1Char('\\'); 
 
 namespace {
 
-constexpr QLatin1String kMarks("?#");
+constexpr QLatin1String kMarks("?#", 2);
 
 bool IsLetter(QChar c) { return c.unicode() < 0x80 && c.isLetter(); }
 
