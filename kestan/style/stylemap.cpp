@@ -1,6 +1,7 @@
 #include "kestan/style/stylemap.h"
 
 #include "kestan/core/constructionguard.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/schemat_impl.h"
@@ -107,6 +108,7 @@ StyleMap::StyleMap(const Style& style, Icon& normal, Icon& highlight, const KmlI
                    const QString& baseUrl)
     : StyleSelector(GetClassSchema(), id, baseUrl) {
   const ConstructionGuard building(*this);
+  const DeletionDeferrer deferrer;
   AddPair(kStyleNormal, *style.CloneIcon(normal));
   AddPair(kStyleHighlight, *style.CloneHighlightIcon(highlight));
   NotifyPostCreate();

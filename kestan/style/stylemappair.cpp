@@ -31,16 +31,18 @@ StyleMap::Pair::Pair(const KmlId& id, const QString& baseUrl, bool notify)
   FinishCreation(notify);
 }
 
-StyleMap::Pair::Pair(const QString& key, Style& style, StyleMap& map) : Pair(key, map) {
-  const ConstructionGuard building(*this);
-  SetStyleSelector(&style);
-}
+StyleMap::Pair::Pair(const QString& key, Style& style, StyleMap& map) : Pair(key, &style, map) {}
 
-StyleMap::Pair::Pair(const QString& key, StyleMap& map)
-    : Pair(KmlId(QString(), map.GetUrl()), map.GetBaseUrl()) {
+StyleMap::Pair::Pair(const QString& key, StyleMap& map) : Pair(key, nullptr, map) {}
+
+StyleMap::Pair::Pair(const QString& key, Style* style, StyleMap& map)
+    : SchemaObject(GetClassSchema(), KmlId(QString(), map.GetUrl()), map.GetBaseUrl()) {
   const ConstructionGuard building(*this);
+  const DeletionDeferrer deferrer;
+  NotifyPostCreate();
   SetKey(key);
   StyleMapSchema::GetSingleton().pairs.add(map, this);
+  SetStyleSelector(style);
 }
 
 StyleMap::Pair::~Pair() {

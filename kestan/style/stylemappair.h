@@ -53,6 +53,8 @@ private:
   friend class StyleMapPairSchema;
   friend class StyleMap;
 
+  Pair(const QString& key, Style* style, StyleMap& map);
+
   void SetReference(StyleSelector& selector);
   void ReleaseReference();
   void UpdateKeyState();

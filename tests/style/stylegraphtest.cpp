@@ -1,3 +1,4 @@
+#include "kestan/core/creationobserver.h"
 #include "kestan/core/watcher.h"
 #include "kestan/feature/document.h"
 #include "kestan/style/linestyle.h"
@@ -236,6 +237,40 @@ TEST_F(StyleGraphTest, FeaturesKeepTheirLooksInAnotherDocument) {
 }
 
 // Each map refers to the next one twice: 60 of them make 2 to the 60th ways.
+TEST_F(StyleGraphTest, APairIsMadeWhateverItsNoticeEnds) {
+  // Drops the map, the style or both as soon as there is a pair.
+  class Dropper final : public CreationObserver {
+  public:
+    Dropper(RefPtr<StyleMap>* map, RefPtr<Style>* style)
+        : CreationObserver(StyleMap::Pair::GetClassSchema()), map_(map), style_(style) {}
+    void OnPostCreate(const Event&) override {
+      if (map_)
+        map_->reset();
+      if (style_)
+        style_->reset();
+    }
+
+  private:
+    RefPtr<StyleMap>* map_;
+    RefPtr<Style>* style_;
+  };
+  for (const int drops : {1, 2, 3}) {
+    SCOPED_TRACE(drops);
+    RefPtr<StyleMap> map(new StyleMap(KmlId(), "http://h/a.kml"));
+    RefPtr<Style> style(new Style(KmlId(), "http://h/a.kml"));
+    const Watcher<Style> watcher(style.get());
+    {
+      const Dropper dropper((drops & 1) != 0 ? &map : nullptr, (drops & 2) != 0 ? &style : nullptr);
+      map->setStyle(kStyleNormal, *style);
+    }
+    EXPECT_EQ((drops & 2) == 0, watcher.get() != nullptr);
+    if (map) {
+      ASSERT_TRUE(map->FindPair(kStyleNormal));
+      EXPECT_EQ(nullptr, map->FindPair(kStyleNormal)->GetStyleSelector());
+    }
+  }
+}
+
 TEST_F(StyleGraphTest, LongChainsOfMapsAreNoProblem) {
   const QString placemark = "<Placemark><name>p</name><styleUrl>#m0</styleUrl>"
                             "<Style><PolyStyle><fill>0</fill></PolyStyle></Style></Placemark>";
