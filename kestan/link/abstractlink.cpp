@@ -194,6 +194,11 @@ void AbstractLink::KeepAbsoluteUrl() {
   urlDirty_ = false;
 }
 
+bool AbstractLink::HasLongQuery() const {
+  constexpr int kLong = 1024;
+  return httpQuery_.size() > kLong || viewFormat_.size() > kLong;
+}
+
 void AbstractLink::MarkChanged(const Field& field) {
   const AbstractLinkSchema& fields = Fields();
   if (&field.GetSchema() == &fields && (field.GetMaskBit() & fields.GetUrlFields()))

@@ -84,6 +84,8 @@ protected:
   /// Keeps what `GetAbsoluteUrl` has to say, until something changes it. No thread that only asks
   /// does so.
   void KeepAbsoluteUrl();
+  /// True when it costs much to put the query behind the URL.
+  bool HasLongQuery() const;
 
   QString absoluteUrl_;
   bool urlDirty_ = false; // what is kept isn't right any more

@@ -136,6 +136,7 @@ private:
   void init(const QString& url, bool makeAbsolute, bool clientFlag);
   /// Finds out what is shown.
   void update();
+  void Resolve();
   /// Shows the part of the image that the rectangle says.
   void ResetRectangle();
   void Classify();

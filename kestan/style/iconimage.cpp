@@ -48,14 +48,8 @@ void Icon::update() {
   isPalette_ = false;
   urlType_ = 0;
   ResetRectangle();
-  if (urlDirty_) {
-    if (makeAbsolute_)
-      KeepAbsoluteUrl();
-    else
-      absoluteUrl_ = href_;
-    urlDirty_ = false;
-    resolvedUrl_ = absoluteUrl_;
-  }
+  if (urlDirty_)
+    Resolve();
   absoluteUrl_ = keyText_ = resolvedUrl_;
   if (href_.isEmpty())
     texId_ = kNoImage;
@@ -63,6 +57,22 @@ void Icon::update() {
     keyText_ = href_; // images that can't be had are told apart all the same
   else
     Classify();
+}
+
+void Icon::Resolve() {
+  if (makeAbsolute_ && HasLongQuery()) {
+    // What is sent to a server is put together when it's asked for, not with each new reference. No
+    // image that is at hand has such a name.
+    resolvedUrl_ = GetResourceUrl();
+    urlDirty_ = GGetUrlType(resolvedUrl_) == kUrlNetwork;
+    return;
+  }
+  if (makeAbsolute_)
+    KeepAbsoluteUrl();
+  else
+    absoluteUrl_ = href_;
+  urlDirty_ = false;
+  resolvedUrl_ = absoluteUrl_;
 }
 
 void Icon::ResetRectangle() {
@@ -97,7 +107,7 @@ void Icon::Classify() {
     showsTile = TakeTile(palette, x_ / kTileSize, y_ / kTileSize);
     if (!showsTile)
       return;
-  } else if (StartsWith(absoluteUrl_, kIconServerBase)) {
+  } else if (!urlDirty_ && StartsWith(absoluteUrl_, kIconServerBase)) {
     showsTile = TakeServerForm(absoluteUrl_.mid(static_cast<int>(sizeof(kIconServerBase)) - 1));
   } else {
     texId_ = kImageFile;

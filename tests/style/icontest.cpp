@@ -153,6 +153,17 @@ TEST_F(IconTest, ManyChangesOfALongUrlCostInProportion) {
     ASSERT_TRUE(icon);
     EXPECT_EQ(x, icon->GetX());
   }
+  // So would a long query, put behind each of many references.
+  for (const QString& base : {QStringLiteral("http://h/a"), Server("pal2/icon12.png")}) {
+    const QString query = QString("a").repeated(kCount);
+    const auto icon =
+        ReadIcon("<viewFormat>" + query + "</viewFormat>" +
+                 QStringLiteral("<href>%1</href><href>b.png</href>").arg(base).repeated(kCount) +
+                 "<href>" + base + "</href>");
+    ASSERT_TRUE(icon);
+    EXPECT_EQ(base + "?" + query, icon->GetAbsoluteUrl());
+    EXPECT_EQ(base + "?" + query, icon->GetKeyText());
+  }
 }
 
 TEST_F(IconTest, TheRectangleComesBackWhateverTheQuerySays) {
