@@ -217,7 +217,8 @@ public:
 
   /// Appends each object of the class, this one included, depth first, parents before children.
   void FindBySchema(const Schema& schema, mmvector<SchemaObject*>& out) const;
-  bool HasObservers() const { return !observers_.IsEmpty(); }
+  /// True when somebody hears of its changes.
+  bool HasObservers() const { return observers_.IsHeard(); }
   bool UpdateInheritedVisibility();
   void UpdateInheritedShouldNotifySubFieldChanged();
   void SetInheritedShouldNotifySubFieldChanged(bool value);

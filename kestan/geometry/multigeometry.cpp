@@ -166,9 +166,10 @@ const Field& MultiGeometry::GetMembersField() const {
 }
 
 /// Hands something down. Where nobody listens, members keep it to themselves: in a deep nest the
-/// news of each of them would climb through all levels.
+/// news of each of them would climb through all levels. So would the question who listens, if those
+/// asked it that were made silent.
 template <class Visit> void MultiGeometry::TellMembers(Visit visit) const {
-  const bool isHeard = IsHeard();
+  const bool isHeard = !GetBit(kBitNoFieldNotify) && IsHeard();
   ForEach([&](Geometry& geometry) {
     const BitGuard guard(&geometry, kBitNoFieldNotify,
                          geometry.GetBit(kBitNoFieldNotify) ||

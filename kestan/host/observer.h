@@ -98,6 +98,13 @@ public:
   ObserverList& operator=(const ObserverList&) = delete;
 
   bool IsEmpty() const { return !head_; }
+  /// True when a dispatch would reach somebody.
+  bool IsHeard() const {
+    const Observer* observer = head_;
+    while (observer && !observer->GetEnabled())
+      observer = observer->GetNext();
+    return observer != nullptr;
+  }
   Observer* GetHead() const { return head_; }
   /// Puts an observer in front, taking it off the list that it was on.
   void Add(Observer& observer);

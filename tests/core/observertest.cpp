@@ -3,6 +3,7 @@
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/threadcontext.h"
+#include "kestan/core/watcher.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
 
@@ -81,6 +82,19 @@ using NoticeTest = KmlTest;
 TEST_F(ObserverTest, TheLatestIsToldFirstAndADisabledOneNothing) {
   b.SetEnabled(false);
   EXPECT_EQ("ac", Tell());
+}
+
+TEST_F(ObserverTest, OnlyWhoHearsOfChangesCounts) {
+  EXPECT_TRUE(probe->HasObservers());
+  a.SetEnabled(false);
+  b.SetEnabled(false);
+  EXPECT_TRUE(probe->HasObservers());
+  c.SetEnabled(false);
+  const Watcher<Probe> watcher(probe.get());
+  EXPECT_FALSE(probe->HasObservers());
+  EXPECT_EQ(probe.get(), watcher.get());
+  probe.reset();
+  EXPECT_EQ(nullptr, watcher.get());
 }
 
 TEST_F(ObserverTest, ObserversComeAndGoWhileTheyAreTold) {
