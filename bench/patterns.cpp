@@ -21,6 +21,9 @@ namespace {
 /// More nested elements than this, and the reader refuses the document.
 constexpr int kMaxLevels = 900;
 
+/// So many times a text that grows along with their number is beyond any limit for what's repeated.
+constexpr int kManyTimes = 2500;
+
 /// Texts that mean something to one kind of field or another.
 const char* const kValues[] = {"0",          "1",         "a",          "0,0,1 1,1,1",
                                "2007-01-01", "1,1,2",     "#s0",        "#s1",
@@ -345,6 +348,9 @@ void VisitTexts(const Visit& visit) {
   const auto add = [&](const char* name, const std::function<std::string(int)>& make) {
     visit({name, make});
   };
+  const auto addRepeated = [&](const char* name, const std::function<std::string(int)>& make) {
+    visit({name, make, kManyTimes});
+  };
   const auto text = [](int n) { return std::string(static_cast<std::size_t>(n) * 20, 'x'); };
   add("long declaration, many unknown elements of the root", [=](int n) {
     return Root(Repeat("<q/>", n) + Tag("Placemark", "", " xmlns:x=\"urn:y\" b=\"1\""),
@@ -354,12 +360,12 @@ void VisitTexts(const Visit& visit) {
     return Root(Tag("Document", Repeat("<Placemark><x:q/></Placemark>", n)),
                 " xmlns:x=\"urn:" + text(n) + "\"");
   });
-  add("long default namespace around objects with unknown content", [=](int n) {
+  addRepeated("long default namespace around objects with unknown content", [=](int n) {
     return "<kml:kml xmlns:kml=\"" + std::string(kKmlNamespaceString) +
            "2.2\" xmlns=\"urn:" + text(n) + "\"><kml:Document>" +
            Repeat("<kml:Placemark><q/></kml:Placemark>", n) + "</kml:Document></kml:kml>";
   });
-  add("long declaration that the root can't make", [=](int n) {
+  addRepeated("long declaration that the root can't make", [=](int n) {
     return Root(Tag("Document", Tag("Folder", Repeat("<Placemark><x:q/></Placemark>", n),
                                     " xmlns:x=\"urn:" + text(n) + "\"")),
                 " xmlns:x=\"urn:x\" x:a=\"1\"");
@@ -368,10 +374,11 @@ void VisitTexts(const Visit& visit) {
     return "<!DOCTYPE kml [<!ATTLIST Placemark " + name + " CDATA \"" + value + "\">]>" +
            InDocument(Repeat("<Placemark/>", n));
   };
-  add("default attribute", [=](int n) { return withDefault("x", text(n), n); });
-  add("default declaration", [=](int n) { return withDefault("xmlns:x", "urn:" + text(n), n); });
-  add("entity in a value", [=](int n) {
-    return "<!DOCTYPE kml [<!ENTITY e \"" + text(n / 20) + "\">]>" +
+  addRepeated("default attribute", [=](int n) { return withDefault("x", text(n), n); });
+  addRepeated("default declaration",
+              [=](int n) { return withDefault("xmlns:x", "urn:" + text(n), n); });
+  addRepeated("entity in a value", [=](int n) {
+    return "<!DOCTYPE kml [<!ENTITY e \"" + text(n) + "\">]>" +
            InDocument(Repeat("<Placemark><name>&e;</name></Placemark>", n));
   });
   const auto attributes = [](int n, const std::string& prefix) {

@@ -10,6 +10,9 @@ struct Pattern {
   std::string name;
   /// The document in which the pattern comes `count` times.
   std::function<std::string(int count)> make;
+  /// Below this its cost may grow by the square: the format has one text stand in many places, and
+  /// only what's beyond the library's limit for that must be in proportion.
+  int leastCount = 1;
 };
 
 /// Gives the patterns that follow from the tables of the library's classes: whatever a document can
