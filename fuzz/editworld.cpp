@@ -1,5 +1,6 @@
 #include "fuzz/editworld.h"
 
+#include "fuzz/editdocument.h"
 #include "fuzz/editoperations.h"
 #include "fuzz/support.h"
 #include "kestan/core/notificationdeferrer.h"
@@ -22,20 +23,9 @@ constexpr int kMaxDepth = 5;
 
 const char kUrl[] = "http://example.com/edit.kml";
 
-void Collect(const Schema& schema, std::vector<const Schema*>& out) {
-  if (!schema.IsAbstract())
-    out.push_back(&schema);
-  for (const Schema* derived : schema.GetDerived())
-    Collect(*derived, out);
-}
-
 /// All classes with instances.
 const std::vector<const Schema*>& Classes() {
-  static const std::vector<const Schema*> classes = [] {
-    std::vector<const Schema*> all;
-    Collect(SchemaObject::GetClassSchema(), all);
-    return all;
-  }();
+  static const std::vector<const Schema*> classes = FindClasses(SchemaObject::GetClassSchema());
   return classes;
 }
 
@@ -47,10 +37,10 @@ class EditWorld::Observer final : public ObjectObserver {
 public:
   Observer(SchemaObject* object, EditWorld& world) : ObjectObserver(object), world_(world) {}
 
-  void OnFieldChanged(const FieldChangedEvent&) override { world_.React(); }
+  void OnFieldChanged(const FieldChangedEvent& event) override { world_.React(event.object); }
   void OnSubFieldChanged(const SubFieldChangedEvent& event) override {
     event.GetObservedSubField();
-    world_.React();
+    world_.React(event.changed);
   }
   void OnPreDelete(const PreDeleteEvent& event) override {
     if (world_.at_ != world_.end_ && world_.Next(4) == 0)
@@ -70,7 +60,7 @@ public:
   void OnPostCreate(const Event& event) override {
     if (world_.Next(2) == 0)
       world_.observers_[world_.Next(kObservers)]->SetObserved(event.object);
-    world_.React();
+    world_.React(*event.object);
   }
 
 private:
@@ -137,7 +127,7 @@ QString EditWorld::NextText() {
 EditWorld::Held EditWorld::Make() {
   static const char* const ids[] = {"", "", "a", "b", "c"};
   const Schema& schema = *Classes()[Next(Classes().size())];
-  const KmlId id(QLatin1String(ids[Next(std::size(ids))]), QLatin1String(kUrl));
+  const KmlId id{QLatin1String(ids[Next(std::size(ids))]), QLatin1String(kUrl)};
   return Next(8) == 0 ? schema.FindCreateInstance(id, id.url, nullptr)
                       : schema.CreateInstance(id, id.url, nullptr);
 }
@@ -184,6 +174,12 @@ const Field* EditWorld::PickField(const SchemaObject& object) {
   return fields.empty() ? nullptr : fields[Next(fields.size())];
 }
 
+void EditWorld::React(Object& object) {
+  if (at_ != end_ && Next(4) == 0)
+    held_[Next(kHeld)] = &object;
+  React();
+}
+
 void EditWorld::React() {
   if (depth_ < kMaxDepth && at_ != end_ && Next(3) != 0)
     Edit();
@@ -197,26 +193,31 @@ bool EditWorld::OnPreDelete(HandlerEvent&) {
 
 void EditWorld::Edit() {
   ++depth_;
-  switch (Next(12)) {
+  switch (Next(13)) {
   case 0:
   case 1:
     held_[Next(kHeld)] = Make();
     break;
   case 2:
-    held_[Next(kHeld)] = Pick();
+    held_[Next(kHeld)] = Read(MakeDocument([this](std::size_t count) { return Next(count); },
+                                           [this] { return NextText(); }),
+                              QLatin1String(kUrl));
     break;
   case 3:
-    Held(std::move(held_[Next(kHeld)])).reset();
+    held_[Next(kHeld)] = Pick();
     break;
   case 4:
-    Watch();
+    Held(std::move(held_[Next(kHeld)])).reset();
     break;
   case 5:
+    Watch();
+    break;
   case 6:
+  case 7:
     if (SchemaObject* object = Pick())
       EditObject(*object);
     break;
-  case 7:
+  case 8:
     RunClassOperation([this](std::size_t count) { return Next(count); },
                       [this](const Schema& schema) { return Pick(schema); });
     break;
@@ -252,7 +253,7 @@ void EditWorld::Watch() {
       object->SetHandlerFunc(kHandlerPreDelete, &EditWorld::OnPreDelete);
     break;
   case 6:
-    watchers_[Next(kObservers)]->SetEnabled(false);
+    observers_[Next(kObservers)]->SetEnabled(Next(2) != 0);
     break;
   default:
     observers_[Next(kObservers)]->SetObserved(object);
@@ -327,7 +328,7 @@ void EditWorld::EditField(SchemaObject& object) {
   SchemaObject* const b = Pick(field->GetSchema());
   SchemaObject* const child =
       field->GetObjSchema() && Next(4) ? Pick(*field->GetObjSchema()) : Pick();
-  switch (Next(12)) {
+  switch (Next(14)) {
   case 0:
   case 1:
   case 2:
@@ -361,12 +362,41 @@ void EditWorld::EditField(SchemaObject& object) {
   case 9:
     field->NotifyFieldChanged(object);
     break;
-  default: {
-    const AttributeList attributes{{QStringLiteral("type"), QStringLiteral("polyline")}};
-    const QString text = NextText();
-    field->fromString(object, Next(4) == 0 ? &attributes : nullptr, nullptr, text, NextIndex(),
-                      nullptr);
+  case 10:
+    KeepMore(object, *field);
+    break;
+  default:
+    TakeText(object, *field);
   }
+}
+
+void EditWorld::TakeText(SchemaObject& object, const Field& field) {
+  static const AttributeList attributeLists[] = {
+      {},
+      {{QStringLiteral("type"), QStringLiteral("polyline")}},
+      {{QStringLiteral("q"), QStringLiteral("1")}, {QStringLiteral("x"), QStringLiteral("0.5")}}};
+  const unsigned choice = Next(std::size(attributeLists) + 1);
+  const AttributeList* const attributes =
+      choice < std::size(attributeLists) ? &attributeLists[choice] : nullptr;
+  const NamespaceList namespaces;
+  const QString text = NextText();
+  field.fromString(object, attributes, Next(2) ? &namespaces : nullptr, text, NextIndex(), nullptr);
+}
+
+/// What a document may have given to a field beyond what that holds.
+void EditWorld::KeepMore(SchemaObject& object, const Field& field) {
+  switch (Next(4)) {
+  case 0:
+    object.KeepText(field, NextText());
+    break;
+  case 1:
+    object.KeepEmptyElement(field, QStringLiteral(" q=\"1\""));
+    break;
+  case 2:
+    object.SetUnknownFieldAttrs(field, {{QStringLiteral("q"), QStringLiteral("2")}}, nullptr);
+    break;
+  default:
+    object.DropKeptValues(field);
   }
 }
 

@@ -47,8 +47,12 @@ private:
   const vorrel::kestan::Field* PickField(const Object& object);
 
   void React();
+  /// The same for who hears of `object`, and may keep it.
+  void React(Object& object);
   void Edit();
   void EditField(Object& object);
+  void TakeText(Object& object, const vorrel::kestan::Field& field);
+  void KeepMore(Object& object, const vorrel::kestan::Field& field);
   void EditArray(Object& object, const vorrel::kestan::Field& field);
   void EditObject(Object& object);
   void Watch();
