@@ -1,6 +1,7 @@
 #include "kestan/feature/abstractfeature.h"
 
 #include "kestan/core/deletiondeferrer.h"
+#include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objarrayfield_impl.h"
 #include "kestan/core/objfield_impl.h"
 #include "kestan/core/schemat_impl.h"
@@ -436,6 +437,8 @@ void AbstractFeature::WriteStylesAndSchemas(WriteState& state, const QString& pa
   CollectStylesAndSchemas(state);
   state.hoist().AssignStyleIds();
   if (state.HasStylesOrSchemas()) {
+    // Nobody hears of it, who might change what has been collected.
+    const NotificationDisabler disabler;
     const RefPtr<Document> wrapper(new (HeapManager::GetTransientHeap())
                                        Document(KmlId(), QString()));
     wrapper->SetName(QFileInfo(path).fileName());

@@ -265,10 +265,27 @@ TEST_F(StyleGraphTest, APairIsMadeWhateverItsNoticeEnds) {
     }
     EXPECT_EQ((drops & 2) == 0, watcher.get() != nullptr);
     if (map) {
-      ASSERT_TRUE(map->FindPair(kStyleNormal));
-      EXPECT_EQ(nullptr, map->FindPair(kStyleNormal)->GetStyleSelector());
+      QString key;
+      const StyleMap::Pair* const pair = map->GetStyleMapPair(kStyleNormal, key);
+      ASSERT_TRUE(pair);
+      EXPECT_EQ(nullptr, pair->GetStyleSelector());
     }
   }
+}
+
+TEST_F(StyleGraphTest, WritingMakesNoNews) {
+  class Counter final : public CreationObserver {
+  public:
+    Counter() : CreationObserver(SchemaObject::GetClassSchema()) {}
+    void OnPostCreate(const Event&) override { ++seen; }
+    int seen = 0;
+  };
+  const auto document = ReadLocal(InDocument(
+      "<Style id='s'/><Placemark><name>p</name><styleUrl>#s</styleUrl><Style/></Placemark>"));
+  ASSERT_TRUE(document);
+  const Counter counter;
+  EXPECT_TRUE(Write(*Find(*document, "p")).contains("<Style id=\"s\">"));
+  EXPECT_EQ(0, counter.seen);
 }
 
 TEST_F(StyleGraphTest, LongChainsOfMapsAreNoProblem) {
