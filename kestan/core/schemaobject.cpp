@@ -4,13 +4,13 @@
 #include "kestan/core/childmove.h"
 #include "kestan/core/creationobserver.h"
 #include "kestan/core/deletiondeferrer.h"
+#include "kestan/core/hinttargets.h"
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobjectschema.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/core/threadcontext.h"
-#include "kestan/feature/kmlschema.h" // hint targets
 #include "kestan/host/url.h"
 
 namespace vorrel::kestan {
@@ -397,7 +397,7 @@ Document* SchemaObject::GetOwnerDocument() const {
 }
 
 QString SchemaObject::ComposeHintString() const {
-  return KmlSchema::GetSingleton().ComposeHintString(hintTarget_);
+  return HintTargets::ComposeHintString(hintTarget_);
 }
 
 double SchemaObject::GetInterpolant(int i, int a, int b) const {

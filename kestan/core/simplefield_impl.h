@@ -5,8 +5,8 @@
 #include "kestan/core/simplefield.h"
 #include "kestan/core/textfaults.h"
 #include "kestan/core/typedfield_impl.h"
-#include "kestan/write/utf8ostream.h"
-#include "kestan/write/valuetext.h" // a value prints itself
+#include "kestan/core/valuetext.h"
+#include "kestan/host/utf8ostream.h"
 
 #include <cmath>
 #include <type_traits>

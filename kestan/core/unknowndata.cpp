@@ -2,7 +2,7 @@
 
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/schemaobject.h"
-#include "kestan/read/rawxml.h" // one way of escaping attributes
+#include "kestan/host/attributevalue.h"
 
 #include <algorithm>
 

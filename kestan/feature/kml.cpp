@@ -1,6 +1,5 @@
 #include "kestan/feature/kml.h"
 
-#include "kestan/core/kestanoptions.h"
 #include "kestan/core/schemat_impl.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/feature/abstractfeature.h"
@@ -10,23 +9,9 @@
 #include "kestan/link/tarrowlink.h"
 #include "kestan/theme/theme.h"
 
-#include <mutex>
-
 namespace vorrel::kestan {
 
 template class SchemaT<Kml, NewInstancePolicy, NoDerivedPolicy>;
-
-namespace {
-
-const QLatin1String kTarget("target=");
-
-/// An object has 16 bits for the index of its target, and all of them set mean none.
-constexpr std::size_t kMaxHintTargets = 0xFFFF;
-
-/// Targets live as long as the process. A longer hint names none.
-constexpr int kMaxHint = 256;
-
-} // namespace
 
 KmlSchema::KmlSchema()
     : SchemaT("kml", nullptr, Namespace::kKml),
@@ -34,62 +19,6 @@ KmlSchema::KmlSchema()
       control(*this, QString(), NetworkLinkControl::GetClassSchema(), OffsetOf(&Kml::control_)),
       feature(*this, QString(), AbstractFeature::GetClassSchema(), OffsetOf(&Kml::feature_)),
       theme(*this, QString(), Theme::GetClassSchema(), OffsetOf(&Kml::theme_)) {}
-
-void KmlSchema::AddHintTargets(const mmvector<QString>& targets) const {
-  const std::lock_guard<SpinLock> guard(lock_);
-  for (const QString& target : targets)
-    AddHintTarget(target);
-}
-
-/// Needs the lock.
-int KmlSchema::AddHintTarget(const QString& target) const {
-  const auto known = hintTargetIds_.constFind(target);
-  if (known != hintTargetIds_.constEnd())
-    return *known;
-  if (target.isEmpty() || hintTargets_.size() == kMaxHintTargets)
-    return -1;
-  const int id = static_cast<int>(hintTargets_.size());
-  hintTargets_.push_back(target);
-  hintTargetIds_.insert(target, id);
-  return id;
-}
-
-int KmlSchema::GetHintTargetId(const QString& text) const {
-  const auto first = text.indexOf(kTarget);
-  if (first < 0 || text.size() > kMaxHint)
-    return -1;
-  const std::lock_guard<SpinLock> guard(lock_);
-  // The oldest target that stands behind any "target=".
-  int oldest = -1;
-  for (auto at = first; at >= 0; at = text.indexOf(kTarget, at + 1)) {
-    const auto begin = at + kTarget.size();
-    for (int length = 1; length <= text.size() - begin; ++length) {
-      const int id =
-          hintTargetIds_.value(QString::fromRawData(text.constData() + begin, length), -1);
-      if (id >= 0 && (oldest < 0 || id < oldest))
-        oldest = id;
-    }
-  }
-  if (oldest >= 0)
-    return oldest;
-  const auto begin = first + kTarget.size();
-  const auto comma = text.indexOf(QLatin1Char(','));
-  return AddHintTarget(text.mid(begin, comma < begin ? -1 : comma - begin));
-}
-
-QString KmlSchema::GetHintTargetString(int id) const {
-  const std::lock_guard<SpinLock> guard(lock_);
-  return id >= 0 && static_cast<std::size_t>(id) < hintTargets_.size()
-             ? hintTargets_[static_cast<std::size_t>(id)]
-             : QString();
-}
-
-QString KmlSchema::ComposeHintString(int id) const {
-  QString target = GetHintTargetString(id);
-  if (target.isEmpty())
-    target = KestanOptionsContext::kestanOptions.hintTarget.Get();
-  return target.isEmpty() ? QString() : kTarget + target;
-}
 
 const Schema& Kml::GetClassSchema() { return KmlSchema::GetSingleton(); }
 
@@ -132,7 +61,7 @@ void Kml::NotifyFieldChanged(const Field& field) {
       error = tr("Only a single root theme allowed within <kml> tag");
     seenTheme_ = theme_ != nullptr;
   } else if (&field == &fields.hint) {
-    SetHintTarget(static_cast<unsigned>(fields.GetHintTargetId(hint_)));
+    SetHintTarget(static_cast<unsigned>(KmlSchema::GetHintTargetId(hint_)));
   }
   if (error.isEmpty())
     SchemaObject::NotifyFieldChanged(field);

@@ -1,10 +1,10 @@
 #include "kestan/link/linktemplate.h"
 
 #include "kestan/host/system.h"
+#include "kestan/host/utf8ostream.h"
 #include "kestan/host/versioninfo.h"
 #include "kestan/link/viewparams.h"
 #include "kestan/read/namespaces.h"
-#include "kestan/write/utf8ostream.h"
 
 #include <QStringView>
 

@@ -6,6 +6,7 @@
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/threadcontext.h"
+#include "kestan/host/attributevalue.h"
 #include "kestan/host/kmz.h"
 #include "kestan/host/path.h"
 #include "kestan/host/tr.h"

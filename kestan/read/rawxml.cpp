@@ -1,5 +1,7 @@
 #include "kestan/read/rawxml.h"
 
+#include "kestan/host/attributevalue.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -10,51 +12,11 @@ namespace {
 const QLatin1String kCdataStart("<![CDATA[");
 const QLatin1String kCdataEnd("]]>");
 
-/// What stands for a character in an attribute's value; null for the character itself.
-const char* GetReference(ushort c) {
-  switch (c) {
-  case '&':
-    return "&amp;";
-  case '<':
-    return "&lt;";
-  case '>':
-    return "&gt;";
-  case '\'':
-    return "&apos;";
-  case '"':
-    return "&quot;";
-  case '\t':
-    return "&#9;";
-  case '\n':
-    return "&#10;";
-  case '\r':
-    return "&#13;";
-  default:
-    return nullptr;
-  }
-}
-
 bool EndsWithBrackets(const CharBuf& text) {
   return text.size() >= 2 && text[text.size() - 1] == ']' && text[text.size() - 2] == ']';
 }
 
 } // namespace
-
-void AppendAttributeValue(QString& out, const QString& text) {
-  for (const QChar c : text) {
-    if (const char* const reference = GetReference(c.unicode()))
-      out += QLatin1String(reference);
-    else
-      out += c;
-  }
-}
-
-QString EscapeAttributeValue(const QString& text) {
-  QString escaped;
-  escaped.reserve(text.size());
-  AppendAttributeValue(escaped, text);
-  return escaped;
-}
 
 void RawXml::AppendAttribute(const ushort* name, const ushort* value) {
   out_.append(' ');
@@ -62,7 +24,7 @@ void RawXml::AppendAttribute(const ushort* name, const ushort* value) {
                         reinterpret_cast<const char16_t*>(name))));
   out_.append(QLatin1String("=\""));
   for (; *value; ++value) {
-    if (const char* const reference = GetReference(*value))
+    if (const char* const reference = GetAttributeReference(*value))
       out_.append(QLatin1String(reference));
     else
       out_.append(value, 1);

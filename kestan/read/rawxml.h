@@ -6,11 +6,6 @@
 
 namespace vorrel::kestan {
 
-/// The text as it stands between the quotes of an attribute: markup characters as entities, and
-/// tabs and line breaks, which a parser would turn into blanks, as references.
-QString EscapeAttributeValue(const QString& text);
-void AppendAttributeValue(QString& out, const QString& text);
-
 /// Builds XML text of what a parser reports, as it's kept for content that no schema understands.
 ///
 /// The text depends on the reported characters alone, not on the pieces in which they come, and

@@ -2,9 +2,9 @@
 
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
+#include "kestan/host/attributevalue.h"
 #include "kestan/read/namespaces.h"
 #include "kestan/read/prefixes.h"
-#include "kestan/read/rawxml.h"
 #include "kestan/write/attributetext.h" // one way of taking attributes apart
 
 #include <QMap>

@@ -4,8 +4,8 @@
 #include "kestan/host/kmzwriter.h"
 #include "kestan/host/path.h"
 #include "kestan/host/tr.h"
+#include "kestan/host/utf8ostream.h"
 #include "kestan/write/outputurls.h"
-#include "kestan/write/utf8ostream.h"
 
 #include <QFile>
 #include <QFileInfo>

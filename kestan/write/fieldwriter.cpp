@@ -16,11 +16,11 @@
 #include "kestan/core/simplearrayfield.h"
 #include "kestan/core/simplefield_impl.h"
 #include "kestan/core/strfield.h"
+#include "kestan/core/valuetext.h"
 #include "kestan/host/convert.h"
 #include "kestan/write/markuptext.h"
 #include "kestan/write/outputurls.h"
 #include "kestan/write/stylehoist.h"
-#include "kestan/write/valuetext.h"
 #include "kestan/write/writestate.h"
 #include "kestan/write/xmltext.h"
 

@@ -1,7 +1,7 @@
 #include "kestan/write/rawxmlwriter.h"
 
+#include "kestan/host/utf8ostream.h"
 #include "kestan/read/namespaces.h" // the prefix of KML
-#include "kestan/write/utf8ostream.h"
 #include "kestan/write/xmlname.h"
 #include "kestan/write/xmltext.h"
 

@@ -2,7 +2,7 @@
 
 #include "kestan/core/namespace.h"
 #include "kestan/host/export.h"
-#include "kestan/write/utf8ostream.h"
+#include "kestan/host/utf8ostream.h"
 
 class QByteArray;
 class QString;

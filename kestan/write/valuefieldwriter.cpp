@@ -4,7 +4,7 @@
 #include "kestan/core/simplefield.h"
 #include "kestan/core/simplelistfield.h"
 #include "kestan/core/typedfield_impl.h"
-#include "kestan/write/valuetext.h"
+#include "kestan/core/valuetext.h"
 #include "kestan/write/writestate.h"
 
 #include <type_traits>

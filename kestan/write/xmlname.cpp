@@ -1,6 +1,6 @@
 #include "kestan/write/xmlname.h"
 
-#include "kestan/write/utf8ostream.h"
+#include "kestan/host/utf8ostream.h"
 
 #include <algorithm>
 

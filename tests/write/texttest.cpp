@@ -1,6 +1,6 @@
 #include "kestan/feature/abstractfeatureschema.h"
 #include "kestan/feature/placemark.h"
-#include "kestan/write/utf8ostream.h"
+#include "kestan/host/utf8ostream.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
 

@@ -1,4 +1,4 @@
-#include "kestan/write/utf8ostream.h"
+#include "kestan/host/utf8ostream.h"
 
 #include "kestan/host/hexencode.h"
 #include "kestan/host/memory.h"

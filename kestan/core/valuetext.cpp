@@ -1,7 +1,7 @@
-#include "kestan/write/valuetext.h"
+#include "kestan/core/valuetext.h"
 
 #include "kestan/host/numberformat.h"
-#include "kestan/write/utf8ostream.h"
+#include "kestan/host/utf8ostream.h"
 
 #include <cmath>
 
