@@ -15,6 +15,9 @@ template <class T> void Prepend(mmvector<T>& list, mmvector<T>& front) {
   list = std::move(front);
 }
 
+/// The text may lie in somebody else's buffer.
+QString Detached(const QString& text) { return QString(text.constData(), text.size()); }
+
 } // namespace
 
 const KeptField* KeptValues::Find(const Field& field) const {
@@ -26,7 +29,7 @@ const KeptField* KeptValues::Find(const Field& field) const {
 KeptField& KeptValues::Require(const Field& field) {
   if (const KeptField* present = Find(field))
     return const_cast<KeptField&>(*present);
-  fields_.push_back({&field, {}, {}, QString()});
+  fields_.push_back({&field, {}, {}, QString(), {}});
   return fields_.back();
 }
 
@@ -52,6 +55,8 @@ void KeptValues::PutBack(mmvector<KeptField>& fields, const Field& field) {
     Prepend(kept.displaced, former.displaced);
     if (!former.text.isNull())
       kept.text = former.text;
+    former.entries.insert(former.entries.end(), kept.entries.begin(), kept.entries.end());
+    kept.entries = std::move(former.entries);
   }
 }
 
@@ -80,7 +85,7 @@ Displacement::Displacement(SchemaObject& object, const Field& field, bool isFurt
   auto kept = std::find_if(kept_.begin(), kept_.end(),
                            [&](const KeptField& entry) { return entry.field == &field; });
   if (kept == kept_.end())
-    kept = kept_.insert(kept_.end(), {&field, {}, {}, QString()});
+    kept = kept_.insert(kept_.end(), {&field, {}, {}, QString(), {}});
   KeptValue former{RefPtr<SchemaObject>(field.GetObject(object, -1)), QString(), attrs};
   if (!former.object) {
     former.attrs = object.TakeUnknownFieldAttrs(field);
@@ -117,9 +122,11 @@ Displacement::~Displacement() {
 }
 
 void SchemaObject::KeepText(const Field& field, const QString& text) {
-  // The text may lie in somebody else's buffer.
-  keptValues().Require(field).text =
-      text.isEmpty() ? QLatin1String("") : QString(text.constData(), text.size());
+  keptValues().Require(field).text = text.isEmpty() ? QLatin1String("") : Detached(text);
+}
+
+void SchemaObject::KeepEntry(const Field& field, int index, const QString& text) {
+  keptValues().Require(field).entries.emplace_back(index, Detached(text));
 }
 
 void SchemaObject::KeepEmptyElement(const Field& field, const QString& attrs) {

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <utility>
+
 namespace vorrel::kestan {
 
 /// A value or a child that a later one of the same document has displaced from its field.
@@ -17,12 +19,16 @@ struct KeptValue {
 
 /// What a document gave to one field beyond what the field holds.
 struct KeptField {
-  bool IsEmpty() const { return bare.empty() && displaced.empty() && text.isNull(); }
+  bool IsEmpty() const {
+    return bare.empty() && displaced.empty() && text.isNull() && entries.empty();
+  }
 
   const Field* field;
   mmvector<QString> bare; ///< Attributes of elements for a child that held none. Written first.
   mmvector<KeptValue> displaced; ///< In the order of the document.
   QString text; ///< Gave the field no value, and stands in its place; null when none did.
+  /// Texts that gave no value to entries of an array, by index, and stand in their places.
+  mmvector<std::pair<int, QString>> entries;
 };
 
 /// What documents gave to the fields of one object beyond what these hold.

@@ -1,6 +1,8 @@
 // Copying, merging and walks: written once, on the field lists of the schema.
 
+#include "kestan/core/bitguard.h"
 #include "kestan/core/childmove.h"
+#include "kestan/core/childwalk.h"
 #include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/objfield.h"
@@ -38,10 +40,16 @@ RefPtr<const SchemaObject> Keep(const SchemaObject& object) {
   return RefPtr<const SchemaObject>(object.GetRefCount() > 0 ? &object : nullptr);
 }
 
+/// Levels of a tree that are cloned one inside the other. What lies deeper is filled in from a
+/// list, so that no nesting overflows the stack.
+constexpr int kMaxNesting = 200;
+
 /// The clones that one call makes, and what they are made of. All of it stays in memory until the
 /// call ends, whatever dies.
 struct CloneSession {
   mmvector<std::pair<const SchemaObject*, SchemaObject*>> clones;
+  mmvector<std::pair<RefPtr<const SchemaObject>, RefPtr<SchemaObject>>> hollow; ///< Yet to fill.
+  int depth = 0;
 
   /// References between objects that were cloned lead from clone to clone.
   void Connect() const;
@@ -113,7 +121,7 @@ void SchemaObject::TakeKeptValues(const mmvector<KeptField>& kept, bool deep,
     if (from.field->HasFlag(Field::kNoCopy) || Contains(excluded, *from.field) ||
         !isOfType(from.field->GetSchema()))
       continue;
-    KeptField to{from.field, from.bare, {}, from.text};
+    KeptField to{from.field, from.bare, {}, from.text, from.entries};
     for (const KeptValue& value : from.displaced) {
       if (value.object && !deep && fresh)
         continue; // like the children in fields
@@ -131,6 +139,22 @@ void SchemaObject::TakeKeptValues(const mmvector<KeptField>& kept, bool deep,
   move.Tell();
 }
 
+void SchemaObject::CloneFields(SchemaObject& dst, bool deep,
+                               const mmvector<const Field*>* excluded) const {
+  auto& hollow = t_session->hollow;
+  ++t_session->depth;
+  CopyFields(dst, deep, excluded, true);
+  dst.StopReading();
+  // All that the outermost one holds is whole before anybody hears of it.
+  while (t_session->depth == 1 && !hollow.empty()) {
+    const auto [source, clone] = std::move(hollow.back());
+    hollow.pop_back();
+    const BitGuard silence(clone.get(), kBitNoFieldNotify, true);
+    source->CloneFields(*clone, true, nullptr);
+  }
+  --t_session->depth;
+}
+
 RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
                                          const mmvector<const Field*>* excluded) const {
   const DeletionDeferrer deferrer;
@@ -144,8 +168,10 @@ RefPtr<SchemaObject> SchemaObject::clone(const KmlId& id, bool deep,
     // What an observer clones meanwhile stands elsewhere, and may be gone when the call ends.
     if (GetHome())
       t_session->clones.emplace_back(this, object.get());
-    CopyFields(*object, deep, excluded, true);
-    object->StopReading();
+    if (t_session->depth == kMaxNesting && deep && !excluded)
+      t_session->hollow.emplace_back(this, object);
+    else
+      CloneFields(*object, deep, excluded);
     return object;
   }
   CloneSession session;
@@ -219,24 +245,16 @@ const Field* SchemaObject::FindObject(const SchemaObject& child, int* index) con
 }
 
 void SchemaObject::FindBySchema(const Schema& schema, mmvector<SchemaObject*>& out) const {
-  if (isOfType(schema))
-    out.push_back(const_cast<SchemaObject*>(this));
-  for (const Field* field : schema_->GetObjectFields()) {
-    if (field->HasFlag(Field::kNoWrite)) // may refer to what lies above
-      continue;
-    const int count = field->IsArray() ? field->getCount(*this) : 1;
-    for (int i = 0; i < count; ++i) {
-      if (const SchemaObject* child = field->GetObject(*this, i))
-        child->FindBySchema(schema, out);
-    }
-  }
-  if (!HasKeptValues())
-    return;
-  for (const KeptField& kept : unknownData_->kept->GetFields()) {
-    for (const KeptValue& value : kept.displaced) {
-      if (value.object)
-        value.object->FindBySchema(schema, out);
-    }
+  // In a list, so that no nesting overflows the stack.
+  mmvector<const SchemaObject*> open{this};
+  while (!open.empty()) {
+    const SchemaObject& object = *open.back();
+    open.pop_back();
+    if (object.isOfType(schema))
+      out.push_back(const_cast<SchemaObject*>(&object));
+    const auto first = static_cast<std::ptrdiff_t>(open.size());
+    ForEachChild(object, [&](const SchemaObject& child) { open.push_back(&child); });
+    std::reverse(open.begin() + first, open.end()); // the first one is the next
   }
 }
 

@@ -69,21 +69,27 @@ void ObjectObserver::NotifySubFieldChanged(SchemaObject& observed, SchemaObject&
                                            SchemaObject& changed, const Field& field,
                                            VisitedObjects& visited) {
   const DeletionDeferrer deferrer;
+  if (TellOwner(observed, child, changed, field, visited))
+    observed.NotifySubFieldChanged(changed, field, visited);
+}
+
+/// Needs a `DeletionDeferrer` around the whole way up.
+bool ObjectObserver::TellOwner(SchemaObject& observed, SchemaObject& child, SchemaObject& changed,
+                               const Field& field, VisitedObjects& visited) {
   // A cycle of owners ends where it closes. What this climb has come by is no older than the object
   // that changed, so that the usual owner needs no search, however long the way up is.
   const bool mayBeVisited = static_cast<std::int32_t>(observed.revision_ - visited.revision) >= 0;
   const bool closesCycle =
       mayBeVisited && std::find(visited.begin(), visited.end(), &observed) != visited.end();
   observed.revision_ = s_revision_counter_.load(std::memory_order_relaxed);
-  // An observer may drop what the news is about, which those further up still hear of.
-  const bool isHeard = !observed.observers_.IsEmpty();
-  const RefPtr<SchemaObject> keepsChild = isHeard ? Keep(child) : nullptr;
-  const RefPtr<SchemaObject> keepsChanged = isHeard ? Keep(changed) : nullptr;
+  if (!observed.observers_.IsEmpty()) {
+    visited.kept.push_back(Keep(child));
+    visited.kept.push_back(Keep(changed));
+  }
   const SubFieldChangedEvent event{observed, child, changed, field};
   const bool alive = observed.observers_.Dispatch(
       [&](Observer& observer) { static_cast<ObjectObserver&>(observer).OnSubFieldChanged(event); });
-  if (alive && !closesCycle && IsObservedAbove(observed))
-    observed.NotifySubFieldChanged(changed, field, visited);
+  return alive && !closesCycle && IsObservedAbove(observed);
 }
 
 void ObjectObserver::NotifyPreDelete(SchemaObject& object) {

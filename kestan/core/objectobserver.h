@@ -57,6 +57,9 @@ public:
   static void NotifySubFieldChanged(SchemaObject& observed, SchemaObject& child,
                                     SchemaObject& changed, const Field& field,
                                     VisitedObjects& visited);
+  /// The first step of that: tells those who watch `observed`. False when the news ends there.
+  static bool TellOwner(SchemaObject& observed, SchemaObject& child, SchemaObject& changed,
+                        const Field& field, VisitedObjects& visited);
   static void NotifyPreDelete(SchemaObject& object);
   /// What is derived from the object is out of date, though none of its values has changed: the
   /// revisions of the object and of all that it's a part of move on. Nobody is told.

@@ -2,6 +2,7 @@
 
 #include "kestan/core/childfield.h"
 #include "kestan/core/childmove.h"
+#include "kestan/core/childwalk.h"
 #include "kestan/core/creationobserver.h"
 #include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/hinttargets.h"
@@ -182,7 +183,8 @@ FromStringResult SchemaObject::fromString(const QString&) {
 }
 
 void SchemaObject::AddOwner(SchemaObject& newOwner) {
-  if (owner_ == &newOwner || GetBit(kBitDeleting) || newOwner.GetBit(kBitDeleting))
+  if (owner_ == &newOwner || GetBit(kBitDeleting) || newOwner.GetBit(kBitDeleting) ||
+      !newOwner.FindObject(*this, nullptr))
     return;
   ChildMove move;
   move.Take(*this);
@@ -313,11 +315,20 @@ void SchemaObject::NotifyFieldChanged(const Field& field) {
 
 void SchemaObject::NotifySubFieldChanged(SchemaObject& changed, const Field& field,
                                          VisitedObjects& visited) {
-  if (!owner_)
-    return;
-  visited.push_back(this);
-  ObjectObserver::NotifySubFieldChanged(*owner_, *this, changed, field, visited);
-  visited.pop_back();
+  const DeletionDeferrer deferrer;
+  const std::size_t begun = visited.size();
+  // In a loop, so that no nesting overflows the stack.
+  for (SchemaObject* at = this; SchemaObject* const owner = at->owner_; at = owner) {
+    visited.push_back(at);
+    if (!ObjectObserver::TellOwner(*owner, *at, changed, field, visited))
+      break;
+    if (owner->HasManyOwners()) {
+      owner->NotifySubFieldChanged(changed, field, visited);
+      break;
+    }
+  }
+  while (visited.size() > begun)
+    visited.pop_back();
 }
 
 void SchemaObject::FinishCreation(bool notify) {
@@ -362,27 +373,12 @@ void SchemaObject::Announce(Orphans& orphans) {
   LeaveOwners();
 
   const std::size_t first = orphans.size();
-  for (const Field* field : schema_->GetObjectFields()) {
-    if (field->HasFlag(Field::kNoWrite))
-      continue;
-    for (int i = 0, count = field->IsArray() ? field->getCount(*this) : 1; i < count; ++i) {
-      SchemaObject* const child = field->GetObject(*this, i);
-      if (!child || child->GetHome() != this)
-        continue;
-      child->LeavePlace(*this);
-      orphans.push_back(child);
-    }
-  }
-  if (HasKeptValues()) {
-    for (const KeptField& kept : unknownData_->kept->GetFields()) {
-      for (const KeptValue& value : kept.displaced) {
-        if (!value.object || value.object->GetHome() != this)
-          continue;
-        value.object->LeavePlace(*this);
-        orphans.push_back(value.object.get());
-      }
-    }
-  }
+  ForEachChild(*this, [&](SchemaObject& child) {
+    if (child.GetHome() != this)
+      return;
+    child.LeavePlace(*this);
+    orphans.push_back(&child);
+  });
   std::reverse(orphans.begin() + first, orphans.end()); // the first one is the next
 }
 

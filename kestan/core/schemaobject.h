@@ -70,6 +70,8 @@ public:
   explicit VisitedObjects(std::uint32_t begun) : revision(begun) {}
 
   const std::uint32_t revision; ///< The change. What the climb has come by is no older.
+  /// What the news is about, which those further up hear of though an observer drops it.
+  InlinedVector<RefPtr<SchemaObject>, 4> kept;
 };
 
 /// Flags of `WriteKmlFile` and `WriteKmlString`.
@@ -185,6 +187,8 @@ public:
   bool HasKeptValues() const { return unknownData_ && unknownData_->kept; }
   /// Keeps a text that gave the field no value: it's written in its place until the field is set.
   void KeepText(const Field& field, const QString& text);
+  /// The same for an entry of an array field.
+  void KeepEntry(const Field& field, int index, const QString& text);
   /// Keeps the attributes of an element for a child that held none.
   void KeepEmptyElement(const Field& field, const QString& attrs);
   /// Forgets what was kept for the field; setting it does so.
@@ -252,6 +256,7 @@ public:
   virtual bool GetEditActive() const { return GetBit(kBitEditActive); }
   /// The target of a URL field has arrived; null when it can't be had.
   virtual void OnUrlLoad(const StrField& field, SchemaObject* loaded);
+  /// For an owner that holds the object, in a field or by a reference; another one is none.
   virtual void AddOwner(SchemaObject& newOwner);
   virtual void AddArrayOwner(SchemaObject& newOwner, int index);
   virtual void RemOwner(SchemaObject& former);
@@ -287,6 +292,8 @@ public:
   virtual double GetInterpolant(int i, int a, int b) const;
   /// The owner in whose field the object stands. The others, of a class with several, refer to it.
   virtual SchemaObject* GetHome() const { return owner_; }
+  /// True for a class of which objects have several owners, and tell each of them of changes.
+  virtual bool HasManyOwners() const { return false; }
   /// The object itself, when it's a document.
   virtual Document* AsDocument() const { return nullptr; }
   /// Brings those below up to date with all that they inherit.
@@ -356,6 +363,8 @@ private:
                       const mmvector<const Field*>* excluded, bool fresh);
   void CopyFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded,
                   bool fresh) const;
+  /// For a clone inside of another one.
+  void CloneFields(SchemaObject& dst, bool deep, const mmvector<const Field*>* excluded) const;
 
   SchemaObject* owner_ = nullptr;
   const Schema* schema_;

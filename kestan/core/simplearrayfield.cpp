@@ -5,8 +5,18 @@
 #include "kestan/host/convert.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace vorrel::kestan {
+
+namespace {
+
+/// Values of which the zero would be another time, or another place.
+template <class T>
+constexpr bool kKeepsText = std::is_same_v<T, DateTime> || std::is_same_v<T, Vec3<double>> ||
+                            std::is_same_v<T, Vec3<float>>;
+
+} // namespace
 
 template <class T>
 SimpleArrayField<T>::SimpleArrayField(Schema& schema, const QString& name, unsigned offset,
@@ -26,8 +36,8 @@ void SimpleArrayField<T>::copy(SchemaObject& dst, const SchemaObject& src, bool 
   TypedArrayField<T>::copy(dst, src, deep);
 }
 
-template <class T> T SimpleArrayField<T>::Parse(const QString& text) const {
-  return ValueFromString<T>(text);
+template <class T> bool SimpleArrayField<T>::Parse(const QString& text, T& value) const {
+  return ConvertFromString(text, value);
 }
 
 template <class T>
@@ -45,8 +55,12 @@ FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const Att
   }
   if (place >= array.size())
     array.resize(place + 1);
-  array[place] = text.isEmpty() ? T{} : Parse(text);
+  array[place] = T{};
+  const bool isValue = text.isEmpty() || Parse(text, array[place]);
+  const DeletionDeferrer deferrer;
   this->NotifyFieldChanged(object);
+  if (!isValue && kKeepsText<T>)
+    object.KeepEntry(*this, static_cast<int>(place), text);
   return FromStringResult::kOk;
 }
 
@@ -57,12 +71,11 @@ void SimpleArrayField<T>::FindFaults(const SchemaObject&, const AttributeList*,
     faults.CheckValue<T>();
 }
 
-Vec3<double> NormLLAArrayField::Parse(const QString& text) const {
-  return convert::LLAToNorm(ValueFromString<Vec3<double>>(text));
-}
-
-Vec3<float> Vec3fArrayField::Parse(const QString& text) const {
-  return ValueFromString<Vec3<float>>(text);
+bool NormLLAArrayField::Parse(const QString& text, Vec3<double>& value) const {
+  if (!SimpleArrayField::Parse(text, value))
+    return false;
+  value = convert::LLAToNorm(value);
+  return true;
 }
 
 template class TypedArrayField<int>;

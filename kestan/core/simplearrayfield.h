@@ -8,7 +8,8 @@
 namespace vorrel::kestan {
 
 /// Many values, one element each. The reader hands the elements over one by one, and they are
-/// appended.
+/// appended. A text that doesn't convert gives the zero of `T`; one that is no time or no position
+/// is kept.
 template <class T> class KESTAN_EXPORT SimpleArrayField : public TypedArrayField<T> {
 public:
   SimpleArrayField(Schema& schema, const QString& name, unsigned offset, Field::Type type,
@@ -26,8 +27,8 @@ public:
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
 
 protected:
-  /// The value of a text; what doesn't convert gives the zero of `T`.
-  virtual T Parse(const QString& text) const;
+  /// False, and the value as it was, when the text doesn't convert.
+  virtual bool Parse(const QString& text, T& value) const;
   virtual void WriteEntry(const T& value, WriteState& state) const;
 
 private:
@@ -41,7 +42,7 @@ public:
   using SimpleArrayField::SimpleArrayField;
 
 protected:
-  Vec3<double> Parse(const QString& text) const override;
+  bool Parse(const QString& text, Vec3<double>& value) const override;
   void WriteEntry(const Vec3<double>& value, WriteState& state) const override;
 };
 
@@ -51,7 +52,6 @@ public:
   using SimpleArrayField::SimpleArrayField;
 
 protected:
-  Vec3<float> Parse(const QString& text) const override;
   void WriteEntry(const Vec3<float>& value, WriteState& state) const override;
 };
 

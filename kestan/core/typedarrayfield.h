@@ -21,6 +21,8 @@ public:
              bool useB) const override;
   QString toString(const SchemaObject& object, int index) const override;
 
+  const mmvector<E>& get(const SchemaObject& object) const { return Array(object); }
+
 protected:
   using Field::Field;
   TypedArrayField(Schema& schema, const QString& name, unsigned offset, Type type, unsigned flags);

@@ -54,7 +54,7 @@ void StyleSelector::accept(StyleVisitor& visitor) { visitor.visit(*this); }
 void StyleSelector::EnterPlace(SchemaObject& owner, int index) {
   home_ = &owner;
   SetArrayIndex(index);
-  AddOwner(owner);
+  Join(owner);
 }
 
 void StyleSelector::LeavePlace(SchemaObject& owner) {
@@ -64,10 +64,15 @@ void StyleSelector::LeavePlace(SchemaObject& owner) {
   RemOwner(owner);
   const Field* const field = owner.FindObject(*this, nullptr);
   if (field && !field->GetObjSchema()) // a reference to this one stays
-    AddOwner(owner);
+    Join(owner);
 }
 
 void StyleSelector::AddOwner(SchemaObject& newOwner) {
+  if (newOwner.FindObject(*this, nullptr))
+    Join(newOwner);
+}
+
+void StyleSelector::Join(SchemaObject& newOwner) {
   if (GetBit(kBitDeleting))
     return;
   if (owners_) {

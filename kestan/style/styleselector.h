@@ -73,6 +73,7 @@ public:
   virtual const Style* InternalGetSelectedStyle(int mode) const = 0;
 
   void AddOwner(SchemaObject& newOwner) override;
+  bool HasManyOwners() const override { return true; }
   void RemOwner(SchemaObject& former) override;
   bool HasOwner(const SchemaObject& object) const override;
   int GetOwnerCount() const override;
@@ -94,6 +95,8 @@ protected:
   void LeavePlace(SchemaObject& owner) override;
 
 private:
+  void Join(SchemaObject& newOwner);
+
   using OwnerSet = PointerSet<SchemaObject>;
 
   SchemaObject* home_ = nullptr;

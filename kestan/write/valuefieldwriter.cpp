@@ -1,5 +1,6 @@
 // The writing half of the field classes that are templates over their value.
 
+#include "kestan/core/keptvalues.h"
 #include "kestan/core/simplearrayfield.h"
 #include "kestan/core/simplefield.h"
 #include "kestan/core/simplelistfield.h"
@@ -8,6 +9,7 @@
 #include "kestan/write/writestate.h"
 
 #include <type_traits>
+#include <utility>
 
 namespace vorrel::kestan {
 
@@ -36,7 +38,14 @@ void SimpleArrayField<T>::WriteKml(const SchemaObject& object, WriteState& state
   const mmvector<bool>* undefined =
       undefinedOffset_ ? &this->template Member<mmvector<bool>>(object, undefinedOffset_) : nullptr;
   const mmvector<T>& array = this->Array(object);
+  const KeptField* const kept = object.GetKeptField(*this);
+  auto text = kept ? kept->entries.begin() : mmvector<std::pair<int, QString>>::const_iterator();
   for (std::size_t i = 0; i < array.size(); ++i) {
+    if (kept && text != kept->entries.end() && static_cast<std::size_t>(text->first) == i) {
+      this->WriteKept(object, {nullptr, text->second, QString()}, state);
+      ++text;
+      continue;
+    }
     if (undefined && i < undefined->size() && (*undefined)[i]) {
       this->WriteEmptyElement(state);
       continue;

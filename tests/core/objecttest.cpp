@@ -3,9 +3,15 @@
 #include "tests/support/kmltest.h"
 #include "tests/support/workers.h"
 
+#include <type_traits>
+
 namespace vorrel::kestan {
 
 using ObjectTest = KmlTest;
+
+static_assert(std::is_convertible_v<RefPtr<Probe>, RefPtr<SchemaObject>> &&
+                  !std::is_convertible_v<RefPtr<SchemaObject>, RefPtr<Probe>>,
+              "references convert to bases only");
 
 namespace {
 
@@ -76,6 +82,23 @@ TEST_F(ObjectTest, AnEntryWithoutAValueStaysOneInACopy) {
   EXPECT_EQ(Write(*source), Write(*other));
 }
 
+TEST_F(ObjectTest, ATextThatGivesAnEntryNoValueComesBackUntilTheArrayIsSet) {
+  const auto probe =
+      Read<Probe>("<Probe><int>x</int><fix>1 2 3</fix><fix>here</fix><fix>4 5 6</fix>"
+                  "<fix>&lt;</fix></Probe>");
+  EXPECT_EQ((mmvector<int>{0}), Fields().ints.get(*probe));
+  ASSERT_EQ(4U, Fields().track.get(*probe).size());
+  EXPECT_EQ((Vec3<double>{0.0, 0.0, 0.0}), Fields().track.get(*probe)[1]);
+  const QString text = Write(*probe);
+  EXPECT_TRUE(text.contains("<fix>1 2 3</fix>\n\t<fix>here</fix>\n\t<fix>4 5 6</fix>\n\t"
+                            "<fix>&lt;</fix>"))
+      << text.toStdString();
+  EXPECT_EQ(text, Write(*ReadObject(text)));
+  EXPECT_EQ(text, Write(*probe->clone(true, nullptr)));
+  Fields().track.fromString(*probe, nullptr, nullptr, "7 8 9", 3, nullptr);
+  EXPECT_TRUE(Write(*probe).contains("<fix>0 0 0</fix>\n\t<fix>4 5 6</fix>\n\t<fix>7 8 9</fix>"));
+}
+
 TEST_F(ObjectTest, AChildHasOneOwnerAndOutlivesIt) {
   const auto a = Probe::Make();
   auto b = Probe::Make();
@@ -99,6 +122,8 @@ TEST_F(ObjectTest, AChildHasOneOwnerAndOutlivesIt) {
 
   b.reset();
   EXPECT_EQ(nullptr, child->GetOwner(0));
+  child->AddOwner(*a);
+  EXPECT_EQ(nullptr, child->GetOwner(0)) << "an owner holds what it owns";
   EXPECT_EQ(-1, child->GetArrayIndex());
   EXPECT_EQ(2, Probe::s_alive);
 }
@@ -254,17 +279,25 @@ TEST_F(ObjectTest, HandlersAnswerAndInputHandlersShowInABit) {
   EXPECT_EQ(1, deaths);
 }
 
-TEST_F(ObjectTest, ADeepTreeEndsOnASmallStack) {
+TEST_F(ObjectTest, ADeepTreeIsClonedSearchedAndEndedOnTheUsualStack) {
   constexpr int kDepth = 100000;
   RefPtr<Probe> root = Probe::Make();
+  Probe* const deepest = root.get();
   for (int i = 1; i < kDepth; ++i) {
     RefPtr<Probe> owner = Probe::Make();
     Fields().child.set(*owner, root.get(), 0);
     root = std::move(owner);
   }
   EXPECT_EQ(kDepth, Probe::s_alive);
+  Fields().count.SetTypedObject(*deepest, 7);
+  EXPECT_EQ(deepest->GetRevision(), root->GetRevision()) << "the change has climbed";
+  mmvector<SchemaObject*> found;
+  const auto clone = root->clone(true, nullptr);
+  clone->FindBySchema(Probe::GetClassSchema(), found);
+  ASSERT_EQ(static_cast<std::size_t>(kDepth), found.size());
+  EXPECT_EQ(7, Fields().count.get(*found.back()));
   root.reset();
-  EXPECT_EQ(0, Probe::s_alive);
+  EXPECT_EQ(kDepth, Probe::s_alive);
 }
 
 } // namespace vorrel::kestan

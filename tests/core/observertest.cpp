@@ -75,6 +75,18 @@ public:
   void OnPostCreate(const Event&) override { ++seen; }
 };
 
+/// Does what a test wants for each new object.
+class Doer final : public CreationObserver {
+public:
+  using CreationObserver::CreationObserver;
+  std::function<void(const SchemaObject&)> deed;
+  void OnPostCreate(const Event& event) override {
+    const auto present = deed; // it may be the end of this observer
+    if (present)
+      present(*event.object);
+  }
+};
+
 } // namespace
 
 using NoticeTest = KmlTest;
@@ -220,24 +232,36 @@ TEST_F(NoticeTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
   EXPECT_EQ(2, probes.seen);
 }
 
-TEST_F(NoticeTest, DeferredNoticesMayBeAskedForWhileTheyAreGiven) {
-  class Eager final : public CreationObserver {
-  public:
-    using CreationObserver::CreationObserver;
-    void OnPostCreate(const Event& event) override {
-      seen += event.object->GetId();
-      CreationObserver::NotifyDeferred();
-    }
-    QString seen;
+TEST_F(NoticeTest, CreationObserversComeAndGoWhileTheyAreTold) {
+  Probe::Make();
+  std::unique_ptr<Counter> late;
+  auto first = std::make_unique<Doer>(Probe::GetClassSchema());
+  auto second = std::make_unique<Doer>(Probe::GetClassSchema());
+  Counter third(Probe::GetClassSchema());
+  second->deed = [&](const SchemaObject&) {
+    first.reset();
+    late = std::make_unique<Counter>(Probe::GetClassSchema());
+    second.reset();
   };
-  Eager eager(Probe::GetClassSchema());
+  Probe::Make();
+  EXPECT_EQ(1, third.seen) << "none is passed over";
+  EXPECT_EQ(0, late->seen) << "who comes hears of the next one";
+}
+
+TEST_F(NoticeTest, DeferredNoticesMayBeAskedForWhileTheyAreGiven) {
+  QString seen;
+  Doer eager(Probe::GetClassSchema());
+  eager.deed = [&](const SchemaObject& object) {
+    seen += object.GetId();
+    CreationObserver::NotifyDeferred();
+  };
   RefPtr<Probe> probes[3];
   {
     const NotificationDeferrer deferrer;
     for (int i = 0; i < 3; ++i)
       probes[i] = Probe::Make(QString::number(i));
   }
-  EXPECT_EQ("012", eager.seen);
+  EXPECT_EQ("012", seen);
 }
 
 } // namespace vorrel::kestan

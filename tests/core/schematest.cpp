@@ -1,9 +1,14 @@
 #include "kestan/core/schema.h"
+#include "kestan/core/bitfield.h"
+#include "kestan/core/creationobserver.h"
 #include "kestan/core/library.h"
+#include "kestan/link/abstractlink.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
 
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <set>
 
 namespace vorrel::kestan {
@@ -85,6 +90,36 @@ TEST_F(SchemaTest, NamesLeadToFieldsThenToTheClassesThatFieldsAccept) {
   for (const Namespace ns : {Namespace::kNone, Namespace::kUnknown, Namespace::kExt})
     EXPECT_EQ(nullptr, schema.FindField("count", ns, nullptr));
   EXPECT_EQ(nullptr, Schema::FindNamedSchema("count", Namespace::kKml));
+}
+
+TEST_F(SchemaTest, ASchemaOfTheRunTimeHasRoomForItsFieldsAndMayGoBeforeThoseDerivedFromIt) {
+  class RunTimeSchema final : public Schema {
+  public:
+    RunTimeSchema(const QString& name, const Schema& base)
+        : Schema(name, base.GetSize(), &base, Namespace::kKml, false) {}
+    RefPtr<SchemaObject> CreateInstance(const KmlId& id, const QString& baseUrl,
+                                        MemoryManager* manager) const override {
+      return GetBase()->CreateInstanceDerived(*this, id, baseUrl, manager);
+    }
+    BitField bit{*this, "bit", 31, true, 0, Field::kElement};
+    SimpleField<bool> last{*this, "last", 0, Field::kElement};
+  };
+  auto base = std::make_unique<RunTimeSchema>("RunTimeLink", AbstractLink::GetClassSchema());
+  EXPECT_LE(base->bit.GetOffset() + sizeof(std::uint32_t), base->last.GetOffset());
+  EXPECT_LT(base->last.GetOffset(), base->GetSize());
+  EXPECT_TRUE(base->CreateInstance(KmlId("l", GetDocumentUrl()), "", nullptr))
+      << "links can be derived from";
+
+  class Deaf final : public CreationObserver {
+  public:
+    using CreationObserver::CreationObserver;
+    void OnPostCreate(const Event&) override {}
+  };
+  auto derived = std::make_unique<RunTimeSchema>("RunTimeLeaf", *base);
+  auto observer = std::make_unique<Deaf>(*base);
+  base.reset();
+  observer.reset();
+  derived.reset(); // which knew the observer too
 }
 
 TEST(LibraryTest, StartsAndStopsAnyNumberOfTimes) {
