@@ -392,6 +392,7 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
     const Field* const field =
         FindField(object.GetSchema(), attributeName_, object.GetNamespace(), &ns, nullptr);
     if (field && field->GetType() == Field::kAttribute) {
+      tagStack_.back().SetGiven(*field);
       const FromStringResult result =
           field->fromString(object, nullptr, nullptr, attributeValue_, -1, editTarget_);
       if (!HandleParseResult(result, attributeValue_))

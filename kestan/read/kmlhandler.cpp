@@ -3,7 +3,11 @@
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
+<<<<<<< HEAD
 #include "kestan/core/threadscope.h"
+=======
+#include "kestan/core/schemaobjectschema.h"
+>>>>>>> 155e01c (read: tell of attributes that an element displaces)
 #include "kestan/host/tr.h"
 #include "kestan/read/charbuf.h"
 #include "kestan/read/deprecationmanager.h"
@@ -477,7 +481,11 @@ void KmlHandler::EndChildElement(TagInfo& tag) {
 bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
   SchemaObject& object = *tag.object;
   const Field& field = *tag.field;
-  const bool isFurther = tag.IsGiven(field) && CanDisplace(field);
+  const bool isAttribute = field.GetType() == Field::kAttribute;
+  const bool isSecond =
+      tag.IsGiven(field) || (isAttribute && &field == &SchemaObjectSchema::GetSingleton().id &&
+                             !object.GetId().isEmpty());
+  const bool isFurther = isSecond && CanDisplace(field);
   tag.SetGiven(field);
   const auto set = [&] {
     return field.fromString(object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
@@ -491,7 +499,7 @@ bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
   }
   if (!KeepsUnknown())
     object.DropKeptValues(field);
-  if (isFurther)
+  if (isFurther || (isSecond && isAttribute)) // of which only one is kept
     ReportSecond(field.GetName());
   if (!HandleParseResult(result, value))
     return false;

@@ -1,7 +1,9 @@
 // Several values or children for one place of an object.
 
+#include "kestan/core/creationobserver.h"
 #include "kestan/core/enum.h"
 #include "kestan/core/enumfield.h"
+#include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
@@ -16,6 +18,7 @@
 #include <QRegularExpression>
 
 #include <functional>
+#include <iterator>
 
 namespace vorrel::kestan {
 
@@ -304,6 +307,64 @@ TEST_F(DisplacedTest, ADisplacedChildMayGoElsewhere) {
   const RefPtr<SchemaObject> kept(Find("2"));
   gone.reset();
   EXPECT_EQ(nullptr, kept->GetOwner(0));
+}
+
+TEST_F(DisplacedTest, AnObserverMayEditWhileOneIsDisplaced) {
+  static RefPtr<Placemark> other;
+  const auto find = [](const char* id) { return static_cast<Geometry*>(Find(id)); };
+  const std::function<void(Placemark&)> deeds[] = {
+      [](Placemark& placemark) { placemark.SetGeometry(nullptr); },
+      [](Placemark& placemark) {
+        placemark.SetGeometry(RefPtr<Point>(new Point(KmlId("new", ""), "")).get());
+      },
+      [](Placemark& placemark) { other->SetGeometry(placemark.GetGeometry()); },
+      [&](Placemark&) { other->SetGeometry(find("1")); },
+      [&](Placemark& placemark) { placemark.SetGeometry(find("1")); },
+      [](Placemark& placemark) { placemark.copy(*other, true, nullptr); },
+  };
+  /// Watches a placemark from its beginning on, and edits it when its shape changes.
+  class Editor final : public CreationObserver, public ObjectObserver {
+  public:
+    Editor(const std::function<void(Placemark&)>& deed, int turn)
+        : CreationObserver(Placemark::GetClassSchema(), kAnyThread), ObjectObserver(nullptr),
+          deed_(deed), turn_(turn) {}
+    void OnPostCreate(const Event& event) override {
+      if (turn_ > 0)
+        SetObserved(event.object);
+    }
+    void OnFieldChanged(const FieldChangedEvent& event) override {
+      if (event.field.GetObjSchema() == &Geometry::GetClassSchema() && --turn_ == 0)
+        deed_(static_cast<Placemark&>(event.object));
+    }
+    void OnPreDelete(const PreDeleteEvent&) override {}
+
+  private:
+    const std::function<void(Placemark&)>& deed_;
+    int turn_;
+  };
+  for (std::size_t deed = 0; deed < std::size(deeds); ++deed) {
+    for (const int turn : {1, 2, 3}) {
+      SCOPED_TRACE(testing::Message() << deed << ' ' << turn);
+      other = Read<Placemark>("<Placemark><Point id=\"own\"/></Placemark>");
+      RefPtr<Placemark> placemark;
+      {
+        const Editor editor(deeds[deed], turn);
+        placemark = Read<Placemark>("<Placemark><Point id=\"1\"/><LineString id=\"2\"/>"
+                                    "<name>n</name><Point id=\"3\"/></Placemark>");
+      }
+      ASSERT_TRUE(placemark);
+      for (const RefPtr<Placemark>& owner : {placemark, other}) {
+        mmvector<SchemaObject*> shapes;
+        owner->FindBySchema(Geometry::GetClassSchema(), shapes);
+        for (const SchemaObject* shape : shapes)
+          EXPECT_EQ(owner.get(), shape->GetOwner(0)) << shape->GetId().toStdString();
+        const QString text = Write(*owner);
+        EXPECT_EQ(static_cast<int>(shapes.size()), text.count("<coordinates>"));
+        EXPECT_EQ(text, RoundTrip(text));
+      }
+    }
+  }
+  other.reset();
 }
 
 TEST_F(DisplacedTest, EachDisplacedOneIsToldOf) {

@@ -122,6 +122,14 @@ TEST_F(FindingTest, IdsAndReferencesAreFindingsWhereTheyDoNotMatch) {
             Find(document));
 }
 
+TEST_F(FindingTest, AnElementThatDisplacesAnAttributeIsAFinding) {
+  EXPECT_EQ("second-value", FindCodes("<Placemark id='a'><id>b</id></Placemark>"));
+  EXPECT_EQ("second-value", FindCodes("<Placemark><Snippet maxLines='3'>a<maxLines>4</maxLines>"
+                                      "</Snippet></Placemark>"));
+  EXPECT_EQ("", FindCodes("<Placemark><id>b</id><Snippet>a<maxLines>4</maxLines></Snippet>"
+                          "</Placemark>"));
+}
+
 TEST_F(FindingTest, EachIsToldOnceWhenTheDocumentIsReadAnewInAnotherEncoding) {
   EXPECT_EQ(QStringList("1:33 bad-number \"x\" is no number"),
             Find("<Style id='s'><IconStyle><scale>x</scale></IconStyle></Style><!-- \xE9 -->")

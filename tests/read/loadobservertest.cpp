@@ -10,6 +10,7 @@
 #include "tests/support/kmltest.h"
 
 #include <functional>
+#include <memory>
 #include <thread>
 
 namespace vorrel::kestan {
@@ -72,7 +73,9 @@ TEST_F(LoadObserverTest, ReferencesThatLeadNowhereDoNotWait) {
 }
 
 TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDelivers) {
-  FakeLoader loader;
+  auto former = std::make_unique<FakeLoader>();
+  FakeLoader loader; // takes its place
+  former.reset();
   const auto placemark = MakeReference("styles.kml#s");
   EXPECT_EQ(QStringList(kStyles), loader.requested);
   EXPECT_TRUE(IsWaiting(*placemark));

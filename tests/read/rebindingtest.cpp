@@ -77,6 +77,8 @@ TEST_F(RebindingTest, AttributesOfAnElementThatStandsForAnAttributeOverwriteNoth
       {"<id kml:id='z' xmlns:kml='http://www.opengis.net/kml/2.2'>q</id>", "<Placemark id=\"q\">"},
       {"<id id='z'></id>", "<Placemark>"},
       {"<id a='1' id='z'>q</id>", "<Placemark id=\"q\" a=\"1\">"},
+      {"<Snippet><maxLines maxLines='5' q='4'>3</maxLines>a</Snippet>",
+       "<Snippet maxLines=\"3\" q=\"4\">a</Snippet>"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.content);
