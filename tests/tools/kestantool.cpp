@@ -26,7 +26,12 @@ TEST_F(KestanToolTest, CatWritesWhatTheLibraryWrites) {
     EXPECT_EQ("", result.err);
   }
 
-  const Result toFile = Run({"cat", "-o", Path("out.kml"), file});
+  const QString source = "<DocumentSource>there</DocumentSource>";
+  EXPECT_TRUE(Run({"cat", MakeFile("source.kml", "<kml>" + source.toUtf8() + "<Placemark/></kml>")})
+                  .out.contains(source))
+      << "what the root holds";
+
+  const Result toFile = Run({"cat", "-o" + Path("out.kml"), file});
   EXPECT_EQ(0, toFile.status);
   EXPECT_EQ("", toFile.out);
   EXPECT_EQ(Write(*tree).toUtf8(), Contents("out.kml"));
@@ -105,6 +110,11 @@ TEST_F(KestanToolTest, ExitStatusTellsUsageReadingAndWritingApart) {
       {{"--help"}, 0},
       {{"cat", "--help"}, 0},
       {{"--version"}, 0},
+      {{"-V"}, 0},
+      {{"-Vx"}, 2},
+      {{"cat", "-x", good}, 2},
+      {{"tree", "file://" + good}, 0},
+      {{"tree", "file:///none.kml"}, 1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.words.join(' ').toStdString());
@@ -167,6 +177,26 @@ TEST_F(KestanToolTest, StandardInputIsAFileLikeAnyOther) {
   EXPECT_EQ(0, Pipe(text, {"cat", "-o", "out.kmz", "-"}).status);
   EXPECT_EQ("A", kmz::UnzipFile(Path("out.kmz"), "files/a.png"));
   EXPECT_EQ(Run({"tree", file}).out, Pipe(Contents("out.kmz"), {"tree", "-"}).out);
+}
+
+TEST_F(KestanToolTest, NamesOfFilesNeedNotBeText) {
+  MakeFile("a.png", "A");
+  MakeFile("a.kml", "<kml><Placemark><description><![CDATA[<img src='a.png'>]]></description>"
+                    "</Placemark></kml>");
+  // Such a name can't be handed over as an argument but by a shell.
+  const auto shell = [this](const QString& script) {
+    QProcess process;
+    process.setWorkingDirectory(Path(""));
+    process.start("sh", {"-c", script, KESTAN_TOOL});
+    EXPECT_TRUE(process.waitForFinished(60000));
+    return process.exitCode();
+  };
+  EXPECT_EQ(0, shell("name=$(printf 'caf\\351.kml'); mv a.kml \"$name\" && "
+                     "\"$0\" cat -o out.kmz \"$name\""));
+  EXPECT_EQ("A", kmz::UnzipFile(Path("out.kmz"), "files/a.png"));
+  EXPECT_EQ(1, shell("\"$0\" tree \"$(printf 'no\\351.kml')\" 2> err"));
+  EXPECT_EQ(3, shell("\"$0\" cat -o \"$(printf 'x\\351.kml')\" caf*.kml 2> err"));
+  EXPECT_TRUE(Contents("err").contains("UTF-8"));
 }
 
 TEST_F(KestanToolTest, ADocumentThatCannotBeReadSaysWhy) {

@@ -131,18 +131,23 @@ const Option* FindOption(const QString& name) {
   return option == std::end(options) ? nullptr : option;
 }
 
-/// Takes the option at `words[place]`, and moves on to its value. Answers what is wrong.
+/// Takes the option at `words[place]`, and moves on to its value, which may be in the same word:
+/// "--name=VALUE" or "-nVALUE". Answers what is wrong.
 QString TakeOption(const QStringList& words, int& place, Arguments& arguments, QStringList& given) {
+  constexpr int kShort = 2;
   const QString& word = words[place];
-  const auto equals = word.startsWith(QLatin1String("--")) ? word.indexOf(QLatin1Char('=')) : -1;
-  const Option* option = FindOption(word.left(equals));
-  if (!option || (!option->value && equals >= 0)) {
+  const bool isLong = word.startsWith(QLatin1String("--"));
+  const auto equals = isLong ? word.indexOf(QLatin1Char('=')) : -1;
+  const QString name = isLong ? word.left(equals) : word.left(kShort);
+  const bool hasValue = equals >= 0 || name != word;
+  const Option* option = FindOption(name);
+  if (!option || (!option->value && hasValue)) {
     return QStringLiteral("unknown option \"%1\"").arg(word);
   }
-  given += word.left(equals);
+  given += name;
   QString value;
-  if (equals >= 0) {
-    value = word.mid(equals + 1);
+  if (hasValue) {
+    value = word.mid(isLong ? equals + 1 : kShort);
   } else if (option->value) {
     if (++place == words.size()) {
       return QStringLiteral("%1 needs %2").arg(word, QLatin1String(option->value));
@@ -175,7 +180,8 @@ QString ParseWords(const QStringList& words, Arguments& arguments) {
                (word == QLatin1String("--help") || word == QLatin1String("-h"))) {
       arguments.page = Arguments::Page::kHelp;
       return QString();
-    } else if (isOptionAllowed && word == QLatin1String("--version")) {
+    } else if (isOptionAllowed &&
+               (word == QLatin1String("--version") || word == QLatin1String("-V"))) {
       arguments.page = Arguments::Page::kVersion;
       return QString();
     } else if (isOptionAllowed && word.size() > 1 && word.startsWith(QLatin1Char('-'))) {

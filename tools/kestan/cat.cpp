@@ -1,5 +1,6 @@
 #include "tools/kestan/commands.h"
 #include "tools/kestan/document.h"
+#include "tools/kestan/filename.h"
 #include "tools/kestan/output.h"
 #include "tools/kestan/progress.h"
 
@@ -11,6 +12,10 @@ namespace tool {
 
 int Cat(const Arguments& arguments) {
   const QString output = arguments.output == QLatin1String("-") ? QString() : arguments.output;
+  if (!IsText(output)) {
+    Complain(QStringLiteral("\"%1\" is no name in UTF-8").arg(Printable(output)));
+    return kNoOutput;
+  }
   if (QFileInfo(output).isDir()) {
     Complain(QStringLiteral("\"%1\" is a folder").arg(Printable(output)));
     return kNoOutput;
@@ -31,8 +36,8 @@ int Cat(const Arguments& arguments) {
   QStringList outside;
   {
     const Progress progress("Writing");
-    error = output.isEmpty() ? document.root->WriteKmlString(bytes, flags)
-                             : document.root->WriteKmlFile(output, flags, &unreadable, &outside);
+    error = output.isEmpty() ? document.whole->WriteKmlString(bytes, flags)
+                             : document.whole->WriteKmlFile(output, flags, &unreadable, &outside);
   }
   if (!error.isEmpty()) {
     Complain(output.isEmpty() ? error : QStringLiteral("\"%1\": %2").arg(output, error));

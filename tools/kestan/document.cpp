@@ -2,6 +2,7 @@
 
 #include "kestan/core/field.h"
 #include "kestan/read/kmlhandler.h"
+#include "tools/kestan/filename.h"
 #include "tools/kestan/output.h"
 #include "tools/kestan/progress.h"
 
@@ -9,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QUrl>
 
 #include <cstdio>
 #include <vector>
@@ -24,20 +26,42 @@ constexpr unsigned kAccess = 2; // what objects have by themselves
 
 bool IsStandardInput(const QString& file) { return file == QLatin1String("-"); }
 
-/// True for what can only be read from its beginning to its end, such as a pipe.
-bool IsStream(const QString& file) {
-  const QFileInfo info(file);
-  return IsStandardInput(file) || (info.exists() && !info.isFile() && !info.isDir());
+/// The file that an operand names.
+QString GetLocalFile(const QString& name) {
+  const QUrl url(name);
+  return url.isLocalFile() && !QFileInfo::exists(name) ? url.toLocalFile() : name;
 }
 
-/// Where a document comes from that isn't in a file: references in it are taken from here.
-QString GetStreamUrl() { return QDir::current().absoluteFilePath(QStringLiteral("-")); }
+/// True for what can only be read from its beginning to its end, such as a pipe, and for a file of
+/// which only the tool knows the name.
+bool IsStream(const QString& file) {
+  const QFileInfo info(file);
+  return IsStandardInput(file) || !IsText(file) ||
+         (info.exists() && !info.isFile() && !info.isDir());
+}
+
+bool Open(QFile& input) {
+  const QString& name = input.fileName();
+  if (IsStandardInput(name)) {
+    return input.open(stdin, QIODevice::ReadOnly);
+  }
+  if (IsText(name)) {
+    return input.open(QIODevice::ReadOnly);
+  }
+  std::FILE* const file = std::fopen(EncodeName(name).constData(), "rb");
+  return file && input.open(file, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+}
+
+/// Where a document comes from that is read from its beginning to its end: references in one
+/// without a file are taken from the present folder.
+QString GetStreamUrl(const QString& file) {
+  return IsText(file) ? QDir::current().absoluteFilePath(QStringLiteral("-"))
+                      : QFileInfo(file).absoluteFilePath();
+}
 
 /// The whole content. False, and the reason in `input`, when it can't be read.
 bool ReadAll(QFile& input, std::vector<char>& bytes) {
-  const bool isOpen = IsStandardInput(input.fileName()) ? input.open(stdin, QIODevice::ReadOnly)
-                                                        : input.open(QIODevice::ReadOnly);
-  if (!isOpen) {
+  if (!Open(input)) {
     return false;
   }
   constexpr std::size_t kPieceSize = std::size_t(1) << 20;
@@ -91,10 +115,11 @@ ParseReport GetError(const KmlHandler& handler, const QString& file) {
 
 } // namespace
 
-Document ReadDocument(const QString& file, const QString& url, IErrorHandler* errorHandler) {
-  const Progress progress("Reading " + file.toStdString());
+Document ReadDocument(const QString& name, const QString& url, IErrorHandler* errorHandler) {
+  const Progress progress("Reading " + name.toStdString());
   Document document;
-  document.file = file;
+  document.file = name;
+  const QString file = GetLocalFile(name);
   std::vector<char> bytes;
   const bool isStream = IsStream(file);
   if (isStream || !url.isEmpty()) {
@@ -107,13 +132,15 @@ Document ReadDocument(const QString& file, const QString& url, IErrorHandler* er
     bytes.push_back(0); // so that there's an address also where nothing was read
   }
   KmlHandler handler(!url.isEmpty() ? url
-                     : isStream     ? GetStreamUrl()
+                     : isStream     ? GetStreamUrl(file)
                                     : file,
                      kAccess, nullptr, nullptr, errorHandler);
   const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
   document.root = bytes.empty() ? ExpatHandler::LoadXml(handler, nullptr, 0)
                                 : ExpatHandler::LoadXml(handler, data, bytes.size() - 1);
-  if (!document.root) {
+  if (document.root) {
+    document.whole = handler.GetRoot();
+  } else {
     document.error = GetError(handler, file);
   }
   return document;

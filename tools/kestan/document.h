@@ -11,17 +11,19 @@ namespace tool {
 
 /// A document that was read from a file.
 struct Document {
-  vorrel::RefPtr<vorrel::kestan::SchemaObject> root; ///< Null when there's an error.
-  vorrel::kestan::ParseReport error;                 ///< Why there's nothing to show.
-  QString file;                                      ///< As the user named it.
+  vorrel::RefPtr<vorrel::kestan::SchemaObject> root;  ///< Null when there's an error.
+  vorrel::RefPtr<vorrel::kestan::SchemaObject> whole; ///< The root with what it holds beside that.
+  vorrel::kestan::ParseReport error;                  ///< Why there's nothing to show.
+  QString file;                                       ///< As the user named it.
 
   /// The error as one line, "file:line:column: message"; without the place where there's none.
   QString GetErrorLine() const;
 };
 
-/// Reads a KML or KMZ file, or with "-" standard input. `url` says where the document comes from;
-/// without it, that is the file, or the present folder for what isn't read from one, such as a
-/// pipe. `handler`, which may be null, hears of recoverable errors and findings.
+/// Reads a KML or KMZ file, by its name or a "file:" URL, or with "-" standard input. `url` says
+/// where the document comes from; without it, that is the file, or the present folder for what
+/// isn't read from one, such as a pipe. `handler`, which may be null, hears of recoverable errors
+/// and findings.
 Document ReadDocument(const QString& file, const QString& url = QString(),
                       vorrel::kestan::IErrorHandler* handler = nullptr);
 

@@ -8,9 +8,10 @@ const char kHelpText[] =
        kestan check [--json] FILE...
        kestan style [--json] FILE [ID...]
        kestan links [--json] [--base URL] [--view NORTH,SOUTH,EAST,WEST] FILE
-       kestan --help | --version
+       kestan -h | --help | -V | --version
 
-Reads KML and KMZ documents, and writes them. The FILE "-" is standard input.
+Reads KML and KMZ documents, and writes them. The FILE "-" is standard input; a "file:" URL names a
+file too.
 
 Commands:
   cat    write the document as KML to standard output

@@ -4,6 +4,7 @@
 #include "kestan/read/namespaces.h"
 #include "kestan/version.h"
 #include "tools/kestan/commands.h"
+#include "tools/kestan/filename.h"
 #include "tools/kestan/output.h"
 
 #include <QString>
@@ -37,7 +38,7 @@ int main(int argc, char** argv) {
 
   QStringList words;
   for (int i = 1; i < argc; ++i) {
-    words += QString::fromLocal8Bit(argv[i]);
+    words += DecodeName(argv[i]);
   }
   Arguments arguments;
   const QString wrong = ParseArguments(words, arguments);
