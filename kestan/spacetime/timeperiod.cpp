@@ -17,6 +17,14 @@ namespace {
 
 const TimePeriodSchema& Fields() { return TimePeriodSchema::GetSingleton(); }
 
+/// The present instant counts as set too.
+void Set(TimePeriod& period, const ObjField<TimeInstant>& field, TimeInstant* instant) {
+  if (field.GetObject(period, -1) == instant)
+    field.NotifyFieldChanged(period);
+  else
+    field.CheckSet(period, instant);
+}
+
 } // namespace
 
 TimePeriodSchema::TimePeriodSchema()
@@ -32,9 +40,9 @@ TimePeriod::TimePeriod(const KmlId& id, const QString& baseUrl, bool notify)
 
 TimePeriod::~TimePeriod() { NotifyPreDelete(); }
 
-void TimePeriod::SetBeginInstant(TimeInstant* begin) { Fields().begin.CheckSet(*this, begin); }
+void TimePeriod::SetBeginInstant(TimeInstant* begin) { Set(*this, Fields().begin, begin); }
 
-void TimePeriod::SetEndInstant(TimeInstant* end) { Fields().end.CheckSet(*this, end); }
+void TimePeriod::SetEndInstant(TimeInstant* end) { Set(*this, Fields().end, end); }
 
 bool TimePeriod::IsSpan() const {
   const DateTime* begin = GetBegin();

@@ -1,5 +1,7 @@
 #include "kestan/feature/placemark.h"
 #include "kestan/spacetime/time.h"
+#include "kestan/spacetime/timeinstant.h"
+#include "kestan/spacetime/timeperiod.h"
 #include "kestan/spacetime/timespan.h"
 #include "kestan/spacetime/timestamp.h"
 #include "tests/support/kmltest.h"
@@ -122,6 +124,19 @@ TEST_F(TimePrimitiveTest, VisibilityFollowsTheChosenRangeWithBothEndsIncluded) {
     EXPECT_EQ(c.visible, placemark->isVisible());
     Time::setEnabled(false);
     EXPECT_TRUE(placemark->isVisible());
+  }
+}
+
+TEST_F(TimePrimitiveTest, SettingThePresentInstantOfAPeriodIsAChangeToo) {
+  const auto placemark = ReadTime("<TimePeriod><begin><TimeInstant/></begin></TimePeriod>");
+  auto& period = static_cast<TimePeriod&>(*placemark->GetTimePrimitive());
+  const RefPtr<TimeInstant> other(new TimeInstant(KmlId(), QString()));
+  for (TimeInstant* const instant :
+       {other.get(), other.get(), static_cast<TimeInstant*>(nullptr)}) {
+    const std::uint32_t before = placemark->GetRevision();
+    period.SetBeginInstant(instant);
+    EXPECT_NE(before, placemark->GetRevision());
+    EXPECT_EQ(instant != nullptr, period.GetBegin() != nullptr);
   }
 }
 
