@@ -163,6 +163,8 @@ TEST_F(FolderTest, AChannelIsQuietAndSwapsOnRemoval) {
   EXPECT_FALSE(channel->InternalRemoveChild(2));
   EXPECT_FALSE(channel->InternalRemoveChild(-1));
   EXPECT_FALSE(channel->InternalRemoveChild(*MakePlacemark("x")));
+  RefPtr<AbstractFeature> nobody[] = {nullptr, MakePlacemark("x")};
+  EXPECT_EQ(0, channel->RemoveChildren({nobody, 2}));
   EXPECT_TRUE(channel->InternalRemoveChild(1));
   EXPECT_EQ("c", Names(*channel));
 

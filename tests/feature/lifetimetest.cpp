@@ -34,7 +34,7 @@ namespace vorrel::kestan {
 namespace {
 
 const char kTree[] =
-    "<Document><Style id='s'><LineStyle><width>2</width></LineStyle></Style>"
+    "<Document id='doc'><Style id='s'><LineStyle><width>2</width></LineStyle></Style>"
     "<StyleMap id='m'><Pair id='pair'><key>normal</key><styleUrl>#s</styleUrl></Pair></StyleMap>"
     "<Folder id='f'><Placemark id='p'><Snippet>x</Snippet><styleUrl>#s</styleUrl><TimeStamp "
     "id='t'/>"
@@ -78,6 +78,7 @@ TEST_F(LifetimeTest, NoOperationTouchesWhatItsNoticeHasEnded) {
   const auto get = [](auto* type, const char* id) {
     return static_cast<decltype(type)>(SchemaObject::find(GetDocumentUrl(), id));
   };
+  Document* const document = nullptr;
   Folder* const folder = nullptr;
   Placemark* const placemark = nullptr;
   MultiGeometry* const shapes = nullptr;
@@ -100,6 +101,9 @@ TEST_F(LifetimeTest, NoOperationTouchesWhatItsNoticeHasEnded) {
       [&] { get(placemark, "r")->SetGeometry(get(area, "area")); },
       [&] { get(placemark, "p")->SetSnippetIfExists(QStringLiteral("y")); },
       [&] { get(placemark, "p")->InlineStyle(); },
+      [&] {
+        get(document, "doc")->AddStyleSelector(*RefPtr<Style>(new Style(KmlId(), QString())));
+      },
       [&] { get(placemark, "r")->InlineStyle(); },
       [&] { get(placemark, "p")->SetStyleUrl(QString()); },
       [&] { get(placemark, "r")->SetStyleUrl(QStringLiteral("#s")); },
@@ -120,23 +124,22 @@ TEST_F(LifetimeTest, NoOperationTouchesWhatItsNoticeHasEnded) {
                          nullptr);
       },
   };
-  const char* const watched[] = {"s", "m", "pair",  "f",   "g",    "p",    "q",
-                                 "r", "t", "outer", "dot", "area", "line", "shapes"};
+  const char* const watched[] = {"s", "m",     "pair", "f",    "g",    "p",      "q",  "r",
+                                 "t", "outer", "dot",  "area", "line", "shapes", "doc"};
   for (std::size_t operation = 0; operation < std::size(operations); ++operation) {
     for (const char* id : watched) {
       for (int drop = 0; drop < 3; ++drop) {
         SCOPED_TRACE(testing::Message() << operation << ' ' << id << ' ' << drop);
-        auto document = Read<Document>(kTree);
-        document->SetBit(kBitInheritedNotifySubField, true);
+        auto root = Read<Document>(kTree);
+        root->SetBit(kBitInheritedNotifySubField, true);
         mmvector<SchemaObject*> all;
-        document->FindBySchema(SchemaObject::GetClassSchema(), all);
+        root->FindBySchema(SchemaObject::GetClassSchema(), all);
         for (SchemaObject* object : all)
           object->SetBit(kBitNotifySubField, true);
         const Once observer(SchemaObject::find(GetDocumentUrl(), id), [&] {
           if (drop == 0)
-            document.reset();
-          SchemaObject* const object =
-              document ? SchemaObject::find(GetDocumentUrl(), id) : nullptr;
+            root.reset();
+          SchemaObject* const object = root ? SchemaObject::find(GetDocumentUrl(), id) : nullptr;
           SchemaObject* const owner = object ? object->GetHome() : nullptr;
           if (owner && drop == 1)
             owner->stolen(*object);
@@ -335,7 +338,9 @@ TEST_F(LifetimeTest, ADeepCloneRefersToItsOwnStyles) {
   EXPECT_EQ(copy->GetStyleSelector(0), copy->GetChild(0)->GetReferencedStyleSelector());
   EXPECT_EQ(copy->GetStyleSelector(1), copy->GetChild(1)->GetReferencedStyleSelector());
   EXPECT_EQ("http://example.com/dir/far.kml#s", copy->GetChild(2)->GetStyleUrl());
-  EXPECT_EQ(2, Write(*copy).count(QRegularExpression("<Style(Map)? id="))) << "no style came twice";
+  const QString text = Write(*copy);
+  EXPECT_EQ(2, text.count(QRegularExpression("<Style(Map)? id="))) << "no style came twice";
+  EXPECT_EQ(text, Write(*ReadObject(text)));
 }
 
 } // namespace vorrel::kestan

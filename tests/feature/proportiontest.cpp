@@ -1,6 +1,7 @@
 // What a document or a client does again and again costs no more than in proportion.
 
 #include "kestan/core/objectobserver.h"
+#include "kestan/feature/abstractfeatureschema.h"
 #include "kestan/feature/balloonvisibilityobserver.h"
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
@@ -13,6 +14,7 @@
 #include "tests/support/kmltest.h"
 
 #include <ctime>
+#include <functional>
 
 namespace vorrel::kestan {
 
@@ -31,8 +33,13 @@ QString Repeat(const QString& text, int count) { return text.repeated(count); }
 
 class BalloonCounter final : public BalloonVisibilityObserver {
 public:
-  void OnNotify(AbstractFeature*) override { ++count; }
+  void OnNotify(AbstractFeature*) override {
+    ++count;
+    if (deed)
+      deed();
+  }
   int count = 0;
+  std::function<void()> deed;
 };
 
 } // namespace
@@ -104,7 +111,7 @@ TEST_F(ProportionTest, WhatIsReadInheritsAsIfItHadBeenBuilt) {
 TEST_F(ProportionTest, OneBalloonNoticeOfAFeatureWaits) {
   BalloonCounter counter;
   const QString element = "<gx:balloonVisibility>%1</gx:balloonVisibility>";
-  const auto placemark = Read<Placemark>(
+  auto placemark = Read<Placemark>(
       "<kml xmlns=\"http://www.vorrel.com/kml/2.2\" xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\">"
       "<Placemark>" +
       Repeat(element.arg(1) + element.arg(0), 10) + "</Placemark></kml>");
@@ -113,6 +120,13 @@ TEST_F(ProportionTest, OneBalloonNoticeOfAFeatureWaits) {
   EXPECT_EQ(1, counter.count);
   Pump::Run(1.0);
   EXPECT_EQ(1, counter.count);
+
+  BalloonCounter first; // the latest is told first
+  first.deed = [&] { placemark.reset(); };
+  AbstractFeatureSchema::GetSingleton().balloonVisibility.SetTypedObject(*placemark, true);
+  Pump::Run(1.0);
+  EXPECT_EQ(1, first.count);
+  EXPECT_EQ(1, counter.count) << "of a feature that has gone";
 }
 
 TEST_F(ProportionTest, HiddenEdgesAreFoundWhenTheyAreAskedFor) {

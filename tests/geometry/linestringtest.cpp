@@ -77,6 +77,10 @@ TEST_F(LineStringTest, EditingKeepsTheListAndTheSelection) {
   EXPECT_EQ("2,2,6 7,7,5", Coords(*line));
   line->SetCoordCount(3);
   EXPECT_EQ("2,2,6 7,7,5 0,0,0", Coords(*line));
+  line->SetAltitudes(nullptr, 3);
+  EXPECT_EQ("2,2,6 7,7,5 0,0,0", Coords(*line));
+  line->SetCoords(nullptr, 3);
+  EXPECT_EQ("", Coords(*line));
 }
 
 TEST_F(LineStringTest, TheBoxFollowsTheListAcrossTheDateLine) {

@@ -244,6 +244,18 @@ TEST_F(KmzTest, DocumentsInAFolderOfTheirArchiveReferFromThere) {
     EXPECT_EQ(contents[i], kmz::UnzipFile(Path("out.kmz"), references[i])) << i;
 }
 
+TEST_F(KmzTest, FilesOfWhatWasDisplacedTravelToo) {
+  const QString style = "<Style><IconStyle><Icon><href>%1.png</href></Icon></IconStyle></Style>";
+  MakeFile("a.png", "A");
+  MakeFile("b.png", "B");
+  const QString file = MakeFile(
+      "in.kml",
+      ("<kml><Placemark>" + style.arg('a') + style.arg('b') + "</Placemark></kml>").toUtf8());
+  EXPECT_EQ("", Load(file)->WriteKmlFile(Path("out.kmz")));
+  EXPECT_EQ(QStringList({"files/a.png", "files/b.png"}), References(Path("out.kmz")));
+  EXPECT_EQ("A", kmz::UnzipFile(Path("out.kmz"), "files/a.png"));
+}
+
 TEST_F(KmzTest, LocalNamesMayHoldWhatBeginsAQuery) {
   for (const QString folder : {"C#", "what?", "50%"}) {
     SCOPED_TRACE(folder.toStdString());
