@@ -14,6 +14,8 @@ namespace {
 
 constexpr QLatin1String kMarks("?#", 2);
 
+int SizeOf(const QString& text) { return static_cast<int>(text.size()); }
+
 bool IsLetter(QChar c) { return c.unicode() < 0x80 && c.isLetter(); }
 
 /// How many characters belong to a scheme in front of ":"; 0 when there is none. A single letter
@@ -114,7 +116,7 @@ void Cleanup(QString& path, int behind) {
   // What is left may begin like a drive or a URL, of which more has to go.
   for (auto before = path.size() + 1; path.size() < before;) {
     before = path.size();
-    const int end = path.size() - behind;
+    const int end = SizeOf(path) - behind;
     const int start = PathStart(path, end);
     const bool keepsEmpty = IsOnTheWeb(path);
     if (!NeedsCleanup(path, start, end, keepsEmpty) &&
@@ -139,7 +141,7 @@ int GetPathEnd(const QString& url, QLatin1String marks, int from) {
   if (SchemeLength(url) > 0)
     return end;
   while (end < url.size()) {
-    const int partEnd = IndexOfSlash(url, end, url.size());
+    const int partEnd = IndexOfSlash(url, end, SizeOf(url));
     QString part = url.left(partEnd);
     CleanupWholePathname(part); // is what it is asked for in the end
     if (!QFileInfo::exists(part))
@@ -152,9 +154,9 @@ int GetPathEnd(const QString& url, QLatin1String marks, int from) {
 void CleanupPathname(QString& path) {
   int end = IndexOfMark(path, kMarks, 0);
   // Nearly no path is asked whether it exists: only where that makes a difference.
-  if (end < path.size() && NeedsCleanup(path, 0, path.size(), false))
+  if (end < path.size() && NeedsCleanup(path, 0, SizeOf(path), false))
     end = GetPathEnd(path);
-  Cleanup(path, path.size() - end);
+  Cleanup(path, SizeOf(path) - end);
 }
 
 void CleanupWholePathname(QString& path) { Cleanup(path, 0); }
