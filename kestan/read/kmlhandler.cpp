@@ -3,11 +3,8 @@
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
-<<<<<<< HEAD
-#include "kestan/core/threadscope.h"
-=======
 #include "kestan/core/schemaobjectschema.h"
->>>>>>> 155e01c (read: tell of attributes that an element displaces)
+#include "kestan/core/threadscope.h"
 #include "kestan/host/tr.h"
 #include "kestan/read/charbuf.h"
 #include "kestan/read/deprecationmanager.h"
