@@ -29,10 +29,16 @@ FromStringResult AltitudeModeEnumField::fromString(SchemaObject& object, const A
   int mode = 0;
   if (!GetEnum().GetEnum(text, mode))
     return KeepUnknownName(object, attrs, namespaces, text, update);
-  if (update)
-    return Store(object, mode, attrs, namespaces, update);
   const DeletionDeferrer deferrer;
   const bool hadExtension = object.GetBit(kBitAltitudeModeExt);
+  if (update) {
+    if (!isExtension_ && hadExtension)
+      return FromStringResult::kOk;
+    const FromStringResult result = Store(object, mode, attrs, namespaces, update);
+    if (isExtension_ && result == FromStringResult::kOk)
+      object.SetBit(kBitAltitudeModeExt, true);
+    return result;
+  }
   if (!isExtension_ && hadExtension) {
     KeepPlain(object, mode);
     if (attrs)

@@ -23,7 +23,7 @@ FromStringResult EnumField::fromString(SchemaObject& object, const AttributeList
 FromStringResult EnumField::KeepUnknownName(SchemaObject& object, const AttributeList* attrs,
                                             const NamespaceList* namespaces, const QString& text,
                                             const Update* update) const {
-  if (!update)
+  if (KeepsRest(object, update))
     KeepText(object, attrs, namespaces, text);
   return FromStringResult::kUnknownEnumeration;
 }

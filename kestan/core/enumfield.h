@@ -35,6 +35,8 @@ protected:
   FromStringResult KeepUnknownName(SchemaObject& object, const AttributeList* attrs,
                                    const NamespaceList* namespaces, const QString& text,
                                    const Update* update) const;
+  /// A name is no amount.
+  FromStringResult CreateEdit(SchemaObject& object, int value, Update& update) const override;
 
 private:
   Enum* values_;

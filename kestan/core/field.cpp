@@ -105,6 +105,10 @@ bool Field::IsSameMember(const Field& other) const {
                             name_ == other.name_ && HasFlag(kProxy) == other.HasFlag(kProxy));
 }
 
+bool Field::KeepsRest(const SchemaObject& object, const Update* update) {
+  return !update || object.GetBit(kBitBeingRead);
+}
+
 void Field::KeepText(SchemaObject& object, const AttributeList* attrs,
                      const NamespaceList* namespaces, const QString& text) const {
   if (attrs)

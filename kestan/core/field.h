@@ -184,6 +184,10 @@ protected:
     return Member<T>(object, offset_);
   }
 
+  /// Whether what a text leaves behind beyond a value may be kept with the object. An update keeps
+  /// such things only with what it makes itself.
+  static bool KeepsRest(const SchemaObject& object, const Update* update);
+
   /// Keeps a text that gives no value, with the attributes of its element.
   void KeepText(SchemaObject& object, const AttributeList* attrs, const NamespaceList* namespaces,
                 const QString& text) const;

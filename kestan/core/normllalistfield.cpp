@@ -6,6 +6,7 @@
 #include "kestan/host/convert.h"
 #include "kestan/host/numberformat.h"
 #include "kestan/host/parse.h"
+#include "kestan/update/normllalistfieldedit.h" // what an update makes of a text
 
 #include <algorithm>
 
@@ -45,15 +46,19 @@ template <class Visit> void ForEachPosition(const QString& text, bool polyline, 
 FromStringResult NormLLAListField::fromString(SchemaObject& object, const AttributeList* attrs,
                                               const NamespaceList* namespaces, const QString& text,
                                               int, Update* update) const {
-  if (update)
-    return FromStringResult::kSecurityViolation; // nobody records edits yet
+  if (update) {
+    if (!NormLLAListFieldEdit::CreateSecureEdit(*this, object, *update, text, attrs))
+      return FromStringResult::kSecurityViolation;
+    if (attrs && KeepsRest(object, update))
+      object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
+    return FromStringResult::kOk;
+  }
 
   // How many positions a text holds is known only afterwards. A scratch that lives on gives the
   // member its exact size at the cost of one copy.
   static thread_local mmvector<Vec3<double>> scratch;
   scratch.clear();
-  ForEachPosition(text, HasPolylineType(attrs),
-                  [](const Vec3<double>& position) { scratch.push_back(position); });
+  Parse(text, attrs, scratch);
   Array(object).assign(scratch.begin(), scratch.end());
   if (scratch.capacity() > kKeptScratch)
     mmvector<Vec3<double>>().swap(scratch);
@@ -65,6 +70,18 @@ FromStringResult NormLLAListField::fromString(SchemaObject& object, const Attrib
   if (Array(object).empty() && !text.isEmpty())
     object.KeepText(*this, text);
   return FromStringResult::kOk;
+}
+
+void NormLLAListField::Parse(const QString& text, const AttributeList* attrs,
+                             mmvector<Vec3<double>>& positions) {
+  ForEachPosition(text, HasPolylineType(attrs),
+                  [&](const Vec3<double>& position) { positions.push_back(position); });
+}
+
+void NormLLAListField::SetPositions(SchemaObject& object,
+                                    const mmvector<Vec3<double>>& positions) const {
+  Array(object) = positions;
+  NotifyFieldChanged(object);
 }
 
 void NormLLAListField::FindFaults(const SchemaObject&, const AttributeList* attrs,

@@ -15,6 +15,16 @@ public:
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
+  /// The same text as positions, behind those that `positions` holds.
+  static void Parse(const QString& text, const AttributeList* attrs,
+                    mmvector<Vec3<double>>& positions);
+
+  const mmvector<Vec3<double>>& GetPositions(const SchemaObject& object) const {
+    return Array(object);
+  }
+  /// Stores a copy and notifies.
+  void SetPositions(SchemaObject& object, const mmvector<Vec3<double>>& positions) const;
+
   void FindFaults(const SchemaObject& object, const AttributeList* attrs,
                   TextFaults& faults) const override;
   QString toString(const SchemaObject& object, int index) const override;

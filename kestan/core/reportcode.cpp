@@ -34,6 +34,7 @@ constexpr Entry kEntries[] = {
     {ReportCode::kUnknownEnumeration, "unknown-enumeration", Severity::kError},
     {ReportCode::kUnsupportedData, "unsupported-data", Severity::kError},
     {ReportCode::kSecurityViolation, "security-violation", Severity::kError},
+    {ReportCode::kFailedUpdate, "failed-update", Severity::kError},
     {ReportCode::kBadNumber, "bad-number", Severity::kWarning},
     {ReportCode::kBadBoolean, "bad-boolean", Severity::kWarning},
     {ReportCode::kBadColor, "bad-color", Severity::kWarning},

@@ -30,6 +30,7 @@ enum class ReportCode {
   kUnknownEnumeration,
   kUnsupportedData,
   kSecurityViolation,
+  kFailedUpdate, ///< An element of an update that can't be applied.
 
   // What reading changes, passes over or can't make sense of.
   kBadNumber,

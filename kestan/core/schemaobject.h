@@ -298,6 +298,8 @@ public:
   virtual Document* AsDocument() const { return nullptr; }
   /// Brings those below up to date with all that they inherit.
   virtual void HandDown();
+  /// The field that takes the text of the object's own element; null for a class without one.
+  virtual const Field* GetTextField() const { return nullptr; }
 
   void WriteUnknownAttrs(WriteState& state) const;
   void WriteUnknownFieldAttrs(WriteState& state, const Field& field) const;

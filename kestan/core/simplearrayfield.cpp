@@ -3,6 +3,7 @@
 #include "kestan/core/textfaults.h"
 #include "kestan/core/typedarrayfield_impl.h"
 #include "kestan/host/convert.h"
+#include "kestan/update/updateedit.h" // security check
 
 #include <algorithm>
 #include <type_traits>
@@ -43,7 +44,9 @@ template <class T> bool SimpleArrayField<T>::Parse(const QString& text, T& value
 template <class T>
 FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const AttributeList*,
                                                  const NamespaceList*, const QString& text,
-                                                 int index, Update*) const {
+                                                 int index, Update* update) const {
+  if (update && !UpdateEdit::CheckUpdateSecurity(*this, object, *update))
+    return FromStringResult::kSecurityViolation;
   mmvector<T>& array = this->Array(object);
   const std::size_t place = index < 0 ? array.size() : static_cast<std::size_t>(index);
   if (undefinedOffset_ != 0) {

@@ -40,6 +40,8 @@ protected:
   /// What follows the conversion of a text: an edit or the new value, and the attributes.
   FromStringResult Store(SchemaObject& object, T value, const AttributeList* attrs,
                          const NamespaceList* namespaces, Update* update) const;
+  /// Has the update record the value. `T` counts as an amount, so that it's blended.
+  virtual FromStringResult CreateEdit(SchemaObject& object, T value, Update& update) const;
 };
 
 extern template class TypedField<int>;

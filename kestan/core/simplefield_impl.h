@@ -74,13 +74,16 @@ void SimpleField<T>::merge(SchemaObject& dst, const SchemaObject& a, const Schem
 template <class T>
 FromStringResult SimpleField<T>::Store(SchemaObject& object, T value, const AttributeList* attrs,
                                        const NamespaceList* namespaces, Update* update) const {
-  if (update)
-    return FromStringResult::kSecurityViolation; // nobody records edits yet
   const DeletionDeferrer deferrer;
-  this->SetTypedObject(object, std::move(value));
-  if (attrs && !attrs->empty())
+  auto result = FromStringResult::kOk;
+  if (update)
+    result = CreateEdit(object, std::move(value), *update);
+  else
+    this->SetTypedObject(object, std::move(value));
+  if (result == FromStringResult::kOk && attrs && !attrs->empty() &&
+      this->KeepsRest(object, update))
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
-  return FromStringResult::kOk;
+  return result;
 }
 
 template <class T>

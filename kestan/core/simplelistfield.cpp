@@ -3,6 +3,7 @@
 #include "kestan/core/textfaults.h"
 #include "kestan/core/typedarrayfield_impl.h"
 #include "kestan/host/parse.h"
+#include "kestan/update/updateedit.h" // security check
 
 namespace vorrel::kestan {
 
@@ -40,14 +41,16 @@ SimpleListField<T>::SimpleListField(Schema& schema, const QString& name, unsigne
 template <class T>
 FromStringResult SimpleListField<T>::fromString(SchemaObject& object, const AttributeList* attrs,
                                                 const NamespaceList* namespaces,
-                                                const QString& text, int, Update*) const {
+                                                const QString& text, int, Update* update) const {
+  if (update && !UpdateEdit::CheckUpdateSecurity(*this, object, *update))
+    return FromStringResult::kSecurityViolation;
   std::size_t count = 0;
   SplitOnWhitespace(text, [&](const QString&) { ++count; });
   mmvector<T>& array = this->Array(object);
   array.clear();
   array.reserve(count);
   SplitOnWhitespace(text, [&](const QString& token) { array.push_back(Entry<T>(token)); });
-  if (attrs && !attrs->empty())
+  if (attrs && !attrs->empty() && this->KeepsRest(object, update))
     object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
   this->NotifyFieldChanged(object);
   return FromStringResult::kOk;

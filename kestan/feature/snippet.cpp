@@ -37,4 +37,6 @@ FromStringResult Snippet::fromString(const QString& text) {
   return FromStringResult::kOk;
 }
 
+const Field* Snippet::GetTextField() const { return &SnippetSchema::GetSingleton().text; }
+
 } // namespace vorrel::kestan

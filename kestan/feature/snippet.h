@@ -24,6 +24,7 @@ public:
 
   QString toString() const override { return text_; }
   FromStringResult fromString(const QString& text) override;
+  const Field* GetTextField() const override;
 
 protected:
   Snippet(const Schema& schema, const KmlId& id, const QString& baseUrl);

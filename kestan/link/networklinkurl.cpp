@@ -28,4 +28,8 @@ FromStringResult NetworkLink::Url::fromString(const QString& text) {
   return FromStringResult::kOk;
 }
 
+const Field* NetworkLink::Url::GetTextField() const {
+  return &AbstractLinkSchema::GetSingleton().href;
+}
+
 } // namespace vorrel::kestan

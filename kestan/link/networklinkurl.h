@@ -16,6 +16,7 @@ public:
   ~Url() override;
 
   FromStringResult fromString(const QString& text) override;
+  const Field* GetTextField() const override;
 };
 
 } // namespace vorrel::kestan

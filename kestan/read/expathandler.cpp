@@ -271,7 +271,7 @@ bool ExpatHandler::Parse(XmlSource& source) {
   Fail(tr("Parse error at line %1, column %2:\n\n\t%3",
           "Error message shown when KML cannot be parsed correctly. VAL_1 is a line number, VAL_2 "
           "the column number where error occured, VAL_3 the actual error message from the parser.")
-           .arg(QString::number(parser_->GetLine()), QString::number(parser_->GetColumn()), bare),
+           .arg(QString::number(GetLine()), QString::number(parser_->GetColumn()), bare),
        bare, ReportCode::kMalformedXml);
   return false;
 }
@@ -348,6 +348,7 @@ void ExpatHandler::Reset() {
   // From the innermost object outwards: none of them holds another yet.
   while (!tagStack_.empty())
     tagStack_.pop_back();
+  unknownContent_ = UnknownContent::kAsSet;
   skipDepth_ = 0;
   depth_ = 0;
   text_->clear();
@@ -373,7 +374,9 @@ void ExpatHandler::BeginParse() {
   Reset();
   ForgetFailure();
   const IErrorHandler* const handler = GetErrorHandler();
-  references_.reset(handler && handler->WantsFindings() ? new ReferenceCheck : nullptr);
+  // An update is part of a document that was read already, and its values aren't set yet.
+  const bool looksForFindings = !editTarget_ && handler && handler->WantsFindings();
+  references_.reset(looksForFindings ? new ReferenceCheck : nullptr);
   threadContext_->fatalText.clear();
   formerExcessSteps_ = LoadObserver::GetExcessSteps(*threadContext_);
 }
@@ -401,6 +404,8 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
         CheckValue(object, *field, nullptr, attributeValue_, -1);
       continue;
     }
+    if (IsOwnAttribute(attrs, i))
+      continue;
     if (!attributeName_.contains(QLatin1Char(':'))) {
       const bool goOn = HandleRecoverable(ReportCode::kUnknownAttribute, [this] {
         return tr("Unknown attribute %1=\"%2\"",
@@ -411,7 +416,7 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
       if (!goOn)
         return;
     }
-    if (!discardUnknown_)
+    if (KeepsUnknown())
       unknown.emplace_back(attributeName_, attributeValue_);
   }
   if (unknown.empty())
@@ -419,6 +424,8 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
   const NamespaceList& namespaces = GetNamespacesFor(object, false, unknown);
   object.SetUnknownAttrs(unknown, &namespaces);
 }
+
+bool ExpatHandler::IsOwnAttribute(const unsigned short**, int) const { return false; }
 
 const NamespaceList& ExpatHandler::GetNamespacesFor(const SchemaObject& object, bool ownElement,
                                                     AttributeList& attributes) {

@@ -7,6 +7,7 @@
 #include "kestan/host/memory.h"
 #include "kestan/host/refptr.h"
 #include "kestan/read/errorhandler.h"
+#include "kestan/read/unknowncontent.h"
 
 #include <QByteArray>
 #include <QString>
@@ -197,7 +198,14 @@ protected:
   bool CheckFatalText();
 
   /// True while unknown content is kept rather than dropped.
-  bool KeepsUnknown() const { return !discardUnknown_; }
+  bool KeepsUnknown() const {
+    return unknownContent_ == UnknownContent::kAsSet ? !discardUnknown_
+                                                     : unknownContent_ == UnknownContent::kKept;
+  }
+  /// True for an attribute that speaks to the reader, and isn't the object's.
+  virtual bool IsOwnAttribute(const unsigned short** attrs, int index) const;
+  /// The line of the document at which the parse has come, from 1.
+  qint64 GetLine() const;
 
   /// A string of the characters up to the 0.
   static QString ToString(const unsigned short* characters);
@@ -208,6 +216,7 @@ protected:
   static void Assign(QString& text, const QChar* characters, int length);
 
   mmvector<TagInfo> tagStack_;
+  UnknownContent unknownContent_ = UnknownContent::kAsSet; ///< For content that begins here.
   int skipDepth_ = 0;             ///< Above 0 while inside unknown content.
   int depth_ = 0;                 ///< Depth of elements outside of unknown content.
   std::unique_ptr<CharBuf> text_; ///< Character data of the element now open.
@@ -228,6 +237,7 @@ protected:
   std::uint64_t formerExcessSteps_ = 0; ///< Those of the thread before this parse.
   std::unique_ptr<NamespaceScope> namespaces_;
   std::unique_ptr<RootContent> rootContent_;
+  qint64 firstLine_ = 1; ///< Number of the first line, for a document that is part of another.
 
 private:
   friend class ExpatParser;

@@ -74,7 +74,7 @@ bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how, Repor
   }
   const QString fullText = tr("Error while parsing file \"%1\" at line %2, column %3:\n\n%4",
                               "Error message shown when KML file cannot be parsed")
-                               .arg(url_, QString::number(parser_ ? parser_->GetLine() : 0),
+                               .arg(url_, QString::number(GetLine()),
                                     QString::number(parser_ ? parser_->GetColumn() : 0), message) +
                            QLatin1String("\n\n");
   if (handling == 2) {
@@ -83,6 +83,8 @@ bool ExpatHandler::HandleError(const QString& message, HandleErrorHow how, Repor
   }
   return Report(fullText, message, code);
 }
+
+qint64 ExpatHandler::GetLine() const { return parser_ ? firstLine_ - 1 + parser_->GetLine() : 0; }
 
 QString ExpatHandler::GetElementPath() const {
   QString path;
@@ -97,7 +99,7 @@ QString ExpatHandler::GetElementPath() const {
 ParseReport ExpatHandler::MakeReport(const QString& message, ReportCode code) const {
   ParseReport report;
   report.code = code;
-  report.line = parser_ ? parser_->GetLine() : 0;
+  report.line = GetLine();
   report.column = parser_ ? parser_->GetColumn() + 1 : 0;
   report.path = GetElementPath();
   report.text = message;
@@ -198,7 +200,7 @@ void ExpatHandler::Fail(const QString& text, const QString& bareText, ReportCode
   errorCode_ = code;
   error_ = text;
   bareError_ = bareText;
-  errorLine_ = parser_ ? parser_->GetLine() : 0;
+  errorLine_ = GetLine();
   errorColumn_ = parser_ ? parser_->GetColumn() + 1 : 0;
   if (parser_)
     parser_->Stop();

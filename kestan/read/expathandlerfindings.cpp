@@ -113,7 +113,7 @@ void ExpatHandler::MoveToText(int place, ParseReport& report) const {
 void ExpatHandler::NoteStart() { startColumn_ = parser_ ? parser_->GetColumn() + 1 : 0; }
 
 void ExpatHandler::NoteId(const QString& id) {
-  const qint64 former = id.isEmpty() ? 0 : references_->AddId(id, parser_ ? parser_->GetLine() : 0);
+  const qint64 former = id.isEmpty() ? 0 : references_->AddId(id, GetLine());
   if (former == 0)
     return;
   ReportFinding(ReportCode::kDuplicateId, [&] {

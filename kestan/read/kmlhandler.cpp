@@ -12,6 +12,7 @@
 #include "kestan/read/rawxml.h"
 #include "kestan/read/rootcontent.h"
 #include "kestan/read/taginfo.h"
+#include "kestan/update/update.h" // its content is kept as text
 
 #include <algorithm>
 #include <cstdint>
@@ -81,15 +82,14 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
     if (!ProcessField(*top->object, *top, plain, &ns)) {
       if (HasFailed())
         return;
-      if (ns == Namespace::kXal) {
-        ConsumeElement(attrs, kInText);
+      if (!TakeKeyword()) {
+        ConsumeUnknown(attrs, plain, ns);
         return;
       }
-      if (ns != Namespace::kAtom && !ReportUnknownElement())
-        return;
-      ConsumeElement(plain, kListed);
-      return;
     }
+  } else if (!top && editTarget_) {
+    ConsumeElement(attrs, kInText);
+    return;
   } else {
     const Schema* const schema = FindSchema(GetTagName());
     bool goOn = true;
@@ -119,6 +119,19 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
 void KmlHandler::SetOtherName(const unsigned short* name) {
   knownName_ = nullptr;
   Assign(otherName_, name);
+}
+
+void KmlHandler::ConsumeUnknown(const unsigned short** attrs, const unsigned short** plain,
+                                Namespace ns) {
+  const bool isToldOf = std::exchange(isToldOf_, false);
+  if (ns == Namespace::kXal && !isToldOf) {
+    ConsumeElement(attrs, kInText);
+    return;
+  }
+  const bool isReported =
+      !isToldOf && unknownContent_ != UnknownContent::kKept && ns != Namespace::kAtom;
+  if (!isReported || ReportUnknownElement())
+    ConsumeElement(plain, kListed);
 }
 
 bool KmlHandler::ReportUnknownElement() {
@@ -173,18 +186,18 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
   const Schema* const childSchema = meaning.childSchema;
   const Field* const field = meaning.field;
   *nsOut = meaning.ns;
-  if (!field)
+  if (!field || (unknownContent_ == UnknownContent::kKept && field->GetType() != Field::kElement))
     return false;
 
   if (field->GetType() == Field::kObject && field->GetName().isEmpty()) {
     if (!childSchema)
       return false;
     const int idIndex = GetId(attrs);
-    int index = -1;
-    RefPtr<SchemaObject> child = GetObject(*childSchema, attrs, idIndex, index);
+    ObjectPlace place;
+    RefPtr<SchemaObject> child = GetObject(&object, field, *childSchema, attrs, idIndex, place);
     if (!child)
       return false;
-    tagStack_.emplace_back(std::move(child), &object, field, index); // Ends the life of `tag`.
+    OpenObject(std::move(child), &object, field, place); // Ends the life of `tag`.
     if (attrs)
       HandleAttributes(*tagStack_.back().object, attrs, idIndex);
     return true;
@@ -194,7 +207,8 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
   case Field::kObject:
     tag.field = field;
     tag.hasChild = false;
-    tag.formerAttrs = object.TakeUnknownFieldAttrs(*field);
+    if (!tag.IsExisting())
+      tag.formerAttrs = object.TakeUnknownFieldAttrs(*field);
     if (!attrs)
       return true;
     HandleRecoverable(ReportCode::kUnknownAttribute, [this] {
@@ -225,6 +239,7 @@ bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned
     return true;
   case Field::kElement:
     tag.field = field;
+    unknownContent_ = UnknownContent::kAsSet; // elements inside are part of the value
     fieldAttrs_.clear();
     if (attrs) {
       fieldAttrs_ = GetAttributeList(attrs);
@@ -268,8 +283,10 @@ bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, c
       return false;
     }
   }
-  int index = -1;
-  RefPtr<SchemaObject> child = GetObject(schema, attrs, idIndex, index);
+  ObjectPlace place;
+  RefPtr<SchemaObject> child = GetObject(parent, parentField, schema, attrs, idIndex, place);
+  if (!child && std::exchange(isToldOf_, false))
+    return false;
   if (!child) {
     HandleRecoverable(ReportCode::kAbstractType, [this] {
       return tr("Failed to create object <%1>",
@@ -279,17 +296,21 @@ bool KmlHandler::ProcessSchema(SchemaObject* parent, const Field* parentField, c
     });
     return false;
   }
-  if (!root_)
+  if (!root_ && !editTarget_)
     root_ = child;
-  tagStack_.emplace_back(std::move(child), parent, parentField, index);
+  OpenObject(std::move(child), parent, parentField, place);
   if (attrs)
     HandleAttributes(*tagStack_.back().object, attrs, idIndex);
   return true;
 }
 
-RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned short** attrs,
-                                           int idIndex, int& targetIndex) {
-  targetIndex = -1;
+RefPtr<SchemaObject> KmlHandler::GetObject(SchemaObject*, const Field*, const Schema& schema,
+                                           const unsigned short** attrs, int idIndex,
+                                           ObjectPlace& place) {
+  if (&schema == &Update::GetClassSchema()) {
+    place.content = UnknownContent::kKept;
+    contentLine_ = 0;
+  }
   const QString id = idIndex < 0 ? QString() : ToString(attrs[2 * idIndex + 1]);
   RefPtr<SchemaObject> object = schema.CreateInstance(KmlId(id, url_), url_, memoryManager_);
   if (object)
@@ -300,21 +321,36 @@ RefPtr<SchemaObject> KmlHandler::GetObject(const Schema& schema, const unsigned 
   return object;
 }
 
+void KmlHandler::OpenObject(RefPtr<SchemaObject> object, SchemaObject* parent,
+                            const Field* parentField, const ObjectPlace& place) {
+  tagStack_.emplace_back(std::move(object), place.isAttached ? parent : nullptr, parentField,
+                         place.index, place.content);
+  unknownContent_ = place.content;
+}
+
+void KmlHandler::CloseObject() {
+  tagStack_.pop_back();
+  unknownContent_ = tagStack_.empty() ? UnknownContent::kAsSet : tagStack_.back().content;
+}
+
 bool KmlHandler::IsInValue() const {
   return !tagStack_.empty() && tagStack_.back().field &&
          tagStack_.back().field->GetType() != Field::kObject;
 }
 
 void KmlHandler::ConsumeElement(const unsigned short** attrs, Declarations declarations) {
-  if (!root_) {
+  if (!root_ && !editTarget_) {
     RefuseRoot();
     return;
   }
-  if (tagStack_.empty()) {
-    HandleError(tr("Unexpected element \"%1\"",
-                   "Error message shown when a KML file contains an unexpected tag (VAL_1)")
-                    .arg(GetTagName()),
-                kErrorFatal, ReportCode::kBadRoot);
+  if (tagStack_.empty() && skipDepth_ == 0) {
+    const bool goesOn =
+        HandleError(tr("Unexpected element \"%1\"",
+                       "Error message shown when a KML file contains an unexpected tag (VAL_1)")
+                        .arg(GetTagName()),
+                    editTarget_ ? kErrorRecoverable : kErrorFatal, ReportCode::kBadRoot);
+    if (goesOn)
+      ++skipDepth_;
     return;
   }
   if (KeepsUnknown()) {
@@ -345,7 +381,8 @@ void KmlHandler::StartUnknown(AttributeList& declarations, Declarations mode) {
     text_->clear();
   } else {
     // The text becomes part of the raw XML.
-    const QString stray = text_->trimmed();
+    const QString stray =
+        tag.content == UnknownContent::kKept ? TakeContentText(tag) : text_->trimmed();
     text_->clear();
     raw_->AppendText(stray.utf16(), static_cast<int>(stray.size()));
   }
@@ -384,7 +421,7 @@ void KmlHandler::EndElement(const unsigned short* name) {
   }
   if (!EndObject(tag))
     return;
-  tagStack_.pop_back();
+  CloseObject();
   text_->clear();
 }
 
@@ -435,7 +472,8 @@ void KmlHandler::EndUnknownInObject() {
 void KmlHandler::EndField(TagInfo& tag) {
   const Field& field = *tag.field;
   if (field.GetType() == Field::kObject) {
-    EndChildElement(tag);
+    if (!tag.IsExisting())
+      EndChildElement(tag);
   } else {
     const QStringView text = text_->GetTrimmed();
     const int length = static_cast<int>(text.size());
@@ -454,6 +492,7 @@ void KmlHandler::EndField(TagInfo& tag) {
       return;
   }
   tag.field = nullptr;
+  unknownContent_ = tag.content;
   text_->clear();
 }
 
@@ -488,13 +527,13 @@ bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
     return field.fromString(object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
   };
   FromStringResult result = FromStringResult::kOk;
-  if (Q_UNLIKELY(isFurther || object.HasKeptValues())) {
+  if (Q_UNLIKELY(!editTarget_ && (isFurther || object.HasKeptValues()))) {
     const Displacement displacement(object, field, isFurther);
     result = set();
   } else {
     result = set();
   }
-  if (!KeepsUnknown())
+  if (!editTarget_ && !KeepsUnknown())
     object.DropKeptValues(field);
   if (isFurther || (isSecond && isAttribute)) // of which only one is kept
     ReportSecond(field.GetName());
@@ -523,6 +562,25 @@ void KmlHandler::ReportSecond(const QString& name) {
   });
 }
 
+/// The text in front of the next element, in content that is kept as text: all but what white space
+/// there is in front of everything.
+QString KmlHandler::TakeContentText(const TagInfo& tag) {
+  QString text(text_->constData(), text_->size());
+  text_->clear();
+  if (!tag.unknown_text.isEmpty())
+    return text;
+  const QString content = (text + QLatin1Char('.')).trimmed();
+  contentLine_ = GetLine() - content.count(QLatin1Char('\n'));
+  return content.left(content.size() - 1);
+}
+
+void KmlHandler::EndContent(TagInfo& tag) {
+  const QString text = (QLatin1Char('.') + TakeContentText(tag)).trimmed().mid(1);
+  raw_->AppendText(text.utf16(), static_cast<int>(text.size()));
+  tag.unknown_text.append(text_->constData(), text_->size());
+  static_cast<Update&>(*tag.object).SetContentLine(contentLine_);
+}
+
 bool KmlHandler::EndObject(TagInfo& tag) {
   SchemaObject& object = *tag.object;
   QString value;
@@ -530,8 +588,11 @@ bool KmlHandler::EndObject(TagInfo& tag) {
     value = text_->trimmed();
   else
     value = (tag.text + QString(text_->constData(), text_->size())).trimmed();
-  if (!value.isEmpty() && !HandleParseResult(object.fromString(value), value))
+  if (tag.content == UnknownContent::kKept) {
+    EndContent(tag);
+  } else if (!value.isEmpty() && !HandleParseResult(SetText(object, value), value)) {
     return false;
+  }
   if (!tag.unknown_text.isEmpty() && KeepsUnknown()) {
     tag.unknown_text.squeeze();
     object.SetUnknownFields(tag.unknown_text, nullptr);
@@ -550,6 +611,10 @@ bool KmlHandler::EndObject(TagInfo& tag) {
   return CheckFatalText();
 }
 
+FromStringResult KmlHandler::SetText(SchemaObject& object, const QString& text) {
+  return object.fromString(text);
+}
+
 /// Gives the child to the object around it.
 void KmlHandler::Attach(const TagInfo& tag, SchemaObject& child) {
   TagInfo& parentTag = tagStack_[tagStack_.size() - 2];
@@ -558,7 +623,7 @@ void KmlHandler::Attach(const TagInfo& tag, SchemaObject& child) {
   const bool isFurther =
       parentTag.IsGiven(place) && CanDisplace(place) && place.GetObject(parent, -1) != nullptr;
   bool isTaken = false;
-  if (Q_UNLIKELY(isFurther || parent.HasKeptValues())) {
+  if (Q_UNLIKELY(!parentTag.IsExisting() && (isFurther || parent.HasKeptValues()))) {
     const Displacement displacement(parent, place, isFurther, parentTag.formerAttrs);
     if (isFurther)
       parentTag.formerAttrs = QString();

@@ -6,6 +6,13 @@ namespace vorrel::kestan {
 
 class ThreadScope;
 
+/// Where the object of an element goes, and what becomes of content in it.
+struct ObjectPlace {
+  int index = -1; ///< In the field of the parent; -1 appends.
+  UnknownContent content = UnknownContent::kAsSet;
+  bool isAttached = true; ///< The object goes to the parent at its end.
+};
+
 /// Reads KML: builds a tree of objects, with no knowledge of any single class. What an element
 /// means follows from the schemas and fields that the classes have registered; what nothing
 /// understands is kept with the object around it.
@@ -31,10 +38,23 @@ protected:
   /// Takes the element as an object of the class; false when it can't stand here.
   bool ProcessSchema(SchemaObject* parent, const Field* parentField, const Schema& schema,
                      const unsigned short** attrs);
-  /// The object for an element; null for an abstract class.
-  RefPtr<SchemaObject> GetObject(const Schema& schema, const unsigned short** attrs, int idIndex,
-                                 int& targetIndex);
+  /// The object for an element in a field of `parent`, both null for the root; null for an abstract
+  /// class.
+  virtual RefPtr<SchemaObject> GetObject(SchemaObject* parent, const Field* parentField,
+                                         const Schema& schema, const unsigned short** attrs,
+                                         int idIndex, ObjectPlace& place);
+  /// Takes an element that is nothing inside the open object.
+  virtual bool TakeKeyword() { return false; }
+  /// Hands the text of its element to an object.
+  virtual FromStringResult SetText(SchemaObject& object, const QString& text);
 
+  /// The two ends of an object's stay on the stack.
+  void OpenObject(RefPtr<SchemaObject> object, SchemaObject* parent, const Field* parentField,
+                  const ObjectPlace& place);
+  void CloseObject();
+
+  /// Nothing more is to be said of the element that was refused last.
+  bool isToldOf_ = false;
   ThreadScope* threadScope_;
 
 private:
@@ -53,6 +73,8 @@ private:
     const Schema* childSchema = nullptr;
   };
 
+  /// Keeps an element that is nothing inside the open object; `plain` is without declarations.
+  void ConsumeUnknown(const unsigned short** attrs, const unsigned short** plain, Namespace ns);
   /// Both answer whether the parse goes on.
   void SetOtherName(const unsigned short* name);
   bool ReportUnknownElement();
@@ -78,11 +100,14 @@ private:
   bool CanDisplace(const Field& field) const;
   void ReportSecond(const QString& name);
   bool EndObject(TagInfo& tag);
+  QString TakeContentText(const TagInfo& tag);
+  void EndContent(TagInfo& tag);
   void Attach(const TagInfo& tag, SchemaObject& child);
 
   mmvector<Meaning> meanings_;    ///< The first entry serves names that aren't kept.
   NamespaceList fieldNamespaces_; ///< For the attributes of the field element now open.
   int unknownStart_ = 0;          ///< Where the unknown element begins in the text.
+  qint64 contentLine_ = 0;        ///< Where the content begins that is kept as text.
   QString value_;                 ///< Short texts that no field keeps share its memory.
 };
 

@@ -2,6 +2,7 @@
 
 #include "kestan/core/schemaobject.h"
 #include "kestan/host/refptr.h"
+#include "kestan/read/unknowncontent.h"
 
 #include <QString>
 
@@ -12,17 +13,21 @@ namespace vorrel::kestan {
 /// One object of which the element is open.
 struct TagInfo {
   TagInfo(RefPtr<SchemaObject> objectMade, SchemaObject* parentObject, const Field* parentField,
-          int place)
+          int place, UnknownContent unknownContent)
       : object(std::move(objectMade)), parent(parentObject), parent_field(parentField),
-        index(place) {
-    object->BeginReading();
+        index(place), content(unknownContent) {
+    if (!IsExisting())
+      object->BeginReading();
   }
   TagInfo(TagInfo&&) = default;
   TagInfo& operator=(TagInfo&&) = delete;
   ~TagInfo() {
-    if (object)
+    if (object && !IsExisting())
       object->EndReading();
   }
+
+  /// True for an object that was there before, and is being changed.
+  bool IsExisting() const { return content == UnknownContent::kLeftOut; }
 
   /// Whether the document has given the field of `object` already.
   bool IsGiven(const Field& place) const {
@@ -45,6 +50,7 @@ struct TagInfo {
   QString unknown_text;         ///< Raw XML of unknown children.
   QString text;                 ///< The object's own text in front of an unknown child.
   int index;                    ///< Place in the field of the parent; -1 appends.
+  UnknownContent content;
   std::uint64_t given = 0;    ///< One bit for each of the first fields that the document has given.
   mmvector<bool> givenBeyond; ///< The same for the fields from 64 on.
   QString formerAttrs;        ///< Unknown attributes of the former element for the field now open.

@@ -51,6 +51,8 @@ FromStringResult TimeStamp::fromString(const QString& text) {
   return when.fromString(*this, nullptr, nullptr, text, -1, nullptr);
 }
 
+const Field* TimeStamp::GetTextField() const { return &TimeStampSchema::GetSingleton().when; }
+
 const Schema& GxTimeStamp::GetClassSchema() { return GxTimeStampSchema::GetSingleton(); }
 
 GxTimeStamp::GxTimeStamp(const KmlId& id, const QString& baseUrl, bool notify)

@@ -26,6 +26,7 @@ public:
 
   /// A date that stands in the element itself.
   FromStringResult fromString(const QString& text) override;
+  const Field* GetTextField() const override;
 
 protected:
   TimeStamp(const GxTimeStampSchema& schema, const KmlId& id, const QString& baseUrl);

@@ -220,6 +220,8 @@ FromStringResult Icon::fromString(const QString& text) {
   return FromStringResult::kOk;
 }
 
+const Field* Icon::GetTextField() const { return &AbstractLinkSchema::GetSingleton().href; }
+
 void Icon::NotifyFieldChanged(const Field& field) {
   MarkChanged(field);
   const bool isHref = &field == &AbstractLinkSchema::GetSingleton().href;

@@ -111,6 +111,7 @@ public:
 
   /// The older form of the element, with the URL as its text.
   FromStringResult fromString(const QString& text) override;
+  const Field* GetTextField() const override;
   QString GetResourceUrl() const override;
   void merge(const SchemaObject& a, const SchemaObject& b) override;
   void NotifyFieldChanged(const Field& field) override;

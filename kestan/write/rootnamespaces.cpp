@@ -2,6 +2,7 @@
 
 #include "kestan/read/namespaces.h" // the standard prefixes
 #include "kestan/read/prefixes.h"   // and their URIs
+#include "kestan/write/utf8ostream.h"
 #include "kestan/write/xmlname.h"
 
 namespace vorrel::kestan {
@@ -16,6 +17,16 @@ RootNamespaces::RootNamespaces() {
     const QString uri = GetRootUri(prefix);
     uriByPrefix_.insert(prefix, uri);
     prefixByUri_.insert(uri, prefix);
+  }
+}
+
+void RootNamespaces::WriteDeclarations(Utf8OStream& stream) const {
+  stream << GetStandardNamespacesString();
+  for (const RefPtr<UnknownNamespace>& declaration : unknown_) {
+    stream << " xmlns:" << declaration->prefix << "=\"";
+    const AttributeScope scope(stream);
+    XmlUtf8OStream(stream) << declaration->uri;
+    stream << "\"";
   }
 }
 

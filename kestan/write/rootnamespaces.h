@@ -12,6 +12,8 @@
 
 namespace vorrel::kestan {
 
+class Utf8OStream;
+
 /// True when a document may declare `prefix`: a name without a colon, neither "xml" nor "xmlns".
 bool IsDeclarablePrefix(QStringView prefix);
 
@@ -46,6 +48,8 @@ public:
   /// The same for the prefix with which elements of the extension are written.
   bool IsExtensionRebound() const { return isExtensionRebound_; }
 
+  /// All that the root declares, as attributes with a blank between them.
+  void WriteDeclarations(Utf8OStream& stream) const;
   /// The declarations beyond the standard ones, in the order in which they came.
   const mmvector<RefPtr<UnknownNamespace>>& GetUnknown() const { return unknown_; }
 

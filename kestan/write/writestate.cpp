@@ -103,17 +103,14 @@ void WriteState::WritePreamble() {
 
 QByteArray WriteState::GetPreamble() const {
   Utf8OStream preamble;
-  preamble << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kml " << GetStandardNamespacesString();
-  const auto writeAttribute = [&preamble](const QString& name, const QString& value) {
-    preamble << " " << name << "=\"";
+  preamble << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kml ";
+  parts_->namespaces.WriteDeclarations(preamble);
+  if (!hint_.isEmpty()) {
+    preamble << " hint=\"";
     const AttributeScope scope(preamble);
-    XmlUtf8OStream(preamble) << value;
+    XmlUtf8OStream(preamble) << hint_;
     preamble << "\"";
-  };
-  for (const RefPtr<UnknownNamespace>& declaration : parts_->namespaces.GetUnknown())
-    writeAttribute(QLatin1String("xmlns:") + declaration->prefix, declaration->uri);
-  if (!hint_.isEmpty())
-    writeAttribute(QStringLiteral("hint"), hint_);
+  }
   preamble << ">\n";
   return preamble.TakeBytes();
 }
