@@ -1,8 +1,8 @@
 #include "kestan/write/rootnamespaces.h"
 
+#include "kestan/host/utf8ostream.h"
 #include "kestan/read/namespaces.h" // the standard prefixes
 #include "kestan/read/prefixes.h"   // and their URIs
-#include "kestan/write/utf8ostream.h"
 #include "kestan/write/xmlname.h"
 
 namespace vorrel::kestan {
