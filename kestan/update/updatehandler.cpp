@@ -4,11 +4,11 @@
 #include "kestan/core/schema.h"
 #include "kestan/feature/abstractfolder.h" // features come and go
 #include "kestan/host/tr.h"
+#include "kestan/host/utf8ostream.h"
 #include "kestan/read/charbuf.h"
 #include "kestan/read/taginfo.h"
 #include "kestan/update/mainthreadstay.h"
 #include "kestan/write/rawxmlwriter.h" // the content as a document
-#include "kestan/write/utf8ostream.h"
 
 #include <iterator>
 #include <utility>
