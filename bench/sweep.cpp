@@ -28,8 +28,8 @@ constexpr double kGrowth = 6.0;
 // Below these a growth says nothing.
 constexpr double kLeastSeconds = 0.002;
 constexpr double kLeastBytes = 1 << 20;
-/// A time that is much longer than the ticks of any clock, and than what else the machine does.
-constexpr double kSureSeconds = 0.1;
+/// A time that is much longer than the ticks of any clock, and for documents that no cache holds.
+constexpr double kSureSeconds = 1.0;
 /// A cost that seems to grow is the least of so many measurements.
 constexpr int kRounds = 5;
 /// A pattern gets this much processor time, in seconds, and memory.
