@@ -78,10 +78,8 @@ bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator, AbstractJo
     if (!continuator.ShouldContinue())
       return true;
   }
-  if (LibraryPart::AnyOf([&](LibraryPart& part) { return part.MergeContext(*this, continuator); }))
-    return true;
-  referencesMoved = false;
-  return false;
+  return LibraryPart::AnyOf(
+      [&](LibraryPart& part) { return part.MergeContext(*this, continuator); });
 }
 
 } // namespace vorrel::kestan

@@ -80,7 +80,6 @@ public:
   // Open references; null while there was none.
   std::shared_ptr<LoadObserverList> styleLoadObservers;
   std::shared_ptr<LoadObserverList> schemaLoadObservers;
-  bool referencesMoved = false; ///< In a merge: those of this context have moved.
 
   // The last arguments and results of the URL rules.
   QString lastUrl;

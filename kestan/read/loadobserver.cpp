@@ -82,6 +82,14 @@ std::array<LoadObserverList*, 2> ListsOf(ThreadContext& context) {
   return {context.schemaLoadObservers.get(), context.styleLoadObservers.get()};
 }
 
+LoadObserverList& GetList(ThreadContext& context,
+                          std::shared_ptr<LoadObserverList> ThreadContext::*member) {
+  std::shared_ptr<LoadObserverList>& list = context.*member;
+  if (!list)
+    list = std::make_shared<LoadObserverList>();
+  return *list;
+}
+
 bool IsBuiltIn(const KmlId& target) {
   return target.url.startsWith(QLatin1String("root://"), Qt::CaseInsensitive);
 }
@@ -188,10 +196,7 @@ RefPtr<SchemaObject> LoadObserver::Create(const TargetClass& targets, SchemaObje
 
 void LoadObserver::Add(const TargetClass& targets, SchemaObject& object, const StrField& field,
                        const KmlId& target) {
-  std::shared_ptr<LoadObserverList>& list = ThreadContext::GetCurrent()->*targets.list;
-  if (!list)
-    list = std::make_shared<LoadObserverList>();
-  list->Add(*targets.create(object, field, target));
+  GetList(*ThreadContext::GetCurrent(), targets.list).Add(*targets.create(object, field, target));
 }
 
 void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const StrField& field,
@@ -210,12 +215,17 @@ void LoadObserver::Wait(const TargetClass& targets, SchemaObject& object, const 
     loader->RequestLoad(target.url);
 }
 
-void LoadObserver::Deliver(LoadObserverList* list, SchemaObject& created) {
+void LoadObserver::Deliver(std::shared_ptr<LoadObserverList> ThreadContext::*member,
+                           SchemaObject& created) {
+  ThreadContext& context = *ThreadContext::GetCurrent();
+  const KmlId target = created.GetKmlId();
+  if (&context != ThreadContext::GetMain() && !target.id.isEmpty())
+    GetList(context, member).NoteTarget(target);
+  LoadObserverList* const list = (context.*member).get();
   if (!list)
     return;
   const DeletionDeferrer deferrer;
   const StyleClimbBatch batch;
-  const KmlId target = created.GetKmlId();
   // An object that waits for the same again, while it's told, isn't told again.
   for (std::size_t left = list->count(); left > 0; --left) {
     LoadObserver* observer = list->find(target);
@@ -285,22 +295,13 @@ bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continu
 
 bool LoadObserver::MergeIntoMain(ThreadContext& from, const IJobContinuator& continuator) {
   ThreadContext& main = *ThreadContext::GetMain();
-  if (!from.referencesMoved) {
-    for (const auto member :
-         {&ThreadContext::styleLoadObservers, &ThreadContext::schemaLoadObservers}) {
-      const std::shared_ptr<LoadObserverList>& source = from.*member;
-      std::shared_ptr<LoadObserverList>& target = main.*member;
-      if (!target && source)
-        target = std::make_shared<LoadObserverList>();
-      if (source && !target->TakeSome(*source, continuator))
-        return true;
-    }
-    Rewind(main);
-    from.referencesMoved = true;
+  for (const auto member :
+       {&ThreadContext::schemaLoadObservers, &ThreadContext::styleLoadObservers}) {
+    const std::shared_ptr<LoadObserverList>& source = from.*member;
+    if (source && !GetList(main, member).TakeSome(*source, continuator))
+      return true;
   }
-  if (GoOn(main, continuator))
-    return true;
-  UpdateAllLater(); // some may have waited for what has been merged
+  UpdateAllLater(); // the loader may know more by now
   return false;
 }
 

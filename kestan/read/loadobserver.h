@@ -81,7 +81,8 @@ public:
   static void NotifyPreDelete(SchemaObject& object) { Cancel(object); }
 
   /// Moves the open references of a thread that has ended its work to the main context, and tries
-  /// all that are open there. True when the continuator stopped it.
+  /// them and those that wait there for what the thread has built. True when the continuator
+  /// stopped it.
   static bool MergeIntoMain(ThreadContext& from, const IJobContinuator& continuator);
   /// Tries all that are open on the main thread, schemas before the styles. True when the
   /// continuator stopped it: it goes on there at the next call.
@@ -118,8 +119,9 @@ protected:
   static RefPtr<SchemaObject> Create(const TargetClass& targets, SchemaObject& object,
                                      const StrField& field);
   static bool UpdateAll(LoadObserverList* list, const IJobContinuator& continuator);
-  /// Hands a new object to those that wait for it.
-  static void Deliver(LoadObserverList* list, SchemaObject& created);
+  /// Hands a new object to those that wait for it on the thread that made it.
+  static void Deliver(std::shared_ptr<LoadObserverList> ThreadContext::*list,
+                      SchemaObject& created);
   bool Update(const TargetClass& targets, Cache* cache);
 
 private:

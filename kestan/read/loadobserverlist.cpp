@@ -1,13 +1,16 @@
 #include "kestan/read/loadobserverlist.h"
 
+#include "kestan/core/schemaobject.h"
 #include "kestan/host/job.h"
+#include "kestan/style/styleclimbbatch.h" // many references may end in one style
+
+#include <utility>
 
 namespace vorrel::kestan {
 
 namespace {
 
 constexpr unsigned kLog2MinimumBuckets = 4;
-constexpr int kMovesATime = 16;
 
 } // namespace
 
@@ -34,13 +37,28 @@ LoadObserverList* LoadObserverList::Find(const LoadObserver& observer) {
 }
 
 bool LoadObserverList::TakeSome(LoadObserverList& from, const IJobContinuator& continuator) {
+  const StyleClimbBatch batch;
   const auto mayGoOn = [&continuator] { return continuator.ShouldContinue(); };
   if (!ReserveSome(count() + from.count(), mayGoOn))
     return false;
-  for (int steps = 1; LoadObserver* const observer = from.head_; ++steps) {
+  LoadObserver::Cache cache;
+  while (LoadObserver* const observer = from.head_) {
     from.Remove(*observer);
     Add(*observer);
-    if (steps % kMovesATime == 0 && from.head_ && !mayGoOn())
+    observer->Update(&cache);
+    if (!mayGoOn())
+      return false;
+  }
+  while (!from.targets_.empty()) {
+    const KmlId target = std::move(from.targets_.back());
+    from.targets_.pop_back();
+    // One that waits for the same again, while it's told, isn't told again.
+    for (std::size_t left = count(); left > 0; --left) {
+      LoadObserver* const observer = find(target);
+      if (!observer || !observer->Update(nullptr))
+        break;
+    }
+    if (!mayGoOn())
       return false;
   }
   return true;

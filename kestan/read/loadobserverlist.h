@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kestan/host/memory.h"
 #include "kestan/read/loadobserver.h"
 
 namespace vorrel::kestan {
@@ -19,8 +20,12 @@ public:
   void Add(LoadObserver& observer);
   void Remove(LoadObserver& observer);
   static LoadObserverList* Find(const LoadObserver& observer);
-  /// Moves those of `from` to the front, one by one. False when the continuator stopped it: a
-  /// further call goes on from there.
+  /// On a worker: there's a new target, which others may wait for on the main thread.
+  void NoteTarget(const KmlId& id) { targets_.push_back(id); }
+
+  /// Tries those here that wait for a new target of `from`, and moves and tries those of `from`.
+  /// The objects have been moved. False when the continuator stopped it: a further call goes on
+  /// there.
   bool TakeSome(LoadObserverList& from, const IJobContinuator& continuator);
 
   /// Starts a walk from the front. The walk survives whatever comes and goes meanwhile; what comes
@@ -34,6 +39,7 @@ private:
   void Link(LoadObserver& observer);
   void Unlink(LoadObserver& observer);
 
+  mmvector<KmlId> targets_;
   LoadObserver* head_ = nullptr;
   LoadObserver* next_ = nullptr;
 };

@@ -30,9 +30,7 @@ class TypedLoadObserver<T>::TypedLoadCreationObserver final : public CreationObs
 public:
   TypedLoadCreationObserver() : CreationObserver(T::GetClassSchema(), kAnyThread) {}
 
-  void OnPostCreate(const Event& event) override {
-    Deliver((ThreadContext::GetCurrent()->*kTargets.list).get(), *event.object);
-  }
+  void OnPostCreate(const Event& event) override { Deliver(kTargets.list, *event.object); }
 };
 
 template <class T>
