@@ -420,6 +420,13 @@ void AbstractFeature::s_rem_timed_feature(AbstractFeature& feature) {
   Time::NotifyWorldRangeChanged();
 }
 
+void AbstractFeature::SetSnippetObject(Snippet* snippet) {
+  const DeletionDeferrer deferrer;
+  Fields().snippet.SetTypedObject(*this, QString());
+  SetBit(kBitNewSnippet, false);
+  Fields().snippetObject.set(*this, snippet, -1);
+}
+
 void AbstractFeature::UpdateOldSnippet() const {
   if (snippetObject_ && HasNewSnippet()) {
     snippetObject_->SetText(snippet_);

@@ -83,6 +83,8 @@ public:
   /// The short text of either form; the new form wins.
   QString GetSnippet() const;
   Snippet* GetSnippetObject() const { return snippetObject_.get(); }
+  /// Takes a snippet of the old form in the place of whichever is there.
+  void SetSnippetObject(Snippet* snippet);
   /// Lines of the snippet to show; 0 for a snippet that was left empty on purpose.
   int GetMaxSnippetLines() const;
   /// Changes the text in the form that the feature uses. An empty text doesn't make a snippet

@@ -22,26 +22,6 @@ namespace {
 
 const AbstractLinkSchema& Fields() { return AbstractLinkSchema::GetSingleton(); }
 
-void AppendSeparator(QString& text, QLatin1Char separator) {
-  if (!text.endsWith(separator))
-    text += separator;
-}
-
-/// Puts a query behind a URL that may have one, but in front of its fragment: what stands behind
-/// that reaches no server.
-QString AppendQuery(QString url, const QString& query) {
-  if (query.isEmpty())
-    return url;
-  const int hash = url.indexOf(QLatin1Char('#'));
-  const QString fragment = hash < 0 ? QString() : url.mid(hash);
-  url.truncate(hash < 0 ? url.size() : hash);
-  if (!url.contains(QLatin1Char('?')))
-    url += QLatin1Char('?');
-  else if (!url.endsWith(QLatin1Char('?')))
-    AppendSeparator(url, QLatin1Char('&'));
-  return url + query + fragment;
-}
-
 } // namespace
 
 void ViewFormatField::WriteKml(const SchemaObject& object, WriteState& state) const {
@@ -175,8 +155,8 @@ QString AbstractLink::ComposeQuery() const {
     format = QLatin1String(kDefaultViewFormat);
   if (format.isEmpty())
     return query;
-  if (!query.isEmpty())
-    AppendSeparator(query, QLatin1Char('&'));
+  if (!query.isEmpty() && !query.endsWith(QLatin1Char('&')))
+    query += QLatin1Char('&');
   ViewParams view = GetViewParams();
   GetScaledBbox(view.north, view.south, view.east, view.west);
   return query + ExpandViewFormat(format, view);

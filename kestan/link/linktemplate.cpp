@@ -109,4 +109,17 @@ QString ExpandViewFormat(const QString& text, const ViewParams& view) {
   });
 }
 
+QString AppendQuery(QString url, const QString& query) {
+  if (query.isEmpty())
+    return url;
+  const int hash = url.indexOf(QLatin1Char('#'));
+  const QString fragment = hash < 0 ? QString() : url.mid(hash);
+  url.truncate(hash < 0 ? url.size() : hash);
+  if (!url.contains(QLatin1Char('?')))
+    url += QLatin1Char('?');
+  else if (!url.endsWith(QLatin1Char('?')) && !url.endsWith(QLatin1Char('&')))
+    url += QLatin1Char('&');
+  return url + query + fragment;
+}
+
 } // namespace vorrel::kestan

@@ -17,4 +17,8 @@ QString ExpandHttpQuery(const QString& text);
 /// `view` has the bounds to send. Anything else in brackets stays as it is.
 QString ExpandViewFormat(const QString& text, const ViewParams& view);
 
+/// Puts a query behind a URL that may have one, but in front of its fragment: what stands behind
+/// that reaches no server.
+QString AppendQuery(QString url, const QString& query);
+
 } // namespace vorrel::kestan

@@ -12,9 +12,17 @@ namespace vorrel::kestan {
 template class SchemaT<NetworkLinkControl, NewInstancePolicy, NoDerivedPolicy>;
 template class ObjField<NetworkLinkControl>;
 
+namespace {
+
+const NetworkLinkControlSchema& Fields() { return NetworkLinkControlSchema::GetSingleton(); }
+
+} // namespace
+
 NetworkLinkControlSchema::NetworkLinkControlSchema()
     : SchemaT("NetworkLinkControl", nullptr, Namespace::kKml),
       updates(*this, QString(), Update::GetClassSchema(), OffsetOf(&NetworkLinkControl::updates_)) {
+  minRefreshPeriod.SetDefault(0.0F);
+  maxSessionLength.SetDefault(-1.0F);
 }
 
 const Schema& NetworkLinkControl::GetClassSchema() {
@@ -27,6 +35,18 @@ NetworkLinkControl::NetworkLinkControl(const KmlId& id, const QString& baseUrl)
 }
 
 NetworkLinkControl::~NetworkLinkControl() { NotifyPreDelete(); }
+
+void NetworkLinkControl::SetMinRefreshPeriod(float seconds) {
+  Fields().minRefreshPeriod.CheckSet(*this, seconds);
+}
+
+void NetworkLinkControl::SetCookie(const QString& cookie) {
+  Fields().cookie.SetTypedObject(*this, cookie);
+}
+
+void NetworkLinkControl::SetMessage(const QString& message) {
+  Fields().message.SetTypedObject(*this, message);
+}
 
 /// An update may remove anything, the control and its other updates included.
 template <class Operation>
@@ -45,6 +65,10 @@ void NetworkLinkControl::ApplyUpdates(ThreadScope* scope) {
 
 void NetworkLinkControl::UndoUpdates(ThreadScope*) {
   ForEachUpdate(nullptr, [](Update& update) { update.ApplyEdits(0.0F); });
+}
+
+void NetworkLinkControl::SetAbstractView(AbstractView* view) {
+  Fields().abstractView.CheckSet(*this, view);
 }
 
 } // namespace vorrel::kestan
