@@ -16,11 +16,9 @@ namespace {
 
 constexpr int kMany = std::numeric_limits<int>::max();
 
-const Command kCommands[] = {{"cat", Cat, 1},
-                             {"tree", Tree, 1},
-                             {"check", Check, kMany},
-                             {"style", ShowStyles, kMany},
-                             {"links", ShowLinks, 1}};
+const Command kCommands[] = {{"cat", Cat, 1, 1},         {"tree", Tree, 1, 1},
+                             {"check", Check, 1, kMany}, {"style", ShowStyles, 1, kMany},
+                             {"links", ShowLinks, 1, 1}, {"apply", Apply, 2, kMany}};
 
 /// "kml=BASE" or "gx=BASE".
 bool TakeNamespace(const QString& text, Arguments& arguments) {
@@ -48,6 +46,17 @@ bool TakeOutput(const QString& text, Arguments& arguments) {
 bool TakeBase(const QString& text, Arguments& arguments) {
   arguments.base = text;
   return !text.isEmpty();
+}
+
+bool TakeUpdateBase(const QString& text, Arguments& arguments) {
+  arguments.updateBase = text;
+  return !text.isEmpty();
+}
+
+bool TakeFraction(const QString& text, Arguments& arguments) {
+  bool isNumber = false;
+  arguments.fraction = text.toFloat(&isNumber);
+  return isNumber && arguments.fraction >= 0.0F && arguments.fraction <= 1.0F;
 }
 
 /// "NORTH,SOUTH,EAST,WEST". The east of a view across the antimeridian is the smaller number.
@@ -85,7 +94,23 @@ struct Option {
 
 const Option* FindOption(const QString& name) {
   static const Option options[] = {
-      {"-o", {"cat"}, "the name of a file", TakeOutput},
+      {"-o", {"cat", "apply"}, "the name of a file", TakeOutput},
+      {"--at", {"apply"}, "a number from 0 to 1", TakeFraction},
+      {"--undo",
+       {"apply"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.undo = true;
+         return true;
+       }},
+      {"--diff",
+       {"apply"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.diff = true;
+         return true;
+       }},
+      {"--update-base", {"apply"}, "a URL", TakeUpdateBase},
       {"--no-hoist",
        {"cat"},
        nullptr,
@@ -115,13 +140,13 @@ const Option* FindOption(const QString& name) {
          return true;
        }},
       {"--json",
-       {"check", "style", "links"},
+       {"check", "style", "links", "apply"},
        nullptr,
        [](const QString&, Arguments& arguments) {
          arguments.json = true;
          return true;
        }},
-      {"--base", {"links"}, "a URL", TakeBase},
+      {"--base", {"links", "apply"}, "a URL", TakeBase},
       {"--view", {"links"}, "NORTH,SOUTH,EAST,WEST in degrees", TakeView},
       {"--namespace", {}, "kml=BASE or gx=BASE", TakeNamespace},
   };
@@ -220,6 +245,12 @@ QString ParseArguments(const QStringList& words, Arguments& arguments) {
   }
   if (arguments.operands.isEmpty()) {
     return QStringLiteral("no file given");
+  }
+  if (arguments.operands.size() < arguments.command->minOperands) {
+    return QStringLiteral("no update given");
+  }
+  if (arguments.json && !arguments.diff && arguments.command->run == Apply) {
+    return QStringLiteral("--json needs --diff");
   }
   if (arguments.operands.size() > arguments.command->maxOperands) {
     return QStringLiteral("more than one file given");

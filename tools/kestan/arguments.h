@@ -18,6 +18,7 @@ struct Arguments;
 struct Command {
   const char* name;
   int (*run)(const Arguments& arguments); ///< Answers the exit status. The library is up.
+  int minOperands;
   int maxOperands;
 };
 
@@ -34,15 +35,25 @@ struct Arguments {
   bool json = false;
   std::vector<NamespaceBase> namespaces;
 
-  // Of `cat`.
+  // Of `apply` and `cat`.
   QString output; ///< Empty or "-" for standard output.
+
+  // Of `cat`.
   bool hoist = true;
   bool hint = true;
   bool outside = false;  ///< Pack files from outside of the document's folder too.
   bool relative = false; ///< Keep the text of URLs.
 
-  // Of `links`.
+  // Of `apply`.
+  QString updateBase; ///< Where the updates come from; empty for their files.
+  float fraction = 1.0F;
+  bool undo = false;
+  bool diff = false;
+
+  // Of `apply` and `links`.
   QString base; ///< Where the document comes from; empty for the file itself.
+
+  // Of `links`.
   std::optional<vorrel::kestan::ViewParams> view;
 
   const QString& GetFile() const { return operands.first(); }

@@ -12,6 +12,7 @@ enum ExitStatus {
 };
 
 // Each command answers the exit status. The library is up.
+int Apply(const Arguments& arguments);
 int Cat(const Arguments& arguments);
 int Tree(const Arguments& arguments);
 int Check(const Arguments& arguments);

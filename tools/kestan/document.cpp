@@ -1,15 +1,20 @@
 #include "tools/kestan/document.h"
 
 #include "kestan/core/field.h"
+#include "kestan/feature/kml.h"
+#include "kestan/link/networklinkcontrol.h"
 #include "kestan/read/kmlhandler.h"
+#include "tools/kestan/commands.h"
 #include "tools/kestan/filename.h"
 #include "tools/kestan/output.h"
 #include "tools/kestan/progress.h"
 
+#include <QByteArray>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QStringList>
 #include <QUrl>
 
 #include <cstdio>
@@ -138,12 +143,49 @@ Document ReadDocument(const QString& name, const QString& url, IErrorHandler* er
   const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
   document.root = bytes.empty() ? ExpatHandler::LoadXml(handler, nullptr, 0)
                                 : ExpatHandler::LoadXml(handler, data, bytes.size() - 1);
-  if (document.root) {
-    document.whole = handler.GetRoot();
-  } else {
+  document.whole = RefPtr<SchemaObject>(handler.GetRoot());
+  if (!document.root && document.whole && document.whole->isOfType(Kml::GetClassSchema())) {
+    // What a server says to a link may be all that it says.
+    document.root = RefPtr<SchemaObject>(static_cast<Kml&>(*document.whole).GetControl());
+  }
+  if (!document.root) {
     document.error = GetError(handler, file);
   }
   return document;
+}
+
+int WriteDocument(const SchemaObject& root, const QString& file, unsigned flags) {
+  const QString output = file == QLatin1String("-") ? QString() : file;
+  if (!IsText(output)) {
+    Complain(QStringLiteral("\"%1\" is no name in UTF-8").arg(Printable(output)));
+    return kNoOutput;
+  }
+  if (QFileInfo(output).isDir()) {
+    Complain(QStringLiteral("\"%1\" is a folder").arg(Printable(output)));
+    return kNoOutput;
+  }
+  QByteArray bytes;
+  QString error;
+  QStringList unreadable;
+  QStringList outside;
+  {
+    const Progress progress("Writing");
+    error = output.isEmpty() ? root.WriteKmlString(bytes, flags)
+                             : root.WriteKmlFile(output, flags, &unreadable, &outside);
+  }
+  if (!error.isEmpty()) {
+    Complain(output.isEmpty() ? error : QStringLiteral("\"%1\": %2").arg(output, error));
+    return kNoOutput;
+  }
+  for (const QString& name : unreadable)
+    Complain(QStringLiteral("\"%1\": can't read \"%2\"; it isn't packed").arg(output, name));
+  for (const QString& name : outside)
+    Complain(QStringLiteral("\"%1\": \"%2\" lies outside of the document's folder; only --outside "
+                            "packs it")
+                 .arg(Printable(output), Printable(name)));
+  if (output.isEmpty() && !Print(bytes))
+    return kNoOutput;
+  return unreadable.isEmpty() && outside.isEmpty() ? kFine : kFindings;
 }
 
 QString GetName(const SchemaObject& object) {

@@ -11,10 +11,11 @@ namespace tool {
 
 /// A document that was read from a file.
 struct Document {
-  vorrel::RefPtr<vorrel::kestan::SchemaObject> root;  ///< Null when there's an error.
-  vorrel::RefPtr<vorrel::kestan::SchemaObject> whole; ///< The root with what it holds beside that.
-  vorrel::kestan::ParseReport error;                  ///< Why there's nothing to show.
-  QString file;                                       ///< As the user named it.
+  vorrel::RefPtr<vorrel::kestan::SchemaObject> root; ///< Null when there's an error.
+  /// The root with what it holds beside that; may be all that there is.
+  vorrel::RefPtr<vorrel::kestan::SchemaObject> whole;
+  vorrel::kestan::ParseReport error; ///< Why there's nothing to show.
+  QString file;                      ///< As the user named it.
 
   /// The error as one line, "file:line:column: message"; without the place where there's none.
   QString GetErrorLine() const;
@@ -26,6 +27,10 @@ struct Document {
 /// and findings.
 Document ReadDocument(const QString& file, const QString& url = QString(),
                       vorrel::kestan::IErrorHandler* handler = nullptr);
+
+/// Writes the document to a file, or with "-" or an empty name to standard output. `flags` are from
+/// `WriteFlag`. Complains of what goes wrong; the exit status.
+int WriteDocument(const vorrel::kestan::SchemaObject& root, const QString& file, unsigned flags);
 
 /// The name of a feature; empty for any other object.
 QString GetName(const vorrel::kestan::SchemaObject& object);

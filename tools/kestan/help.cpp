@@ -8,6 +8,8 @@ const char kHelpText[] =
        kestan check [--json] FILE...
        kestan style [--json] FILE [ID...]
        kestan links [--json] [--base URL] [--view NORTH,SOUTH,EAST,WEST] FILE
+       kestan apply [-o OUT] [--at FRACTION] [--undo] [--base URL] [--update-base URL]
+                    [--diff [--json]] FILE UPDATE...
        kestan -h | --help | -V | --version
 
 Reads KML and KMZ documents, and writes them. The FILE "-" is standard input; a "file:" URL names a
@@ -22,11 +24,15 @@ Commands:
          and when highlighted, and where its value comes from
   links  show each URL that a client would fetch for the document, as written and absolute, its
          kind, and when it is fetched again
+  apply  change the document by the updates that the other documents hold, one after the other, and
+         write it; what can't be applied is reported as file:line: error: message [code]
 
-Options of cat:
+Options of cat and apply:
   -o OUT      write to the file OUT; a name without a suffix gets ".kml". A name that ends in
               ".kmz" makes an archive, with the files that the document refers to at or below its
               own folder, or in its own archive. "-" is standard output
+
+Options of cat:
   --outside   pack files from other folders and archives too
   --relative  keep references to files and documents as they are written, for an output that comes
               to lie where FILE is; without it they come with their folders. An archive's change
@@ -34,12 +40,22 @@ Options of cat:
   --no-hoist  leave shared styles and schemas where they are, outside of the written object
   --no-hint   leave out the "hint" attribute of the root
 
+Options of apply:
+  --at FRACTION  stop all values at this part of their way, from 0 to 1
+  --undo         take the values back again; objects that came and went stay so
+  --base URL, --update-base URL
+                 read FILE, and the updates, as if they came from there. An update finds objects
+                 where its target is the URL of FILE. Unless both are on one web server, or it names
+                 no target, it may only show, hide and open features, and replace them
+  --diff         show each change instead of the document: the object, by its id or the way to it,
+                 and field: "old" -> "new", or what was created or deleted
+
 Options of links:
   --base URL  read FILE as if it came from URL
   --view NORTH,SOUTH,EAST,WEST
               the view that servers are told of, in degrees; all zero without it
 
-Options of check, style and links:
+Options of check, style, links and apply --diff:
   --json      for programs; see below
 
 Options of all commands:
@@ -61,6 +77,10 @@ JSON of style: {"features": [FEATURE...]}, one FEATURE a line:
           of a style map and of a style that aren't inline. In "sources" also "failed" and
           "fetching", for a style that isn't there or lies in another document, and "loop", for
           maps that lead back to themselves; such sources give no property.
+
+JSON of apply --diff: {"changes": [CHANGE...]}, one CHANGE a line:
+  {"change", "object", "class", "field", "old", "new"}; "change" is "set", "created" or "deleted";
+  the last three are texts for the first, and null for the others
 
 JSON of links: {"links": [LINK...]}, one LINK a line:
   {"kind", "href", "url", "builtIn", "refresh": REFRESH}; "url" is absolute, and empty where that
