@@ -146,9 +146,9 @@ QByteArray Unpack(QIODevice& device, const DirectoryEntry& entry, qint64 size) {
   QByteArray bytes("");
   bytes.reserve(static_cast<int>(std::min(size, kTrusted)) + 1);
   for (int count = 1; count > 0;) {
-    const int had = bytes.size();
+    const int had = static_cast<int>(bytes.size());
     bytes.resize(static_cast<int>(std::min(had + kPiece, size + 1)));
-    count = unpacker.Read(bytes.data() + had, bytes.size() - had);
+    count = unpacker.Read(bytes.data() + had, static_cast<int>(bytes.size()) - had);
     bytes.resize(had + std::max(count, 0));
     if (count < 0 || bytes.size() > size)
       return QByteArray();

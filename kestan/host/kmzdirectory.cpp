@@ -136,8 +136,8 @@ bool Directory::Read(QIODevice& device) {
   const qint64 size = device.size();
   const qint64 tailStart = std::max<qint64>(0, size - kEndSize - kLongestComment);
   const QByteArray tail = ReadAt(device, tailStart, size - tailStart);
-  for (int at = tail.size() - kEndSize; at >= 0; --at) {
-    at = tail.lastIndexOf("PK\5\6", at);
+  for (int at = static_cast<int>(tail.size()) - kEndSize; at >= 0; --at) {
+    at = static_cast<int>(tail.lastIndexOf("PK\5\6", at));
     if (at < 0)
       return false;
     quint64 shift = 0;

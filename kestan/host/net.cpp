@@ -25,7 +25,7 @@ int GetInnerEnd(const QString& archive, const QString& inner) {
   const auto isMark = [](QChar c) { return c == QLatin1Char('?') || c == QLatin1Char('#'); };
   const auto first = std::find_if(inner.begin(), inner.end(), isMark);
   if (first == inner.end() || kmz::HasReference(archive, inner))
-    return inner.size();
+    return static_cast<int>(inner.size());
   const int last =
       static_cast<int>(std::find_if(inner.rbegin(), inner.rend(), isMark).base() - inner.begin()) -
       1;
@@ -36,9 +36,9 @@ int GetInnerEnd(const QString& archive, const QString& inner) {
 /// Splits a path behind the first part of it that names an archive; a local one must be there.
 bool Split(const QString& path, bool isLocal, QString* kmzPath, QString* innerPath) {
   const QLatin1String extension(".kmz");
-  for (int at = path.indexOf(extension, 0, Qt::CaseInsensitive); at >= 0;
+  for (auto at = path.indexOf(extension, 0, Qt::CaseInsensitive); at >= 0;
        at = path.indexOf(extension, at + 1, Qt::CaseInsensitive)) {
-    const int end = at + static_cast<int>(extension.size());
+    const int end = static_cast<int>(at + extension.size());
     if (isLocal && end > PATH_MAX)
       return false; // and there may be any number of others
     if (end + 1 >= path.size() || !file::IsSlash(path[end]))

@@ -70,7 +70,7 @@ struct Joined {
   Joined(const QString& folder, const QString& url) {
     const bool isDoubled = url.startsWith(QLatin1Char('/')) && !IsLibraryUrl(folder);
     text = folder + (isDoubled ? url.mid(1) : url);
-    start = text.size() - url.size();
+    start = static_cast<int>(text.size() - url.size());
   }
 };
 
