@@ -30,6 +30,9 @@ QString SchemaObject::MakeAbsoluteUrl(const QString& base, const QString& url) {
 }
 
 KmlId SchemaObject::MakeAbsoluteId(const QString& base, const QString& id) {
+  // The usual reference, to an object of the document itself, is worth no cache.
+  if (!base.isEmpty() && id.startsWith(QLatin1Char('#')))
+    return KmlId(id.mid(1), base);
   ThreadContext* const context = ThreadContext::GetCurrent();
   if (context && id == context->lastId && base == context->lastIdBase)
     return context->lastAbsoluteId;
