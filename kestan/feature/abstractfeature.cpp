@@ -68,9 +68,9 @@ public:
 private:
   static QStringList Find(const QString& text) {
     QStringList found;
-    for (int at = text.indexOf(QLatin1String("$[")); at >= 0;
+    for (auto at = text.indexOf(QLatin1String("$[")); at >= 0;
          at = text.indexOf(QLatin1String("$["), at + 2)) {
-      const int end = text.indexOf(QLatin1Char(']'), at);
+      const auto end = text.indexOf(QLatin1Char(']'), at);
       if (end < 0)
         break;
       found += text.mid(at, end + 1 - at);
