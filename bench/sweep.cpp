@@ -2,6 +2,7 @@
 // pattern in one size and in four times that size, and prints those whose cost grows more than
 // sixfold.
 
+#include "bench/compare.h"
 #include "bench/heap.h"
 #include "bench/patterns.h"
 #include "bench/subject.h"
@@ -12,7 +13,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -51,18 +51,6 @@ struct Cost {
   std::size_t bytes = 0;
   bool isRead = false;
 };
-
-double Now() {
-  std::timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-template <class Action> double Seconds(Action action) {
-  const double start = Now();
-  action();
-  return Now() - start;
-}
 
 Cost Measure(const std::string& text) {
   Cost cost;

@@ -3,6 +3,7 @@
 // for each of them, and the ratio to the same done through the objects' own operations where there
 // is one.
 
+#include "bench/compare.h"
 #include "kestan/core/library.h"
 #include "kestan/feature/abstractfeatureschema.h"
 #include "kestan/feature/folder.h"
@@ -16,27 +17,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <functional>
 
 using namespace vorrel;
 using namespace vorrel::kestan;
+using bench::Seconds;
 
 namespace {
 
 const QString kUrl = QStringLiteral("http://example.com/doc.kml");
-
-double Now() {
-  std::timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-template <class Action> double Seconds(Action action) {
-  const double start = Now();
-  action();
-  return Now() - start;
-}
 
 RefPtr<SchemaObject> Read(const QString& text) {
   const QByteArray bytes = text.toUtf8();
