@@ -118,7 +118,7 @@ void CheckLink(const QString& base, const QString& href, const QString& query,
   link->setViewParams(View());
   const QString& absolute = link->GetAbsoluteUrl();
   const QString resource = link->GetResourceUrl();
-  const int hash = GGetUrlType(resource) == kUrlNetwork ? resource.indexOf(QLatin1Char('#')) : -1;
+  const auto hash = GGetUrlType(resource) == kUrlNetwork ? resource.indexOf(QLatin1Char('#')) : -1;
   const QString fragment = hash < 0 ? QString() : resource.mid(hash);
   Expect(absolute.startsWith(resource.left(hash)) && absolute.endsWith(fragment),
          "the query stands between path and fragment", absolute, href);

@@ -112,7 +112,7 @@ QString ExpandViewFormat(const QString& text, const ViewParams& view) {
 QString AppendQuery(QString url, const QString& query) {
   if (query.isEmpty())
     return url;
-  const int hash = url.indexOf(QLatin1Char('#'));
+  const auto hash = url.indexOf(QLatin1Char('#'));
   const QString fragment = hash < 0 ? QString() : url.mid(hash);
   url.truncate(hash < 0 ? url.size() : hash);
   if (!url.contains(QLatin1Char('?')))

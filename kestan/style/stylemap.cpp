@@ -60,7 +60,7 @@ const QString& StyleMap::GetRootStyleMapBase() {
 
 QString StyleMap::GetStyleMapBase(const QString& url) {
   const QString styles = QStringLiteral("styles");
-  const int place = url.indexOf(styles);
+  const auto place = url.indexOf(styles);
   return place < 0 ? QString()
                    : QString(url).replace(place, styles.size(), QStringLiteral("styleMaps"));
 }

@@ -30,7 +30,7 @@ bool IsMadeByItsConstructor(const Schema& schema) {
 
 /// The element of this name as a document of its own, for a parser that knows the prefixes.
 QString Standalone(const QString& text, const QString& name) {
-  const int begin = text.indexOf("<kml ") + 4;
+  const auto begin = text.indexOf("<kml ") + 4;
   const QString namespaces = text.mid(begin, text.indexOf('>', begin) - begin);
   return Element(text, name).replace(0, name.size() + 1, "<" + name + namespaces);
 }

@@ -264,7 +264,7 @@ TEST_F(ArchiveTest, ArchivesInTheirLargeFormAreRead) {
             << name << ' ' << largeEnd << error.toStdString();
       }
       // No value of the large form may lead anywhere when it is wrong.
-      for (int i = archive.size() - 150; i < archive.size(); ++i) {
+      for (auto i = archive.size() - 150; i < archive.size(); ++i) {
         QByteArray damaged = archive;
         damaged[i] = static_cast<char>(damaged[i] ^ 0x80);
         const QByteArray bytes = kmz::UnzipBytes(damaged, "b");
@@ -327,7 +327,7 @@ TEST_F(ArchiveTest, DamageIsAnErrorAndNeverMore) {
   EXPECT_TRUE(Error(QByteArray()).endsWith("it is no archive"));
 
   QByteArray badChecksum = archive;
-  const int directory = badChecksum.lastIndexOf("PK\1\2");
+  const auto directory = badChecksum.lastIndexOf("PK\1\2");
   badChecksum[directory + 16] = static_cast<char>(badChecksum[directory + 16] + 1);
   EXPECT_TRUE(Error(badChecksum).endsWith("it is damaged"));
 
@@ -355,7 +355,7 @@ TEST_F(ArchiveTest, WhatUnpacksToTooMuchIsRefused) {
   // An entry that tells a smaller size than it has gets no further than that.
   kmz::SetLimits({1000, 300, 1000});
   QByteArray lie = archive;
-  const int directory = lie.lastIndexOf("PK\1\2");
+  const auto directory = lie.lastIndexOf("PK\1\2");
   for (int i = 0; i < 4; ++i)
     lie[directory + 24 + i] = i == 0 ? 100 : 0;
   EXPECT_NE("", Error(lie));
@@ -444,13 +444,13 @@ TEST_F(ArchiveTest, MoreEntriesThanAPlainEndHasRoomForMakeALargeOne) {
     EXPECT_EQ("1", kmz::UnzipBytes(bytes, last));
 
     // By the format's word, not by ours: the counts and places of all three parts of the end.
-    const int end = bytes.size() - 22;
-    const int large = end - 20 - 56;
+    const auto end = bytes.size() - 22;
+    const auto large = end - 20 - 56;
     const bool isLarge = bytes.mid(large, 4) == "PK\6\6";
     EXPECT_EQ(count > 65535, isLarge);
     EXPECT_EQ(Bytes(0xFFFF, 2), bytes.mid(end + 10, 2));
     if (isLarge) {
-      const int directory = bytes.indexOf("PK\1\2");
+      const auto directory = bytes.indexOf("PK\1\2");
       EXPECT_EQ(Bytes(static_cast<quint64>(count), 8), bytes.mid(large + 32, 8));
       EXPECT_EQ(Bytes(static_cast<quint64>(large - directory), 8), bytes.mid(large + 40, 8));
       EXPECT_EQ(Bytes(static_cast<quint64>(directory), 8), bytes.mid(large + 48, 8));

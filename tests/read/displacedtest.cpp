@@ -36,7 +36,7 @@ protected:
   QString Declare(QString text) {
     if (namespaces_.isEmpty()) {
       const QString empty = Write(*Read<Placemark>("<Placemark/>"));
-      const int start = empty.indexOf("<kml ") + 4;
+      const auto start = empty.indexOf("<kml ") + 4;
       namespaces_ = empty.mid(start, empty.indexOf('>', start) - start) + " xmlns:u=\"urn:u\"";
     }
     return text.insert(text.indexOf('>'), namespaces_);
@@ -115,7 +115,7 @@ TEST_F(DisplacedTest, AnySequenceForAnyPlaceIsStableOnceItWasWritten) {
         !ReadObject(Write(*fresh)) || HasFailure())
       return;
     const QStringList elements = GetElements(field, *fresh);
-    const int count = elements.size();
+    const int count = static_cast<int>(elements.size());
     // Each field whole in the class that has it, and in samples in those that inherit it.
     const int step = &field.GetSchema() == &schema ? 1 : 7;
     for (int i = 0; i < count * count; i += step) {

@@ -97,10 +97,10 @@ TEST_F(EncodingTest, OtherErrorsGetNoSecondAttempt) {
 TEST_F(EncodingTest, CharactersSurviveTheEndsOfPieces) {
   const QString name = QStringLiteral(u"a\u00FC\u4E2D\U0001F30D]b&c\u4E2D");
   const QString escaped = QString(name).replace('&', "&amp;");
-  const int nameBytes = escaped.toUtf8().size();
+  const auto nameBytes = escaped.toUtf8().size();
   for (int shift = 0; shift <= nameBytes + 1; ++shift) {
     const QByteArray head = "<Placemark><!--";
-    const int fill = 64 * 1024 - shift - head.size() - 3 - 6;
+    const auto fill = 64 * 1024 - shift - head.size() - 3 - 6;
     const QByteArray text = head + QByteArray(fill, 'x') + "--><name>" + escaped.toUtf8() +
                             "</name><f:oo xmlns:f='f' a='" + escaped.toUtf8() + "'>" +
                             escaped.toUtf8() + "<![CDATA[<" + name.toUtf8() +
@@ -121,7 +121,7 @@ TEST_F(EncodingTest, PreservedTextDoesNotDependOnPieces) {
   QString expected;
   for (int shift = 0; shift <= content.size(); ++shift) {
     const QByteArray head = "<Placemark><!--";
-    const int fill = 64 * 1024 - shift - head.size() - 3 - 5;
+    const auto fill = 64 * 1024 - shift - head.size() - 3 - 5;
     const auto placemark =
         Read<Placemark>(head + QByteArray(fill, 'x') + "--><foo>" + content + "</foo></Placemark>");
     ASSERT_TRUE(placemark);

@@ -15,7 +15,7 @@ QString ReadTest::Keep(const QString& content, const QString& rootAttributes,
                        const QString& attributes) {
   const QString written = RoundTrip(InPlacemark(content, rootAttributes, attributes));
   const QString placemark = Element(written, QStringLiteral("Placemark"));
-  const int start = placemark.indexOf(QLatin1Char('>')) + 1;
+  const auto start = placemark.indexOf(QLatin1Char('>')) + 1;
   return placemark.mid(start, placemark.lastIndexOf(QLatin1Char('<')) - start).trimmed();
 }
 

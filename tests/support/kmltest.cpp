@@ -86,7 +86,7 @@ QByteArray KmlTest::ReadData(const QString& name) {
 QString Element(const QString& xml, const QString& name) {
   const QRegularExpression tag(
       QStringLiteral("<(/?)%1(?:\\s[^>]*?)?(/?)>").arg(QRegularExpression::escape(name)));
-  int start = -1;
+  decltype(xml.size()) start = -1;
   int depth = 0;
   for (auto matches = tag.globalMatch(xml); matches.hasNext();) {
     const QRegularExpressionMatch match = matches.next();

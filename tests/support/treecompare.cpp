@@ -101,7 +101,7 @@ QString AbsoluteSources(const SchemaObject& object, const QString& text) {
   static const QRegularExpression source(QStringLiteral("(src\\s*=\\s*[\"'])([^\"']*)"),
                                          QRegularExpression::CaseInsensitiveOption);
   QString result;
-  int end = 0;
+  decltype(text.size()) end = 0;
   for (auto matches = source.globalMatch(text); matches.hasNext();) {
     const QRegularExpressionMatch match = matches.next();
     result += text.mid(end, match.capturedStart(2) - end);

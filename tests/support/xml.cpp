@@ -16,7 +16,8 @@ struct ParserDeleter {
 using ParserPtr = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
 
 bool Parse(XML_Parser parser, const QByteArray& document) {
-  return XML_Parse(parser, document.constData(), document.size(), XML_TRUE) == XML_STATUS_OK;
+  return XML_Parse(parser, document.constData(), static_cast<int>(document.size()), XML_TRUE) ==
+         XML_STATUS_OK;
 }
 
 void AddStart(void* events, const XML_Char* name, const XML_Char** attributes) {
