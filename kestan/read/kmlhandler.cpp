@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace vorrel::kestan {
@@ -523,16 +524,12 @@ bool KmlHandler::SetValue(TagInfo& tag, const QString& value) {
                              !object.GetId().isEmpty());
   const bool isFurther = isSecond && CanDisplace(field);
   tag.SetGiven(field);
-  const auto set = [&] {
-    return field.fromString(object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
-  };
-  FromStringResult result = FromStringResult::kOk;
-  if (Q_UNLIKELY(!editTarget_ && (isFurther || object.HasKeptValues()))) {
-    const Displacement displacement(object, field, isFurther);
-    result = set();
-  } else {
-    result = set();
-  }
+  std::optional<Displacement> displacement;
+  if (Q_UNLIKELY(!editTarget_ && (isFurther || object.HasKeptValues())))
+    displacement.emplace(object, field, isFurther);
+  const FromStringResult result =
+      field.fromString(object, &fieldAttrs_, &fieldNamespaces_, value, -1, editTarget_);
+  displacement.reset();
   if (!editTarget_ && !KeepsUnknown())
     object.DropKeptValues(field);
   if (isFurther || (isSecond && isAttribute)) // of which only one is kept
@@ -622,15 +619,14 @@ void KmlHandler::Attach(const TagInfo& tag, SchemaObject& child) {
   const Field& place = tag.parent_field->GetPlaceFor(child);
   const bool isFurther =
       parentTag.IsGiven(place) && CanDisplace(place) && place.GetObject(parent, -1) != nullptr;
-  bool isTaken = false;
+  std::optional<Displacement> displacement;
   if (Q_UNLIKELY(!parentTag.IsExisting() && (isFurther || parent.HasKeptValues()))) {
-    const Displacement displacement(parent, place, isFurther, parentTag.formerAttrs);
+    displacement.emplace(parent, place, isFurther, parentTag.formerAttrs);
     if (isFurther)
       parentTag.formerAttrs = QString();
-    isTaken = tag.parent_field->insert(parent, &child, tag.index);
-  } else {
-    isTaken = tag.parent_field->insert(parent, &child, tag.index);
   }
+  const bool isTaken = tag.parent_field->insert(parent, &child, tag.index);
+  displacement.reset();
   if (!isTaken)
     return;
   parentTag.SetGiven(place);
