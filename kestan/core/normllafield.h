@@ -6,7 +6,7 @@ namespace vorrel::kestan {
 
 /// A position: longitude and latitude in degrees and altitude in metres as text, stored in the
 /// normalised form of `convert::LLAToNorm`.
-class KESTAN_EXPORT NormLLAField final : public SimpleField<Vec3<double>> {
+class KESTAN_EXPORT NormLLAField : public SimpleField<Vec3<double>> {
 public:
   using SimpleField::SimpleField;
 

@@ -43,6 +43,7 @@ enum BitID {
   kBitBeingRead = 36,               ///< The object's element is open.
   kBitInheritanceWaits = 37,        ///< What lies below hasn't been told all that it inherits.
   kBitBalloonNotice = 38,           ///< A notice of the feature's balloon waits.
+  kBitWasRead = 39,                 ///< Made by a document: it says only what that said.
 };
 
 } // namespace vorrel::kestan

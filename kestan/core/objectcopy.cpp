@@ -110,6 +110,7 @@ void SchemaObject::CopyFields(SchemaObject& dst, bool deep, const mmvector<const
     dst.unknownData() = *unknownData_;
     dst.SetBit(kBitUnknownFieldAttrs, GetBit(kBitUnknownFieldAttrs));
   }
+  dst.SetBit(kBitWasRead, GetBit(kBitWasRead));
   dst.TakeKeptValues(displaced, deep, excluded, fresh);
   dst.CopyNonFieldStuff(*this);
 }

@@ -230,7 +230,10 @@ public:
   // The reader tells when the object's element opens and when it has ended. In a tree that is being
   // read nothing is handed down: nobody sees it, and each further element may change it. It goes
   // down once, when the outermost element has ended.
-  void BeginReading() { SetBit(kBitBeingRead, true); }
+  void BeginReading() {
+    SetBit(kBitBeingRead, true);
+    SetBit(kBitWasRead, true);
+  }
   void EndReading();
   /// The same without the word to what lies below.
   void StopReading();

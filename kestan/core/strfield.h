@@ -24,6 +24,14 @@ public:
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
 };
 
+/// A URL, "#" and the id of an object. It's written so that it leads there from the output.
+class KESTAN_EXPORT ReferenceField final : public StrField {
+public:
+  using StrField::StrField;
+
+  void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
+};
+
 /// A reference whose text is kept as it was read, in its escaped form, beside the value.
 class KESTAN_EXPORT HrefStrField final : public StrField {
 public:

@@ -9,7 +9,15 @@ namespace vorrel::kestan {
 template class SchemaT<AbstractView, NoInstancePolicy, NoDerivedPolicy>;
 template class ObjField<AbstractView>;
 
-AbstractViewSchema::AbstractViewSchema() : SchemaT("AbstractView", nullptr, Namespace::kKml) {}
+namespace {
+
+const AbstractViewSchema& Fields() { return AbstractViewSchema::GetSingleton(); }
+
+} // namespace
+
+AbstractViewSchema::AbstractViewSchema() : SchemaT("AbstractView", nullptr, Namespace::kKml) {
+  fovX.SetDefault(-1.0);
+}
 
 const Schema& AbstractView::GetClassSchema() { return AbstractViewSchema::GetSingleton(); }
 
@@ -17,5 +25,13 @@ AbstractView::AbstractView(const Schema& schema, const KmlId& id, const QString&
     : SchemaObject(schema, id, baseUrl) {}
 
 AbstractView::~AbstractView() = default;
+
+void AbstractView::SetFovX(double degrees) { Fields().fovX.CheckSet(*this, degrees); }
+
+void AbstractView::SetTimePrimitive(TimePrimitive* time) {
+  Fields().timePrimitive.CheckSet(*this, time);
+}
+
+void AbstractView::SetViewState(ViewState* state) { Fields().viewState.CheckSet(*this, state); }
 
 } // namespace vorrel::kestan

@@ -180,6 +180,12 @@ void HrefStrField::WriteKmlString(const SchemaObject& object, WriteState& state)
     WriteEscapedText(state.stream(), raw);
 }
 
+void ReferenceField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
+  const QString& url = Member<QString>(object);
+  const bool isReference = url.contains(QLatin1Char('#'));
+  state.xml() << (isReference ? state.urls().GetReferenceUrl(object, url) : url);
+}
+
 void CdataField::WriteKmlString(const SchemaObject& object, WriteState& state) const {
   WriteMarkupText(Member<QString>(object), object, state);
 }
