@@ -4,19 +4,37 @@
 
 namespace vorrel::kestan {
 
+class Playlist;
 class TourSchema;
 
-/// A scripted flight.
-class KESTAN_EXPORT Tour : public AbstractFeature {
+/// How a tour goes by; for clients, which play it.
+enum TourMode { kTourInteractive = 0, kTourAutopilot = 1, kTourRealtime = 2 };
+
+/// A scripted flight: a list of what happens, one after the other.
+class KESTAN_EXPORT Tour final : public AbstractFeature {
 public:
   using ClassSchema = TourSchema;
   static const Schema& GetClassSchema();
+  Tour(const KmlId& id, const QString& baseUrl);
   ~Tour() override;
 
-  void accept(FeatureVisitor& visitor) override;
+  /// One of its own, empty at first, until another one takes its place.
+  Playlist* GetPlaylist() const { return playlist_.get(); }
+  TourMode GetTourMode() const { return static_cast<TourMode>(tourMode_); }
+  void SetTourMode(TourMode mode);
+  /// The sum of the durations of all that the list holds, in seconds; delays don't count.
+  double GetDuration() const;
 
-protected:
-  Tour(const Schema& schema, const KmlId& id, const QString& baseUrl);
+  void accept(FeatureVisitor& visitor) override;
+  // A tour has no geometry.
+  void Accept(GeometryVisitorConst*) const override {}
+  void Accept(GeometryVisitor*) override {}
+
+private:
+  friend class TourSchema;
+
+  RefPtr<Playlist> playlist_;
+  int tourMode_ = kTourInteractive;
 };
 
 } // namespace vorrel::kestan
