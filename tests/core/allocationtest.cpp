@@ -1,8 +1,8 @@
 // Counts what is allocated by way of operator new, the library's objects and lists among it.
 
-#include "kestan/core/objectobserver.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/observers.h"
 
 #include <cstdlib>
 #include <new>
@@ -32,19 +32,6 @@ namespace vorrel::kestan {
 
 using AllocationTest = KmlTest;
 
-namespace {
-
-class Ear final : public ObjectObserver {
-public:
-  using ObjectObserver::ObjectObserver;
-  void OnFieldChanged(const FieldChangedEvent&) override { ++heard; }
-  void OnSubFieldChanged(const SubFieldChangedEvent&) override { ++heard; }
-  void OnPreDelete(const PreDeleteEvent&) override { SetObserved(nullptr); }
-  int heard = 0;
-};
-
-} // namespace
-
 TEST_F(AllocationTest, AFieldChangeAllocatesNothing) {
   const ProbeSchema& fields = ProbeSchema::GetSingleton();
   struct Case {
@@ -71,15 +58,17 @@ TEST_F(AllocationTest, AFieldChangeAllocatesNothing) {
       probe->SetBit(kBitNotifySubField, c.reports);
     leaf->SetBit(kBitNotifySubField, c.reports);
     leaf->SetBit(kBitInheritedNotifySubField, c.reports);
-    Ear own(c.isObserved ? leaf.get() : nullptr);
-    Ear top(c.isTopObserved ? owners.back().get() : nullptr);
+    int heard = 0;
+    const auto listen = [&](const Field&) { ++heard; };
+    const OnChange own(c.isObserved ? leaf.get() : nullptr, listen);
+    const OnChange top(c.isTopObserved ? owners.back().get() : nullptr, listen);
     fields.count.SetTypedObject(*leaf, 1); // what the first dispatch makes is kept
-    own.heard = top.heard = 0;
+    heard = 0;
 
     const int before = t_allocations;
     fields.count.SetTypedObject(*leaf, 2);
     EXPECT_EQ(before, t_allocations);
-    EXPECT_EQ(c.heard, own.heard + top.heard);
+    EXPECT_EQ(c.heard, heard);
     EXPECT_EQ(c.reports && c.owners > 0,
               !owners.empty() && owners.back()->GetRevision() == leaf->GetRevision());
   }

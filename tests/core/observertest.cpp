@@ -1,11 +1,10 @@
 #include "kestan/core/bitguard.h"
-#include "kestan/core/creationobserver.h"
 #include "kestan/core/notificationdeferrer.h"
-#include "kestan/core/objectobserver.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/core/watcher.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/observers.h"
 
 #include <functional>
 #include <memory>
@@ -66,25 +65,6 @@ protected:
   Recorder c{probe.get(), 'c', log}; // the latest is told first
   Recorder b{probe.get(), 'b', log};
   Recorder a{probe.get(), 'a', log};
-};
-
-class Counter final : public CreationObserver {
-public:
-  using CreationObserver::CreationObserver;
-  int seen = 0;
-  void OnPostCreate(const Event&) override { ++seen; }
-};
-
-/// Does what a test wants for each new object.
-class Doer final : public CreationObserver {
-public:
-  using CreationObserver::CreationObserver;
-  std::function<void(const SchemaObject&)> deed;
-  void OnPostCreate(const Event& event) override {
-    const auto present = deed; // it may be the end of this observer
-    if (present)
-      present(*event.object);
-  }
 };
 
 } // namespace
@@ -207,8 +187,8 @@ TEST_F(NoticeTest, AClimbEndsWellWhateverIsDroppedOnItsWay) {
 }
 
 TEST_F(NoticeTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
-  Counter probes(Probe::GetClassSchema());
-  Counter all(SchemaObject::GetClassSchema());
+  OnCreate probes(Probe::GetClassSchema());
+  OnCreate all(SchemaObject::GetClassSchema());
   const auto first = Probe::Make();
   EXPECT_EQ(1, probes.seen);
   EXPECT_EQ(1, all.seen);
@@ -234,13 +214,13 @@ TEST_F(NoticeTest, CreationIsAnnouncedOnceAndDeferredToTheEndOfTheScope) {
 
 TEST_F(NoticeTest, CreationObserversComeAndGoWhileTheyAreTold) {
   Probe::Make();
-  std::unique_ptr<Counter> late;
-  auto first = std::make_unique<Doer>(Probe::GetClassSchema());
-  auto second = std::make_unique<Doer>(Probe::GetClassSchema());
-  Counter third(Probe::GetClassSchema());
+  std::unique_ptr<OnCreate> late;
+  auto first = std::make_unique<OnCreate>(Probe::GetClassSchema());
+  auto second = std::make_unique<OnCreate>(Probe::GetClassSchema());
+  OnCreate third(Probe::GetClassSchema());
   second->deed = [&](const SchemaObject&) {
     first.reset();
-    late = std::make_unique<Counter>(Probe::GetClassSchema());
+    late = std::make_unique<OnCreate>(Probe::GetClassSchema());
     second.reset();
   };
   Probe::Make();
@@ -250,7 +230,7 @@ TEST_F(NoticeTest, CreationObserversComeAndGoWhileTheyAreTold) {
 
 TEST_F(NoticeTest, DeferredNoticesMayBeAskedForWhileTheyAreGiven) {
   QString seen;
-  Doer eager(Probe::GetClassSchema());
+  OnCreate eager(Probe::GetClassSchema());
   eager.deed = [&](const SchemaObject& object) {
     seen += object.GetId();
     CreationObserver::NotifyDeferred();

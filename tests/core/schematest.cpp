@@ -1,10 +1,10 @@
 #include "kestan/core/schema.h"
 #include "kestan/core/bitfield.h"
-#include "kestan/core/creationobserver.h"
 #include "kestan/core/library.h"
 #include "kestan/link/abstractlink.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/observers.h"
 
 #include <cstdint>
 #include <functional>
@@ -77,6 +77,14 @@ TEST_F(SchemaTest, EveryClassWritesReadsAndClonesItsDefaultsAlike) {
   EXPECT_GT(classes, 8);
 }
 
+TEST_F(SchemaTest, TheFieldsOfAllElementsComeBackInTheirOrderUnderTheirNames) {
+  const QString text = QString::fromUtf8(ReadData("fields.kml"));
+  const auto document = ReadObject(text);
+  ASSERT_TRUE(document) << error().toStdString();
+  EXPECT_EQ(QStringList("Unknown element <Other>"), messages());
+  EXPECT_EQ(text, Write(*document));
+}
+
 TEST_F(SchemaTest, NamesLeadToFieldsThenToTheClassesThatFieldsAccept) {
   const Schema& schema = Probe::GetClassSchema();
   const ProbeSchema& fields = ProbeSchema::GetSingleton();
@@ -110,13 +118,8 @@ TEST_F(SchemaTest, ASchemaOfTheRunTimeHasRoomForItsFieldsAndMayGoBeforeThoseDeri
   EXPECT_TRUE(base->CreateInstance(KmlId("l", GetDocumentUrl()), "", nullptr))
       << "links can be derived from";
 
-  class Deaf final : public CreationObserver {
-  public:
-    using CreationObserver::CreationObserver;
-    void OnPostCreate(const Event&) override {}
-  };
   auto derived = std::make_unique<RunTimeSchema>("RunTimeLeaf", *base);
-  auto observer = std::make_unique<Deaf>(*base);
+  auto observer = std::make_unique<OnCreate>(*base);
   base.reset();
   observer.reset();
   derived.reset(); // which knew the observer too

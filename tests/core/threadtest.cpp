@@ -1,13 +1,11 @@
-#include "kestan/core/creationobserver.h"
 #include "kestan/core/notificationdeferrer.h"
-#include "kestan/core/objectobserver.h"
 #include "tests/core/probeschema.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/observers.h"
 #include "tests/support/workers.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 
 namespace vorrel::kestan {
 
@@ -18,20 +16,12 @@ namespace {
 constexpr int kWorkers = 3;
 constexpr int kObjects = 200;
 
-class Counter final : public CreationObserver {
-public:
-  using CreationObserver::CreationObserver;
-  void OnPostCreate(const Event&) override { ++seen; }
-
-  std::atomic<int> seen{0};
-};
-
 } // namespace
 
 TEST_F(CoreThreadTest, ObserversOfAClassComeAndGoWhileWorkersBuild) {
-  const Counter main(Probe::GetClassSchema());
-  const Counter anywhere(SchemaObject::GetClassSchema(), CreationObserver::kAnyThread);
-  std::vector<std::unique_ptr<Counter>> late;
+  const OnCreate main(Probe::GetClassSchema());
+  const OnCreate anywhere(SchemaObject::GetClassSchema(), CreationObserver::kAnyThread);
+  std::vector<std::unique_ptr<OnCreate>> late;
   std::array<std::vector<RefPtr<Probe>>, kWorkers> built;
   {
     Workers workers(kWorkers, [&](int number) {
@@ -40,10 +30,10 @@ TEST_F(CoreThreadTest, ObserversOfAClassComeAndGoWhileWorkersBuild) {
         built[static_cast<std::size_t>(number)].push_back(Probe::Make(QString::number(i)));
     });
     workers.Finish([&] {
-      const Counter brief(Probe::GetClassSchema());
+      const OnCreate brief(Probe::GetClassSchema());
       if (late.size() < 20)
         late.push_back(
-            std::make_unique<Counter>(Probe::GetClassSchema(), CreationObserver::kAnyThread));
+            std::make_unique<OnCreate>(Probe::GetClassSchema(), CreationObserver::kAnyThread));
       EXPECT_EQ(0, brief.seen);
     });
     EXPECT_EQ(0, main.seen); // the objects aren't the main thread's yet
@@ -56,22 +46,14 @@ TEST_F(CoreThreadTest, ObserversOfAClassComeAndGoWhileWorkersBuild) {
 }
 
 TEST_F(CoreThreadTest, ChangesOnAllThreadsAreNumberedOnceEach) {
-  class Revisions final : public ObjectObserver {
-  public:
-    using ObjectObserver::ObjectObserver;
-    void OnFieldChanged(const FieldChangedEvent& event) override {
-      seen.push_back(event.object.GetRevision());
-    }
-    void OnPreDelete(const PreDeleteEvent&) override {}
-    std::vector<std::uint32_t> seen;
-  };
   std::array<std::vector<std::uint32_t>, kWorkers> revisions;
   Workers(kWorkers, [&](int number) {
     const auto probe = Probe::Make();
-    Revisions listener(*probe);
+    auto& seen = revisions[static_cast<std::size_t>(number)];
+    const OnChange listener(probe.get(),
+                            [&](const Field&) { seen.push_back(probe->GetRevision()); });
     for (int i = 1; i <= kObjects; ++i)
       ProbeSchema::GetSingleton().count.SetTypedObject(*probe, i % 2);
-    revisions[static_cast<std::size_t>(number)] = listener.seen;
   });
   std::vector<std::uint32_t> all;
   for (const auto& own : revisions) {

@@ -1,9 +1,7 @@
 // Several values or children for one place of an object.
 
-#include "kestan/core/creationobserver.h"
 #include "kestan/core/enum.h"
 #include "kestan/core/enumfield.h"
-#include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
 #include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
@@ -14,6 +12,7 @@
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
 #include "tests/read/readtest.h"
+#include "tests/support/observers.h"
 
 #include <QRegularExpression>
 
@@ -41,7 +40,6 @@ protected:
     }
     return text.insert(text.indexOf('>'), namespaces_);
   }
-  static SchemaObject* Find(const QString& id) { return SchemaObject::find(GetDocumentUrl(), id); }
 
 private:
   QString namespaces_;
@@ -212,17 +210,15 @@ TEST_F(DisplacedTest, TheLastOneCountsAndTheOthersStandAheadOfIt) {
 }
 
 TEST_F(DisplacedTest, ATextThatGivesNoValueComesBackUntilTheFieldIsSet) {
-  const auto setWhen = [](SchemaObject& object) {
-    static_cast<TimeStamp&>(object).SetWhen(DateTime());
+  const auto setWhen = [](SchemaObject& o) { static_cast<TimeStamp&>(o).SetWhen(DateTime()); };
+  const auto setCoord = [](SchemaObject& o) {
+    static_cast<Point&>(o).SetCoord(static_cast<Point&>(o).GetCoord());
   };
-  const auto setCoord = [](SchemaObject& object) {
-    static_cast<Point&>(object).SetCoord(static_cast<Point&>(object).GetCoord());
+  const auto setMode = [](SchemaObject& o) {
+    static_cast<Geometry&>(o).SetAltitudeMode(kClampToGround);
   };
-  const auto setMode = [](SchemaObject& object) {
-    static_cast<Geometry&>(object).SetAltitudeMode(kClampToGround);
-  };
-  const auto addCoord = [](SchemaObject& object) {
-    static_cast<LineString&>(object).AddCoord(0, {0.0, 0.0, 0.0});
+  const auto addCoord = [](SchemaObject& o) {
+    static_cast<LineString&>(o).AddCoord(0, Vec3<double>(0.0, 0.0, 0.0));
   };
   struct Case {
     const char* text;
@@ -274,13 +270,13 @@ TEST_F(DisplacedTest, DisplacedChildrenAreFoundAndGoWithTheSet) {
   };
   EXPECT_EQ(2.0F, width(0));
   EXPECT_EQ(3.0F, width(1));
-  EXPECT_EQ(folder.get(), Find("a")->GetOwner(0));
+  EXPECT_EQ(folder.get(), ById("a")->GetOwner(0));
 
   const auto clone = folder->clone(true, nullptr);
   folder->SetInlineStyleSelector(nullptr);
-  EXPECT_EQ(nullptr, Find("c"));
+  EXPECT_EQ(nullptr, ById("c"));
   EXPECT_EQ(2.0F, width(0)); // held by the reference
-  EXPECT_FALSE(Find("a")->HasOwner(*folder));
+  EXPECT_FALSE(ById("a")->HasOwner(*folder));
   EXPECT_EQ(3, Write(*clone, kWriteNoHoist).count("<Style id="));
 }
 
@@ -289,7 +285,7 @@ TEST_F(DisplacedTest, ADisplacedChildMayGoElsewhere) {
       "<Placemark><LineString id=\"1\"/><LineString id=\"2\"/><Point id=\"3\"/></Placemark>";
   const auto placemark = Read<Placemark>(text);
   const RefPtr<Placemark> other(new Placemark(KmlId(), ""));
-  const RefPtr<Geometry> first(static_cast<Geometry*>(Find("1")));
+  const RefPtr<Geometry> first(ById<Geometry>("1"));
   EXPECT_EQ(placemark.get(), first->GetOwner(0));
   EXPECT_EQ(placemark->GetBaseUrl(), first->GetBaseUrl());
   other->SetGeometry(first.get());
@@ -297,50 +293,29 @@ TEST_F(DisplacedTest, ADisplacedChildMayGoElsewhere) {
   EXPECT_FALSE(Write(*placemark).contains("id=\"1\""));
 
   // Where it was displaced from, it displaces nothing.
-  placemark->SetGeometry(static_cast<Geometry*>(Find("2")));
-  EXPECT_EQ(placemark.get(), Find("2")->GetOwner(0));
-  EXPECT_EQ(nullptr, Find("3"));
+  placemark->SetGeometry(ById<Geometry>("2"));
+  EXPECT_EQ(placemark.get(), ById("2")->GetOwner(0));
+  EXPECT_EQ(nullptr, ById("3"));
   EXPECT_EQ("<Placemark><LineString id=\"2\"><coordinates></coordinates></LineString></Placemark>",
             Plain(Write(*placemark)));
 
   auto gone = Read<Placemark>(text);
-  const RefPtr<SchemaObject> kept(Find("2"));
+  const RefPtr<SchemaObject> kept(ById("2"));
   gone.reset();
   EXPECT_EQ(nullptr, kept->GetOwner(0));
 }
 
 TEST_F(DisplacedTest, AnObserverMayEditWhileOneIsDisplaced) {
   static RefPtr<Placemark> other;
-  const auto find = [](const char* id) { return static_cast<Geometry*>(Find(id)); };
   const std::function<void(Placemark&)> deeds[] = {
       [](Placemark& placemark) { placemark.SetGeometry(nullptr); },
       [](Placemark& placemark) {
         placemark.SetGeometry(RefPtr<Point>(new Point(KmlId("new", ""), "")).get());
       },
       [](Placemark& placemark) { other->SetGeometry(placemark.GetGeometry()); },
-      [&](Placemark&) { other->SetGeometry(find("1")); },
-      [&](Placemark& placemark) { placemark.SetGeometry(find("1")); },
+      [](Placemark&) { other->SetGeometry(ById<Geometry>("1")); },
+      [](Placemark& placemark) { placemark.SetGeometry(ById<Geometry>("1")); },
       [](Placemark& placemark) { placemark.copy(*other, true, nullptr); },
-  };
-  /// Watches a placemark from its beginning on, and edits it when its shape changes.
-  class Editor final : public CreationObserver, public ObjectObserver {
-  public:
-    Editor(const std::function<void(Placemark&)>& deed, int turn)
-        : CreationObserver(Placemark::GetClassSchema(), kAnyThread), ObjectObserver(nullptr),
-          deed_(deed), turn_(turn) {}
-    void OnPostCreate(const Event& event) override {
-      if (turn_ > 0)
-        SetObserved(event.object);
-    }
-    void OnFieldChanged(const FieldChangedEvent& event) override {
-      if (event.field.GetObjSchema() == &Geometry::GetClassSchema() && --turn_ == 0)
-        deed_(static_cast<Placemark&>(event.object));
-    }
-    void OnPreDelete(const PreDeleteEvent&) override {}
-
-  private:
-    const std::function<void(Placemark&)>& deed_;
-    int turn_;
   };
   for (std::size_t deed = 0; deed < std::size(deeds); ++deed) {
     for (const int turn : {1, 2, 3}) {
@@ -348,7 +323,18 @@ TEST_F(DisplacedTest, AnObserverMayEditWhileOneIsDisplaced) {
       other = Read<Placemark>("<Placemark><Point id=\"own\"/></Placemark>");
       RefPtr<Placemark> placemark;
       {
-        const Editor editor(deeds[deed], turn);
+        // Watches the placemark from its beginning on.
+        Placemark* read = nullptr;
+        int left = turn;
+        OnChange editor(nullptr, [&](const Field& field) {
+          if (field.GetObjSchema() == &Geometry::GetClassSchema() && --left == 0)
+            deeds[deed](*read);
+        });
+        OnCreate start(Placemark::GetClassSchema(), CreationObserver::kAnyThread);
+        start.deed = [&](SchemaObject& object) {
+          if (left > 0)
+            editor.SetObserved(read = static_cast<Placemark*>(&object));
+        };
         placemark = Read<Placemark>("<Placemark><Point id=\"1\"/><LineString id=\"2\"/>"
                                     "<name>n</name><Point id=\"3\"/></Placemark>");
       }

@@ -1,13 +1,12 @@
 #include "kestan/read/typedloadobserver.h"
 
-#include "kestan/core/objectobserver.h"
 #include "kestan/core/threadscope.h"
 #include "kestan/feature/abstractfeatureschema.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/host/pump.h"
-#include "kestan/read/loadobserverloader.h"
 #include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/observers.h"
 
 #include <functional>
 #include <memory>
@@ -18,15 +17,6 @@ namespace vorrel::kestan {
 namespace {
 
 constexpr char kStyles[] = "http://example.com/dir/styles.kml";
-
-class FakeLoader final : public LoadObserverLoader {
-public:
-  void RequestLoad(const QString& url) override { requested += url; }
-  bool HasLoadEnded(const QString& url) override { return ended.contains(url); }
-
-  QStringList requested;
-  QStringList ended;
-};
 
 } // namespace
 
@@ -52,6 +42,9 @@ protected:
       const ThreadScope scope;
       build();
     }).join();
+    RunPump();
+  }
+  static void RunPump() {
     while (Pump::Run(0) == 0.0) {
     }
   }
@@ -108,18 +101,14 @@ TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
 
 // Without worker threads too, and whenever the loader comes to know.
 TEST_F(LoadObserverTest, TheMainThreadLearnsByThePumpThatATargetWillNotCome) {
-  const auto pump = [] {
-    while (Pump::Run(0) == 0.0) {
-    }
-  };
   FakeLoader loader;
   const auto first = MakeReference("styles.kml#s");
   const auto other = MakeReference("other.kml#s");
-  pump();
+  RunPump();
   EXPECT_TRUE(IsWaiting(*first));
   ReadAt(kStyles, "<Document/>");
   loader.ended += kStyles; // behind the reading
-  pump();
+  RunPump();
   EXPECT_FALSE(IsWaiting(*first));
   EXPECT_TRUE(first->GetBit(kBitLoadFailed));
   EXPECT_FALSE(other->GetBit(kBitLoadFailed));
@@ -127,14 +116,14 @@ TEST_F(LoadObserverTest, TheMainThreadLearnsByThePumpThatATargetWillNotCome) {
   loader.requested.clear();
   const auto late = MakeReference("styles.kml#t");
   EXPECT_TRUE(loader.requested.isEmpty()) << "it was loaded";
-  pump();
+  RunPump();
   EXPECT_TRUE(late->GetBit(kBitLoadFailed));
 
   loader.ended += "http://example.com/dir/other.kml"; // a failed load
   LoadObserver::UpdateAllLater();
   LoadObserver::UpdateAllLater();
   EXPECT_FALSE(other->GetBit(kBitLoadFailed)) << "not before the pump runs";
-  pump();
+  RunPump();
   EXPECT_TRUE(other->GetBit(kBitLoadFailed));
 }
 
@@ -176,21 +165,10 @@ TEST_F(LoadObserverTest, AnotherClassIsNotTheTarget) {
 }
 
 TEST_F(LoadObserverTest, AReferenceMayChangeWhileItIsResolved) {
-  // Each placemark that is told takes the next one along.
-  class Chain final : public ObjectObserver {
-  public:
-    Chain(Placemark& watched, RefPtr<Placemark>& victim)
-        : ObjectObserver(watched), victim_(victim) {}
-    void OnFieldChanged(const FieldChangedEvent&) override { victim_.reset(); }
-    void OnPreDelete(const PreDeleteEvent&) override { Detach(); }
-
-  private:
-    RefPtr<Placemark>& victim_;
-  };
   auto first = MakeReference("styles.kml#s");
   auto second = MakeReference("styles.kml#s");
   const auto third = MakeReference("styles.kml#s");
-  Chain chain(*third, second); // told first
+  const OnChange chain(third.get(), [&](const Field&) { second.reset(); }); // told first
   const auto style = MakeStyle("s");
   EXPECT_FALSE(second);
   EXPECT_EQ(style.get(), StyleOf(*first));

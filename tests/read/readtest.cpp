@@ -25,11 +25,6 @@ void RecordingErrorHandler::OnParseError(ErrorReport& report) {
   report.sticky = sticky;
 }
 
-RefPtr<SchemaObject> Load(KmlHandler& handler, const QByteArray& text) {
-  return ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
-                               static_cast<std::size_t>(text.size()));
-}
-
 Parse::Parse(const QByteArray& text, int handling, IErrorHandler* errorHandler)
     : handler(QStringLiteral("http://example.com/a.kml"), 2, nullptr, nullptr, errorHandler) {
   KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(handling);

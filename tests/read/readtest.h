@@ -31,9 +31,6 @@ public:
   bool sticky = false;
 };
 
-/// Has the handler read the text.
-RefPtr<SchemaObject> Load(KmlHandler& handler, const QByteArray& text);
-
 /// A parse with its own handler, under the setting `handling`.
 struct Parse {
   Parse(const QByteArray& text, int handling, IErrorHandler* errorHandler = nullptr);

@@ -35,19 +35,14 @@ RefPtr<SchemaObject> KmlTest::ReadObject(const QByteArray& text) {
   messages_.clear();
   const RefPtr<Listener> listener(new Listener(messages_));
   KmlHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, listener.get());
-  RefPtr<SchemaObject> object =
-      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
-                            static_cast<std::size_t>(text.size()));
+  RefPtr<SchemaObject> object = Load(handler, text);
   error_ = handler.GetErrorText();
   return object;
 }
 
 RefPtr<SchemaObject> KmlTest::ReadAt(const QString& url, const QString& text) {
-  const QByteArray bytes = text.toUtf8();
   KmlHandler handler(url, 2, nullptr, nullptr, nullptr);
-  RefPtr<SchemaObject> object =
-      ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(bytes.constData()),
-                            static_cast<unsigned>(bytes.size()));
+  RefPtr<SchemaObject> object = Load(handler, text.toUtf8());
   EXPECT_TRUE(object) << handler.GetErrorText().toStdString();
   return object;
 }
@@ -81,6 +76,11 @@ QByteArray KmlTest::ReadData(const QString& name) {
     ADD_FAILURE() << "no test data " << name.toStdString();
   }
   return file.readAll();
+}
+
+RefPtr<SchemaObject> Load(KmlHandler& handler, const QByteArray& text) {
+  return ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(text.constData()),
+                               static_cast<std::size_t>(text.size()));
 }
 
 QString Element(const QString& xml, const QString& name) {

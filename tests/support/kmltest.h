@@ -13,6 +13,8 @@
 
 namespace vorrel::kestan {
 
+class KmlHandler;
+
 /// Starts and stops the library around each test, and turns KML into objects and back.
 class KmlTest : public testing::Test {
 protected:
@@ -36,7 +38,7 @@ protected:
   template <class T> RefPtr<T> Read(const QString& text) { return Read<T>(text.toUtf8()); }
   template <class T> RefPtr<T> Read(const char* text) { return Read<T>(QByteArray(text)); }
 
-  /// Reads a document under a URL of its own; a refused one fails the test.
+  /// Reads a document under a URL of its own; a refused one fails the test. Any thread.
   static RefPtr<SchemaObject> ReadAt(const QString& url, const QString& text);
 
   /// The object as a KML document; a failure fails the test.
@@ -53,6 +55,13 @@ protected:
   /// Why the last document was refused; empty when it wasn't.
   const QString& error() const { return error_; }
 
+  /// The object of this id in the document that was read.
+  template <class T = SchemaObject> static T* ById(const QString& id) {
+    return static_cast<T*>(SchemaObject::find(GetDocumentUrl(), id));
+  }
+  /// The text without line ends and indentation.
+  static QString Squeezed(QString text) { return text.remove('\n').remove('\t'); }
+
   static QString GetDocumentUrl() { return QStringLiteral("http://example.com/dir/doc.kml"); }
   /// Contents of a file in `tests/data`.
   static QByteArray ReadData(const QString& name);
@@ -63,6 +72,9 @@ private:
   QStringList messages_;
   QString error_;
 };
+
+/// Has the handler read the text.
+RefPtr<SchemaObject> Load(KmlHandler& handler, const QByteArray& text);
 
 /// The first element of this name in `xml`, tags included; empty when there's none.
 QString Element(const QString& xml, const QString& name);
