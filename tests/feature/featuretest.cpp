@@ -1,11 +1,19 @@
 #include "kestan/feature/abstractfeatureschema.h"
+#include "kestan/feature/channel.h"
+#include "kestan/feature/document.h"
+#include "kestan/feature/featurevisitor.h"
 #include "kestan/feature/folder.h"
+#include "kestan/feature/globe.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/feature/planet.h"
 #include "kestan/feature/visibilityobserver.h"
+#include "kestan/feature/window.h"
+#include "kestan/geometry/point.h"
 #include "kestan/style/style.h"
 #include "tests/feature/faketime.h"
 #include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/observers.h"
 
 #include <cmath>
 #include <limits>
@@ -30,95 +38,7 @@ RefPtr<Placemark> MakePlacemark(const QString& name) {
   return placemark;
 }
 
-class VisibilityLog final : public AbstractFeature::VisibilityObserver {
-public:
-  void OnVisibilityChanged(const Event& event) override { names_ += event.feature.GetName(); }
-  QString take() { return std::exchange(names_, QString()); }
-
-private:
-  QString names_;
-};
-
-/// Empties and drops a folder as soon as a feature in it changes.
-class Remover final : public ObjectObserver {
-public:
-  Remover(AbstractFeature& watched, RefPtr<Folder>& folder)
-      : ObjectObserver(watched), folder_(folder) {}
-  void OnFieldChanged(const FieldChangedEvent&) override {
-    if (done_)
-      return;
-    done_ = true;
-    while (folder_->GetChildCount() > 0)
-      folder_->RemChild(0);
-    folder_.reset();
-  }
-  void OnPreDelete(const PreDeleteEvent&) override { SetObserved(nullptr); }
-
-private:
-  RefPtr<Folder>& folder_;
-  bool done_ = false;
-};
-
 } // namespace
-
-TEST_F(FeatureTest, PlainFieldsComeBackInTheirOrderExceptDefaultsAndOpacity) {
-  const QString kml =
-      "<Placemark xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\">"
-      "<gx:balloonVisibility>%2</gx:balloonVisibility><styleUrl>#s</styleUrl>"
-      "<description>d</description><open>%2</open><visibility>%1</visibility>"
-      "<phoneNumber>p</phoneNumber><address>a</address><name>n</name><opacity>0.5</opacity>"
-      "</Placemark>";
-  const auto feature = Read<Placemark>(kml.arg(0).arg(1));
-  ASSERT_TRUE(feature);
-  EXPECT_EQ(0.5F, feature->GetOpacity());
-  const QString text = Write(*feature).remove('\n').remove('\t');
-  EXPECT_TRUE(text.contains("<Placemark><name>n</name><visibility>0</visibility><open>1</open>"
-                            "<address>a</address><phoneNumber>p</phoneNumber>"
-                            "<description>d</description><styleUrl>#s</styleUrl>"
-                            "<gx:balloonVisibility>1</gx:balloonVisibility></Placemark>"))
-      << text.toStdString();
-  const QString defaults = Write(*Read<Placemark>(kml.arg(1).arg(0)));
-  for (const char* name : {"visibility", "open", "gx:balloonVisibility", "opacity"})
-    EXPECT_EQ("", Element(defaults, name)) << name;
-}
-
-TEST_F(FeatureTest, ChildrenOfAllKindsAreKept) {
-  const QString kept[] = {
-      "<LookAt><longitude>1</longitude></LookAt>",
-      "<TimeStamp><when>2007</when></TimeStamp>",
-      "<Style><LineStyle><width>2</width></LineStyle></Style>",
-      "<Region><Lod><minLodPixels>8</minLodPixels></Lod></Region>",
-      "<ExtendedData><Data name=\"a\"><value>1</value></Data></ExtendedData>",
-      "<StyleSelector><x>1</x></StyleSelector>",
-  };
-  for (const QString& content : kept) {
-    SCOPED_TRACE(content.toStdString());
-    const auto feature = Read<Placemark>("<Placemark><name>n</name>" + content + "</Placemark>");
-    ASSERT_TRUE(feature);
-    EXPECT_TRUE(Write(*feature).remove('\n').remove('\t').contains(content));
-  }
-}
-
-TEST_F(FeatureTest, SettersTellOfChangesOnly) {
-  const auto feature = MakePlacemark("a");
-  FieldLog log(*feature);
-  feature->SetName("a");
-  feature->SetIsOpen(false);
-  feature->SetVisibility(true);
-  feature->SetStyleMode(0);
-  feature->SetHiddenByLod(false);
-  EXPECT_EQ("", log.take());
-  feature->SetName("\xc3\xa4", true);
-  EXPECT_EQ(QString(QChar(0xe4)), feature->GetName());
-  feature->SetIsOpen(true);
-  feature->SetStyleMode(1);
-  feature->SetStyleUrl("#x");
-  EXPECT_EQ("name open styleMode styleUrl", log.take());
-  feature->SetHiddenByLod(true);
-  EXPECT_FALSE(feature->isVisible());
-  EXPECT_TRUE(feature->GetVisibility());
-  EXPECT_NE("", log.take());
-}
 
 TEST_F(FeatureTest, HidingAFolderHidesWhatIsBelowAndKeepsItsWishes) {
   const auto folder = Read<Folder>("<Folder><Folder><Placemark><name>a</name></Placemark>"
@@ -144,14 +64,29 @@ TEST_F(FeatureTest, HidingAFolderHidesWhatIsBelowAndKeepsItsWishes) {
   EXPECT_TRUE(a->isVisible());
   EXPECT_TRUE(b->isVisible());
 
+  a->SetHiddenByLod(true);
+  EXPECT_FALSE(a->isVisible());
+  EXPECT_TRUE(a->GetVisibility());
+
   folder->SetVisibility(false);
+  Fields().opacity.SetTypedObject(*folder, 0.5F);
   inner->SetParent(nullptr);
-  EXPECT_TRUE(inner->isVisible()) << "without a folder only its own wish counts";
+  float opacity = 0;
+  EXPECT_TRUE(inner->isVisible(&opacity)) << "without a folder only its own wish counts";
+  EXPECT_EQ(1.0F, opacity);
 }
 
 TEST_F(FeatureTest, ForceVisibleOverridesAndTellsTheObserversAlways) {
-  const auto feature = MakePlacemark("a");
+  class VisibilityLog final : public AbstractFeature::VisibilityObserver {
+  public:
+    void OnVisibilityChanged(const Event& event) override { names_ += event.feature.GetName(); }
+    QString take() { return std::exchange(names_, QString()); }
+
+  private:
+    QString names_;
+  };
   VisibilityLog visibility;
+  const auto feature = MakePlacemark("a");
   FieldLog log(*feature);
   feature->SetForceVisible(true);
   EXPECT_EQ("a", visibility.take());
@@ -165,20 +100,6 @@ TEST_F(FeatureTest, ForceVisibleOverridesAndTellsTheObserversAlways) {
   feature->SetForceVisible(false);
   EXPECT_FALSE(feature->isVisible());
   EXPECT_EQ("visibility", log.take());
-}
-
-TEST_F(FeatureTest, OpacityMultipliesDownTheTree) {
-  const auto folder =
-      Read<Folder>("<Folder><opacity>0.5</opacity><Folder><opacity>0.5</opacity><Placemark/>"
-                   "</Folder></Folder>");
-  ASSERT_TRUE(folder);
-  const RefPtr<Folder> inner(static_cast<Folder*>(folder->GetChild(0)));
-  float opacity = 0;
-  inner->GetChild(0)->isVisible(&opacity);
-  EXPECT_EQ(0.25F, opacity);
-  inner->SetParent(nullptr);
-  inner->isVisible(&opacity);
-  EXPECT_EQ(0.5F, opacity);
 }
 
 TEST_F(FeatureTest, AnOpacityThatIsNoNumberEndsItsUpdates) {
@@ -239,29 +160,17 @@ TEST_F(FeatureTest, TimeRangesCoverVisibleFeatures) {
   EXPECT_EQ("2008-01-01T00:00:00Z", begin.ToString());
 }
 
-TEST_F(FeatureTest, AnObserverMayTakeTheTreeApart) {
-  auto folder = MakeFolder("f");
-  for (int i = 0; i < 3; ++i)
-    folder->AddChild(*MakePlacemark(QString::number(i)));
-  Remover remover(*folder->GetChild(0), folder);
-  folder->SetVisibility(false);
-  EXPECT_FALSE(folder);
-}
-
 TEST_F(FeatureTest, SiblingsAndAncestors) {
-  const auto top = Read<Folder>("<Folder><Folder><Placemark/><Placemark/></Folder></Folder>");
-  const auto* folder = static_cast<Folder*>(top->GetChild(0));
-  const AbstractFeature* a = folder->GetChild(0);
-  const AbstractFeature* b = folder->GetChild(1);
-  EXPECT_EQ(nullptr, top->GetNextSiblingNode());
+  const auto top = Read<Folder>("<Folder><Folder id='a'/><Placemark id='b'/></Folder>");
+  const auto* a = ById<Folder>("a");
+  const auto* b = ById<Placemark>("b");
   EXPECT_EQ(b, a->GetNextSiblingNode());
   EXPECT_EQ(a, b->GetPreviousSiblingNode());
-  EXPECT_EQ(nullptr, a->GetPreviousSiblingNode());
-  EXPECT_EQ(nullptr, b->GetNextSiblingNode());
-  EXPECT_TRUE(a->IsDescendantOf(*top));
-  EXPECT_FALSE(top->IsDescendantOf(*top));
-  EXPECT_TRUE(top->IsSelfOrDescendantOf(*top));
-  EXPECT_FALSE(top->IsSelfOrDescendantOf(*folder));
+  for (const AbstractFeature* end :
+       {a->GetPreviousSiblingNode(), b->GetNextSiblingNode(), top->GetNextSiblingNode()})
+    EXPECT_EQ(nullptr, end);
+  EXPECT_TRUE(a->IsDescendantOf(*top) && top->IsSelfOrDescendantOf(*top));
+  EXPECT_FALSE(top->IsDescendantOf(*top) || top->IsSelfOrDescendantOf(*a));
 }
 
 TEST_F(FeatureTest, EntityReplacement) {
@@ -324,7 +233,9 @@ TEST_F(FeatureTest, SharedStylesAreBoundByReference) {
 
 TEST_F(FeatureTest, ClientStates) {
   const auto feature = MakePlacemark("a");
-  const int sequence[][2] = {{1, 1}, {2, 2}, {0, 0}, {7, 0}, {1, 1}, {-1, 1}};
+  feature->SetName("\xc3\xa4", true);
+  EXPECT_EQ(QString(QChar(0xe4)), feature->GetName());
+  const int sequence[][2] = {{2, 2}, {7, 2}, {1, 1}, {-1, 1}};
   for (const auto& step : sequence) {
     feature->SetProcessingMode(step[0]);
     EXPECT_EQ(step[1], feature->GetProcessingMode());
@@ -340,6 +251,64 @@ TEST_F(FeatureTest, ClientStates) {
   const QString home("http://maps.vorrel.com/x");
   EXPECT_TRUE(RefPtr<Placemark>(new Placemark(KmlId("zUnique1", home), ""))->GetBit(kBitUnique));
   EXPECT_FALSE(RefPtr<Placemark>(new Placemark(KmlId("Unique1", home), ""))->GetBit(kBitUnique));
+}
+
+TEST_F(FeatureTest, AShapeWithTimesMakesThePlacemarkTimed) {
+  const auto placemark = Placemark::CreatePlacemark();
+  const RefPtr<Point> timed(new Point(KmlId(), QString()));
+  timed->SetBit(kBitTrack, true);
+  placemark->SetGeometry(timed.get());
+  EXPECT_TRUE(placemark->IsTimedFeature());
+  EXPECT_TRUE(placemark->GetBit(kBitTimedFeature));
+  placemark->SetGeometry(RefPtr<Point>(new Point(KmlId(), QString())).get());
+  EXPECT_FALSE(placemark->GetBit(kBitTimedFeature));
+  placemark->SetTimePrimitive(RefPtr<FakeTime>(new FakeTime("2007")).get());
+  placemark->SetGeometry(nullptr);
+  EXPECT_TRUE(placemark->GetBit(kBitTimedFeature));
+}
+
+TEST_F(FeatureTest, VisitsClimbToTheBasesUnlessToldNotTo) {
+  class ClimbLog final : public FeatureVisitor {
+  public:
+    using FeatureVisitor::visit;
+    void visit(AbstractFolder& folder) override {
+      text_ += "F";
+      FeatureVisitor::visit(folder);
+    }
+    void visit(AbstractFeature& feature) override {
+      text_ += "*";
+      FeatureVisitor::visit(feature);
+    }
+    void visit(Placemark& placemark) override {
+      text_ += "P";
+      FeatureVisitor::visit(placemark);
+    }
+    bool ShouldVisitBaseClass(AbstractFeature&) override { return climbs_; }
+
+    bool climbs_ = true;
+    QString text_;
+  };
+  const KmlId none;
+  struct Case {
+    RefPtr<AbstractFeature> feature;
+    const char* climbing;
+    const char* exact;
+  };
+  const Case cases[] = {
+      {new Placemark(none, ""), "P*", "P"}, {new Folder(none, ""), "F*", ""},
+      {new Document(none, ""), "F*", ""},   {new Channel(none, ""), "F*", ""},
+      {new Globe(none, ""), "F*", "F"},     {new Planet(none, ""), "*", "*"},
+      {new Window(none, ""), "*", "*"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.feature->getType().toStdString());
+    ClimbLog log;
+    c.feature->accept(log);
+    EXPECT_EQ(c.climbing, std::exchange(log.text_, QString()));
+    log.climbs_ = false;
+    c.feature->accept(log);
+    EXPECT_EQ(c.exact, log.text_);
+  }
 }
 
 } // namespace vorrel::kestan

@@ -11,6 +11,7 @@
 #include "kestan/feature/schemaobjectlist.h"
 #include "kestan/geometry/multilinestring.h"
 #include "kestan/geometry/polygon.h"
+#include "kestan/style/style.h"
 #include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
 
@@ -45,6 +46,10 @@ template <class T> RefPtr<T> Fill(const QString& names) {
   for (const QChar name : names)
     folder->AddChild(*MakePlacemark(name));
   return folder;
+}
+
+RefPtr<Style> MakeStyle(const QString& id) {
+  return RefPtr<Style>(new Style(KmlId(id, "file:///dir/doc.kml"), QString()));
 }
 
 } // namespace
@@ -130,19 +135,6 @@ TEST_F(FolderTest, SortingKeepsTheOrderOfEqualNames) {
   EXPECT_EQ("", log.take());
 }
 
-TEST_F(FolderTest, FindingByElementName) {
-  const auto folder = Read<Folder>("<Folder><Placemark><Point/></Placemark><Folder><Placemark/>"
-                                   "</Folder></Folder>");
-  ASSERT_TRUE(folder);
-  const std::pair<const char*, std::size_t> counts[] = {
-      {"Placemark", 2}, {"Point", 3}, {"Folder", 4}, {"Nothing", 4}}; // itself doesn't count
-  mmvector<SchemaObject*> found;
-  for (const auto& [name, count] : counts) {
-    folder->GetElementsBySchema(name, found);
-    EXPECT_EQ(count, found.size()) << name;
-  }
-}
-
 TEST_F(FolderTest, AFolderOutsideTheTreeCanBeHiddenAsAWhole) {
   const auto folder = Read<Folder>("<Folder><Folder><Placemark/></Folder></Folder>");
   ASSERT_TRUE(folder);
@@ -213,6 +205,49 @@ TEST_F(FolderTest, APlanetIsNeverWritten) {
   folder->AddChild(*planet);
   EXPECT_FALSE(Write(*folder).contains("Planet"));
   EXPECT_EQ(0U, planet->GetAccess());
+}
+
+TEST_F(FolderTest, AStyleWithoutAnIdBecomesTheDocumentsOwn) {
+  const RefPtr<Document> document(new Document(KmlId(), QString()));
+  const auto named = MakeStyle("a");
+  const auto anonymous = MakeStyle("");
+  EXPECT_TRUE(document->AddStyleSelector(*named));
+  EXPECT_FALSE(document->AddStyleSelector(*named));
+  EXPECT_TRUE(document->AddStyleSelector(*anonymous));
+  EXPECT_EQ(1, document->GetStyleSelectorCount());
+  EXPECT_EQ(named.get(), document->GetStyleSelector(0));
+  EXPECT_EQ(anonymous.get(), document->GetInlineStyleSelector());
+  EXPECT_TRUE(anonymous->HasOwner(*document));
+}
+
+TEST_F(FolderTest, AStyleThatComesIntoADocumentLeavesTheOther) {
+  const RefPtr<Document> home(new Document(KmlId(), QString()));
+  const RefPtr<Document> other(new Document(KmlId(), QString()));
+  const auto shared = MakeStyle("s");
+  const auto own = MakeStyle("o");
+  home->AddStyleSelector(*MakeStyle("a"));
+  home->AddStyleSelector(*shared);
+  other->AddStyleSelector(*own);
+  other->SetReferencedStyleSelector(shared.get());
+  EXPECT_EQ(-1, other->FindStyleSelector(*shared)) << "it only refers to it";
+  EXPECT_FALSE(other->RemStyleSelector(*shared));
+  EXPECT_EQ(own.get(), other->GetStyleSelector(0));
+
+  EXPECT_TRUE(other->InsertStyleSelector(7, *shared)) << "beyond the end";
+  EXPECT_FALSE(other->AddStyleSelector(*shared));
+  EXPECT_TRUE(other->InsertStyleSelector(0, *shared));
+  EXPECT_EQ(-1, home->FindStyleSelector(*shared)) << "it has left";
+  EXPECT_EQ(1, home->GetStyleSelectorCount());
+  EXPECT_EQ("a", home->GetStyleSelector(0)->GetId());
+  EXPECT_EQ(0, other->FindStyleSelector(*shared));
+}
+
+TEST_F(FolderTest, OwnerDocumentIsTheNearest) {
+  const auto outer = Read<Document>("<Document><Document id='inner'><Folder><Placemark>"
+                                    "<Point id='p'/></Placemark></Folder></Document></Document>");
+  ASSERT_TRUE(outer);
+  EXPECT_EQ(SchemaObject::find(GetDocumentUrl(), "inner"),
+            SchemaObject::find(GetDocumentUrl(), "p")->GetOwnerDocument());
 }
 
 } // namespace vorrel::kestan

@@ -1,7 +1,6 @@
 // What an observer may do in the middle of an operation: anything, to any object.
 
 #include "kestan/core/childfield.h"
-#include "kestan/core/objectobserver.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/watcher.h"
 #include "kestan/feature/abstractfeatureschema.h"
@@ -13,12 +12,12 @@
 #include "kestan/geometry/multigeometry.h"
 #include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
-#include "kestan/read/loadobserverloader.h"
 #include "kestan/style/iconstyle.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
 #include "kestan/style/stylemappair.h"
 #include "tests/support/kmltest.h"
+#include "tests/support/observers.h"
 
 #include <QRegularExpression>
 
@@ -66,61 +65,44 @@ class LifetimeTest : public KmlTest {
 protected:
   LifetimeTest() { mallopt(M_PERTURB, 0x5A); }
   ~LifetimeTest() override { mallopt(M_PERTURB, 0); }
-
-  template <class T> T* Get(const char* id) {
-    return static_cast<T*>(SchemaObject::find(GetDocumentUrl(), id));
-  }
 };
 
 } // namespace
 
 TEST_F(LifetimeTest, NoOperationTouchesWhatItsNoticeHasEnded) {
-  const auto get = [](auto* type, const char* id) {
-    return static_cast<decltype(type)>(SchemaObject::find(GetDocumentUrl(), id));
-  };
-  Document* const document = nullptr;
-  Folder* const folder = nullptr;
-  Placemark* const placemark = nullptr;
-  MultiGeometry* const shapes = nullptr;
-  LineString* const line = nullptr;
-  Polygon* const area = nullptr;
-  Style* const style = nullptr;
-  StyleMap::Pair* const pair = nullptr;
   const std::function<void()> operations[] = {
-      [&] { get(line, "line")->SetCoordCount(5); },
-      [&] { get(line, "line")->SetTessellate(true); },
+      [&] { ById<LineString>("line")->SetCoordCount(5); },
+      [&] { ById<LineString>("line")->SetTessellate(true); },
+      [&] { ById<LineString>("outer")->AddCoord(-1, Vec3<double>(0.1, 0.1, 0.0)); },
+      [&] { ById<MultiGeometry>("shapes")->SetExtrude(true); },
+      [&] { ById<MultiGeometry>("shapes")->SetAltitudeMode(kAbsolute); },
+      [&] { ById<MultiGeometry>("shapes")->SetAltitude(3.0); },
+      [&] { ById<Polygon>("area")->SetAltitude(3.0); },
+      [&] { ById<Polygon>("area")->MakeCounterClockwise(); },
+      [&] { ById<Placemark>("p")->SetGeometry(ById<MultiGeometry>("shapes")); },
+      [&] { ById<Placemark>("r")->SetGeometry(ById<Polygon>("area")); },
+      [&] { ById<Placemark>("p")->SetSnippetIfExists(QStringLiteral("y")); },
+      [&] { ById<Placemark>("p")->InlineStyle(); },
       [&] {
-        get(line, "outer")->AddCoord(-1, {0.1, 0.1, 0.0});
+        ById<Document>("doc")->AddStyleSelector(*RefPtr<Style>(new Style(KmlId(), QString())));
       },
-      [&] { get(shapes, "shapes")->SetExtrude(true); },
-      [&] { get(shapes, "shapes")->SetAltitudeMode(kAbsolute); },
-      [&] { get(shapes, "shapes")->SetAltitude(3.0); },
-      [&] { get(area, "area")->SetAltitude(3.0); },
-      [&] { get(area, "area")->MakeCounterClockwise(); },
-      [&] { get(placemark, "p")->SetGeometry(get(shapes, "shapes")); },
-      [&] { get(placemark, "r")->SetGeometry(get(area, "area")); },
-      [&] { get(placemark, "p")->SetSnippetIfExists(QStringLiteral("y")); },
-      [&] { get(placemark, "p")->InlineStyle(); },
+      [&] { ById<Placemark>("r")->InlineStyle(); },
+      [&] { ById<Placemark>("p")->SetStyleUrl(QString()); },
+      [&] { ById<Placemark>("r")->SetStyleUrl(QStringLiteral("#s")); },
+      [&] { ById<Placemark>("p")->SetParent(ById<Folder>("g")); },
+      [&] { ById<Folder>("f")->SetVisibility(false); },
+      [&] { ById<Folder>("f")->InsertChild(0, *ById<Placemark>("r")); },
+      [&] { AbstractFolder::MoveAllChildren(ById<Folder>("f"), ById<Folder>("g")); },
+      [&] { ById<Folder>("f")->copy(*ById<Folder>("g"), false, nullptr); },
+      [&] { ById<Placemark>("r")->copy(*ById<Placemark>("p"), true, nullptr); },
+      [&] { ById<StyleMap::Pair>("pair")->SetStyleUrl(QString()); },
+      [&] { ById<StyleMap::Pair>("pair")->SetStyleUrl(QStringLiteral("#m")); },
+      [&] { ById<Style>("s")->GetIconStyle()->SetIcon(nullptr); },
+      [&] { ById<Style>("s")->fromString(QString()); },
       [&] {
-        get(document, "doc")->AddStyleSelector(*RefPtr<Style>(new Style(KmlId(), QString())));
-      },
-      [&] { get(placemark, "r")->InlineStyle(); },
-      [&] { get(placemark, "p")->SetStyleUrl(QString()); },
-      [&] { get(placemark, "r")->SetStyleUrl(QStringLiteral("#s")); },
-      [&] { get(placemark, "p")->SetParent(get(folder, "g")); },
-      [&] { get(folder, "f")->SetVisibility(false); },
-      [&] { get(folder, "f")->InsertChild(0, *get(placemark, "r")); },
-      [&] { AbstractFolder::MoveAllChildren(get(folder, "f"), get(folder, "g")); },
-      [&] { get(folder, "f")->copy(*get(folder, "g"), false, nullptr); },
-      [&] { get(placemark, "r")->copy(*get(placemark, "p"), true, nullptr); },
-      [&] { get(pair, "pair")->SetStyleUrl(QString()); },
-      [&] { get(pair, "pair")->SetStyleUrl(QStringLiteral("#m")); },
-      [&] { get(style, "s")->GetIconStyle()->SetIcon(nullptr); },
-      [&] { get(style, "s")->fromString(QString()); },
-      [&] {
-        get(style, "s")
+        ById<Style>("s")
             ->FindField(QStringLiteral("geomColor"), Namespace::kKml, nullptr)
-            ->fromString(*get(style, "s"), nullptr, nullptr, QStringLiteral("ff00ff00"), -1,
+            ->fromString(*ById<Style>("s"), nullptr, nullptr, QStringLiteral("ff00ff00"), -1,
                          nullptr);
       },
   };
@@ -136,10 +118,10 @@ TEST_F(LifetimeTest, NoOperationTouchesWhatItsNoticeHasEnded) {
         root->FindBySchema(SchemaObject::GetClassSchema(), all);
         for (SchemaObject* object : all)
           object->SetBit(kBitNotifySubField, true);
-        const Once observer(SchemaObject::find(GetDocumentUrl(), id), [&] {
+        const Once observer(ById(id), [&] {
           if (drop == 0)
             root.reset();
-          SchemaObject* const object = root ? SchemaObject::find(GetDocumentUrl(), id) : nullptr;
+          SchemaObject* const object = root ? ById(id) : nullptr;
           SchemaObject* const owner = object ? object->GetHome() : nullptr;
           if (owner && drop == 1)
             owner->stolen(*object);
@@ -192,7 +174,7 @@ TEST_F(LifetimeTest, WhatDiesIsNeitherFoundNorBoundNorOwned) {
   SchemaObject* found = placemark.get();
   bool isTaken = true;
   const Once observer(placemark->GetInlineStyleSelector(), [&] {
-    found = SchemaObject::find(GetDocumentUrl(), QStringLiteral("own"));
+    found = ById("own");
     awaited = new Style(KmlId(QStringLiteral("s"), GetDocumentUrl()), GetDocumentUrl());
   });
   SchemaObject* const raw = placemark.get();
@@ -223,62 +205,46 @@ TEST_F(LifetimeTest, WhatIsRescuedFromADeepEndLivesOn) {
           QStringLiteral("</Folder>").repeated(kLevels);
   auto root = Read<Folder>(text);
   RefPtr<SchemaObject> kept;
-  Watcher<Folder> deep(Get<Folder>("n60"));
-  const Once observer(Get<Folder>("n50"),
-                      [&] { kept = SchemaObject::find(GetDocumentUrl(), "leaf"); });
+  Watcher<Folder> deep(ById<Folder>("n60"));
+  const Once observer(ById<Folder>("n50"), [&] { kept = ById("leaf"); });
   root.reset();
   EXPECT_EQ(nullptr, deep.get());
   ASSERT_TRUE(kept);
   EXPECT_EQ(1, kept->GetRefCount());
   EXPECT_EQ(nullptr, kept->GetHome());
-  EXPECT_EQ(kept.get(), Get<Point>("dot")->GetFeature());
+  EXPECT_EQ(kept.get(), ById<Point>("dot")->GetFeature());
 }
 
 TEST_F(LifetimeTest, AReferenceIsAskedForOnce) {
-  class Loader final : public LoadObserverLoader {
-  public:
-    int requests = 0;
-    void RequestLoad(const QString&) override { ++requests; }
-    bool HasLoadEnded(const QString&) override { return false; }
-  };
-  auto loader = std::make_unique<Loader>();
+  auto loader = std::make_unique<FakeLoader>();
   const auto placemark = Read<Placemark>("<Placemark><styleUrl>far.kml#s</styleUrl></Placemark>");
   for (int i = 0; i < 3; ++i)
     AbstractFeatureSchema::GetSingleton().styleUrl.SetTypedObject(*placemark, "far.kml#s");
-  EXPECT_EQ(1, loader->requests);
+  EXPECT_EQ(1, loader->requested.size());
   placemark->SetStyleUrl(QStringLiteral("other.kml#s"));
-  EXPECT_EQ(2, loader->requests);
-  auto next = std::make_unique<Loader>();
+  EXPECT_EQ(2, loader->requested.size());
+  auto next = std::make_unique<FakeLoader>();
   loader.reset(); // not the present one any more
   placemark->SetStyleUrl(QStringLiteral("third.kml#s"));
-  EXPECT_EQ(1, next->requests);
+  EXPECT_EQ(1, next->requested.size());
 }
 
 TEST_F(LifetimeTest, AListMayBeChangedWhileItIsCopied) {
   const auto source = Read<LineString>("<LineString><coordinates>1,2,3 4,5,6 7,8,9</coordinates>"
                                        "</LineString>");
   const auto line = Read<LineString>("<LineString/>");
-  class Cutter final : public ObjectObserver {
-  public:
-    using ObjectObserver::ObjectObserver;
-    void OnFieldChanged(const FieldChangedEvent& event) override {
-      auto& changed = static_cast<LineString&>(event.object);
-      if (event.field.GetName() == QLatin1String("coordinates") && changed.GetCoordCount() > 1)
-        changed.SetCoords(&one_, 1);
-    }
-    void OnPreDelete(const PreDeleteEvent&) override {}
-
-  private:
-    const Vec3<double> one_{0.0, 0.0, 0.0};
-  };
-  const Cutter observer(line.get());
+  const Vec3<double> one(0.0, 0.0, 0.0);
+  const OnChange observer(line.get(), [&](const Field& field) {
+    if (field.GetName() == QLatin1String("coordinates") && line->GetCoordCount() > 1)
+      line->SetCoords(&one, 1);
+  });
   line->copy(*source, true, nullptr);
   EXPECT_EQ(1, line->GetCoordCount()) << "the last word";
 }
 
 TEST_F(LifetimeTest, AChildStandsInOnePlace) {
   const auto document = Read<Document>(kTree);
-  Polygon& area = *Get<Polygon>("area");
+  Polygon& area = *ById<Polygon>("area");
   LinearRing* const outer = area.GetOuterBoundary();
   EXPECT_TRUE(area.AddInnerBoundary(outer));
   EXPECT_EQ(nullptr, area.GetOuterBoundary());
@@ -300,9 +266,9 @@ TEST_F(LifetimeTest, AChildStandsInOnePlace) {
 
   // A folder moves to one below it what may go there.
   const auto above = Read<Folder>("<Folder><Placemark/><Folder id='below'/><Placemark/></Folder>");
-  AbstractFolder::MoveAllChildren(above.get(), Get<Folder>("below"));
+  AbstractFolder::MoveAllChildren(above.get(), ById<Folder>("below"));
   EXPECT_EQ(1, above->GetChildCount());
-  EXPECT_EQ(2, Get<Folder>("below")->GetChildCount());
+  EXPECT_EQ(2, ById<Folder>("below")->GetChildCount());
 }
 
 TEST_F(LifetimeTest, ObjectsOfOtherClassesShareTheFieldsOfTheirBase) {
@@ -323,7 +289,7 @@ TEST_F(LifetimeTest, ObjectsOfOtherClassesShareTheFieldsOfTheirBase) {
   EXPECT_FALSE(line->GetExtrude());
 
   auto outer = Read<Folder>("<Folder><Folder id='in'><Placemark/><Placemark/></Folder></Folder>");
-  outer->copy(*Get<Folder>("in"), false, nullptr);
+  outer->copy(*ById<Folder>("in"), false, nullptr);
   EXPECT_EQ(2, outer->GetChildCount()) << "the folder in between is dissolved";
 }
 

@@ -31,17 +31,6 @@ template <class Action> double Seconds(Action action) {
 
 QString Repeat(const QString& text, int count) { return text.repeated(count); }
 
-class BalloonCounter final : public BalloonVisibilityObserver {
-public:
-  void OnNotify(AbstractFeature*) override {
-    ++count;
-    if (deed)
-      deed();
-  }
-  int count = 0;
-  std::function<void()> deed;
-};
-
 } // namespace
 
 TEST_F(ProportionTest, WhatIsInheritedGoesDownOnceAfterReading) {
@@ -109,6 +98,16 @@ TEST_F(ProportionTest, WhatIsReadInheritsAsIfItHadBeenBuilt) {
 }
 
 TEST_F(ProportionTest, OneBalloonNoticeOfAFeatureWaits) {
+  class BalloonCounter final : public BalloonVisibilityObserver {
+  public:
+    void OnNotify(AbstractFeature*) override {
+      ++count;
+      if (deed)
+        deed();
+    }
+    int count = 0;
+    std::function<void()> deed;
+  };
   BalloonCounter counter;
   const QString element = "<gx:balloonVisibility>%1</gx:balloonVisibility>";
   auto placemark = Read<Placemark>(
