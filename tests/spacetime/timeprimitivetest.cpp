@@ -52,8 +52,6 @@ TEST_F(TimePrimitiveTest, EachFormIsReadAndWrittenStably) {
       {"<TimeSpan/>", "open", "open", false, "<TimeSpan></TimeSpan>"},
       {"<gx:TimeStamp><when>2007</when></gx:TimeStamp>", "2007", "2007", false,
        "<gx:TimeStamp><when>2007</when></gx:TimeStamp>"},
-      {"<gx:TimeSpan><end>2007</end></gx:TimeSpan>", "open", "2007", true,
-       "<gx:TimeSpan><end>2007</end></gx:TimeSpan>"},
       {"<TimeInstant id=\"t\"><timePosition b=\"2\">2007</timePosition><u/></TimeInstant>", "2007",
        "2007", false, "<TimeStamp id=\"t\"><when b=\"2\">2007</when><u></u></TimeStamp>"},
       {"<TimeInstant/>", "open", "open", false, ""},
@@ -76,7 +74,7 @@ TEST_F(TimePrimitiveTest, EachFormIsReadAndWrittenStably) {
     EXPECT_EQ(c.isSpan, time->IsSpan());
 
     const QString first = Write(*placemark);
-    const QString bare = QString(first).remove('\n').remove('\t');
+    const QString bare = Squeezed(first);
     if (*c.written)
       EXPECT_TRUE(bare.contains(QLatin1String(c.written))) << first.toStdString();
     else
@@ -85,7 +83,7 @@ TEST_F(TimePrimitiveTest, EachFormIsReadAndWrittenStably) {
     ASSERT_TRUE(again);
     EXPECT_EQ(first, Write(*again));
     const auto clone = placemark->clone(true, nullptr);
-    EXPECT_EQ(bare, Write(*clone).remove('\n').remove('\t'));
+    EXPECT_EQ(bare, Squeezed(Write(*clone)));
   }
 }
 
