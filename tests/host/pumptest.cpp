@@ -4,11 +4,9 @@
 #include "kestan/host/syncmethod.h"
 #include "kestan/host/system.h"
 #include "kestan/host/timer.h"
-#include "kestan/host/workerthread.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -230,33 +228,4 @@ TEST_F(PumpTest, OnlyTheMainThreadRunsThings) {
   Pump::Run(kLong);
   worker.join();
   EXPECT_EQ(System::GetCurrentThread(), ranOn);
-}
-
-TEST_F(PumpTest, AWorkerRunsItsJobsAndHandsObjectsBack) {
-  struct Object final : AtomicReferent {
-    explicit Object(System::ThreadId& thread) : endedOn(thread) {}
-    ~Object() override { endedOn = System::GetCurrentThread(); }
-    System::ThreadId& endedOn;
-  };
-  struct Job final : WorkerThread::Job {
-    Job(RefPtr<Object> o, std::atomic<int>& runs)
-        : WorkerThread::Job("Job"), object(std::move(o)), count(runs) {}
-    void Run() override {
-      ++count;
-      EXPECT_FALSE(System::IsMainThread());
-      UnrefJob::UnrefOnMain(std::move(object));
-    }
-    RefPtr<Object> object;
-    std::atomic<int>& count;
-  };
-  System::ThreadId endedOn = System::kInvalidThreadId;
-  std::atomic<int> runs{0};
-  WorkerThread worker;
-  for (int i = 0; i < 3; ++i)
-    RefPtr<Job>(new Job(new Object(endedOn), runs))->AddToQueue(&worker);
-  worker.WaitUntilIdle();
-  EXPECT_EQ(3, runs);
-  EXPECT_EQ(System::kInvalidThreadId, endedOn);
-  Pump::Run(kLong);
-  EXPECT_EQ(System::GetCurrentThread(), endedOn);
 }
