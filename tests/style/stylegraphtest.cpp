@@ -1,4 +1,3 @@
-#include "kestan/core/creationobserver.h"
 #include "kestan/core/watcher.h"
 #include "kestan/feature/document.h"
 #include "kestan/style/linestyle.h"
@@ -6,6 +5,7 @@
 #include "kestan/style/stylemappair.h"
 #include "kestan/style/stylemapschema.h"
 #include "tests/style/styletest.h"
+#include "tests/support/observers.h"
 
 #include <QStringList>
 
@@ -236,31 +236,20 @@ TEST_F(StyleGraphTest, FeaturesKeepTheirLooksInAnotherDocument) {
   }
 }
 
-// Each map refers to the next one twice: 60 of them make 2 to the 60th ways.
 TEST_F(StyleGraphTest, APairIsMadeWhateverItsNoticeEnds) {
-  // Drops the map, the style or both as soon as there is a pair.
-  class Dropper final : public CreationObserver {
-  public:
-    Dropper(RefPtr<StyleMap>* map, RefPtr<Style>* style)
-        : CreationObserver(StyleMap::Pair::GetClassSchema()), map_(map), style_(style) {}
-    void OnPostCreate(const Event&) override {
-      if (map_)
-        map_->reset();
-      if (style_)
-        style_->reset();
-    }
-
-  private:
-    RefPtr<StyleMap>* map_;
-    RefPtr<Style>* style_;
-  };
   for (const int drops : {1, 2, 3}) {
     SCOPED_TRACE(drops);
     RefPtr<StyleMap> map(new StyleMap(KmlId(), "http://h/a.kml"));
     RefPtr<Style> style(new Style(KmlId(), "http://h/a.kml"));
     const Watcher<Style> watcher(style.get());
     {
-      const Dropper dropper((drops & 1) != 0 ? &map : nullptr, (drops & 2) != 0 ? &style : nullptr);
+      OnCreate dropper(StyleMap::Pair::GetClassSchema());
+      dropper.deed = [&](SchemaObject&) {
+        if ((drops & 1) != 0)
+          map.reset();
+        if ((drops & 2) != 0)
+          style.reset();
+      };
       map->setStyle(kStyleNormal, *style);
     }
     EXPECT_EQ((drops & 2) == 0, watcher.get() != nullptr);
@@ -274,20 +263,15 @@ TEST_F(StyleGraphTest, APairIsMadeWhateverItsNoticeEnds) {
 }
 
 TEST_F(StyleGraphTest, WritingMakesNoNews) {
-  class Counter final : public CreationObserver {
-  public:
-    Counter() : CreationObserver(SchemaObject::GetClassSchema()) {}
-    void OnPostCreate(const Event&) override { ++seen; }
-    int seen = 0;
-  };
   const auto document = ReadLocal(InDocument(
       "<Style id='s'/><Placemark><name>p</name><styleUrl>#s</styleUrl><Style/></Placemark>"));
   ASSERT_TRUE(document);
-  const Counter counter;
+  const OnCreate counter(SchemaObject::GetClassSchema());
   EXPECT_TRUE(Write(*Find(*document, "p")).contains("<Style id=\"s\">"));
   EXPECT_EQ(0, counter.seen);
 }
 
+// Each map refers to the next one twice: 60 of them make 2 to the 60th ways.
 TEST_F(StyleGraphTest, LongChainsOfMapsAreNoProblem) {
   const QString placemark = "<Placemark><name>p</name><styleUrl>#m0</styleUrl>"
                             "<Style><PolyStyle><fill>0</fill></PolyStyle></Style></Placemark>";

@@ -4,7 +4,6 @@
 #include "kestan/feature/placemark.h"
 #include "kestan/host/job.h"
 #include "kestan/read/loadobserver.h"
-#include "kestan/read/loadobserverloader.h"
 #include "kestan/style/balloonstyle.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyleschema.h"
@@ -16,6 +15,7 @@
 #include "kestan/style/stylemappairschema.h"
 #include "kestan/style/stylemapschema.h"
 #include "tests/style/styletest.h"
+#include "tests/support/observers.h"
 
 #include <QRegularExpression>
 
@@ -368,23 +368,17 @@ TEST_F(StyleSelectionTest, AStyleThatIsRenamedIsFoundByThoseThatWaitForIt) {
 }
 
 TEST_F(StyleSelectionTest, WithoutLoadersAReferenceFailsOnceItsDocumentIsThere) {
-  class Loader final : public LoadObserverLoader {
-  public:
-    void RequestLoad(const QString&) override {}
-    bool HasLoadEnded(const QString& url) override { return url == ended; }
-    QString ended;
-  };
   class StopsAlways final : public IJobContinuator {
   public:
     bool ShouldContinue() const override { return false; }
   };
-  Loader loader;
+  FakeLoader loader;
   const auto document = ReadLocal(
       InDocument("<Placemark><name>p</name><styleUrl>far.kml#no</styleUrl></Placemark>"
                  "<Placemark><name>q</name><styleUrl>other.kml#s</styleUrl></Placemark>"
                  "<Placemark><name>r</name><styleUrl>far.kml#late</styleUrl></Placemark>"));
   const auto far = ReadAt("/dir/far.kml", InDocument("<Style id='s'/>"));
-  loader.ended = "/dir/far.kml";
+  loader.ended += "/dir/far.kml";
   ThreadContext& main = *ThreadContext::GetMain();
   int stops = 0;
   while (LoadObserver::UpdateAll(main, StopsAlways()))

@@ -11,21 +11,13 @@
 
 namespace vorrel::kestan {
 
-namespace {
-
-QString Squeezed(QString text) { return text.remove('\n').remove('\t'); }
-
-/// What stands between the tags of the first style, without white space.
-QString GetStyleContent(const QString& xml) {
-  QString style = Squeezed(Element(xml, "Style"));
-  style.remove(0, style.indexOf('>') + 1);
-  return style.left(style.size() - static_cast<int>(qstrlen("</Style>")));
-}
-
-} // namespace
-
 class SubStyleTest : public StyleTest {
 protected:
+  /// What stands between the tags of the first style, without white space.
+  static QString GetStyleContent(const QString& xml) {
+    const QString style = Squeezed(Element(xml, "Style"));
+    return style.mid(style.indexOf('>') + 1).chopped(static_cast<int>(qstrlen("</Style>")));
+  }
   RefPtr<Style> ReadStyle(const QString& content) {
     return Read<Style>("<Style xmlns='http://www.vorrel.com/kml/2.2' "
                        "xmlns:gx='http://www.vorrel.com/kml/ext/2.2'>" +
@@ -43,25 +35,12 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
       {"<LineStyle><color>ff0000ff</color><width>1</width></LineStyle>", nullptr,
        "<LineStyle><color>ff0000ff</color></LineStyle>"},
       {"<LineStyle><width>1</width></LineStyle>", nullptr, ""},
-      {"<LineStyle><colorMode>random</colorMode><gx:physicalWidth>2.5</gx:physicalWidth>"
-       "<gx:outerColor>ff000001</gx:outerColor><gx:outerWidth>0.5</gx:outerWidth>"
-       "<Icon><href>http://a/i.png</href></Icon><gx:repeat>3</gx:repeat>"
-       "<gx:labelVisibility>1</gx:labelVisibility></LineStyle>"},
       {"<PolyStyle><antialias>0</antialias><fill>0</fill><outline>1</outline></PolyStyle>", nullptr,
        "<PolyStyle><antialias>0</antialias><fill>0</fill></PolyStyle>"},
-      {"<IconStyle><scale>2</scale><heading>90</heading><Icon><href>http://a/i.png</href></Icon>"
-       "<hotSpot x=\"0.5\" y=\"-20\" xunits=\"fraction\" yunits=\"insetPixels\" more=\"&lt;\"/>"
-       "<gx:headingMode>northUp</gx:headingMode><gx:facingMode>billboard</gx:facingMode>"
-       "<gx:hotSpotMode>endPt</gx:hotSpotMode><gx:stackOrder>4</gx:stackOrder>"
-       "<gx:overlappable>1</gx:overlappable></IconStyle>"},
-      {"<IconStyle><hotSpot x=\"7\" y=\"8\" xunits=\"pixels\" yunits=\"pixels\"/></IconStyle>"},
+      {"<IconStyle><hotSpot x=\"7\" y=\"8\" xunits=\"pixels\" yunits=\"pixels\" more=\"&lt;\"/>"
+       "</IconStyle>"},
       {"<IconStyle><gx:headingMode>worldNorth</gx:headingMode></IconStyle>",
        "<IconStyle><gx:headingMode>northUp</gx:headingMode></IconStyle>"},
-      {"<LabelStyle><scale>0</scale><gx:headingMode>geometryHeading</gx:headingMode>"
-       "<gx:outlineColor>ff000001</gx:outlineColor><gx:groupId>a&amp;b</gx:groupId>"
-       "<gx:text>$[x]</gx:text></LabelStyle>"},
-      {"<BalloonStyle><text>a &amp; b</text><textColor>ff000001</textColor>"
-       "<bgColor>ff000002</bgColor><displayMode>hide</displayMode></BalloonStyle>"},
       {"<BalloonStyle><text><![CDATA[<b>$[name]</b>]]></text><color>ff000002</color>"
        "</BalloonStyle>"},
       {"<BalloonStyle><color>ff000001</color><bgColor>ff000002</bgColor></BalloonStyle>",
@@ -72,8 +51,6 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
        nullptr,
        "<ListStyle><listItemType>radioFolder</listItemType><ItemIcon><state>open</state>"
        "<href>http://a/i.png</href></ItemIcon><bgColor>ff000001</bgColor></ListStyle>"},
-      {"<gx:IconStackStyle><IconStyle><scale>2</scale></IconStyle><IconStyle><scale>3</scale>"
-       "</IconStyle></gx:IconStackStyle>"},
       // Nothing was said.
       {"<LineStyle/><ListStyle></ListStyle><gx:IconStackStyle/>", ""},
       // What can be referred to, and what isn't understood, stays.

@@ -2,7 +2,6 @@
 #include "kestan/feature/balloonvisibilityobserver.h"
 #include "kestan/feature/document.h"
 #include "kestan/host/pump.h"
-#include "kestan/read/kmlhandler.h"
 #include "kestan/read/namespaces.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyle.h"
@@ -25,13 +24,9 @@ protected:
   static constexpr int kRounds = 5;
   using Documents = std::array<RefPtr<SchemaObject>, kWorkers>;
 
-  /// Reads without the fixture's list of messages, which is the main thread's.
   static RefPtr<SchemaObject> ReadOnWorker(const QString& url, const QString& text) {
-    KmlHandler handler(url, 2, nullptr, nullptr, nullptr);
-    const QByteArray bytes = text.toUtf8();
     const NotificationDeferrer deferrer; // as a client that merges the document later
-    return ExpatHandler::LoadXml(handler, reinterpret_cast<const unsigned char*>(bytes.constData()),
-                                 static_cast<std::size_t>(bytes.size()));
+    return ReadAt(url, text);
   }
 
   /// What a document can ask of what all threads share: built-in styles and icons, times, a
@@ -211,18 +206,6 @@ TEST_F(StyleThreadTest, ABalloonOfAWorkerIsReportedWhenTheMainThreadHasIt) {
   }
   log.names.sort();
   EXPECT_EQ(QStringList({"0", "1", "2"}), log.names);
-}
-
-TEST_F(StyleThreadTest, EachThreadResolvesUrlsWithACacheOfItsOwn) {
-  Workers workers(kWorkers, [](int number) {
-    const QString base = QStringLiteral("http://h%1/a/doc.kml").arg(number);
-    for (int i = 0; i < 200; ++i) {
-      const QString file = QStringLiteral("%1.png").arg(i / 2);
-      EXPECT_EQ(QStringLiteral("http://h%1/a/").arg(number) + file,
-                SchemaObject::MakeAbsoluteUrl(base, file));
-      EXPECT_EQ(KmlId("x", base), SchemaObject::MakeAbsoluteId(base, "#x"));
-    }
-  });
 }
 
 } // namespace vorrel::kestan

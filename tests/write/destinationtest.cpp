@@ -3,33 +3,14 @@
 #include "kestan/feature/placemark.h"
 #include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
-#include "tests/support/kmltest.h"
 #include "tests/support/xml.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "tests/write/filetest.h"
 
 namespace vorrel::kestan {
 
-class DestinationTest : public KmlTest {
+class DestinationTest : public FileTest {
 protected:
-  QString Path(const char* name) const { return folder_.filePath(name); }
-  QStringList Files() const {
-    return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-  }
-  void MakeFile(const char* name, const QByteArray& contents) const {
-    QFile file(Path(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-  }
-  static QByteArray Contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-  }
   RefPtr<Placemark> Make() { return Read<Placemark>("<Placemark><name>n</name></Placemark>"); }
-
-  QTemporaryDir folder_;
 };
 
 TEST_F(DestinationTest, FilesHoldTheSameTextAsStringsAndReplaceOldOnes) {

@@ -5,12 +5,8 @@
 #include "kestan/link/link.h"
 #include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
-#include "tests/support/kmltest.h"
 #include "tests/support/treecompare.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "tests/write/filetest.h"
 
 #include <minizip/unzip.h>
 #include <minizip/zip.h>
@@ -22,24 +18,8 @@
 
 namespace vorrel::kestan {
 
-class KmzTest : public KmlTest {
+class KmzTest : public FileTest {
 protected:
-  QString Path(const QString& name) const { return folder_.filePath(name); }
-  QStringList Files() const {
-    return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
-  }
-  QString MakeFile(const QString& name, const QByteArray& contents) const {
-    QDir(folder_.path()).mkpath(QFileInfo(Path(name)).path());
-    QFile file(Path(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << name.toStdString();
-    file.write(contents);
-    return file.fileName();
-  }
-  static QByteArray Contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-  }
-
   /// A document with an image for each reference.
   static QByteArray DocumentWith(const QStringList& references) {
     QString text;
@@ -65,8 +45,17 @@ protected:
                     .replace(QLatin1String("&apos;"), QLatin1String("'"));
     return result;
   }
-
-  QTemporaryDir folder_;
+  /// Makes an archive as other programs do: with a folder's own names, and without any mark.
+  void Pack(const QString& name,
+            const std::vector<std::pair<const char*, QByteArray>>& entries) const {
+    const zipFile zip = zipOpen64(QFile::encodeName(Path(name)).constData(), APPEND_STATUS_CREATE);
+    for (const auto& [entry, contents] : entries) {
+      zipOpenNewFileInZip(zip, entry, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 9);
+      zipWriteInFileInZip(zip, contents.constData(), static_cast<unsigned>(contents.size()));
+      zipCloseFileInZip(zip);
+    }
+    zipClose(zip, nullptr);
+  }
 };
 
 TEST_F(KmzTest, ReferencesLeadToCopiesOrStayWhatTheyAre) {
@@ -181,21 +170,13 @@ TEST_F(KmzTest, ImageTagsMeanWhatABrowserTakesThemFor) {
 }
 
 TEST_F(KmzTest, FilesInAnotherArchiveAreCopied) {
-  // As other programs make them: with a folder's own names, and without any mark.
-  const zipFile zip = zipOpen64(QFile::encodeName(Path("in.kmz")).constData(), 0);
-  const std::pair<const char*, QByteArray> entries[] = {
-      {"doc.kml", DocumentWith({"Images/a.png", "images/sub/a.png", "gone.png", "../beside.png",
-                                "b%20c.JPG", "deep/../../in.kmz/Images/a.png"})},
-      {"images/A.png", "1"},
-      {"images\\sub\\a.png", "2"},
-      {"b c.JPG", QByteArray(5000, 'j')},
-      {"unused.png", "4"}};
-  for (const auto& [name, contents] : entries) {
-    zipOpenNewFileInZip(zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 9);
-    zipWriteInFileInZip(zip, contents.constData(), static_cast<unsigned>(contents.size()));
-    zipCloseFileInZip(zip);
-  }
-  zipClose(zip, nullptr);
+  Pack("in.kmz",
+       {{"doc.kml", DocumentWith({"Images/a.png", "images/sub/a.png", "gone.png", "../beside.png",
+                                  "b%20c.JPG", "deep/../../in.kmz/Images/a.png"})},
+        {"images/A.png", "1"},
+        {"images\\sub\\a.png", "2"},
+        {"b c.JPG", QByteArray(5000, 'j')},
+        {"unused.png", "4"}});
   MakeFile("beside.png", "5");
 
   const QString outputs[] = {Path("out.kmz"), Path("in.kmz")}; // the second in place
@@ -217,23 +198,17 @@ TEST_F(KmzTest, FilesInAnotherArchiveAreCopied) {
 }
 
 TEST_F(KmzTest, DocumentsInAFolderOfTheirArchiveReferFromThere) {
-  const QString archive = Path("in.kmz");
-  const zipFile zip = zipOpen64(QFile::encodeName(archive).constData(), APPEND_STATUS_CREATE);
-  const auto add = [zip](const char* name, const QByteArray& bytes) {
-    zipOpenNewFileInZip(zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 6);
-    zipWriteInFileInZip(zip, bytes.constData(), static_cast<unsigned>(bytes.size()));
-    zipCloseFileInZip(zip);
-  };
-  add("__MACOSX/._doc.kml", "junk");
-  add("Sub/main.kml", DocumentWith({"a.png", "both.png", "root.png", "../up.png", "n#1.png?v=2",
-                                    "b%20c.png", "../../beside.png", "none.png"}));
+  std::vector<std::pair<const char*, QByteArray>> entries{
+      {"__MACOSX/._doc.kml", "junk"},
+      {"Sub/main.kml", DocumentWith({"a.png", "both.png", "root.png", "../up.png", "n#1.png?v=2",
+                                     "b%20c.png", "../../beside.png", "none.png"})}};
   for (const char* name : {"Sub/a.png", "Sub/both.png", "both.png", "root.png", "up.png",
                            "Sub/n#1.png", "Sub/b c.png"})
-    add(name, name);
-  zipClose(zip, nullptr);
+    entries.emplace_back(name, name);
+  Pack("in.kmz", entries);
   MakeFile("beside.png", "beside");
 
-  const RefPtr<SchemaObject> tree = Load(archive);
+  const RefPtr<SchemaObject> tree = Load(Path("in.kmz"));
   ASSERT_TRUE(tree);
   EXPECT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz")));
   const char* const contents[] = {"Sub/a.png",   "Sub/both.png", "root.png", "up.png",
