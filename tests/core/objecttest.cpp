@@ -205,7 +205,6 @@ TEST_F(ObjectTest, ADeepCloneIsItsOwnTreeUnderNewIds) {
   const auto source = Read<Probe>("<Probe id='s' label='l' p:x='1' xmlns:p='urn:p'>"
                                   "<count>3</count><child><Probe id='c'/></child>"
                                   "<Probe id='k'><mask>2</mask></Probe><p:more>m</p:more></Probe>");
-  ASSERT_TRUE(source);
   const auto clone = source->clone(true, nullptr);
   EXPECT_EQ("s", clone->GetId());
   EXPECT_TRUE(clone->GetUrl().startsWith("runtime://clone"));
@@ -241,17 +240,6 @@ TEST_F(ObjectTest, CopyKeepsChildrenWhenDeepAndMovesThemWhenShallow) {
   Fields().kids.set(*padded, Probe::Make("c").get(), 3);
   thief->copy(*padded, false, nullptr);
   EXPECT_EQ("abc", Kids(*thief)) << "an empty place doesn't hold up what's behind it";
-}
-
-TEST_F(ObjectTest, FindBySchemaWalksParentsFirst) {
-  const auto probe = Read<Probe>("<Probe id='1'><child><Probe id='2'/></child>"
-                                 "<Probe id='3'><Probe id='4'/></Probe></Probe>");
-  mmvector<SchemaObject*> found;
-  probe->FindBySchema(Probe::GetClassSchema(), found);
-  QString ids;
-  for (const SchemaObject* object : found)
-    ids += object->GetId();
-  EXPECT_EQ("1234", ids);
 }
 
 TEST_F(ObjectTest, HandlersAnswerAndInputHandlersShowInABit) {

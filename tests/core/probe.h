@@ -54,6 +54,7 @@ private:
   mmvector<QString> words_;
   mmvector<double> doubles_;
   mmvector<Vec3<double>> track_;
+  mmvector<Vec3<float>> turns_;
   mmvector<QString> values_;
   mmvector<bool> undefined_;
 };

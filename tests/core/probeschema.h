@@ -38,6 +38,7 @@ public:
   SimpleListField<QString> words{*this, "words", OffsetOf(&Probe::words_), Field::kElement};
   SimpleListField<double> doubles{*this, "doubles", OffsetOf(&Probe::doubles_), Field::kElement};
   NormLLAArrayField track{*this, "fix", OffsetOf(&Probe::track_), Field::kElement};
+  Vec3fArrayField turns{*this, "turn", OffsetOf(&Probe::turns_), Field::kElement};
   SimpleArrayField<QString> values{*this, "value", OffsetOf(&Probe::values_), Field::kElement};
 
 private:

@@ -139,17 +139,4 @@ TEST(LibraryTest, StartsAndStopsAnyNumberOfTimes) {
   }
 }
 
-TEST(LibraryTest, ExperimentalKmlCanBeSwitchedOff) {
-  for (const bool enabled : {false, true}) {
-    KestanCreationParams params;
-    params.set_enable_experimental_kml(enabled);
-    GInitialize(params);
-    const Schema* line = Schema::FindNamedSchema("LineString", Namespace::kKml);
-    ASSERT_NE(nullptr, line);
-    EXPECT_EQ(enabled, line->FindField("endCap", Namespace::kExt, nullptr) != nullptr);
-    EXPECT_NE(nullptr, line->FindField("altitudeOffset", Namespace::kExt, nullptr));
-    GShutdown();
-  }
-}
-
 } // namespace vorrel::kestan

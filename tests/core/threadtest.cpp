@@ -45,24 +45,4 @@ TEST_F(CoreThreadTest, ObserversOfAClassComeAndGoWhileWorkersBuild) {
   EXPECT_TRUE(SchemaObject::find("http://a/b.kml", "0"));
 }
 
-TEST_F(CoreThreadTest, ChangesOnAllThreadsAreNumberedOnceEach) {
-  std::array<std::vector<std::uint32_t>, kWorkers> revisions;
-  Workers(kWorkers, [&](int number) {
-    const auto probe = Probe::Make();
-    auto& seen = revisions[static_cast<std::size_t>(number)];
-    const OnChange listener(probe.get(),
-                            [&](const Field&) { seen.push_back(probe->GetRevision()); });
-    for (int i = 1; i <= kObjects; ++i)
-      ProbeSchema::GetSingleton().count.SetTypedObject(*probe, i % 2);
-  });
-  std::vector<std::uint32_t> all;
-  for (const auto& own : revisions) {
-    EXPECT_EQ(static_cast<std::size_t>(kObjects), own.size());
-    EXPECT_TRUE(std::is_sorted(own.begin(), own.end()));
-    all.insert(all.end(), own.begin(), own.end());
-  }
-  std::sort(all.begin(), all.end());
-  EXPECT_EQ(all.end(), std::adjacent_find(all.begin(), all.end()));
-}
-
 } // namespace vorrel::kestan

@@ -3,14 +3,9 @@
 #include "kestan/core/enum.h"
 #include "kestan/core/enumfield.h"
 #include "kestan/core/schema.h"
-#include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/geometry/linestring.h"
-#include "kestan/geometry/point.h"
 #include "kestan/spacetime/timestamp.h"
 #include "kestan/style/linestyle.h"
-#include "kestan/style/style.h"
 #include "tests/read/readtest.h"
 #include "tests/support/observers.h"
 
@@ -338,7 +333,6 @@ TEST_F(DisplacedTest, AnObserverMayEditWhileOneIsDisplaced) {
         placemark = Read<Placemark>("<Placemark><Point id=\"1\"/><LineString id=\"2\"/>"
                                     "<name>n</name><Point id=\"3\"/></Placemark>");
       }
-      ASSERT_TRUE(placemark);
       for (const RefPtr<Placemark>& owner : {placemark, other}) {
         mmvector<SchemaObject*> shapes;
         owner->FindBySchema(Geometry::GetClassSchema(), shapes);

@@ -1,6 +1,3 @@
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
-#include "kestan/geometry/point.h"
 #include "tests/read/readtest.h"
 
 namespace vorrel::kestan {
@@ -71,21 +68,17 @@ TEST_F(DocumentTest, AnObjectThatIsNoFeatureComesBackFromItsKmlRoot) {
 }
 
 TEST_F(DocumentTest, IdsComeFromTheFirstAttributeOfThatName) {
-  struct Case {
-    const char* attributes;
-    const char* id;
-  };
-  const Case cases[] = {{"id='a'", "a"},
-                        {"k:id='b' xmlns:k='http://www.opengis.net/kml/2.2'", "b"},
-                        {"x:other='1' id='c'", "c"},
-                        {"name='n'", ""}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.attributes);
-    const auto placemark = Read<Placemark>(QString("<Placemark %1/>").arg(c.attributes));
-    ASSERT_TRUE(placemark);
-    EXPECT_EQ(c.id, placemark->GetId());
-    EXPECT_EQ(*c.id ? placemark.get() : nullptr,
-              SchemaObject::find(GetDocumentUrl(), QString::fromLatin1(c.id)));
+  const std::pair<const char*, const char*> cases[] = {
+      {"id='a'", "a"},
+      {"k:id='b' xmlns:k='http://www.opengis.net/kml/2.2'", "b"},
+      {"x:other='1' id='c'", "c"},
+      {"name='n'", ""}};
+  for (const auto& [attributes, id] : cases) {
+    SCOPED_TRACE(attributes);
+    const auto placemark = Read<Placemark>(QString("<Placemark %1/>").arg(attributes));
+    EXPECT_EQ(id, placemark->GetId());
+    EXPECT_EQ(*id ? placemark.get() : nullptr,
+              SchemaObject::find(GetDocumentUrl(), QString::fromLatin1(id)));
   }
 }
 

@@ -1,5 +1,4 @@
 #include "kestan/core/kestanoptions.h"
-#include "kestan/feature/placemark.h"
 #include "tests/read/readtest.h"
 
 #include <QTemporaryDir>
@@ -79,12 +78,7 @@ TEST_F(ErrorTest, EachErrorHasItsMessageItsCodeAndItsPlace) {
 }
 
 TEST_F(ErrorTest, EachFatalErrorHasItsMessage) {
-  struct Case {
-    const char* text;
-    const char* bare;
-    const char* full;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"", "no element found", "Parse error at line 1, column 0:\n\n\tno element found"},
       {"<Placemark>\n <name></nome>", "mismatched tag",
        "Parse error at line 2, column 9:\n\n\tmismatched tag"},
@@ -95,15 +89,15 @@ TEST_F(ErrorTest, EachFatalErrorHasItsMessage) {
        "Only a single root feature allowed within <kml> tag"},
   };
   for (int handling = 0; handling <= 3; ++handling) {
-    for (const Case& c : cases) {
-      SCOPED_TRACE(c.text);
-      const Parse parse(c.text, handling);
+    for (const auto& [text, bare, full] : cases) {
+      SCOPED_TRACE(text);
+      const Parse parse(text, handling);
       EXPECT_FALSE(parse.object);
       EXPECT_FALSE(parse.handler.GetRoot());
-      if (handling == 2 && c.text == QByteArray("<Geometry/>"))
+      if (handling == 2 && text == QByteArray("<Geometry/>"))
         continue; // The first, recoverable error ends the parse already.
-      EXPECT_EQ(c.full, parse.handler.GetErrorText());
-      EXPECT_EQ(c.bare, parse.handler.GetBareErrorText());
+      EXPECT_EQ(full, parse.handler.GetErrorText());
+      EXPECT_EQ(bare, parse.handler.GetBareErrorText());
     }
   }
 }

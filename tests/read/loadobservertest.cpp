@@ -2,9 +2,7 @@
 
 #include "kestan/core/threadscope.h"
 #include "kestan/feature/abstractfeatureschema.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/host/pump.h"
-#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/observers.h"
 
@@ -70,7 +68,8 @@ TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDelivers) {
   FakeLoader loader; // takes its place
   former.reset();
   const auto placemark = MakeReference("styles.kml#s");
-  EXPECT_EQ(QStringList(kStyles), loader.requested);
+  AbstractFeatureSchema::GetSingleton().styleUrl.SetTypedObject(*placemark, "styles.kml#s");
+  EXPECT_EQ(QStringList(kStyles), loader.requested) << "once";
   EXPECT_TRUE(IsWaiting(*placemark));
   EXPECT_FALSE(placemark->GetBit(kBitLoadFailed));
 
@@ -85,18 +84,6 @@ TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDelivers) {
   });
   EXPECT_EQ(style.get(), StyleOf(*placemark));
   EXPECT_FALSE(IsWaiting(*placemark));
-}
-
-TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
-  FakeLoader loader;
-  const auto first = MakeReference("styles.kml#s");
-  const auto second = MakeReference("other.kml#s");
-  loader.ended += kStyles;
-  BuildOnWorker([] {});
-  EXPECT_TRUE(first->GetBit(kBitLoadFailed));
-  EXPECT_FALSE(IsWaiting(*first));
-  EXPECT_FALSE(second->GetBit(kBitLoadFailed));
-  EXPECT_TRUE(IsWaiting(*second));
 }
 
 // Without worker threads too, and whenever the loader comes to know.

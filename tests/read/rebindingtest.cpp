@@ -1,5 +1,4 @@
 #include "tests/support/rebinding.h"
-#include "kestan/feature/abstractfeature.h"
 #include "tests/read/readtest.h"
 #include "tests/support/xml.h"
 
@@ -22,41 +21,6 @@ TEST_F(RebindingTest, NamesKeepTheirMeaningHoweverPrefixesAreBound) {
     EXPECT_EQ(GetForeignNames(document).join("\n"), GetForeignNames(written.toUtf8()).join("\n"))
         << document.constData() << "\n\n"
         << written.toStdString();
-  }
-}
-
-TEST_F(RebindingTest, AMeaningThatTheRootCannotGiveStandsWhereItIsNeeded) {
-  struct Case {
-    const char* what;
-    const char* document;
-    const char* written; ///< Stands somewhere in the output.
-  };
-  const Case cases[] = {
-      {"root content against a feature's standard prefix",
-       "<kml xmlns:gx='urn:1' gx:u='1'><Folder xmlns:gx='http://www.vorrel.com/kml/ext/2.2'>"
-       "<gx:w/></Folder></kml>",
-       "<gx:w></gx:w>"},
-      {"a standard prefix of the root against a feature's",
-       "<kml xmlns='http://www.opengis.net/kml/2.2' "
-       "xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><foo gx:a='1'/>"
-       "<Placemark xmlns:gx='urn:1' b='2'/></kml>",
-       "<foo gx:a=\"1\"></foo>"},
-      {"bound anew and back",
-       "<kml xmlns:k='urn:1' a='1'><Document><Placemark xmlns:k='urn:2'>"
-       "<k:foo xmlns:k='urn:1'/></Placemark></Document></kml>",
-       "\t<k:foo></k:foo>"},
-      {"a value that uses a prefix of the object's element",
-       "<Folder xmlns:x='urn:a' x:t='1'><Placemark xmlns:x='urn:b' t='x:B'/></Folder>",
-       "<Placemark t=\"x:B\" xmlns:x=\"urn:b\">"},
-      {"an element of ours with such a prefix, inside",
-       "<Folder xmlns:gx='urn:a' gx:t='1' xmlns:e='http://www.vorrel.com/kml/ext/2.2'>"
-       "<e:balloonVisibility>1</e:balloonVisibility></Folder>",
-       "<gx:balloonVisibility xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\">1"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    const QString written = RoundTrip(c.document);
-    EXPECT_TRUE(written.contains(c.written)) << written.toStdString();
   }
 }
 

@@ -42,9 +42,8 @@ RefPtr<SchemaObject> KmlTest::ReadObject(const QByteArray& text) {
 
 RefPtr<SchemaObject> KmlTest::ReadAt(const QString& url, const QString& text) {
   KmlHandler handler(url, 2, nullptr, nullptr, nullptr);
-  RefPtr<SchemaObject> object = Load(handler, text.toUtf8());
-  EXPECT_TRUE(object) << handler.GetErrorText().toStdString();
-  return object;
+  const RefPtr<SchemaObject> object = Load(handler, text.toUtf8());
+  return Cast<SchemaObject>(object.get(), handler.GetErrorText());
 }
 
 QString KmlTest::Write(const SchemaObject& object, unsigned flags) const {

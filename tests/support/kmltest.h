@@ -1,8 +1,12 @@
 #pragma once
 
-#include "kestan/core/schemaobject.h"
-#include "kestan/host/refptr.h"
+// What nearly every test reads.
+#include "kestan/feature/document.h"
+#include "kestan/feature/folder.h"
+#include "kestan/feature/placemark.h"
+#include "kestan/geometry/point.h"
 #include "kestan/read/errorhandler.h"
+#include "kestan/style/style.h"
 #include "tests/support/printers.h"
 
 #include <QByteArray>
@@ -10,6 +14,8 @@
 #include <QStringList>
 
 #include <gtest/gtest.h>
+
+#include <stdexcept>
 
 namespace vorrel::kestan {
 
@@ -26,19 +32,21 @@ protected:
   RefPtr<SchemaObject> ReadObject(const QByteArray& text);
   RefPtr<SchemaObject> ReadObject(const QString& text) { return ReadObject(text.toUtf8()); }
 
-  /// The same for a document of which the class is known: another class fails the test.
+  /// The same for a document of which the class is known: without such an object the test ends.
   template <class T> RefPtr<T> Read(const QByteArray& text) {
-    const RefPtr<SchemaObject> object = ReadObject(text);
-    if (!object || !object->isOfType(T::GetClassSchema())) {
-      ADD_FAILURE() << "not an object of the class: " << error().toStdString();
-      return RefPtr<T>();
-    }
-    return RefPtr<T>(static_cast<T*>(object.get()));
+    return Cast<T>(ReadObject(text).get(), error());
   }
   template <class T> RefPtr<T> Read(const QString& text) { return Read<T>(text.toUtf8()); }
   template <class T> RefPtr<T> Read(const char* text) { return Read<T>(QByteArray(text)); }
 
-  /// Reads a document under a URL of its own; a refused one fails the test. Any thread.
+  /// The object as one of its class; if it's none, the test ends with this word on it.
+  template <class T> static RefPtr<T> Cast(SchemaObject* object, const QString& text) {
+    if (!object || !object->isOfType(T::GetClassSchema()))
+      throw std::runtime_error("not an object of the class: " + text.toStdString());
+    return RefPtr<T>(static_cast<T*>(object));
+  }
+
+  /// Reads a document under a URL of its own; a refused one ends the test. Any thread.
   static RefPtr<SchemaObject> ReadAt(const QString& url, const QString& text);
 
   /// The object as a KML document; a failure fails the test.
