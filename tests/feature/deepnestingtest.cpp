@@ -1,9 +1,6 @@
 #include "kestan/core/threadscope.h"
-#include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/geometry/geometrycounter.h"
-#include "tests/feature/faketime.h"
+#include "kestan/spacetime/timestamp.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/treecompare.h"
 
@@ -69,7 +66,6 @@ TEST_F(DeepNestingTest, NoWalkOverflowsASmallStack) {
     RunOnStack((kIsOptimised ? 512 : 16 * 1024) * 1024, [&] {
       const auto top = Read<AbstractFolder>(
           Nested(element, kDepth, "<Placemark><name>leaf</name><Point/></Placemark>"));
-      ASSERT_TRUE(top);
       AbstractFeature* leaf = top.get();
       for (int i = 0; i < kDepth; ++i)
         leaf = static_cast<AbstractFolder*>(leaf)->GetChild(0);
@@ -79,7 +75,7 @@ TEST_F(DeepNestingTest, NoWalkOverflowsASmallStack) {
       EXPECT_FALSE(leaf->isVisible());
       leaf->EnsureVisible();
       EXPECT_TRUE(leaf->isVisible());
-      const RefPtr<FakeTime> time(new FakeTime("2007"));
+      const RefPtr<TimeStamp> time(new TimeStamp(KmlId(), QString()));
       top->SetTimePrimitive(time.get());
       EXPECT_EQ(time.get(), leaf->GetInheritedTime());
       top->SetTimePrimitive(nullptr);

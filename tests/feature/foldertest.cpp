@@ -1,17 +1,13 @@
-#include "kestan/feature/folder.h"
 #include "kestan/feature/abstractfeaturecontainer.h"
 #include "kestan/feature/channel.h"
 #include "kestan/feature/database.h"
 #include "kestan/feature/databaseschema.h"
-#include "kestan/feature/document.h"
 #include "kestan/feature/globe.h"
 #include "kestan/feature/linearringcontainer.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/feature/planet.h"
 #include "kestan/feature/schemaobjectlist.h"
 #include "kestan/geometry/multilinestring.h"
 #include "kestan/geometry/polygon.h"
-#include "kestan/style/style.h"
 #include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
 
@@ -53,23 +49,6 @@ RefPtr<Style> MakeStyle(const QString& id) {
 }
 
 } // namespace
-
-TEST_F(FolderTest, AddingAndRemoving) {
-  const auto folder = Fill<Folder>("ab");
-  const auto other = Fill<Folder>("xy");
-  FieldLog log(*folder);
-  FieldLog otherLog(*other);
-  EXPECT_FALSE(folder->AddChild(*folder->GetChild(0)));
-  EXPECT_EQ("", log.take());
-  EXPECT_TRUE(folder->AddChild(*other->GetChild(0)));
-  EXPECT_EQ("abx", Names(*folder));
-  EXPECT_EQ("y", Names(*other));
-  EXPECT_EQ("AbstractFeature", log.take());
-  EXPECT_EQ("AbstractFeature", otherLog.take());
-  EXPECT_FALSE(folder->RemChild(*other->GetChild(0)));
-  EXPECT_TRUE(folder->RemChild(0));
-  EXPECT_EQ("bx", Names(*folder));
-}
 
 TEST_F(FolderTest, NoIndexOutOfRangeIsAnswered) {
   const auto folder = Fill<Folder>("ab");
@@ -137,7 +116,6 @@ TEST_F(FolderTest, SortingKeepsTheOrderOfEqualNames) {
 
 TEST_F(FolderTest, AFolderOutsideTheTreeCanBeHiddenAsAWhole) {
   const auto folder = Read<Folder>("<Folder><Folder><Placemark/></Folder></Folder>");
-  ASSERT_TRUE(folder);
   const AbstractFeature* leaf = static_cast<Folder*>(folder->GetChild(0))->GetChild(0);
   folder->RequireParentInheritedVisibility(true);
   EXPECT_FALSE(folder->isVisible());
@@ -245,7 +223,6 @@ TEST_F(FolderTest, AStyleThatComesIntoADocumentLeavesTheOther) {
 TEST_F(FolderTest, OwnerDocumentIsTheNearest) {
   const auto outer = Read<Document>("<Document><Document id='inner'><Folder><Placemark>"
                                     "<Point id='p'/></Placemark></Folder></Document></Document>");
-  ASSERT_TRUE(outer);
   EXPECT_EQ(SchemaObject::find(GetDocumentUrl(), "inner"),
             SchemaObject::find(GetDocumentUrl(), "p")->GetOwnerDocument());
 }

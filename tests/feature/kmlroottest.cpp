@@ -1,6 +1,5 @@
 #include "kestan/core/kestanoptions.h"
 #include "kestan/feature/kmlschema.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/read/kmlhandler.h"
 #include "tests/support/kmltest.h"
 

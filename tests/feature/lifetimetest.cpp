@@ -4,17 +4,12 @@
 #include "kestan/core/schema.h"
 #include "kestan/core/watcher.h"
 #include "kestan/feature/abstractfeatureschema.h"
-#include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/geometry/linearring.h"
 #include "kestan/geometry/linestring.h"
 #include "kestan/geometry/multigeometry.h"
-#include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
 #include "kestan/style/iconstyle.h"
 #include "kestan/style/linestyle.h"
-#include "kestan/style/style.h"
 #include "kestan/style/stylemappair.h"
 #include "tests/support/kmltest.h"
 #include "tests/support/observers.h"
@@ -213,20 +208,6 @@ TEST_F(LifetimeTest, WhatIsRescuedFromADeepEndLivesOn) {
   EXPECT_EQ(1, kept->GetRefCount());
   EXPECT_EQ(nullptr, kept->GetHome());
   EXPECT_EQ(kept.get(), ById<Point>("dot")->GetFeature());
-}
-
-TEST_F(LifetimeTest, AReferenceIsAskedForOnce) {
-  auto loader = std::make_unique<FakeLoader>();
-  const auto placemark = Read<Placemark>("<Placemark><styleUrl>far.kml#s</styleUrl></Placemark>");
-  for (int i = 0; i < 3; ++i)
-    AbstractFeatureSchema::GetSingleton().styleUrl.SetTypedObject(*placemark, "far.kml#s");
-  EXPECT_EQ(1, loader->requested.size());
-  placemark->SetStyleUrl(QStringLiteral("other.kml#s"));
-  EXPECT_EQ(2, loader->requested.size());
-  auto next = std::make_unique<FakeLoader>();
-  loader.reset(); // not the present one any more
-  placemark->SetStyleUrl(QStringLiteral("third.kml#s"));
-  EXPECT_EQ(1, next->requested.size());
 }
 
 TEST_F(LifetimeTest, AListMayBeChangedWhileItIsCopied) {

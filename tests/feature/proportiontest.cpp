@@ -3,14 +3,9 @@
 #include "kestan/core/objectobserver.h"
 #include "kestan/feature/abstractfeatureschema.h"
 #include "kestan/feature/balloonvisibilityobserver.h"
-#include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/geometry/multigeometry.h"
-#include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
 #include "kestan/host/pump.h"
-#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 
 #include <ctime>
@@ -36,14 +31,10 @@ QString Repeat(const QString& text, int count) { return text.repeated(count); }
 TEST_F(ProportionTest, WhatIsInheritedGoesDownOnceAfterReading) {
   constexpr int kChildren = 200;
   constexpr int kChanges = 100;
-  struct Case {
-    const char* name;
-    QString kml;
-  };
   const QString both = "<visibility>0</visibility><visibility>1</visibility>";
   const QString opacities = "<opacity>0.25</opacity><opacity>0.5</opacity>";
   const QString children = Repeat("<Placemark/>", kChildren);
-  const Case cases[] = {
+  const std::pair<const char*, QString> cases[] = {
       {"visibility", "<Folder>%1" + Repeat(both, kChanges / 2) + "</Folder>"},
       {"opacity", "<Folder>%1" + Repeat(opacities, kChanges / 2) + "</Folder>"},
       {"opacity of a folder inside", "<Folder><Folder><Folder>%1</Folder>" +
@@ -53,10 +44,10 @@ TEST_F(ProportionTest, WhatIsInheritedGoesDownOnceAfterReading) {
       {"shape", "<Placemark><MultiGeometry>" + Repeat("<Point/>", kChildren) + "</MultiGeometry>" +
                     Repeat(both, kChanges / 2) + "</Placemark>"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, kml] : cases) {
+    SCOPED_TRACE(name);
     const std::uint32_t before = ObjectObserver::s_revision_counter_;
-    const auto tree = ReadObject(c.kml.contains("%1") ? c.kml.arg(children) : c.kml);
+    const auto tree = ReadObject(kml.contains("%1") ? kml.arg(children) : kml);
     ASSERT_TRUE(tree) << qPrintable(error());
     // Every notice counts.
     EXPECT_LE(ObjectObserver::s_revision_counter_ - before, 10U * (kChildren + kChanges));
@@ -73,7 +64,6 @@ TEST_F(ProportionTest, WhatIsReadInheritsAsIfItHadBeenBuilt) {
       "<TimeStamp><when>2008</when></TimeStamp><opacity>0.5</opacity></Placemark>"
       "<opacity>0.5</opacity></Folder><visibility>0</visibility><opacity>0.5</opacity><Region/>"
       "</Folder><Placemark><Point/></Placemark><opacity>0.5</opacity></Folder>");
-  ASSERT_TRUE(top);
   auto* outer = static_cast<Folder*>(top->GetChild(0));
   auto* inner = static_cast<Folder*>(outer->GetChild(0));
   auto* shaped = static_cast<Placemark*>(inner->GetChild(0));
@@ -114,7 +104,6 @@ TEST_F(ProportionTest, OneBalloonNoticeOfAFeatureWaits) {
       "<kml xmlns=\"http://www.vorrel.com/kml/2.2\" xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\">"
       "<Placemark>" +
       Repeat(element.arg(1) + element.arg(0), 10) + "</Placemark></kml>");
-  ASSERT_TRUE(placemark);
   Pump::Run(1.0);
   EXPECT_EQ(1, counter.count);
   Pump::Run(1.0);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "kestan/feature/placemark.h"
 #include "kestan/geometry/geometry.h"
 #include "kestan/host/convert.h"
 #include "kestan/host/memory.h"
@@ -17,12 +16,7 @@ protected:
         Read<Placemark>("<kml xmlns=\"http://www.vorrel.com/kml/2.2\" "
                         "xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\"><Placemark>" +
                         element + "</Placemark></kml>");
-    Geometry* const shape = placemark ? placemark->GetGeometry() : nullptr;
-    if (!shape || !shape->isOfType(T::GetClassSchema())) {
-      ADD_FAILURE() << "not a shape of the class: " << element.toStdString();
-      return RefPtr<T>();
-    }
-    return RefPtr<T>(static_cast<T*>(shape));
+    return Cast<T>(placemark->GetGeometry(), element);
   }
   QString WriteShape(const Geometry& shape) const { return Element(Write(shape), shape.getType()); }
 };

@@ -57,60 +57,52 @@ TEST_F(LinearRingTest, EditingKeepsTheRingClosed) {
 
 TEST_F(LinearRingTest, AnOpenListStaysAsReadUntilItIsEdited) {
   const auto ring = Ring("0,0 1,0 1,1");
-  ASSERT_TRUE(ring);
   EXPECT_EQ("0,0,0 1,0,0 1,1,0", Coords(*ring));
   ring->AddCoord(2, At(0, 1));
   EXPECT_EQ("0,0,0 1,0,0 1,1,0 0,1,0 0,0,0", Coords(*ring));
 
   const auto front = Ring("0,0 1,0 1,1");
-  ASSERT_TRUE(front);
   front->AddCoord(-1, At(0, 1));
   EXPECT_EQ("0,1,0 0,0,0 1,0,0 1,1,0 0,1,0", Coords(*front));
 }
 
-TEST_F(LinearRingTest, TheSelectionNeverReachesTheClosingPosition) {
-  const auto ring = Ring("0,0 1,0 1,1 0,0");
-  ASSERT_TRUE(ring);
-  ring->SetSelectedCoord(3);
-  EXPECT_EQ(-1, ring->GetSelectedCoord());
+TEST_F(LinearRingTest, TheSelectionGoesWithItsPositionAndNeverToTheClosingOne) {
+  struct Case {
+    const char* coordinates;
+    int selection;
+    std::vector<int> deleted; // one after the other
+    int remains;
+    int count;
+  };
+  const char* const triangle = "0,0 1,0 1,1 0,0";
+  const Case cases[] = {
+      {triangle, 3, {}, -1, 4},    {triangle, 2, {0}, 1, 3}, // still the same position
+      {triangle, 2, {0, 1}, 0, 2}, {triangle, 2, {0, 1, 0}, -1, 0},
+      {triangle, 0, {0}, 1, 3}, // the last before the closing one
+      {"0,0 1,0", 0, {0}, -1, 0},  {"0,0 1,0", 0, {1}, -1, 0},
+      {"0,0", -1, {0}, -1, 1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.coordinates << ' ' << c.selection << ' ' << c.count);
+    const auto ring = Ring(c.coordinates);
+    ring->SetSelectedCoord(c.selection);
+    for (const int index : c.deleted)
+      ring->DelCoord(index);
+    EXPECT_EQ(c.remains, ring->GetSelectedCoord());
+    EXPECT_EQ(c.count, ring->GetCoordCount());
+  }
+  const auto ring = Ring(triangle);
   ring->SetSelectedCoord(2);
-  ring->DelCoord(0);
-  EXPECT_EQ(1, ring->GetSelectedCoord()) << "still the same position";
-  ring->DelCoord(1);
-  EXPECT_EQ(0, ring->GetSelectedCoord());
-  ring->DelCoord(0);
-  EXPECT_EQ(-1, ring->GetSelectedCoord());
   ring->SetCoordCount(3);
+  EXPECT_EQ(-1, ring->GetSelectedCoord()) << "it closes the ring now";
   ring->SetSelectedCoord(1);
   ring->SetCoordCount(0);
   ring->SetSelectedCoord(-1);
   EXPECT_EQ(-1, ring->GetSelectedCoord()) << "can be dropped, also in an empty ring";
-
-  const auto first = Ring("0,0 1,0 1,1 0,0");
-  first->SetSelectedCoord(0);
-  first->DelCoord(0);
-  EXPECT_EQ(1, first->GetSelectedCoord()) << "the last before the closing one";
 }
 
-TEST_F(LinearRingTest, EitherPositionOfTwoEmptiesTheRing) {
-  for (const int index : {0, 1}) {
-    const auto ring = Ring("0,0 1,0");
-    ring->SetSelectedCoord(0);
-    ring->DelCoord(index);
-    EXPECT_EQ(0, ring->GetCoordCount());
-    EXPECT_EQ(-1, ring->GetSelectedCoord());
-  }
-  const auto single = Ring("0,0");
-  single->DelCoord(0);
-  EXPECT_EQ(1, single->GetCoordCount());
-}
-
-TEST_F(LinearRingTest, TheSelectionGoesWithItsPosition) {
+TEST_F(LinearRingTest, TheSelectionOfALineGoesWithTheListThatItWasIn) {
   const Vec3<double> two[] = {At(0, 0), At(1, 1)};
-  const auto ring = Ring("0,0 1,0 1,1 0,0");
-  ring->SetSelectedCoord(2);
-  ring->SetCoordCount(3);
-  EXPECT_EQ(-1, ring->GetSelectedCoord()) << "it closes the ring now";
   const auto line =
       ReadShape<LineString>("<LineString><coordinates>0,0 1,0 1,1</coordinates></LineString>");
   line->SetSelectedCoord(2);
@@ -130,11 +122,9 @@ TEST_F(LinearRingTest, HiddenEdgesMayBeListedBeforeOrBehindTheCoordinates) {
   for (const QString& body : {list + coords, coords + list}) {
     SCOPED_TRACE(body.toStdString());
     const auto ring = ReadShape<LinearRing>("<LinearRing>" + body + "</LinearRing>");
-    ASSERT_TRUE(ring);
     EXPECT_EQ("-+-", Edges(*ring));
     EXPECT_EQ(3U, ring->GetHiddenEdgeList().size());
     const auto again = ReadShape<LinearRing>(WriteShape(*ring));
-    ASSERT_TRUE(again);
     EXPECT_EQ("-+-", Edges(*again));
     ring->AddCoord(2, At(0, 1));
     EXPECT_EQ("-+-+", Edges(*ring));
@@ -144,7 +134,6 @@ TEST_F(LinearRingTest, HiddenEdgesMayBeListedBeforeOrBehindTheCoordinates) {
 
 TEST_F(LinearRingTest, EdgeFlagsHoldWhilePositionsMove) {
   const auto ring = Ring("0,0 1,0 1,1 0,0");
-  ASSERT_TRUE(ring);
   const unsigned char flags[] = {0, 7, 0};
   ring->SetEdgeFlags(flags, 3);
   ring->SetCoord(1, At(2, 0));
@@ -156,7 +145,6 @@ TEST_F(LinearRingTest, EdgeFlagsHoldWhilePositionsMove) {
 
 TEST_F(LinearRingTest, OrientationFollowsTheCoordinates) {
   const auto ring = Ring("0,0 1,0 1,1 0,0");
-  ASSERT_TRUE(ring);
   EXPECT_TRUE(ring->IsCounterClockwise());
   ring->ReverseCoordOrder();
   EXPECT_FALSE(ring->IsCounterClockwise());

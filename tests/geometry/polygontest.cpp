@@ -1,6 +1,5 @@
 #include "kestan/geometry/polygon.h"
 
-#include "kestan/feature/placemark.h"
 #include "tests/geometry/geometrytest.h"
 
 namespace vorrel::kestan {
@@ -25,7 +24,6 @@ using PolygonTest = GeometryTest;
 
 TEST_F(PolygonTest, BoundariesComeBack) {
   const auto polygon = ReadShape<Polygon>(kWithHoles);
-  ASSERT_TRUE(polygon);
   ASSERT_TRUE(polygon->GetOuterBoundary());
   ASSERT_EQ(2U, polygon->GetInnerBoundaries().size());
   EXPECT_TRUE(polygon->GetOuterBoundary()->IsOuter());
@@ -38,7 +36,6 @@ TEST_F(PolygonTest, BoundariesComeBack) {
 
 TEST_F(PolygonTest, TheCoordinateInterfaceReachesAllRings) {
   const auto polygon = ReadShape<Polygon>(kWithHoles);
-  ASSERT_TRUE(polygon);
   int count = -1;
   EXPECT_EQ(nullptr, polygon->GetCoords(count));
   EXPECT_EQ(0, count);
@@ -65,7 +62,6 @@ TEST_F(PolygonTest, TheCoordinateInterfaceReachesAllRings) {
 
 TEST_F(PolygonTest, RingsTurnTheirWay) {
   const auto polygon = ReadShape<Polygon>(kWithHoles); // outer and first hole clockwise
-  ASSERT_TRUE(polygon);
   polygon->MakeCounterClockwise();
   EXPECT_TRUE(polygon->GetOuterBoundary()->IsCounterClockwise());
   EXPECT_FALSE(polygon->GetInnerBoundaries()[0]->IsCounterClockwise());

@@ -1,4 +1,3 @@
-#include "kestan/feature/placemark.h"
 #include "kestan/geometry/dioramaobject.h"
 #include "kestan/geometry/geometrycounter.h"
 #include "kestan/geometry/geometryvisitor.h"
@@ -6,7 +5,6 @@
 #include "kestan/geometry/multilinestring.h"
 #include "kestan/geometry/multipoint.h"
 #include "kestan/geometry/multipolygon.h"
-#include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
 #include "tests/geometry/geometrytest.h"
 
