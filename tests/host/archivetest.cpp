@@ -153,11 +153,7 @@ QByteArray Noise(int size) {
 } // namespace
 
 TEST_F(ArchiveTest, TheDocumentIsFoundUnderAnyOfItsNames) {
-  struct Case {
-    Entries entries;
-    const char* content;
-  };
-  const Case cases[] = {
+  const std::pair<Entries, const char*> cases[] = {
       {{{"first.kml", "1"}, {"doc.kml", "2"}}, "2"},
       {{{"first.kml", "1"}, {"DOC.KML", "2"}}, "2"},
       {{{"first.kml", "1"}, {"./doc.kml", "2"}}, "2"},
@@ -167,13 +163,13 @@ TEST_F(ArchiveTest, TheDocumentIsFoundUnderAnyOfItsNames) {
       {{{"dir/doc.kml", "1"}, {"second.kml", "2"}}, "1"},
       {{{"doc.kml", ""}}, ""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.entries.back().first.constData());
-    const QByteArray archive = Pack(c.entries);
+  for (const auto& [entries, content] : cases) {
+    SCOPED_TRACE(entries.back().first.constData());
+    const QByteArray archive = Pack(entries);
     EXPECT_TRUE(kmz::IsKmzData(archive.constData(), static_cast<std::size_t>(archive.size())));
     QString error = "not cleared";
     const QByteArray bytes = kmz::UnzipBytes(archive, QString(), &error);
-    EXPECT_EQ(c.content, bytes);
+    EXPECT_EQ(content, bytes);
     EXPECT_FALSE(bytes.isNull());
     EXPECT_EQ("", error);
   }
@@ -295,19 +291,6 @@ TEST_F(ArchiveTest, AMethodThatIsNotSupportedIsNamed) {
   }
 }
 
-TEST_F(ArchiveTest, FoldersOfOtherPurposeHideNoDocument) {
-  EXPECT_EQ("1", kmz::UnzipBytes(MakeRaw({{"__MACOSX/._doc.kml", "0"},
-                                          {"__macosx/a/doc.kml", "0"},
-                                          {"sub/main.kml", "1"}}),
-                                 QString()));
-  // References begin where the document lies, and names at the root are found first.
-  const QByteArray archive =
-      MakeRaw({{"sub/main.kml", "1"}, {"sub/a.png", "2"}, {"sub/b.png", "3"}, {"b.png", "4"}});
-  EXPECT_EQ("2", kmz::UnzipBytes(archive, "a.png"));
-  EXPECT_EQ("4", kmz::UnzipBytes(archive, "b.png"));
-  EXPECT_EQ("3", kmz::UnzipBytes(archive, "sub/b.png"));
-}
-
 TEST_F(ArchiveTest, DamageIsAnErrorAndNeverMore) {
   const QByteArray document = QByteArray("<kml/>").repeated(2000);
   const QByteArray archive = Pack({{"doc.kml", document}});
@@ -338,19 +321,16 @@ TEST_F(ArchiveTest, DamageIsAnErrorAndNeverMore) {
 
 TEST_F(ArchiveTest, WhatUnpacksToTooMuchIsRefused) {
   const QByteArray archive = Pack({{"doc.kml", QByteArray(1000000, ' ')}});
-  struct Case {
-    kmz::Limits limits;
-    bool allowed;
-  };
-  const Case cases[] = {{{1000000, 1, 1000000}, true}, // small enough for any ratio
-                        {{999999, 5000, 1000000}, false},
-                        {{1000000, 300, 1000}, false},
-                        {{1000000, 5000, 1000}, true}};
-  for (const Case& c : cases) {
-    kmz::SetLimits(c.limits);
+  const std::pair<kmz::Limits, bool> cases[] = {
+      {{1000000, 1, 1000000}, true}, // small enough for any ratio
+      {{999999, 5000, 1000000}, false},
+      {{1000000, 300, 1000}, false},
+      {{1000000, 5000, 1000}, true}};
+  for (const auto& [limits, allowed] : cases) {
+    kmz::SetLimits(limits);
     QString error;
-    EXPECT_EQ(c.allowed, !kmz::UnzipBytes(archive, QString(), &error).isNull());
-    EXPECT_EQ(!c.allowed, error.contains("it is larger than the")) << error.toStdString();
+    EXPECT_EQ(allowed, !kmz::UnzipBytes(archive, QString(), &error).isNull());
+    EXPECT_EQ(!allowed, error.contains("it is larger than the")) << error.toStdString();
   }
   // An entry that tells a smaller size than it has gets no further than that.
   kmz::SetLimits({1000, 300, 1000});

@@ -71,16 +71,12 @@ TEST(FastMathTest, AlmostEqualForgivesRoundingsOnly) {
 }
 
 TEST(FastMathTest, HeadingsGoClockwiseFromNorth) {
-  struct Case {
-    Vec3<double> to;
-    double heading;
-  };
   const Vec3<double> home(0.1, 0.0, 0.0);
-  const Case cases[] = {
+  const std::pair<Vec3<double>, double> cases[] = {
       {{0.1, 0.2, 0}, 0}, {{0.3, 0.0, 0}, 90}, {{0.1, -0.2, 5}, 180}, {{-0.1, 0.0, 0}, 270},
       {{0.1, 0.0, 0}, 0}, {{0.6, 0.25, 0}, 45}}; // a quarter around, on the circle of that slope
-  for (const Case& c : cases)
-    EXPECT_NEAR(c.heading, ComputeCompassHeading(home, c.to), 1e-9);
+  for (const auto& [to, heading] : cases)
+    EXPECT_NEAR(heading, ComputeCompassHeading(home, to), 1e-9);
   EXPECT_NEAR(90.0, ComputeCompassHeading({0.99, 0, 0}, {-0.99, 0, 0}), 1e-9); // the date line
 }
 
@@ -111,19 +107,14 @@ TEST(FastMathTest, AttitudesTurnTheShortestWay) {
 
 TEST(LegacyScreenVecTest, EachUnitHasItsPlace) {
   using Units = LegacyScreenVec::Units;
-  struct Case {
-    double coord;
-    Units units;
-    double position;
-  };
   // On an extent of 100 device pixels, with two of them for a pixel.
-  const Case cases[] = {
+  const std::tuple<double, Units, double> cases[] = {
       {0.25, Units::kFraction, 25.0}, {10, Units::kPixels, 20.0}, {10, Units::kInsetPixels, 80.0}};
-  for (const Case& c : cases) {
+  for (const auto& [coord, units, position] : cases) {
     double fraction = -1;
     double pixels = -1;
-    LegacyScreenVec::LegacyCoordToScreenVecCoord(c.coord, c.units, 2.0, &fraction, &pixels);
-    EXPECT_EQ(c.position, fraction * 100.0 + pixels);
+    LegacyScreenVec::LegacyCoordToScreenVecCoord(coord, units, 2.0, &fraction, &pixels);
+    EXPECT_EQ(position, fraction * 100.0 + pixels);
   }
 
   const LegacyScreenVec a{0, 0, Units::kFraction, Units::kPixels};

@@ -69,7 +69,6 @@ TEST_F(SettingTest, ChangesWithoutPauseHoldUpNoNotice) {
 }
 
 TEST_F(SettingTest, TheModifierOfTheScopeIsKept) {
-  EXPECT_EQ(SettingModifier::kDefault, level.GetModifier());
   {
     const SettingModifierScope scope(SettingModifier::kUser);
     level.Set(6);
@@ -77,8 +76,6 @@ TEST_F(SettingTest, TheModifierOfTheScopeIsKept) {
   EXPECT_EQ(SettingModifier::kUser, level.GetModifier());
   level.Set(5);
   EXPECT_EQ(SettingModifier::kProgram, level.GetModifier());
-  level.Reset();
-  EXPECT_EQ(SettingModifier::kDefault, level.GetModifier());
 }
 
 TEST_F(SettingTest, AGroupFindsItsSettingsByNameAndSetsThemFromText) {

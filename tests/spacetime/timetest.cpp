@@ -1,7 +1,5 @@
 #include "kestan/spacetime/time.h"
 
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/host/pump.h"
 #include "kestan/spacetime/timeobserver.h"
 #include "kestan/spacetime/timespan.h"
@@ -79,7 +77,6 @@ TEST_F(TimeTest, OnlyTheTimeFolderIsFiltered) {
   const auto root = Read<Folder>(
       "<Folder><Folder><Placemark><TimeStamp><when>2001</when></TimeStamp></Placemark></Folder>"
       "<Placemark><TimeStamp><when>2001</when></TimeStamp></Placemark></Folder>");
-  ASSERT_TRUE(root);
   auto* folder = static_cast<Folder*>(root->GetChild(0));
   const AbstractFeature* inside = folder->GetChild(0);
   const AbstractFeature* outside = root->GetChild(1);
