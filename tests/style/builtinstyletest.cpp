@@ -28,24 +28,19 @@ TEST_F(BuiltInStyleTest, AClientInstallsItsOwnDefault) {
 
 TEST_F(BuiltInStyleTest, ADescriptionLeadsToOneStyle) {
   // Once more, it's the same object, which doesn't grow further. Numbers are those of old icons.
-  struct Case {
-    const char* id;
-    const char* same;
-    float highlight;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, float> cases[] = {
       {"default+nicon=http://a/n.png+hicon=http://a/h.png",
        "default+nicon=http://a/n.png+hicon=http://a/h.png", 1.1F},
       {"default+nicon=http://a/n.png+hicon=http://a/n.png",
        "default+nicon=http://a/n.png+hicon=http://a/n.png", 1.0F},
       {"default?iconId=0x307", "default?iconId=775", 1.1F},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.id);
-    const auto selector = StyleSelector::resolve(KmlId(c.id, Style::GetRootStyleBase()));
-    EXPECT_EQ(selector, StyleSelector::resolve(KmlId(c.same, Style::GetRootStyleBase())));
+  for (const auto& [id, same, highlight] : cases) {
+    SCOPED_TRACE(id);
+    const auto selector = StyleSelector::resolve(KmlId(id, Style::GetRootStyleBase()));
+    EXPECT_EQ(selector, StyleSelector::resolve(KmlId(same, Style::GetRootStyleBase())));
     const IconStyle* icon = selector->InternalGetSelectedStyle(kStyleHighlight)->GetIconStyle();
-    EXPECT_FLOAT_EQ(c.highlight, icon->GetScale());
+    EXPECT_FLOAT_EQ(highlight, icon->GetScale());
     EXPECT_TRUE(icon->HasIcon());
   }
 }

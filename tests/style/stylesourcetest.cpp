@@ -64,7 +64,6 @@ TEST_F(StyleSourceTest, WhatIsSaidToGiveAValueGivesIt) {
       const QString reference = url.isEmpty() ? QString() : "<styleUrl>" + url + "</styleUrl>";
       const auto document = ReadLocal(InDocument(shared + "<Placemark><name>p</name>" + reference +
                                                  inlineStyle + "</Placemark>"));
-      ASSERT_TRUE(document);
       const AbstractFeature* feature = Find(*document, "p");
       ExpectConsistent(*feature, kStyleNormal);
       ExpectConsistent(*feature, kStyleHighlight);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kestan/feature/abstractfeature.h"
-#include "kestan/style/style.h"
 #include "tests/support/kmltest.h"
 
 namespace vorrel::kestan {

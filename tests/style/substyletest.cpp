@@ -67,7 +67,6 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
     SCOPED_TRACE(c.content);
     const QString inPlace = c.inPlace ? c.inPlace : c.content;
     const auto style = ReadStyle(c.content);
-    ASSERT_TRUE(style);
     const QString first = Write(*style);
     EXPECT_EQ(inPlace, GetStyleContent(first));
     EXPECT_EQ(first, Write(*Read<Style>(first)));
@@ -125,12 +124,7 @@ TEST_F(SubStyleTest, RedundantFieldsAreForgotten) {
 }
 
 TEST_F(SubStyleTest, HotSpotOfAnIcon) {
-  struct Case {
-    const char* content;
-    double x;
-    LegacyScreenVec::Units units;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, double, LegacyScreenVec::Units> cases[] = {
       {"", 20.0, LegacyScreenVec::kPixels},
       {"<hotSpot x='0.5' y='0.5' xunits='fraction' yunits='fraction'/>", 0.5,
        LegacyScreenVec::kFraction},
@@ -140,11 +134,11 @@ TEST_F(SubStyleTest, HotSpotOfAnIcon) {
        "<hotSpot x='7' y='8' xunits='pixels' yunits='pixels'/>",
        0.5, LegacyScreenVec::kFraction},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.content);
-    const auto style = ReadStyle("<IconStyle>" + QLatin1String(c.content) + "</IconStyle>");
-    EXPECT_EQ(c.x, style->GetIconStyle()->GetHotSpot().x);
-    EXPECT_EQ(c.units, style->GetIconStyle()->GetHotSpot().xunits);
+  for (const auto& [content, x, units] : cases) {
+    SCOPED_TRACE(content);
+    const auto style = ReadStyle("<IconStyle>" + QLatin1String(content) + "</IconStyle>");
+    EXPECT_EQ(x, style->GetIconStyle()->GetHotSpot().x);
+    EXPECT_EQ(units, style->GetIconStyle()->GetHotSpot().xunits);
   }
 }
 
@@ -242,11 +236,7 @@ TEST_F(SubStyleTest, TheBestItemIconHasMostStatesInCommon) {
 }
 
 TEST_F(SubStyleTest, OldStylesMoveToTheirParts) {
-  struct Case {
-    const char* content;
-    const char* written;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"<polyMode>outline</polyMode>", "<PolyStyle><fill>0</fill><outline>1</outline></PolyStyle>"},
       {"<polyMode>fill</polyMode>", "<PolyStyle><fill>1</fill><outline>0</outline></PolyStyle>"},
       {"<geomColor>ff000001</geomColor>",
@@ -265,15 +255,15 @@ TEST_F(SubStyleTest, OldStylesMoveToTheirParts) {
        "<IconStyle><Icon><href>http://a/i.png</href></Icon></IconStyle>"},
       {"<providerId>7</providerId>", ""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.content);
-    const auto style = ReadStyle(c.content);
-    EXPECT_EQ(c.written, GetStyleContent(Write(*style)));
-    EXPECT_EQ(c.written, GetStyleContent(Write(*style->Clone())));
+  for (const auto& [content, written] : cases) {
+    SCOPED_TRACE(content);
+    const auto style = ReadStyle(content);
+    EXPECT_EQ(written, GetStyleContent(Write(*style)));
+    EXPECT_EQ(written, GetStyleContent(Write(*style->Clone())));
   }
   EXPECT_EQ(LabelStyle::kPlacementHide,
-            ReadStyle(cases[4].content)->GetLabelStyle()->GetOldPlacement());
-  EXPECT_EQ(7, ReadStyle(cases[7].content)->Clone()->GetProviderId());
+            ReadStyle(cases[4].first)->GetLabelStyle()->GetOldPlacement());
+  EXPECT_EQ(7, ReadStyle(cases[7].first)->Clone()->GetProviderId());
 }
 
 } // namespace vorrel::kestan

@@ -1,6 +1,3 @@
-#include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
 #include "tests/support/xml.h"
@@ -15,35 +12,28 @@ protected:
 
 TEST_F(DestinationTest, FilesHoldTheSameTextAsStringsAndReplaceOldOnes) {
   MakeFile("a.kml", QByteArray(100000, 'x'));
-  struct Case {
-    const char* name;
-    const char* file;
-  };
-  const Case cases[] = {{"a.kml", "a.kml"}, {"b", "b.kml"}, {"c.txt", "c.txt"}, {"d.KML", "d.KML"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(QString(), Make()->WriteKmlFile(Path(c.name)));
-    EXPECT_EQ(Write(*Make()).toUtf8(), Contents(Path(c.file)));
+  const std::pair<const char*, const char*> cases[] = {
+      {"a.kml", "a.kml"}, {"b", "b.kml"}, {"c.txt", "c.txt"}, {"d.KML", "d.KML"}};
+  for (const auto& [name, file] : cases) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(QString(), Make()->WriteKmlFile(Path(name)));
+    EXPECT_EQ(Write(*Make()).toUtf8(), Contents(Path(file)));
   }
   EXPECT_EQ(4, Files().size());
 }
 
 TEST_F(DestinationTest, RefusedWritesSayWhyAndLeaveNothing) {
   ASSERT_TRUE(QDir(folder_.path()).mkdir("folder.kml"));
-  struct Case {
-    QString path;
-    const char* message;
-  };
-  const Case cases[] = {
+  const std::pair<QString, const char*> cases[] = {
       {"", "Empty filename for writing kml"},
       {Path("missing/a.kml"), "Could not open file for writing."},
       {Path("folder.kml"), "Could not open file for writing."},
       {folder_.path(), "Could not open file for writing."},
       {Path("folder.kml/"), "Could not open file for writing."},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.path.toStdString());
-    EXPECT_EQ(QString(c.message), Make()->WriteKmlFile(c.path));
+  for (const auto& [path, message] : cases) {
+    SCOPED_TRACE(path.toStdString());
+    EXPECT_EQ(QString(message), Make()->WriteKmlFile(path));
   }
   EXPECT_EQ(QStringList("folder.kml"), Files());
 }

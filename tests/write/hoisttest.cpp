@@ -1,11 +1,7 @@
 #include "kestan/core/schema.h"
-#include "kestan/feature/document.h"
-#include "kestan/feature/folder.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyle.h"
 #include "kestan/style/linestyle.h"
-#include "kestan/style/style.h"
 #include "kestan/style/stylemap.h"
 #include "kestan/style/stylemappair.h"
 #include "kestan/write/writestate.h"
@@ -267,7 +263,6 @@ TEST_F(HoistTest, WhatHasNoNameForAReaderGetsOne) {
       folder->AddChild(*Make(*c.style));
     const QString xml = Write(*folder);
     const auto again = Read<Document>(xml);
-    ASSERT_TRUE(again) << xml.toStdString();
     const auto& copies = static_cast<const AbstractFolder&>(*again->GetChild(0));
     for (int i = 0; i < 2; ++i) {
       const Style& style = *folder->GetChild(i)->getRenderStyle(kStyleNormal);
@@ -278,15 +273,6 @@ TEST_F(HoistTest, WhatHasNoNameForAReaderGetsOne) {
     }
     EXPECT_EQ(xml, Write(*again));
   }
-}
-
-TEST_F(HoistTest, StylesMadeByTheProgramShareNoId) {
-  const auto document = Read<Document>("<Document><Placemark/><Placemark/></Document>");
-  for (const int i : {0, 1})
-    document->GetChild(i)->InlineStyle()->GetLineStyle()->SetWidth(static_cast<float>(i + 5));
-  const QString xml = Write(*document);
-  EXPECT_EQ(2, xml.count("<Style"));
-  EXPECT_EQ(1, xml.count("id=\"inline\"")) << xml.toStdString();
 }
 
 } // namespace vorrel::kestan

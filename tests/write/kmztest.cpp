@@ -1,7 +1,6 @@
 // Archives: what is packed under which name, seen with the project's reader and with minizip.
 
 #include "kestan/host/kmz.h"
-#include "kestan/feature/placemark.h"
 #include "kestan/link/link.h"
 #include "kestan/read/kmlhandler.h"
 #include "kestan/write/writestate.h"
@@ -147,11 +146,7 @@ TEST_F(KmzTest, ImagesInMarkupAndOtherDocumentsKeepTheirMeaning) {
 TEST_F(KmzTest, ImageTagsMeanWhatABrowserTakesThemFor) {
   MakeFile("a&b.png", "1");
   MakeFile("c.png", "2");
-  struct Case {
-    const char* read;
-    const char* written;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"<img src=\"a&amp;b.png\">", "<img src=\"files/a_b.png\">"},
       {"<img src='a&b.png'>", "<img src='files/a_b.png'>"},
       {"<img data-src='no.png' alt=\"src='no.png' >\" width=5 SRC = 'c.png'/>",
@@ -160,12 +155,12 @@ TEST_F(KmzTest, ImageTagsMeanWhatABrowserTakesThemFor) {
       {"<img src='c.png?v=1'>", "<img src='files/c.png'>"},
       {"<img src=c.png><imgs src='c.png'>", "<img src=c.png><imgs src='c.png'>"},
   };
-  for (const Case& c : cases) {
-    const QByteArray text = "<description><![CDATA[" + QByteArray(c.read) + "]]></description>";
+  for (const auto& [read, written] : cases) {
+    const QByteArray text = "<description><![CDATA[" + QByteArray(read) + "]]></description>";
     const auto tree = Load(MakeFile("doc.kml", "<kml><Placemark>" + text + "</Placemark></kml>"));
     ASSERT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz")));
     const QString packed = QString::fromUtf8(kmz::UnzipFile(Path("out.kmz"), QString()));
-    EXPECT_TRUE(packed.contains(QString("[CDATA[%1]]>").arg(c.written))) << packed.toStdString();
+    EXPECT_TRUE(packed.contains(QString("[CDATA[%1]]>").arg(written))) << packed.toStdString();
   }
 }
 
@@ -200,6 +195,7 @@ TEST_F(KmzTest, FilesInAnotherArchiveAreCopied) {
 TEST_F(KmzTest, DocumentsInAFolderOfTheirArchiveReferFromThere) {
   std::vector<std::pair<const char*, QByteArray>> entries{
       {"__MACOSX/._doc.kml", "junk"},
+      {"__macosx/a/doc.kml", "junk"},
       {"Sub/main.kml", DocumentWith({"a.png", "both.png", "root.png", "../up.png", "n#1.png?v=2",
                                      "b%20c.png", "../../beside.png", "none.png"})}};
   for (const char* name : {"Sub/a.png", "Sub/both.png", "both.png", "root.png", "up.png",
@@ -318,24 +314,20 @@ TEST_F(KmzTest, OtherReadersSeeMarkedNamesOfTheFirstDay) {
   }
   EXPECT_EQ("value\tname\tobject\n", kmz::UnzipFile(Path("out.kmz"), "textures.txt"));
 
-  struct Case {
-    QByteArray name;
-    bool stored;
-  };
-  const Case cases[] = {{"doc.kml", false},
-                        {"textures.txt", false},
-                        {"files/a.png", false},
-                        {"files/" + odd.toUtf8(), true}};
+  const std::pair<QByteArray, bool> cases[] = {{"doc.kml", false},
+                                               {"textures.txt", false},
+                                               {"files/a.png", false},
+                                               {"files/" + odd.toUtf8(), true}};
   const unzFile zip = unzOpen64(QFile::encodeName(Path("out.kmz")).constData());
   ASSERT_TRUE(zip);
   ASSERT_EQ(UNZ_OK, unzGoToFirstFile(zip));
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name.constData());
+  for (const auto& [entry, stored] : cases) {
+    SCOPED_TRACE(entry.constData());
     unz_file_info64 info;
     QByteArray name(100, '\0');
     ASSERT_EQ(UNZ_OK, unzGetCurrentFileInfo64(zip, &info, name.data(), 99, nullptr, 0, nullptr, 0));
-    EXPECT_EQ(c.name, name.constData());
-    EXPECT_EQ(c.stored ? 0U : unsigned{Z_DEFLATED}, info.compression_method);
+    EXPECT_EQ(entry, name.constData());
+    EXPECT_EQ(stored ? 0U : unsigned{Z_DEFLATED}, info.compression_method);
     EXPECT_EQ(1U << 11, info.flag & ~6U);    // UTF-8; the rest tells the level
     EXPECT_EQ((1U << 5) | 1U, info.dosDate); // 1980-01-01
     EXPECT_EQ(0U, info.size_file_extra + info.size_file_comment);
