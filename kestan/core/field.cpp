@@ -4,6 +4,8 @@
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 
+#include <algorithm>
+
 namespace vorrel::kestan {
 
 namespace {
@@ -27,7 +29,7 @@ Namespace NamespaceFromFlags(unsigned flags, const Schema& schema) {
 Field::Field(Schema& schema, const QString& name, unsigned offset, Type type, unsigned flags,
              unsigned size, unsigned align, const Schema* objSchema)
     : schema_(&schema), name_(name), ns_(NamespaceFromFlags(flags, schema)), offset_(offset),
-      flags_(flags), type_(type) {
+      flags_(flags), type_(type), isPlaced_(type != kHidden && offset == 0) {
   key_ = Schema::MakeKey(name_, ns_);
   tag_ = GetPrefixedElem().toUtf8();
   init(size, align, objSchema);
@@ -36,13 +38,20 @@ Field::Field(Schema& schema, const QString& name, unsigned offset, Type type, un
 Field::~Field() = default;
 
 void Field::init(unsigned size, unsigned align, const Schema* objSchema) {
-  if (!HasFlag(kProxy)) {
-    if (type_ != kHidden && offset_ == 0)
-      offset_ = (schema_->size_ + align - 1) / align * align;
-    if (offset_ + size > schema_->size_)
-      schema_->size_ = offset_ + size;
+  if (schema_->HasInstances()) {
+    type_ = kHidden;
+    return;
   }
+  TakePlace(size, align);
   schema_->AddField(*this, objSchema);
+}
+
+void Field::TakePlace(unsigned size, unsigned align) {
+  if (HasFlag(kProxy))
+    return;
+  if (isPlaced_)
+    offset_ = (schema_->size_ + align - 1) / align * align;
+  schema_->size_ = std::max(schema_->size_, offset_ + size);
 }
 
 unsigned Field::GetNamespaceFlags(const Schema& childSchema, unsigned flags) {

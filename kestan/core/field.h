@@ -205,6 +205,8 @@ private:
   friend class Schema;
 
   void init(unsigned size, unsigned align, const Schema* objSchema);
+  /// Makes room for the member in the objects of the schema.
+  void TakePlace(unsigned size, unsigned align);
   static char* GetProxyBase(const SchemaObject& object);
   void WriteGivenValue(const SchemaObject& object, WriteState& state) const;
 
@@ -216,6 +218,7 @@ private:
   unsigned flags_;
   Type type_;
   unsigned index_ = 0;
+  bool isPlaced_; ///< By the schema.
   QByteArray tag_;
 };
 

@@ -4,6 +4,7 @@
 #include "kestan/core/library.h"
 #include "kestan/core/librarypart.h"
 #include "kestan/core/notificationdeferrer.h"
+#include "kestan/core/objurlfield.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/schemaobjectschema.h"
 
@@ -58,8 +59,8 @@ template <class T> void EraseFirst(mmvector<T*>& list, const T* entry) {
 
 Schema::Schema(const QString& name, unsigned size, const Schema* base, Namespace ns,
                bool experimental)
-    : size_(size), name_(name), key_(MakeKey(name, ns)), tag_(MakeTag(name, ns)), ns_(ns),
-      experimental_(experimental) {
+    : ownSize_(size), size_(size), name_(name), key_(MakeKey(name, ns)), tag_(MakeTag(name, ns)),
+      ns_(ns), experimental_(experimental) {
   if (!base && name != QLatin1String("SchemaObject"))
     base = &SchemaObject::GetClassSchema();
   construct(base);
@@ -69,14 +70,13 @@ Schema::Schema(const QString& name, unsigned size, const Schema* base, Namespace
 
 Schema::Schema() : Schema(0, &SchemaObject::GetClassSchema()) {}
 
-Schema::Schema(unsigned size, const Schema* base) : size_(size) { construct(base); }
+Schema::Schema(unsigned size, const Schema* base) : ownSize_(size), size_(size) { construct(base); }
 
 Schema::~Schema() {
   {
     const std::lock_guard<SpinLock> guard(s_lock_);
     const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
-    if (base_)
-      EraseFirst<Schema>(base_->derived_, this);
+    JoinBase(nullptr);
     for (CreationObserver* observer : mmvector<CreationObserver*>(creationObservers_)) {
       if (observer->schema_ != this)
         continue;
@@ -97,38 +97,67 @@ void Schema::construct(const Schema* base) {
 }
 
 void Schema::SetBase(const Schema* newBase) {
-  const std::lock_guard<SpinLock> guard(s_lock_);
-  const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
-  if (newBase == base_)
+  if (newBase == base_ || HasInstances())
     return;
-  serializedFields_.clear();
-  objectFields_.clear();
-  attributes_.clear();
-  unnamedFields_.clear();
-  references_.clear();
-  fieldsByKey_.clear();
-  if (base_)
-    EraseFirst<Schema>(base_->derived_, this);
-  base_ = newBase;
-  if (!base_) {
-    fieldCount_ = 0;
-    return;
+  {
+    const std::lock_guard<SpinLock> guard(s_lock_);
+    const std::lock_guard<SpinLock> observerGuard(CreationObserver::s_lock_);
+    JoinBase(newBase);
+    if (base_) {
+      creationObservers_ = base_->creationObservers_;
+      hasCreationObservers_ = !creationObservers_.empty();
+    }
   }
+  SetFields(fields_);
+}
+
+/// Both locks are held.
+void Schema::JoinBase(const Schema* newBase) {
+  if (base_) {
+    Schema* const last = base_->derived_.back();
+    base_->derived_[place_] = last;
+    last->place_ = place_;
+    base_->derived_.pop_back();
+  }
+  base_ = newBase;
+  if (!base_)
+    return;
+  place_ = base_->derived_.size();
   base_->derived_.push_back(this);
-  creationObservers_ = base_->creationObservers_;
-  hasCreationObservers_ = !creationObservers_.empty();
-  size_ = std::max(size_, base_->size_);
-  serializedFields_ = base_->serializedFields_;
-  objectFields_ = base_->objectFields_;
-  attributes_ = base_->attributes_;
-  unnamedFields_ = base_->unnamedFields_;
-  references_ = base_->references_;
-  fieldCount_ = base_->fieldCount_;
+}
+
+void Schema::SetFields(mmvector<Field*> own) {
+  mmvector<const ObjUrlFieldBase*> ownReferences;
+  for (const ObjUrlFieldBase* field : references_) {
+    if (&field->GetSchema() == this)
+      ownReferences.push_back(field);
+  }
+  const auto inherit = [this](auto list) {
+    if (base_)
+      this->*list = base_->*list;
+    else
+      (this->*list).clear();
+  };
+  inherit(&Schema::serializedFields_);
+  inherit(&Schema::objectFields_);
+  inherit(&Schema::attributes_);
+  inherit(&Schema::unnamedFields_);
+  inherit(&Schema::references_);
+  references_.insert(references_.end(), ownReferences.begin(), ownReferences.end());
+  fieldCount_ = base_ ? base_->fieldCount_ : 0;
+  size_ = base_ ? std::max(ownSize_, base_->size_) : ownSize_;
+  hidesFields_ = false;
+  fieldsByKey_.clear();
   for (const auto* list : {&serializedFields_, &attributes_}) {
     for (const Field* field : *list) {
       if (!field->GetName().isEmpty())
         fieldsByKey_.insert(field->GetKey(), field);
     }
+  }
+  fields_.clear();
+  for (Field* field : own) {
+    field->TakePlace(field->getSize(), field->GetAlign());
+    AddField(*field, field->GetObjSchema());
   }
 }
 
@@ -138,7 +167,9 @@ void Schema::AddField(Field& field, const Schema* objSchema) {
     return;
   fields_.push_back(&field);
   if (!field.GetName().isEmpty()) {
-    fieldsByKey_.insert(field.GetKey(), &field);
+    const Field*& named = fieldsByKey_[field.GetKey()];
+    hidesFields_ |= named != nullptr;
+    named = &field;
   } else {
     // A derived class may widen or take over the slot of an inherited field.
     if (objSchema) {
@@ -146,8 +177,10 @@ void Schema::AddField(Field& field, const Schema* objSchema) {
           std::find_if(unnamedFields_.begin(), unnamedFields_.end(), [&](const Field* other) {
             return other->GetObjSchema() && other->GetObjSchema()->SubstitutesFor(*objSchema);
           });
-      if (taken != unnamedFields_.end())
+      if (taken != unnamedFields_.end()) {
+        hidesFields_ = true;
         unnamedFields_.erase(taken);
+      }
     }
     unnamedFields_.push_back(&field);
   }
@@ -164,6 +197,17 @@ void Schema::RemoveSerializedField(const Field& field) {
   for (auto* list : {&serializedFields_, &objectFields_, &attributes_, &unnamedFields_})
     EraseFirst<Field>(*list, &field);
   fieldsByKey_.remove(field.GetName());
+}
+
+void Schema::RemoveField(const Field& field) {
+  EraseFirst<Field>(fields_, &field);
+  if (hidesFields_) { // which may come to light
+    SetFields(fields_);
+    return;
+  }
+  for (auto* list : {&serializedFields_, &objectFields_, &attributes_, &unnamedFields_})
+    EraseFirst<Field>(*list, &field);
+  fieldsByKey_.remove(field.GetKey());
 }
 
 QString Schema::MakeKey(const QString& name, Namespace ns) {

@@ -109,10 +109,17 @@ public:
   /// True when `other` is this schema or one of its bases.
   bool SubstitutesFor(const Schema& other) const;
 
-  /// Rebuilds this schema on a new base.
+  /// Rebuilds this schema on a new base, with its own fields behind those of the base. Nothing
+  /// happens while there are instances.
   void SetBase(const Schema* newBase);
   /// A derived schema drops an inherited field that it replaces.
   void RemoveSerializedField(const Field& field);
+  /// Takes out a field of this schema's own, of which there may be no instances; the others stay
+  /// where they are. For schemas that change at run time, and that none derives from.
+  void RemoveField(const Field& field);
+  /// True while objects of a class that can change are laid out by it. Fields that come meanwhile
+  /// get no place, and are in no list.
+  virtual bool HasInstances() const { return false; }
 
   /// Callers hold the lock of `CreationObserver`. Both reach all derived schemas too.
   void AddCreationObserver(CreationObserver& observer) const;
@@ -128,12 +135,18 @@ public:
   /// Registry key of a name: bare in the KML namespace, else behind the namespace's number.
   static QString MakeKey(const QString& name, Namespace ns);
 
+protected:
+  /// Rebuilds lists and layout with these fields of the schema's own, in this order.
+  void SetFields(mmvector<Field*> own);
+  /// Gives the schema another name in whatever registry it is.
+  void SetKey(const QString& key) { key_ = key; }
+
 private:
   friend class Field;
   friend class ObjUrlFieldBase;
-  friend class CustomSchema;
 
   void construct(const Schema* base);
+  void JoinBase(const Schema* newBase);
   void AddField(Field& field, const Schema* objSchema);
   void AddReference(const ObjUrlFieldBase& field) { references_.push_back(&field); }
 
@@ -145,16 +158,19 @@ private:
   mmvector<Field*> unnamedFields_;
   mmvector<const ObjUrlFieldBase*> references_;
   QHash<QString, const Field*> fieldsByKey_;
+  const unsigned ownSize_ = 0; ///< Without what the schema places itself.
   unsigned size_ = 0;
   QString name_;
   QString key_;
   QByteArray tag_;
   Namespace ns_ = Namespace::kKml;
   unsigned fieldCount_ = 0;
-  mutable mmvector<Schema*> derived_;
+  mutable mmvector<Schema*> derived_;                     ///< Under the lock of schemas.
+  std::size_t place_ = 0;                                 ///< In the list of the base.
   mutable mmvector<CreationObserver*> creationObservers_; ///< Under the lock of `CreationObserver`.
   mutable std::atomic<bool> hasCreationObservers_{false};
   bool experimental_ = false;
+  bool hidesFields_ = false; ///< A field has taken the place of another one in a list.
 
   static SpinLock s_lock_;
   static bool s_enable_experimental_fields_;
