@@ -22,8 +22,12 @@ class IJobContinuator;
 namespace vorrel::kestan {
 
 class LoadObserverList;
+class Schema;
 class StyleCache;
 class ThreadMerge;
+
+/// The classes that documents declare, by document and name.
+using CustomSchemaTable = HashMap<QString, Schema>;
 
 /// What each thread that builds objects has for itself: the hash of its objects by id, and its
 /// notification state. Touched only by its thread, or by the main thread once the worker has let
@@ -80,6 +84,7 @@ public:
   // Open references; null while there was none.
   std::shared_ptr<LoadObserverList> styleLoadObservers;
   std::shared_ptr<LoadObserverList> schemaLoadObservers;
+  std::shared_ptr<CustomSchemaTable> customSchemas; ///< Null while there was none.
 
   // The last arguments and results of the URL rules.
   QString lastUrl;

@@ -109,6 +109,10 @@ void Document::CollectStylesAndSchemas(WriteState& state) const {
 }
 
 void Document::CollectContents(WriteState& state) const {
+  for (const RefPtr<CustomSchema>& schema : schemas_) {
+    if (schema)
+      state.hoist().AddOwnSchema(*schema);
+  }
   AbstractFeature::CollectStylesAndSchemas(state);
   for (const RefPtr<StyleSelector>& style : styleSelectors_) {
     if (!style)

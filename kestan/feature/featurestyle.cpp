@@ -4,6 +4,7 @@
 #include "kestan/core/keptvalues.h"
 #include "kestan/core/notificationdeferrer.h"
 #include "kestan/core/objectobserver.h"
+#include "kestan/custom/customschema.h" // the class of a feature that a document declares
 #include "kestan/custom/extendeddata.h" // collected for a write with the styles
 #include "kestan/feature/abstractfeature.h"
 #include "kestan/feature/abstractfeatureschema.h"
@@ -167,6 +168,8 @@ void AbstractFeature::FlattenStyleSelectors() const {
 
 void AbstractFeature::CollectStylesAndSchemas(WriteState& state) const {
   StyleHoist& hoist = state.hoist();
+  if (GetSchema().IsCustom())
+    hoist.AddClass(static_cast<const CustomSchema&>(GetSchema()));
   if (extendedData_)
     extendedData_->CollectSchemas(state);
   if (hoist.AddReference(*this, styleUrl_, referencedStyleSelector_.get(), true))

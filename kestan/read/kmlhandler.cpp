@@ -4,7 +4,9 @@
 #include "kestan/core/schema.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/schemaobjectschema.h"
+#include "kestan/core/threadcontext.h"
 #include "kestan/core/threadscope.h"
+#include "kestan/custom/customschema.h" // classes that documents declare
 #include "kestan/host/tr.h"
 #include "kestan/read/charbuf.h"
 #include "kestan/read/deprecationmanager.h"
@@ -92,7 +94,9 @@ void KmlHandler::StartElement(const unsigned short* name, const unsigned short**
     ConsumeElement(attrs, kInText);
     return;
   } else {
-    const Schema* const schema = FindSchema(GetTagName());
+    const Schema* schema = FindSchema(GetTagName());
+    if (!schema && top)
+      schema = FindCustomClass(*top->object);
     bool goOn = true;
     if (!schema) {
       goOn = HandleRecoverable(GetUnknownCode(ReportCode::kUnknownType), [this] {
@@ -181,12 +185,27 @@ const KmlHandler::Meaning& KmlHandler::FindMeaning(const Schema& schema) {
   return meaning;
 }
 
+const Schema* KmlHandler::FindCustomClass(const SchemaObject& around) {
+  const auto& classes = ThreadContext::GetCurrent()->customSchemas;
+  if (!classes || classes->count() == 0)
+    return nullptr;
+  Namespace ns = Namespace::kUnknown;
+  const QString& name = StripNamespacePrefix(GetTagName(), &ns);
+  return ns == Namespace::kKml ? CustomSchema::FindNamedCustomSchema(around.GetUrl(), name)
+                               : nullptr;
+}
+
 bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned short** attrs,
                               Namespace* nsOut) {
   const Meaning& meaning = FindMeaning(object.GetSchema());
-  const Schema* const childSchema = meaning.childSchema;
-  const Field* const field = meaning.field;
+  const Schema* childSchema = meaning.childSchema;
+  const Field* field = meaning.field;
   *nsOut = meaning.ns;
+  if (!field && !childSchema) {
+    childSchema = FindCustomClass(object);
+    if (childSchema)
+      field = object.FindField(childSchema->GetBase()->GetName(), Namespace::kKml, nullptr);
+  }
   if (!field || (unknownContent_ == UnknownContent::kKept && field->GetType() != Field::kElement))
     return false;
 

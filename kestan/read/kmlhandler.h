@@ -84,6 +84,9 @@ private:
 
   /// Answers for the present start tag. What names mean is kept, since most of them come again.
   const Meaning& FindMeaning(const Schema& schema);
+  /// The class of the present start tag that the document of the object around it declares; null
+  /// when there's none.
+  const Schema* FindCustomClass(const SchemaObject& around);
 
   void AddUnknownAttrs(SchemaObject& object, const unsigned short** attrs);
   bool IsInValue() const;

@@ -37,29 +37,58 @@ bool StyleHoist::HasStylesOrSchemas() const {
          !level.schemas.empty();
 }
 
-bool StyleHoist::AddStyle(const StyleSelector& style) { return Hoist(style, &Level::styles); }
+bool StyleHoist::AddStyle(const StyleSelector& style) {
+  if (!MayHoist(style) || IsHoisted(style))
+    return false;
+  const auto record = records_.constFind(&style);
+  if (record != records_.constEnd() && record->isInPlace)
+    return false;
+  return levels_.back()->styles.insert(style);
+}
 
-bool StyleHoist::AddSchema(const CustomSchema& schema) { return Hoist(schema, &Level::schemas); }
+bool StyleHoist::AddSchema(const CustomSchema& schema) {
+  return MayHoist(schema) && HoistSchema(schema);
+}
+
+void StyleHoist::AddOwnSchema(const CustomSchema& schema) {
+  if (levels_.empty() || innerDocuments_ > 0 || !HoistSchema(schema))
+    return;
+  // It keeps its id. What comes from elsewhere may need another one.
+  const QString& id = schema.GetId();
+  const Claim* const claim = claimsById_.value(id);
+  if (!id.isEmpty() && !(claim && claim->isGiven))
+    GiveId(schema, id);
+}
+
+void StyleHoist::AddClass(const CustomSchema& schema) {
+  const CustomSchema* const present = classes_.value(schema.GetName());
+  if (!present || !present->DeclaresSame(schema))
+    AddSchema(schema);
+}
+
+bool StyleHoist::HoistSchema(const CustomSchema& schema) {
+  if (!schemas_.insert(schema))
+    return false;
+  levels_.back()->schemas.push_back(&schema);
+  classes_.insert(schema.GetName(), &schema);
+  return true;
+}
 
 void StyleHoist::AddOwnStyles(const mmvector<RefPtr<StyleSelector>>& styles) {
   levels_.back()->ownStyles = &styles;
 }
 
-bool StyleHoist::IsHoisted(const SchemaObject& object, ObjectSet Level::*set) const {
+bool StyleHoist::IsHoisted(const StyleSelector& style) const {
   return std::any_of(levels_.begin(), levels_.end(),
-                     [&](const auto& level) { return ((*level).*set).contains(object); });
+                     [&](const auto& level) { return level->styles.contains(style); });
 }
 
-bool StyleHoist::Hoist(const SchemaObject& object, ObjectSet Level::*set) {
+/// What is on a server is there for all documents that refer to it.
+bool StyleHoist::MayHoist(const SchemaObject& object) const {
   const QString& url = object.GetUrl();
   const bool isOnServer =
       !object.GetId().isEmpty() && GGetUrlType(url) == kUrlNetwork && !urls_.IsRootUrl(url);
-  if (levels_.empty() || innerDocuments_ > 0 || isOnServer || IsHoisted(object, set))
-    return false;
-  const auto record = records_.constFind(&object);
-  if (record != records_.constEnd() && record->isInPlace)
-    return false;
-  return ((*levels_.back()).*set).insert(object);
+  return !levels_.empty() && innerDocuments_ == 0 && !isOnServer;
 }
 
 StyleHoist::Claim& StyleHoist::GetClaim(const QString& id) {
@@ -245,18 +274,19 @@ void StyleHoist::WriteStyles(WriteState& state) {
         style->WriteKml(state);
     }
   }
-  WriteObjs(level.styles, state);
+  level.styles.ForEach([this](const SchemaObject& style) { AssignId(style); });
+  level.styles.ForEach([&state](const SchemaObject& style) { style.WriteKml(state); });
   state.SetStyleDefaultsEnabled(true);
 }
 
 void StyleHoist::WriteSchemas(WriteState& state) {
-  if (!levels_.empty())
-    WriteObjs(levels_.back()->schemas, state);
-}
-
-void StyleHoist::WriteObjs(const ObjectSet& objects, WriteState& state) {
-  objects.ForEach([this](const SchemaObject& object) { AssignId(object); });
-  objects.ForEach([&state](const SchemaObject& object) { object.WriteKml(state); });
+  if (levels_.empty())
+    return;
+  for (const SchemaObject* schema : levels_.back()->schemas) {
+    if (!schema->GetId().isEmpty())
+      AssignId(*schema);
+    schema->WriteKml(state);
+  }
 }
 
 QString StyleHoist::GenerateUniqueId(const QString& id) {
@@ -282,8 +312,9 @@ bool StyleHoist::HasName(const SchemaObject& object) const {
   const auto record = records_.constFind(&object);
   if (record != records_.constEnd() && record->isNamed)
     return true;
-  const bool isSchema = object.GetSchema().SubstitutesFor(CustomSchema::GetClassSchema());
-  return IsHoisted(object, isSchema ? &Level::schemas : &Level::styles);
+  if (object.isOfType(CustomSchema::GetClassSchema()))
+    return !object.GetId().isEmpty() && schemas_.contains(object);
+  return IsHoisted(static_cast<const StyleSelector&>(object));
 }
 
 void StyleHoist::WriteObjUrl(Utf8OStream& stream, SchemaObject* object, const QString& url) {

@@ -41,6 +41,11 @@ public:
   /// As `WriteState` tells.
   bool AddStyle(const StyleSelector& style);
   bool AddSchema(const CustomSchema& schema);
+  /// A schema of the innermost document, which has it whether something refers to it or not.
+  void AddOwnSchema(const CustomSchema& schema);
+  /// The class of an object, by whose name a reader will find it: one of the same name that
+  /// declares the same stands for it.
+  void AddClass(const CustomSchema& schema);
   /// The styles that the innermost document holds itself. They're written with it, whether
   /// something refers to them or not: another document may. They must live until the document is
   /// written.
@@ -86,7 +91,7 @@ private:
   struct Level {
     const mmvector<RefPtr<StyleSelector>>* ownStyles = nullptr;
     ObjectSet styles;
-    ObjectSet schemas;
+    mmvector<const SchemaObject*> schemas;
   };
   /// What one id means in this output.
   struct Claim {
@@ -116,9 +121,9 @@ private:
   const StyleSelector* FindKeeper(const Claim& claim) const;
   bool IsFromElsewhere(const SchemaObject& object) const;
 
-  bool Hoist(const SchemaObject& object, ObjectSet Level::*set);
-  bool IsHoisted(const SchemaObject& object, ObjectSet Level::*set) const;
-  void WriteObjs(const ObjectSet& objects, WriteState& state);
+  bool MayHoist(const SchemaObject& object) const;
+  bool IsHoisted(const StyleSelector& style) const;
+  bool HoistSchema(const CustomSchema& schema);
   QString AssignId(const SchemaObject& object);
   void GiveId(const SchemaObject& object, const QString& id);
 
@@ -130,6 +135,8 @@ private:
   std::deque<Claim> claims_;
   QHash<QString, Claim*> claimsById_;
   mmvector<Claim*> unsettled_;
+  ObjectSet schemas_;                               ///< Of all documents: each goes out once.
+  QHash<QString, const CustomSchema*> classes_;     ///< Those by name, the last of each.
   mmvector<const StyleSelector*> nameless_;         ///< Referred to, and without an id.
   QHash<const SchemaObject*, QString> idsByObject_; ///< Null for an id that is left out.
   bool namesNameless_ = false; ///< An object without an id has one in this output.

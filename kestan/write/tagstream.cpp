@@ -2,6 +2,7 @@
 
 #include "kestan/core/schema.h"
 #include "kestan/read/namespaces.h" // the URI of the extension
+#include "kestan/write/xmlname.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,6 +10,16 @@
 namespace vorrel::kestan {
 
 namespace {
+
+/// The class whose name an element has. Where that of a class which a document declares can't be
+/// one, or means another class, its base gives the name.
+const Schema& GetNamed(const Schema& schema) {
+  const Schema* named = &schema;
+  while (named->IsCustom() && (!IsNcName(named->GetName()) ||
+                               Schema::FindNamedSchema(named->GetName(), Namespace::kKml)))
+    named = named->GetBase();
+  return *named;
+}
 
 const char* GetPrefix(Namespace ns) { return ns == Namespace::kKml ? "" : kExtPrefixColon; }
 
@@ -35,17 +46,19 @@ void TagStream::WriteTagEnd(Namespace ns, const QString& name) {
 }
 
 void TagStream::WriteTagStart(const Schema& schema) {
-  if (schema.GetTag().isEmpty())
-    WriteTagStart(schema.GetNamespace(), schema.GetName());
+  const Schema& named = schema.GetTag().isEmpty() ? GetNamed(schema) : schema;
+  if (named.GetTag().isEmpty())
+    WriteTagStart(named.GetNamespace(), named.GetName());
   else
-    WriteTagStart(schema.GetTag());
+    WriteTagStart(named.GetTag());
 }
 
 void TagStream::WriteTagEnd(const Schema& schema) {
-  if (schema.GetTag().isEmpty())
-    WriteTagEnd(schema.GetNamespace(), schema.GetName());
+  const Schema& named = schema.GetTag().isEmpty() ? GetNamed(schema) : schema;
+  if (named.GetTag().isEmpty())
+    WriteTagEnd(named.GetNamespace(), named.GetName());
   else
-    WriteTagEnd(schema.GetTag());
+    WriteTagEnd(named.GetTag());
 }
 
 void TagStream::WriteTagStart(const QByteArray& tag) {
