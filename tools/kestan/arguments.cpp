@@ -18,7 +18,8 @@ constexpr int kMany = std::numeric_limits<int>::max();
 
 const Command kCommands[] = {{"cat", Cat, 1, 1},         {"tree", Tree, 1, 1},
                              {"check", Check, 1, kMany}, {"style", ShowStyles, 1, kMany},
-                             {"links", ShowLinks, 1, 1}, {"apply", Apply, 2, kMany}};
+                             {"links", ShowLinks, 1, 1}, {"data", ShowData, 1, 1},
+                             {"apply", Apply, 2, kMany}};
 
 /// "kml=BASE" or "gx=BASE".
 bool TakeNamespace(const QString& text, Arguments& arguments) {
@@ -140,10 +141,17 @@ const Option* FindOption(const QString& name) {
          return true;
        }},
       {"--json",
-       {"check", "style", "links", "apply"},
+       {"check", "style", "links", "data", "apply"},
        nullptr,
        [](const QString&, Arguments& arguments) {
          arguments.json = true;
+         return true;
+       }},
+      {"--csv",
+       {"data"},
+       nullptr,
+       [](const QString&, Arguments& arguments) {
+         arguments.csv = true;
          return true;
        }},
       {"--base", {"links", "apply"}, "a URL", TakeBase},
@@ -251,6 +259,9 @@ QString ParseArguments(const QStringList& words, Arguments& arguments) {
   }
   if (arguments.json && !arguments.diff && arguments.command->run == Apply) {
     return QStringLiteral("--json needs --diff");
+  }
+  if (arguments.json && arguments.csv) {
+    return QStringLiteral("either --json or --csv");
   }
   if (arguments.operands.size() > arguments.command->maxOperands) {
     return QStringLiteral("more than one file given");

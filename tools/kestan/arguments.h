@@ -35,6 +35,9 @@ struct Arguments {
   bool json = false;
   std::vector<NamespaceBase> namespaces;
 
+  // Of `data`.
+  bool csv = false;
+
   // Of `apply` and `cat`.
   QString output; ///< Empty or "-" for standard output.
 

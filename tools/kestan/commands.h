@@ -18,5 +18,6 @@ int Tree(const Arguments& arguments);
 int Check(const Arguments& arguments);
 int ShowStyles(const Arguments& arguments);
 int ShowLinks(const Arguments& arguments);
+int ShowData(const Arguments& arguments);
 
 } // namespace tool

@@ -8,6 +8,7 @@ const char kHelpText[] =
        kestan check [--json] FILE...
        kestan style [--json] FILE [ID...]
        kestan links [--json] [--base URL] [--view NORTH,SOUTH,EAST,WEST] FILE
+       kestan data [--csv | --json] FILE
        kestan apply [-o OUT] [--at FRACTION] [--undo] [--base URL] [--update-base URL]
                     [--diff [--json]] FILE UPDATE...
        kestan -h | --help | -V | --version
@@ -24,6 +25,8 @@ Commands:
          and when highlighted, and where its value comes from
   links  show each URL that a client would fetch for the document, as written and absolute, its
          kind, and when it is fetched again
+  data   show the table of extended data: a row for each placemark, and for each other feature that
+         has data, with id, name, geometry, longitude and latitude, and a column for each name
   apply  change the document by the updates that the other documents hold, one after the other, and
          write it; what can't be applied is reported as file:line: error: message [code]
 
@@ -55,7 +58,10 @@ Options of links:
   --view NORTH,SOUTH,EAST,WEST
               the view that servers are told of, in degrees; all zero without it
 
-Options of check, style, links and apply --diff:
+Options of data:
+  --csv       for spreadsheets; without it, columns are parted by tabs
+
+Options of check, style, links, data and apply --diff:
   --json      for programs; see below
 
 Options of all commands:
@@ -87,6 +93,12 @@ JSON of links: {"links": [LINK...]}, one LINK a line:
   can't be had; "builtIn" is true for what clients have without fetching it
   REFRESH  {"refreshMode", "refreshInterval", "viewRefreshMode", "viewRefreshTime"}, modes as in
            KML, times in seconds; null for what is fetched once
+
+JSON of data: {"columns": [COLUMN...], "rows": [ROW...]}, one of them a line:
+  COLUMN  {"name", "displayName", "type"}; "type" is that of a schema, and null for plain texts
+  ROW     {"id", "name", "geometry", "longitude", "latitude", "data": {NAME: VALUE...}}; the position
+          is that of a point or the middle of a shape, and null without one. A VALUE is a number, a
+          truth value or a text, by the type; what isn't of it stays a text
 
 Exit status: 0 all is well, or there are only remarks; 1 there are findings, a document can't be
 read, or a file that it refers to isn't packed; 2 wrong usage; 3 the output can't be written.
