@@ -84,6 +84,7 @@ TEST_F(DeepNestingTest, NoWalkOverflowsASmallStack) {
       counter.CountGeometry(*top);
       mmvector<SchemaObject*> points;
       top->GetElementsBySchema("Point", points);
+      top->GetElementsBySchema("Nothing", points);
       EXPECT_EQ(1U, points.size());
 
       const QString text = Write(*top);

@@ -233,11 +233,19 @@ TEST_F(FeatureTest, ClientStates) {
   const auto feature = MakePlacemark("a");
   feature->SetName("\xc3\xa4", true);
   EXPECT_EQ(QString(QChar(0xe4)), feature->GetName());
-  const int sequence[][2] = {{2, 2}, {7, 2}, {1, 1}, {-1, 1}};
+  const int sequence[][2] = {{2, 2}, {7, 2}, {0, 0}, {1, 1}, {-1, 1}};
   for (const auto& step : sequence) {
     feature->SetProcessingMode(step[0]);
     EXPECT_EQ(step[1], feature->GetProcessingMode());
   }
+
+  FieldLog log(*feature);
+  feature->SetIsOpen(false);
+  feature->SetStyleMode(0);
+  feature->SetHiddenByLod(false);
+  EXPECT_EQ("", log.take());
+  feature->SetStyleMode(1);
+  EXPECT_EQ("styleMode", log.take());
 
   feature->SetRemoteDescriptionUrl("u");
   feature->SetRemoteDescriptionText("t");

@@ -76,6 +76,11 @@ TEST_F(GeometryVisitorTest, TheCounterSumsUpWhatLiesBelowAFeature) {
   EXPECT_EQ(0, counter.GetCount(GeometryCounter::kTrack));
   EXPECT_EQ(GeometryCounter::kMixed, counter.GetCommonExtrude());
   EXPECT_EQ("0 0 0 5 6 7", Box(counter.GetBounds()));
+
+  Notes notes;
+  static_cast<AbstractFeature&>(*folder).Accept(static_cast<GeometryVisitor*>(&notes));
+  static_cast<const AbstractFeature&>(*folder).Accept(static_cast<GeometryVisitorConst*>(&notes));
+  EXPECT_EQ("MultiGeometry Polygon const MultiGeometry const Polygon ", notes.text);
 }
 
 TEST_F(GeometryVisitorTest, TheCounterKnowsWhatAllHaveInCommon) {

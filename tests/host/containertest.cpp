@@ -1,3 +1,4 @@
+#include "kestan/host/cellmanagerpool.h"
 #include "kestan/host/hashmap.h"
 #include "kestan/host/inlinedvector.h"
 #include "kestan/host/referent.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <memory>
 #include <random>
+#include <set>
 #include <vector>
 
 using namespace vorrel;
@@ -152,6 +154,21 @@ TEST(InlinedVectorTest, MovesItsElementsToTheHeapWhenItGrows) {
     EXPECT_EQ(5, counted.use_count());
   }
   EXPECT_EQ(1, counted.use_count());
+}
+
+TEST(CellManagerPoolTest, CellsAreApartAlignedAndUsedAgain) {
+  CellManagerPool pool(40, 3);
+  std::set<void*> cells;
+  for (int i = 0; i < 10; ++i) {
+    void* const cell = pool.allocate();
+    EXPECT_EQ(0U, reinterpret_cast<std::uintptr_t>(cell) % alignof(std::max_align_t));
+    std::fill_n(static_cast<char*>(cell), 40, 'x'); // a tool sees it if cells overlap the block
+    EXPECT_TRUE(cells.insert(cell).second);
+  }
+  for (void* const cell : cells)
+    pool.free(cell);
+  for (int i = 0; i < 10; ++i)
+    EXPECT_EQ(1U, cells.count(pool.allocate()));
 }
 
 TEST(RefPtrTest, AssignmentSurvivesTheEndOfWhatHeldTheNewObject) {

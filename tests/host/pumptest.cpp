@@ -202,6 +202,19 @@ TEST_F(PumpTest, TheWakerIsCalledWhenSomethingIsDueSooner) {
   EXPECT_EQ(1, wokenLate);
 }
 
+TEST_F(PumpTest, WhatAWorkerLetsGoOfEndsOnTheMainThread) {
+  struct Object final : AtomicReferent {
+    explicit Object(System::ThreadId& thread) : endedOn(thread) {}
+    ~Object() override { endedOn = System::GetCurrentThread(); }
+    System::ThreadId& endedOn;
+  };
+  System::ThreadId endedOn = System::kInvalidThreadId;
+  std::thread([&] { UnrefJob::UnrefOnMain(RefPtr<Object>(new Object(endedOn))); }).join();
+  EXPECT_EQ(System::kInvalidThreadId, endedOn);
+  Pump::Run(kLong);
+  EXPECT_EQ(System::GetCurrentThread(), endedOn);
+}
+
 TEST_F(PumpTest, OnlyTheMainThreadRunsThings) {
   Semaphore woken;
   Pump::SetWaker([&woken] { woken.post(); });

@@ -86,6 +86,18 @@ TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDelivers) {
   EXPECT_FALSE(IsWaiting(*placemark));
 }
 
+TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
+  FakeLoader loader;
+  const auto first = MakeReference("styles.kml#s");
+  const auto second = MakeReference("other.kml#s");
+  loader.ended += kStyles;
+  BuildOnWorker([] {});
+  EXPECT_TRUE(first->GetBit(kBitLoadFailed));
+  EXPECT_FALSE(IsWaiting(*first));
+  EXPECT_FALSE(second->GetBit(kBitLoadFailed));
+  EXPECT_TRUE(IsWaiting(*second));
+}
+
 // Without worker threads too, and whenever the loader comes to know.
 TEST_F(LoadObserverTest, TheMainThreadLearnsByThePumpThatATargetWillNotCome) {
   FakeLoader loader;

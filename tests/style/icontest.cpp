@@ -87,6 +87,8 @@ TEST_F(IconTest, ImagesAreToldByTheFormOfTheirUrl) {
       {Server("pal9/icon5.png"), Icon::kUnknownImage, "160,224,-1,-1"},
       {Server("pal2/icon64.png"), Icon::kUnknownImage, "0,0,-1,-1"},
       {Server("pal2/icon99999999999.png"), Icon::kUnknownImage, "0,0,-1,-1"},
+      {Server("pal"), Icon::kUnknownImage, "0,0,-1,-1"},
+      {Server("a.b.png"), Icon::kImageFile, "0,0,-1,-1"},
       {Server("shapes/none.png"), Icon::kImageFile, "0,0,-1,-1"},
   };
   for (const Case& c : cases) {

@@ -37,6 +37,10 @@ TEST_F(SubStyleTest, WhatWasGivenIsWritten) {
       {"<LineStyle><width>1</width></LineStyle>", nullptr, ""},
       {"<PolyStyle><antialias>0</antialias><fill>0</fill><outline>1</outline></PolyStyle>", nullptr,
        "<PolyStyle><antialias>0</antialias><fill>0</fill></PolyStyle>"},
+      {"<IconStyle><scale>2</scale><heading>90</heading><hotSpot x=\"0.5\" y=\"-20\" "
+       "xunits=\"fraction\" yunits=\"insetPixels\"/><gx:headingMode>northUp</gx:headingMode>"
+       "<gx:facingMode>billboard</gx:facingMode><gx:hotSpotMode>endPt</gx:hotSpotMode>"
+       "<gx:stackOrder>4</gx:stackOrder><gx:overlappable>1</gx:overlappable></IconStyle>"},
       {"<IconStyle><hotSpot x=\"7\" y=\"8\" xunits=\"pixels\" yunits=\"pixels\" more=\"&lt;\"/>"
        "</IconStyle>"},
       {"<IconStyle><gx:headingMode>worldNorth</gx:headingMode></IconStyle>",
