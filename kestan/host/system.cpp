@@ -53,6 +53,8 @@ QString ProgramFolder() {
 
 } // namespace
 
+std::uint32_t System::s_cur_frame = 0;
+
 __thread System::Slot System::s_slots_[System::kMaxThreadKeys];
 
 System::ThreadId System::GetCurrentThread() {

@@ -52,6 +52,9 @@ public:
   /// an empty text when that fails. The caller removes it.
   static QString MakeTempFilePath(const QString& stem, const QString& extension);
 
+  /// Number of the frame that is being drawn. The client counts.
+  static std::uint32_t s_cur_frame;
+
   /// Device pixels for one pixel of a layout, 1 unless the client says otherwise.
   static double GetPixelScale();
   static void SetPixelScale(double scale);
