@@ -71,7 +71,7 @@ void ApplyUpdates(const std::vector<Source>& sources, const Arguments& arguments
   for (const Source& source : sources) {
     refusals.SetFile(source.file);
     source.update->SetKeepEdits(true);
-    source.update->Apply(nullptr, arguments.fraction);
+    source.update->Apply(nullptr, static_cast<float>(arguments.at.value_or(1.0)));
   }
   for (auto source = sources.rbegin(); arguments.undo && source != sources.rend(); ++source) {
     source->update->ApplyEdits(0.0F);

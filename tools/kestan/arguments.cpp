@@ -19,7 +19,7 @@ constexpr int kMany = std::numeric_limits<int>::max();
 const Command kCommands[] = {{"cat", Cat, 1, 1},         {"tree", Tree, 1, 1},
                              {"check", Check, 1, kMany}, {"style", ShowStyles, 1, kMany},
                              {"links", ShowLinks, 1, 1}, {"data", ShowData, 1, 1},
-                             {"apply", Apply, 2, kMany}};
+                             {"apply", Apply, 2, kMany}, {"tour", ShowTours, 1, 2}};
 
 /// "kml=BASE" or "gx=BASE".
 bool TakeNamespace(const QString& text, Arguments& arguments) {
@@ -54,10 +54,12 @@ bool TakeUpdateBase(const QString& text, Arguments& arguments) {
   return !text.isEmpty();
 }
 
-bool TakeFraction(const QString& text, Arguments& arguments) {
+/// What the number has to be is a matter of the command.
+bool TakeAt(const QString& text, Arguments& arguments) {
   bool isNumber = false;
-  arguments.fraction = text.toFloat(&isNumber);
-  return isNumber && arguments.fraction >= 0.0F && arguments.fraction <= 1.0F;
+  const double number = text.toDouble(&isNumber);
+  arguments.at = isNumber && std::isfinite(number) ? number : -1.0;
+  return true;
 }
 
 /// "NORTH,SOUTH,EAST,WEST". The east of a view across the antimeridian is the smaller number.
@@ -95,8 +97,8 @@ struct Option {
 
 const Option* FindOption(const QString& name) {
   static const Option options[] = {
-      {"-o", {"cat", "apply"}, "the name of a file", TakeOutput},
-      {"--at", {"apply"}, "a number from 0 to 1", TakeFraction},
+      {"-o", {"cat", "apply", "tour"}, "the name of a file", TakeOutput},
+      {"--at", {"apply", "tour"}, "a number", TakeAt},
       {"--undo",
        {"apply"},
        nullptr,
@@ -141,7 +143,7 @@ const Option* FindOption(const QString& name) {
          return true;
        }},
       {"--json",
-       {"check", "style", "links", "data", "apply"},
+       {"check", "style", "links", "data", "apply", "tour"},
        nullptr,
        [](const QString&, Arguments& arguments) {
          arguments.json = true;
@@ -154,7 +156,7 @@ const Option* FindOption(const QString& name) {
          arguments.csv = true;
          return true;
        }},
-      {"--base", {"links", "apply"}, "a URL", TakeBase},
+      {"--base", {"links", "apply", "tour"}, "a URL", TakeBase},
       {"--view", {"links"}, "NORTH,SOUTH,EAST,WEST in degrees", TakeView},
       {"--namespace", {}, "kml=BASE or gx=BASE", TakeNamespace},
   };
@@ -199,6 +201,25 @@ const Command* FindCommand(const QString& name) {
       std::find_if(std::begin(kCommands), std::end(kCommands),
                    [&](const Command& known) { return name == QLatin1String(known.name); });
   return command == std::end(kCommands) ? nullptr : command;
+}
+
+/// What is wrong with options that go well by themselves, but not together.
+QString CheckTogether(const Arguments& arguments) {
+  const bool isApply = arguments.command->run == Apply;
+  const bool isTour = arguments.command->run == ShowTours;
+  if (isApply && arguments.at && !(*arguments.at >= 0.0 && *arguments.at <= 1.0)) {
+    return QStringLiteral("--at needs a number from 0 to 1");
+  }
+  if (isTour && arguments.at && *arguments.at < 0.0) {
+    return QStringLiteral("--at needs seconds from the tour's beginning");
+  }
+  if (isApply && arguments.json && !arguments.diff) {
+    return QStringLiteral("--json needs --diff");
+  }
+  if (isTour && !arguments.output.isEmpty() && !arguments.at) {
+    return QStringLiteral("-o needs --at");
+  }
+  return QString();
 }
 
 /// Reads options and operands; answers what is wrong.
@@ -257,14 +278,16 @@ QString ParseArguments(const QStringList& words, Arguments& arguments) {
   if (arguments.operands.size() < arguments.command->minOperands) {
     return QStringLiteral("no update given");
   }
-  if (arguments.json && !arguments.diff && arguments.command->run == Apply) {
-    return QStringLiteral("--json needs --diff");
+  const QString together = CheckTogether(arguments);
+  if (!together.isEmpty()) {
+    return together;
   }
   if (arguments.json && arguments.csv) {
     return QStringLiteral("either --json or --csv");
   }
   if (arguments.operands.size() > arguments.command->maxOperands) {
-    return QStringLiteral("more than one file given");
+    return arguments.command->maxOperands > 1 ? QStringLiteral("more than one id given")
+                                              : QStringLiteral("more than one file given");
   }
   const QString variable = QString::fromLocal8Bit(qgetenv("KESTAN_NAMESPACES")).simplified();
   for (const QString& item : variable.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {

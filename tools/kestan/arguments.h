@@ -31,14 +31,14 @@ struct Arguments {
 
   Page page = Page::kNone;          ///< To show instead of any work.
   const Command* command = nullptr; ///< Set unless a page is asked for.
-  QStringList operands;             ///< Files, and for `style` ids; at least one.
+  QStringList operands;             ///< Files, and for `style` and `tour` ids; at least one.
   bool json = false;
   std::vector<NamespaceBase> namespaces;
 
   // Of `data`.
   bool csv = false;
 
-  // Of `apply` and `cat`.
+  // Of `apply`, `cat` and `tour`.
   QString output; ///< Empty or "-" for standard output.
 
   // Of `cat`.
@@ -49,11 +49,13 @@ struct Arguments {
 
   // Of `apply`.
   QString updateBase; ///< Where the updates come from; empty for their files.
-  float fraction = 1.0F;
   bool undo = false;
   bool diff = false;
 
-  // Of `apply` and `links`.
+  /// Of `apply`, the fraction of the way, from 0 to 1; of `tour`, seconds from its beginning.
+  std::optional<double> at;
+
+  // Of `apply`, `links` and `tour`.
   QString base; ///< Where the document comes from; empty for the file itself.
 
   // Of `links`.

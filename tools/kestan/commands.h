@@ -19,5 +19,6 @@ int Check(const Arguments& arguments);
 int ShowStyles(const Arguments& arguments);
 int ShowLinks(const Arguments& arguments);
 int ShowData(const Arguments& arguments);
+int ShowTours(const Arguments& arguments);
 
 } // namespace tool

@@ -11,6 +11,7 @@ const char kHelpText[] =
        kestan data [--csv | --json] FILE
        kestan apply [-o OUT] [--at FRACTION] [--undo] [--base URL] [--update-base URL]
                     [--diff [--json]] FILE UPDATE...
+       kestan tour [--json] [--base URL] [--at SECONDS [-o OUT]] FILE [ID]
        kestan -h | --help | -V | --version
 
 Reads KML and KMZ documents, and writes them. The FILE "-" is standard input; a "file:" URL names a
@@ -29,8 +30,11 @@ Commands:
          has data, with id, name, geometry, longitude and latitude, and a column for each name
   apply  change the document by the updates that the other documents hold, one after the other, and
          write it; what can't be applied is reported as file:line: error: message [code]
+  tour   show what happens in each tour of the document, or in the one with this id: when each step
+         has its turn, for how long, from when on where it's delayed, what it does, and the view
+         that is flown to
 
-Options of cat and apply:
+Options of cat, apply and tour --at:
   -o OUT      write to the file OUT; a name without a suffix gets ".kml". A name that ends in
               ".kmz" makes an archive, with the files that the document refers to at or below its
               own folder, or in its own archive. "-" is standard output
@@ -53,6 +57,11 @@ Options of apply:
   --diff         show each change instead of the document: the object, by its id or the way to it,
                  and field: "old" -> "new", or what was created or deleted
 
+Options of tour:
+  --at SECONDS   write the document as the tour's updates have made it by then, and tell the view
+                 that is being flown to: on standard error, or with -o on standard output
+  --base URL     read FILE as if it came from URL. Updates are applied as those of apply
+
 Options of links:
   --base URL  read FILE as if it came from URL
   --view NORTH,SOUTH,EAST,WEST
@@ -61,7 +70,7 @@ Options of links:
 Options of data:
   --csv       for spreadsheets; without it, columns are parted by tabs
 
-Options of check, style, links, data and apply --diff:
+Options of check, style, links, data, tour and apply --diff:
   --json      for programs; see below
 
 Options of all commands:
@@ -99,6 +108,13 @@ JSON of data: {"columns": [COLUMN...], "rows": [ROW...]}, one of them a line:
   ROW     {"id", "name", "geometry", "longitude", "latitude", "data": {NAME: VALUE...}}; the position
           is that of a point or the middle of a shape, and null without one. A VALUE is a number, a
           truth value or a text, by the type; what isn't of it stays a text
+
+JSON of tour: {"tours": [TOUR...]}
+  TOUR  {"id", "name", "duration", "steps": [STEP...]}, one STEP a line; times are in seconds
+  STEP  {"class", "begin", "duration", "delay"}, and as texts what its elements say; "view" of a
+        flight is a VIEW or null, "target" of an update the URL of the document that it changes
+  VIEW  {"class"}, and as texts what its elements say
+JSON of tour --at: {"at", "view": VIEW, "fraction"}, the part of the way to the view from 0 to 1
 
 Exit status: 0 all is well, or there are only remarks; 1 there are findings, a document can't be
 read, or a file that it refers to isn't packed; 2 wrong usage; 3 the output can't be written.
