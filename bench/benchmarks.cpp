@@ -145,6 +145,15 @@ void ReadReferences(benchmark::State& state, References references) {
   SetCount(state, count);
 }
 
+void DrawRegions(benchmark::State& state, Sight sight) {
+  const Subject subject;
+  RegionFrames frames(subject, sight, static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    frames.Draw();
+  }
+  SetCount(state, frames.size());
+}
+
 /// At sizes that tell linear from quadratic.
 template <class... Arguments> void RegisterCounts(const std::string& name, Arguments... arguments) {
   benchmark::RegisterBenchmark(name.c_str(), arguments...)
@@ -165,6 +174,9 @@ void RegisterScenes() {
   for (const Audience audience :
        {Audience::kNobody, Audience::kObserver, Audience::kOwners, Audience::kObservedOwners}) {
     RegisterCounts(std::string("change/") + Name(audience), ChangeField, audience);
+  }
+  for (const Sight sight : {Sight::kStill, Sight::kMoving, Sight::kReplacing}) {
+    RegisterCounts(std::string("regions/") + Name(sight), DrawRegions, sight);
   }
   RegisterCounts("references/forward", ReadReferences, References::kForward);
   RegisterCounts("references/forward to one", ReadReferences, References::kForwardToOne);

@@ -3,6 +3,8 @@
 #include "kestan/core/objectobserver.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
+#include "kestan/host/system.h"
+#include "kestan/spacetime/region.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
 
@@ -46,13 +48,22 @@ std::string MakeStyled(Look look, std::size_t count) {
   return InDocument(text);
 }
 
-std::string MakeNested(int levels, std::size_t count) {
+/// A region that stands in for a feature of its own, which follows.
+std::string MakeReplacing(std::size_t number) {
+  const std::string id = "r" + std::to_string(number);
+  return "<Region><Lod xmlns:gx='http://www.vorrel.com/kml/ext/2.2'><gx:hrefToReplace>#" + id +
+         "</gx:hrefToReplace></Lod></Region></Placemark><Placemark id='" + id + "'>";
+}
+
+/// `makeContent` gets the number of the feature.
+template <class MakeContent>
+std::string MakeNested(int levels, std::size_t count, MakeContent makeContent) {
   std::string text;
   for (int i = 0; i < levels; ++i) {
     text += "<Folder>";
   }
   for (std::size_t i = 0; i < count; ++i) {
-    text += MakePlacemark("");
+    text += MakePlacemark(makeContent(i));
   }
   for (int i = 0; i < levels; ++i) {
     text += "</Folder>";
@@ -71,6 +82,34 @@ std::vector<AbstractFeature*> FindFeatures(const Subject::Tree& tree) {
 }
 
 } // namespace
+
+const char* Name(Sight sight) {
+  const char* const names[] = {"still", "moving", "moving and replacing"};
+  return names[static_cast<int>(sight)];
+}
+
+RegionFrames::RegionFrames(const Subject& subject, Sight sight, std::size_t count)
+    : tree_(subject.Read(MakeNested(kLevels, count,
+                                    [sight](std::size_t number) {
+                                      return sight == Sight::kReplacing ? MakeReplacing(number)
+                                                                        : std::string("<Region/>");
+                                    }))),
+      sight_(sight) {
+  for (AbstractFeature* feature : FindFeatures(tree_)) {
+    if (Region* const region = feature->GetRegion()) {
+      regions_.push_back(region);
+    }
+  }
+}
+
+void RegionFrames::Draw() {
+  ++vorrel::System::s_cur_frame;
+  inSight_ = sight_ == Sight::kStill || !inSight_;
+  const auto result = inSight_ ? vorrel::BoundingVolume::kInside : vorrel::BoundingVolume::kOutside;
+  for (Region* region : regions_) {
+    region->Update(result, 1.0F);
+  }
+}
 
 const char* Name(Look look) {
   const char* const names[] = {"one shared style", "inline over shared, alike",
@@ -133,7 +172,7 @@ WatchedFeatures::WatchedFeatures(const Subject& subject, Audience audience, std:
           MakeNested(audience == Audience::kOwners || audience == Audience::kObservedOwners
                          ? kLevels - 1 // the document is one more
                          : 0,
-                     count))),
+                     count, [](std::size_t) { return std::string(); }))),
       features_(FindFeatures(tree_)) {
   if (audience == Audience::kObserver) {
     for (AbstractFeature* feature : features_) {

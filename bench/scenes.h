@@ -12,6 +12,7 @@
 namespace vorrel::kestan {
 class AbstractFeature;
 class ObjectObserver;
+class Region;
 } // namespace vorrel::kestan
 
 namespace bench {
@@ -75,6 +76,31 @@ private:
   std::vector<std::unique_ptr<Listener>> listeners_;
   std::size_t notices_ = 0;
   bool open_ = false;
+};
+
+/// What a client finds from frame to frame.
+enum class Sight {
+  kStill,     ///< Every region as in the frame before.
+  kMoving,    ///< Every region comes into sight and leaves it by turns.
+  kReplacing, ///< The same, and each region stands in for a feature of its own.
+};
+
+const char* Name(Sight sight);
+
+/// A document of features with regions, ten levels down.
+class RegionFrames {
+public:
+  RegionFrames(const Subject& subject, Sight sight, std::size_t count);
+
+  std::size_t size() const { return regions_.size(); }
+  /// Updates each region for one frame.
+  void Draw();
+
+private:
+  Subject::Tree tree_;
+  std::vector<vorrel::kestan::Region*> regions_;
+  const Sight sight_;
+  bool inSight_ = true;
 };
 
 /// How a document's features and their styles stand to each other.
