@@ -10,6 +10,10 @@
 #include "kestan/geometry/multigeometry.h"
 #include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
+#include "kestan/host/system.h"
+#include "kestan/spacetime/abstractxform.h"
+#include "kestan/spacetime/featureview.h"
+#include "kestan/spacetime/region.h"
 #include "kestan/spacetime/time.h"
 #include "kestan/spacetime/timeinstant.h"
 #include "kestan/spacetime/timeperiod.h"
@@ -22,7 +26,13 @@
 #include "kestan/style/style.h"
 #include "kestan/style/stylemap.h"
 #include "kestan/style/stylemappair.h"
+#include "kestan/tour/animatedupdate.h"
+#include "kestan/tour/flyto.h"
+#include "kestan/tour/playlist.h"
+#include "kestan/tour/tour.h"
+#include "kestan/update/update.h"
 
+#include <cmath>
 #include <iterator>
 
 using namespace vorrel;
@@ -40,6 +50,10 @@ struct Choice {
   template <class T> T* get() const { return static_cast<T*>(object(T::GetClassSchema())); }
   bool flag() const { return number(2) != 0; }
   int index() const { return static_cast<int>(number(6)) - 1; }
+  double angle() const {
+    static const double angles[] = {0.0, 0.5, -0.75, 1.9, 1e9, 1e308, -1e308, std::nan("")};
+    return angles[number(std::size(angles))];
+  }
   QString url() const {
     static const char* const urls[] = {"",           "#a",        "#b",
                                        "edit.kml#c", "far.kml#d", "root://styles#hl"};
@@ -200,6 +214,59 @@ const Operation kOperations[] = {
     [](const Choice& c) {
       With<Pair>(c, [&](auto& p) { p.SetStyleSelector(c.get<StyleSelector>()); });
     },
+    [](const Choice& c) { With<FlyTo>(c, [&](auto& f) { f.setView(c.get<AbstractView>()); }); },
+    [](const Choice& c) {
+      With<AbstractView>(c, [&](auto& v) {
+        v.ContainExtents(60.0F, 40.0F, c.angle(), c.angle(), c.angle(), c.angle(), c.angle(), 0.0);
+        v.AlmostEqual(c.get<AbstractView>());
+      });
+    },
+    [](const Choice& c) {
+      With<AbstractView>(c, [&](auto& v) { v.SetViewState(c.get<ViewState>()); });
+    },
+    [](const Choice& c) { With<FeatureView>(c, [&](auto& v) { v.SetFeature(c.get<Feature>()); }); },
+    [](const Choice& c) {
+      With<ViewState, RenderState>(c, [&](auto& v, auto& s) {
+        if (!v.AddRenderState(&s))
+          v.RemRenderState(c.index());
+      });
+    },
+    [](const Choice& c) {
+      With<Playlist, TourPrimitive>(c, [&](auto& l, auto& p) {
+        if (c.flag())
+          l.PrependPrimitive(&p);
+        else if (!l.AddPrimitive(&p))
+          l.RemPrimitive(&p);
+      });
+    },
+    [](const Choice& c) {
+      With<AnimatedUpdate>(c, [&](auto& a) {
+        const DeletionDeferrer deferrer;
+        a.SetStart();
+        if (Update* const update = a.GetUpdate())
+          update->ApplyEdits(static_cast<float>(c.index()) / 4.0F);
+      });
+    },
+    [](const Choice& c) { With<Tour>(c, [](auto& t) { t.GetDuration(); }); },
+    [](const Choice& c) {
+      With<AbstractXform>(c, [&](auto& x) {
+        x.SetLatLonExtent(c.angle(), c.angle(), c.angle(), c.angle(),
+                          static_cast<AbstractXform::Edge>(c.number(10)));
+      });
+    },
+    [](const Choice& c) {
+      With<AbstractXform>(c, [&](auto& x) { x.SetCorner({c.angle(), c.angle(), 0.0}, c.index()); });
+    },
+    [](const Choice& c) { With<Region>(c, [&](auto& r) { r.SetLod(c.get<Lod>()); }); },
+    [](const Choice& c) { With<Region>(c, [](auto& r) { r.GetLatLonAltBox(); }); },
+    [](const Choice& c) { With<Lod>(c, [&](auto& l) { l.SetHrefToReplace(c.url()); }); },
+    [](const Choice& c) {
+      With<Region>(c, [&](auto& r) {
+        ++System::s_cur_frame;
+        r.UpdateExtents();
+        r.Update(c.flag() ? BoundingVolume::kInside : BoundingVolume::kOutside, 1.0F);
+      });
+    },
 };
 
 } // namespace
@@ -214,6 +281,7 @@ void CheckState(const SchemaObject& object) {
     feature.isVisible();
     for (const SchemaObject* inherited :
          {static_cast<const SchemaObject*>(feature.GetInheritedTime()),
+          static_cast<const SchemaObject*>(feature.GetInheritedRegion()),
           static_cast<const SchemaObject*>(feature.GetReferencedStyleSelector())}) {
       if (inherited && inherited->GetBit(kBitDeleting))
         Fail(QStringLiteral("a feature keeps something dead"));
