@@ -1,5 +1,7 @@
 #include "kestan/core/givenfield.h"
 
+#include "kestan/core/convertfromstring.h"
+#include "kestan/core/deletiondeferrer.h"
 #include "kestan/core/schemaobject.h"
 #include "kestan/core/typedfield_impl.h"
 
@@ -42,6 +44,21 @@ void GivenField<T, F>::copy(SchemaObject& dst, const SchemaObject& src, bool dee
   this->template Member<T>(dst) = this->get(src);
   Mask(dst) &= ~this->GetMaskBit();
   this->NotifyFieldChanged(dst);
+}
+
+template <class T, class F>
+FromStringResult GivenField<T, F>::fromString(SchemaObject& object, const AttributeList* attrs,
+                                              const NamespaceList* namespaces, const QString& text,
+                                              int index, Update* update) const {
+  const DeletionDeferrer deferrer;
+  const auto result = F::fromString(object, attrs, namespaces, text, index, update);
+  const bool isBounded = this->HasFlag(Field::kHasMin) || this->HasFlag(Field::kHasMax);
+  if (isBounded && !update && result == FromStringResult::kOk) {
+    const T value = ValueFromString<T>(text);
+    if (this->Clamp(value) != value)
+      object.KeepText(*this, text);
+  }
+  return result;
 }
 
 template class GivenField<float>;

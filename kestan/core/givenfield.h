@@ -23,6 +23,10 @@ public:
   bool IsUndefined(const SchemaObject& object) const override;
   void SetTypedObject(SchemaObject& object, T value) const override;
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
+  /// A number beyond the bounds is limited, but comes back as the document had it.
+  FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
+                              const NamespaceList* namespaces, const QString& text, int index,
+                              Update* update) const override;
 
 private:
   unsigned& Mask(const SchemaObject& object) const {

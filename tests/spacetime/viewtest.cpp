@@ -65,17 +65,15 @@ TEST_F(ViewTest, ViewsComeBackWithWhatTheySaidAndNoMore) {
        "<heading>4</heading><tilt>5</tilt><range>6</range><altitudeMode>absolute</altitudeMode>"
        "</LookAt>",
        nullptr},
-      {"<LookAt><range>0</range><tilt>120</tilt></LookAt>",
-       "<LookAt><tilt>90</tilt><range>0.1</range></LookAt>"},
-      {"<LookAt><range>far</range></LookAt>", "<LookAt><range>0.1</range></LookAt>"},
+      {"<LookAt><tilt>120</tilt><range>0</range></LookAt>", nullptr},
+      {"<LookAt><range>far</range></LookAt>", nullptr},
       {"<LookAt a=\"1\"><latitude b=\"2\">3</latitude><u></u></LookAt>", nullptr},
       {"<LookAt><range>5</range><range>7</range></LookAt>", nullptr},
       {"<LookAt><altitudeMode>clampToGround</altitudeMode></LookAt>", "<LookAt></LookAt>"},
       {"<LookAt><gx:altitudeMode>relativeToSeaFloor</gx:altitudeMode></LookAt>", nullptr},
       {"<LookAt><gx:altitudeMode>absolute</gx:altitudeMode></LookAt>",
        "<LookAt><altitudeMode>absolute</altitudeMode></LookAt>"},
-      {"<Camera><latitude>120</latitude><tilt>200</tilt><roll>-190</roll></Camera>",
-       "<Camera><latitude>120</latitude><tilt>180</tilt><roll>-180</roll></Camera>"},
+      {"<Camera><latitude>120</latitude><tilt>200</tilt><roll>-190</roll></Camera>", nullptr},
       {"<Camera><altitudeMode>relativeToGround</altitudeMode></Camera>", "<Camera></Camera>"},
       {"<Camera><heading>-10</heading><altitudeMode>clampToGround</altitudeMode></Camera>",
        nullptr},
@@ -117,6 +115,17 @@ TEST_F(ViewTest, WhatAClientSetsIsWrittenBesideWhatWasRead) {
   look->copy(*ReadViewOf<LookAt>("<LookAt><tilt>3</tilt></LookAt>"), true, nullptr);
   EXPECT_EQ("<LookAt><tilt>3</tilt></LookAt>",
             Element(Write(*look), "LookAt").remove('\n').remove('\t'));
+
+  // Beyond the bounds a number is written as it was read, and counts as the bound.
+  const auto far = ReadViewOf<LookAt>("<LookAt><tilt>120</tilt><range>0</range></LookAt>");
+  EXPECT_EQ(90.0, far->GetTilt());
+  EXPECT_EQ(0.1, far->GetRange());
+  LookAtSchema::GetSingleton().tilt.CheckSet(*far, 90.0);
+  EXPECT_EQ("<LookAt><tilt>90</tilt><range>0</range></LookAt>",
+            Element(Write(*far), "LookAt").remove('\n').remove('\t'));
+  const auto up = ReadViewOf<Camera>("<Camera><latitude>120</latitude><tilt>200</tilt></Camera>");
+  EXPECT_EQ(120.0, up->GetLatitude());
+  EXPECT_EQ(180.0, up->GetTilt());
 
   const RefPtr<Camera> camera(new Camera(10.0, 0.0, 30.0, kAbsolute, 500.0, 0.0, 7.0));
   EXPECT_EQ(500.0, camera->GetTilt());
