@@ -44,6 +44,7 @@ enum BitID {
   kBitInheritanceWaits = 37,        ///< What lies below hasn't been told all that it inherits.
   kBitBalloonNotice = 38,           ///< A notice of the feature's balloon waits.
   kBitWasRead = 39,                 ///< Made by a document: it says only what that said.
+  kBitLinkContent = 40,             ///< Stood in the element of its network link: wasn't fetched.
 };
 
 } // namespace vorrel::kestan

@@ -8,12 +8,16 @@
 #include "kestan/feature/featurevisitor.h"
 #include "kestan/feature/linksnippet.h"
 #include "kestan/host/datetime.h"
+#include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
 #include "kestan/link/fetchobserver.h"
 #include "kestan/link/linktemplate.h"
 #include "kestan/link/networklinkcontrol.h"
 #include "kestan/link/networklinkschema.h"
+#include "kestan/read/parsejob.h"
 #include "kestan/spacetime/abstractview.h"
+
+#include <algorithm>
 
 namespace vorrel::kestan {
 
@@ -29,6 +33,13 @@ RefPtr<Snippet> CopySnippet(const Snippet& snippet, const SchemaObject& feature)
   copy->SetMaxLines(snippet.GetMaxLines());
   copy->SetText(snippet.GetText());
   return copy;
+}
+
+/// What a link fetches but for the cookie, which may be another one at each fetch.
+QString GetDocumentUrl(const NetworkLink& link) {
+  const AbstractLink* const address = link.GetLink();
+  const QString url = address ? address->GetAbsoluteUrl() : QString();
+  return url.left(FindFragment(QString(), url));
 }
 
 } // namespace
@@ -131,6 +142,46 @@ void NetworkLink::setControl(NetworkLinkControl* control) {
   UpdateExpireTime();
 }
 
+void NetworkLink::TakeFetched(const ParseJob& job) {
+  const DeletionDeferrer deferrer;
+  const RefPtr<SchemaObject> result = job.GetResult();
+  const RefPtr<NetworkLinkControl> control(
+      static_cast<NetworkLinkControl*>(job.GetLinkControl().get()));
+  if (control)
+    setControl(control.get());
+  if (result && result->isOfType(AbstractFeature::GetClassSchema()))
+    SetFetched(static_cast<AbstractFeature&>(*result));
+  SetFetchState(static_cast<net::FetchState>(job.GetStatus()), job.GetErrorText());
+  if (control)
+    control->ApplyUpdates(nullptr);
+}
+
+void NetworkLink::SetFetched(AbstractFeature& feature) {
+  mmvector<RefPtr<AbstractFeature>> former;
+  if (rootMode_ != kRootKeep)
+    std::copy_if(children_.begin(), children_.end(), std::back_inserter(former),
+                 [](const RefPtr<AbstractFeature>& child) {
+                   return child && !child->GetBit(kBitLinkContent);
+                 });
+  RemoveChildren({former.data(), former.size()});
+  AddChild(feature);
+}
+
+bool NetworkLink::IsEndless() const {
+  const QString url = GetDocumentUrl(*this);
+  int depth = 0;
+  for (const AbstractFeature* above = this; above; above = above->GetParent()) {
+    if (!url.isEmpty() && above->GetUrl() == url)
+      return true;
+    if (above == this || !above->isOfType(GetClassSchema()))
+      continue;
+    ++depth;
+    if (!url.isEmpty() && GetDocumentUrl(static_cast<const NetworkLink&>(*above)) == url)
+      return true;
+  }
+  return depth > kMaxLinkDepth;
+}
+
 /// On the client's clock, which is what it compares with.
 void NetworkLink::UpdateExpireTime() {
   AbstractLink* const link = GetLink();
@@ -172,25 +223,45 @@ void NetworkLink::NotifyFieldChanged(const Field& field) {
   const bool isLateLink = hasRefreshPeriod_ && (&field == &fields.link || &field == &fields.url);
   if (link && (isPeriod || isLateLink))
     link->SetDeprecatedRefreshPeriod(refreshPeriod_);
+  if (&field == &AbstractFolderSchema::GetSingleton().children && !children_.empty() &&
+      children_.back() && children_.back()->GetBit(kBitBeingRead))
+    children_.back()->SetBit(kBitLinkContent, true);
   if (&field == &fields.fetchState)
     FetchObserver::Notify(this, link, fetchState_);
   AbstractFolder::NotifyFieldChanged(field);
 }
 
-/// What was fetched isn't written, so that the document holds nothing for it.
+/// The children of a copy are put together as those of a document are.
+void NetworkLink::CopyNonFieldStuff(const SchemaObject& src) {
+  if (src.isOfType(GetClassSchema())) {
+    const auto& former = static_cast<const NetworkLink&>(src).children_;
+    for (std::size_t i = 0; i < std::min(former.size(), children_.size()); ++i) {
+      if (former[i] && children_[i])
+        children_[i]->SetBit(kBitLinkContent, former[i]->GetBit(kBitLinkContent));
+    }
+  }
+  AbstractFolder::CopyNonFieldStuff(src);
+}
+
+/// For the length of `op`, which writes and tells nobody, the link has no children that were
+/// fetched.
+template <class Op> void NetworkLink::WithoutFetched(Op op) const {
+  auto& self = const_cast<NetworkLink&>(*this);
+  mmvector<RefPtr<AbstractFeature>> others;
+  std::copy_if(
+      children_.begin(), children_.end(), std::back_inserter(others),
+      [](const RefPtr<AbstractFeature>& child) { return child && child->GetBit(kBitLinkContent); });
+  self.children_.swap(others);
+  op();
+  self.children_.swap(others);
+}
+
 void NetworkLink::CollectStylesAndSchemas(WriteState& state) const {
-  AbstractFeature::CollectStylesAndSchemas(state);
+  WithoutFetched([&] { AbstractFolder::CollectStylesAndSchemas(state); });
 }
 
 void NetworkLink::WriteKml(WriteState& state) const {
-  UpdateOldSnippet();
-  WriteKmlStartTag(state, false);
-  for (const Field* const field : GetSchema().GetSerializedFields()) {
-    if (field != &AbstractFolderSchema::GetSingleton().children)
-      WriteField(*field, state);
-  }
-  WriteUnknownFields(state);
-  WriteKmlEndTag(state, false);
+  WithoutFetched([&] { AbstractFolder::WriteKml(state); });
 }
 
 void NetworkLink::accept(FeatureVisitor& visitor) { visitor.visit(*this); }

@@ -9,11 +9,14 @@ class AbstractLink;
 class Link;
 class NetworkLinkControl;
 class NetworkLinkSchema;
+class ParseJob;
 
 /// A folder whose children come from a URL.
 ///
-/// It holds what to fetch and what came of it. Fetching, and when to do so, is for the client,
-/// which watches the fields. The children that were fetched aren't written.
+/// It holds what to fetch and what came of it. Fetching is for the client, which asks a
+/// `FetchPlan` when to do so, and hands over what it got with `TakeFetched`. Children that a
+/// client adds count as fetched: only those that stood in the link's own element, or that an update
+/// has created in it, are written.
 class KESTAN_EXPORT NetworkLink final : public AbstractFolder {
 public:
   class Url;
@@ -46,6 +49,17 @@ public:
   void ForceFetch();
   bool GetForceFetch() const { return forceFetch_; }
 
+  /// Takes over what a job has read, once that is merged. The control of the document, if there is
+  /// one, is set; the feature takes the place of what was fetched before, or stands behind it with
+  /// `kRootKeep`; the fetch state tells how it went; and then the control's updates are applied,
+  /// which may remove the link itself. What the document doesn't bring stays as it was: the content
+  /// for one of updates only, the control, and so the cookie, for one without.
+  void TakeFetched(const ParseJob& job);
+  /// True when nobody should follow the link: it leads to a document that it lies in, or lies below
+  /// more than `kMaxLinkDepth` others.
+  bool IsEndless() const;
+  static constexpr int kMaxLinkDepth = 64;
+
   /// What the server has last said to the link, or null.
   NetworkLinkControl* GetControl() const { return control_.get(); }
   /// Takes over the name, the texts and the view that the control has for the link, and when the
@@ -69,6 +83,7 @@ public:
   void SetFetchState(net::FetchState state, const QString& text);
 
   void NotifyFieldChanged(const Field& field) override;
+  void CopyNonFieldStuff(const SchemaObject& src) override;
   void CollectStylesAndSchemas(WriteState& state) const override;
   void WriteKml(WriteState& state) const override;
   void accept(FeatureVisitor& visitor) override;
@@ -77,6 +92,8 @@ private:
   friend class NetworkLinkSchema;
 
   void UpdateExpireTime();
+  void SetFetched(AbstractFeature& feature);
+  template <class Op> void WithoutFetched(Op op) const;
 
   RefPtr<Url> url_;
   RefPtr<Link> link_;

@@ -26,7 +26,7 @@ public:
   /// The least number of seconds between two fetches.
   float GetMinRefreshPeriod() const { return minRefreshPeriod_; }
   void SetMinRefreshPeriod(float seconds);
-  /// How many seconds the link may be used; negative for any time.
+  /// How many seconds the link may be used; any number of them unless it's positive.
   float GetMaxSessionLength() const { return maxSessionLength_; }
   /// Goes into the query of each fetch that follows, as it stands.
   const QString& GetCookie() const { return cookie_; }

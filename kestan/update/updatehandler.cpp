@@ -413,6 +413,7 @@ RefPtr<SchemaObject> UpdateHandler::Replace(const Request& request, ObjectPlace&
     });
     return {};
   }
+  feature->SetBit(kBitLinkContent, former->GetBit(kBitLinkContent));
   int index = -1;
   if (const Field* const children = folder->FindObject(*former, &index))
     children->set(*folder, feature, index);

@@ -1,5 +1,6 @@
 #include "kestan/link/networklink.h"
 
+#include "kestan/feature/document.h"
 #include "kestan/feature/folder.h"
 #include "kestan/feature/kml.h"
 #include "kestan/feature/linksnippet.h"
@@ -9,6 +10,7 @@
 #include "kestan/link/link.h"
 #include "kestan/link/networklinkcontrol.h"
 #include "kestan/link/networklinkurl.h"
+#include "kestan/read/kmlparser.h"
 #include "tests/support/fieldlog.h"
 #include "tests/support/kmltest.h"
 
@@ -87,16 +89,135 @@ TEST_F(NetworkLinkTest, WhatWasGivenComesBack) {
   }
 }
 
-TEST_F(NetworkLinkTest, FetchedChildrenAreNotWritten) {
-  const auto link = ReadLink("<name>n</name><Link><href>a.kml</href></Link>");
-  ASSERT_TRUE(link);
-  const QString before = Write(*link);
+TEST_F(NetworkLinkTest, WhatStoodInTheElementIsWrittenAndNothingThatWasFetched) {
+  const auto document = Read<Document>(
+      "<Document><Style id='s'><LineStyle><width>3</width></LineStyle></Style>"
+      "<NetworkLink id='l'><name>n</name><Placemark><styleUrl>#s</styleUrl></Placemark>"
+      "<Link><href>a.kml</href></Link><Folder><open>1</open></Folder></NetworkLink></Document>");
+  ASSERT_TRUE(document);
+  auto& link = static_cast<NetworkLink&>(*document->GetChild(0));
+  const QString before = Write(*document);
+  EXPECT_TRUE(before.contains("<width>3</width>")) << "a child's style";
+  EXPECT_EQ(1, Element(before, "NetworkLink").count("<styleUrl>#s</styleUrl>"));
+  EXPECT_EQ(1, Element(before, "NetworkLink").count("<open>1</open>"));
+  EXPECT_EQ(before, Write(*ReadObject(before)));
+
   const RefPtr<AbstractFeature> fetched =
       Read<Placemark>("<Placemark><name>p</name><styleUrl>http://h/s.kml#s</styleUrl></Placemark>");
-  EXPECT_TRUE(link->AddChild(*fetched));
-  EXPECT_EQ(before, Write(*link));
-  EXPECT_EQ(link.get(), fetched->GetParent());
-  EXPECT_EQ(1, link->GetChildCount());
+  EXPECT_TRUE(link.AddChild(*fetched));
+  EXPECT_EQ(before, Write(*document));
+  EXPECT_EQ(&link, fetched->GetParent());
+  EXPECT_EQ(3, link.GetChildCount());
+  {
+    const RefPtr<SchemaObject> copy = document->clone(true, nullptr);
+    EXPECT_EQ(before, Write(*copy));
+    const auto& folder = static_cast<Document&>(*copy);
+    EXPECT_EQ(3, static_cast<NetworkLink&>(*folder.GetChild(0)).GetChildCount());
+  }
+  link.SortChildrenByName();
+  EXPECT_EQ(before.size(), Write(*document).size());
+}
+
+TEST_F(NetworkLinkTest, WhatAnUpdatePutsIntoALinkIsWritten) {
+  const auto link = Read<NetworkLink>("<NetworkLink id='l'><Placemark id='p'/></NetworkLink>");
+  const auto control =
+      ReadControl("<Update><Create><NetworkLink "
+                  "targetId='l'><Placemark><name>made</name></Placemark></NetworkLink>"
+                  "</Create><Replace><Folder id='g' targetId='p'/></Replace></Update>");
+  control->ApplyUpdates(nullptr);
+  const QString written = Write(*link);
+  EXPECT_TRUE(written.contains("<name>made</name>") && written.contains("<Folder id=\"g\">"))
+      << written.toStdString();
+}
+
+TEST_F(NetworkLinkTest, WhatAWorkerHasReadIsTakenOver) {
+  struct Case {
+    const char* text;
+    const char* children; // names, after a fetch of "own" and "old"
+    const char* cookie;
+    int state;
+    const char* mode;
+  };
+  const Case cases[] = {
+      {"<kml><NetworkLinkControl><cookie>c2</cookie></NetworkLinkControl><Folder><name>new</name>"
+       "</Folder></kml>",
+       "own new", "c2", net::kFetchSucceeded, "replace"},
+      {"<Placemark><name>new</name></Placemark>", "own old new", "c1", net::kFetchSucceeded,
+       "keep"},
+      {"<NetworkLinkControl><cookie>c2</cookie></NetworkLinkControl>", "own old", "c2",
+       net::kFetchSucceeded, "copy"},
+      {"<Style/>", "own old", "c1", net::kFetchSucceeded, "prune"},
+      {"<kml><NetworkLinkControl><cookie>c2</cookie></NetworkLinkControl><Folder>", "own old", "c1",
+       net::kFetchParseFailed, "prune"},
+      {"<kml><NetworkLinkControl><Update><targetHref>http://h/dir/doc.kml</targetHref><Delete>"
+       "<NetworkLink targetId='l'/></Delete></Update></NetworkLinkControl><Folder><name>new</name>"
+       "</Folder></kml>",
+       "own new", "", net::kFetchSucceeded, "prune"},
+  };
+  WorkerThread thread;
+  for (WorkerThread* worker : {static_cast<WorkerThread*>(nullptr), &thread}) {
+    for (const Case& c : cases) {
+      SCOPED_TRACE(c.text);
+      const auto fetch = [&](const char* text) {
+        const RefPtr<KmlParserJob> job(
+            new KmlParserJob(worker, "http://h/dir/a.kml", text, 2, nullptr, false));
+        bool isDone = false;
+        job->SetDone([&](KmlParserJob*) { isDone = true; });
+        job->Start();
+        while (!isDone)
+          Pump::Run(0.0);
+        return job;
+      };
+      RefPtr<SchemaObject> root =
+          ReadAt("http://h/dir/doc.kml",
+                 QStringLiteral(
+                     "<Folder><NetworkLink id='l'><rootMode>%1</rootMode><Placemark><name>own"
+                     "</name></Placemark><Link><href>a.kml</href></Link></NetworkLink></Folder>")
+                     .arg(c.mode));
+      auto& folder = static_cast<Folder&>(*root);
+      const RefPtr<NetworkLink> link(static_cast<NetworkLink*>(folder.GetChild(0)));
+      link->TakeFetched(*fetch("<kml><NetworkLinkControl><cookie>c1</cookie></NetworkLinkControl>"
+                               "<Folder><name>old</name></Folder></kml>"));
+      link->TakeFetched(*fetch(c.text));
+      QStringList names;
+      for (int i = 0; i < link->GetChildCount(); ++i)
+        names += link->GetChild(i)->GetName();
+      EXPECT_EQ(c.children, names.join(' '));
+      EXPECT_EQ(c.cookie, link->GetControl()->GetCookie());
+      EXPECT_EQ(c.state, link->GetFetchState());
+      EXPECT_EQ(c.state == net::kFetchSucceeded, link->GetFetchErrorText().isEmpty());
+      EXPECT_EQ(QByteArray(c.text).contains("Delete") ? 0 : 1, folder.GetChildCount());
+    }
+  }
+}
+
+TEST_F(NetworkLinkTest, ALinkThatLeadsBackIsntFollowed) {
+  struct Case {
+    const char* href;
+    bool isEndless; // of the inner link
+  };
+  const Case cases[] = {{"doc.kml", true},    {"doc.kml#x", true},   {"./a.kml", true},
+                        {"a.kml?q=1", false}, {"http://h/a", false}, {"", false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.href);
+    const auto outer = Read<NetworkLink>(
+        QStringLiteral("<NetworkLink><Link><href>a.kml</href></Link><Folder><NetworkLink><Link>"
+                       "<href>%1</href></Link></NetworkLink></Folder></NetworkLink>")
+            .arg(c.href));
+    EXPECT_FALSE(outer->IsEndless());
+    const auto& folder = static_cast<Folder&>(*outer->GetChild(0));
+    EXPECT_EQ(c.isEndless, static_cast<NetworkLink*>(folder.GetChild(0))->IsEndless());
+  }
+  const QString open = "<NetworkLink><Link><href>http://h/%1</href></Link>";
+  QString text;
+  for (int i = 0; i < NetworkLink::kMaxLinkDepth + 2; ++i)
+    text += open.arg(i);
+  const auto deep = Read<NetworkLink>(
+      text + QStringLiteral("</NetworkLink>").repeated(NetworkLink::kMaxLinkDepth + 2));
+  mmvector<SchemaObject*> links;
+  deep->FindBySchema(NetworkLink::GetClassSchema(), links);
+  EXPECT_TRUE(static_cast<NetworkLink*>(links.back())->IsEndless());
+  EXPECT_FALSE(static_cast<NetworkLink*>(links[NetworkLink::kMaxLinkDepth])->IsEndless());
 }
 
 TEST_F(NetworkLinkTest, TheActiveLinkIsTheNewForm) {
