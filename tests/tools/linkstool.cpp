@@ -87,6 +87,32 @@ TEST_F(LinksToolTest, JsonSaysTheSame) {
   EXPECT_EQ(QJsonValue(style), links[5]);
 }
 
+TEST_F(LinksToolTest, WhatAServerSaysIsShownAndOnlyTheLinkThatCounts) {
+  const QByteArray control =
+      "<NetworkLinkControl><minRefreshPeriod>15</minRefreshPeriod><cookie>a=1</cookie>"
+      "<expires>2030-01-01</expires><Update><targetHref>b.kml</targetHref><Delete/></Update>"
+      "</NetworkLinkControl>";
+  const QString file =
+      MakeFile("a.kml", "<kml>" + control +
+                            "<NetworkLink><Url><href>old.kml</href></Url><Link><href>"
+                            "new.kml</href><refreshMode>onExpire</refreshMode></Link>"
+                            "</NetworkLink></kml>");
+  const QString rules = "NetworkLinkControl: cookie a=1, minRefreshPeriod 15, expires 2030-01-01\n";
+  EXPECT_EQ(rules + "Link (onExpire): new.kml -> " + Path("new.kml") + '\n',
+            Run({"links", file}).out);
+  const QString controlTree = "NetworkLinkControl, children: 1\n  Update, target: b.kml\n";
+  EXPECT_EQ(controlTree + "NetworkLink, children: 2\n  Url\n  Link\n", Run({"tree", file}).out);
+
+  const QString lone = MakeFile("b.kml", "<kml>" + control + "</kml>");
+  EXPECT_EQ(rules, Run({"links", lone}).out);
+  EXPECT_EQ(controlTree, Run({"tree", lone}).out);
+  const QJsonObject said = QJsonDocument::fromJson(Run({"links", "--json", lone}).out.toUtf8())
+                               .object()["control"]
+                               .toObject();
+  EXPECT_EQ("a=1", said["cookie"].toString());
+  EXPECT_EQ("15", said["minRefreshPeriod"].toString());
+}
+
 TEST_F(LinksToolTest, LinksInRawContentAreMentioned) {
   const QString file = MakeFile("a.kml", "<kml><Document><unheard-of><href>x</href></unheard-of>"
                                          "</Document></kml>");

@@ -206,6 +206,16 @@ QString FormatPlace(const QString& file, qint64 line, qint64 column) {
   return line > 0 ? QStringLiteral("%1:%2:%3").arg(file).arg(line).arg(column) : file;
 }
 
+const NetworkLinkControl* Document::GetControl() const {
+  const SchemaObject* control = whole.get();
+  if (control && control->isOfType(Kml::GetClassSchema())) {
+    control = static_cast<const Kml&>(*control).GetControl();
+  }
+  return control && control->isOfType(NetworkLinkControl::GetClassSchema())
+             ? static_cast<const NetworkLinkControl*>(control)
+             : nullptr;
+}
+
 QString Document::GetErrorLine() const {
   return FormatPlace(file, error.line, error.column) + QStringLiteral(": ") +
          error.text.simplified();

@@ -7,6 +7,10 @@
 
 #include <QString>
 
+namespace vorrel::kestan {
+class NetworkLinkControl;
+}
+
 namespace tool {
 
 /// A document that was read from a file.
@@ -19,6 +23,8 @@ struct Document {
 
   /// The error as one line, "file:line:column: message"; without the place where there's none.
   QString GetErrorLine() const;
+  /// What a server says with the document to the link that fetched it; null for nothing.
+  const vorrel::kestan::NetworkLinkControl* GetControl() const;
 };
 
 /// Reads a KML or KMZ file, by its name or a "file:" URL, or with "-" standard input. `url` says

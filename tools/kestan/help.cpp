@@ -19,13 +19,15 @@ file too.
 
 Commands:
   cat    write the document as KML to standard output
-  tree   show the document's objects, one a line: class, id, name, counts
+  tree   show the document's objects, one a line: class, id, name, counts; first what a server says
+         with the document, its updates with their targets
   check  report what the reader objects to, changes or can't make sense of, as
          file:line:column: severity: message [code]
   style  show how each feature, or each of those with these ids, is drawn: every property as it is
          and when highlighted, and where its value comes from
   links  show each URL that a client would fetch for the document, as written and absolute, its
-         kind, and when it is fetched again
+         kind, and when it is fetched again; first what a server says about that: cookie, limits,
+         expiry
   data   show the table of extended data: a row for each placemark, and for each other feature that
          has data, with id, name, geometry, longitude and latitude, and a column for each name
   apply  change the document by the updates that the other documents hold, one after the other, and
@@ -97,11 +99,13 @@ JSON of apply --diff: {"changes": [CHANGE...]}, one CHANGE a line:
   {"change", "object", "class", "field", "old", "new"}; "change" is "set", "created" or "deleted";
   the last three are texts for the first, and null for the others
 
-JSON of links: {"links": [LINK...]}, one LINK a line:
+JSON of links: {"control": CONTROL, "links": [LINK...]}, one LINK a line:
   {"kind", "href", "url", "builtIn", "refresh": REFRESH}; "url" is absolute, and empty where that
   can't be had; "builtIn" is true for what clients have without fetching it
   REFRESH  {"refreshMode", "refreshInterval", "viewRefreshMode", "viewRefreshTime"}, modes as in
            KML, times in seconds; null for what is fetched once
+  CONTROL  {"cookie", "minRefreshPeriod", "maxSessionLength", "expires"}, texts as in KML; null for
+           a document without one
 
 JSON of data: {"columns": [COLUMN...], "rows": [ROW...]}, one of them a line:
   COLUMN  {"name", "displayName", "type"}; "type" is that of a schema, and null for plain texts

@@ -2,6 +2,8 @@
 #include "kestan/core/schema.h"
 #include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
+#include "kestan/link/networklink.h"
+#include "kestan/link/networklinkcontrolschema.h"
 #include "kestan/style/icon.h"
 #include "tools/kestan/commands.h"
 #include "tools/kestan/document.h"
@@ -13,6 +15,7 @@
 #include <QSet>
 
 #include <cmath>
+#include <initializer_list>
 #include <vector>
 
 using namespace vorrel::kestan;
@@ -49,11 +52,25 @@ void AddObjectReference(const SchemaObject& object, const Field& field,
   references.push_back({field.GetName(), text, target.url + fragment});
 }
 
+/// The network link that a link belongs to; null for all others.
+const NetworkLink* GetNetworkLink(const AbstractLink& link) {
+  const SchemaObject* const owner = link.GetOwner(0);
+  return owner && owner->isOfType(NetworkLink::GetClassSchema())
+             ? static_cast<const NetworkLink*>(owner)
+             : nullptr;
+}
+
+/// False for the older form of the element beside the one that counts.
+bool IsFetched(const AbstractLink& link) {
+  const NetworkLink* const owner = GetNetworkLink(link);
+  return !link.GetHref().isEmpty() && (!owner || owner->GetLink() == &link);
+}
+
 /// The URLs that the object itself holds, whatever its class: all comes from its table.
 std::vector<Reference> GetReferences(const SchemaObject& object) {
   std::vector<Reference> references;
   const bool isLink = object.isOfType(AbstractLink::GetClassSchema());
-  if (isLink && !static_cast<const AbstractLink&>(object).GetHref().isEmpty()) {
+  if (isLink && IsFetched(static_cast<const AbstractLink&>(object))) {
     const auto& link = static_cast<const AbstractLink&>(object);
     references.push_back({object.getType(), link.GetHref(), link.GetAbsoluteUrl(), &link});
   }
@@ -127,12 +144,45 @@ QByteArray ToJson(const Reference& reference) {
       .Get();
 }
 
+/// The values that a server has sent to the link that fetched the document: cookie, limits, expiry.
+template <class Visit> void ForEachRule(const NetworkLinkControl& control, Visit visit) {
+  const NetworkLinkControlSchema& fields = NetworkLinkControlSchema::GetSingleton();
+  for (const Field* field : std::initializer_list<const Field*>{
+           &fields.cookie, &fields.minRefreshPeriod, &fields.maxSessionLength, &fields.expires}) {
+    visit(*field, field->toString(control, -1));
+  }
+}
+
+QByteArray ToText(const NetworkLinkControl& control) {
+  QStringList rules;
+  ForEachRule(control, [&rules](const Field& field, const QString& value) {
+    if (!value.isEmpty() && value != QLatin1String("0") && value != QLatin1String("-1")) {
+      rules += field.GetName() + QLatin1Char(' ') + Printable(value);
+    }
+  });
+  return (QStringLiteral("NetworkLinkControl: ") + rules.join(QStringLiteral(", "))).toUtf8();
+}
+
+QByteArray ToJson(const NetworkLinkControl* control) {
+  if (!control) {
+    return "null";
+  }
+  JsonObject object;
+  ForEachRule(*control, [&object](const Field& field, const QString& value) {
+    object.Add(JsonText(field.GetName()), JsonText(value));
+  });
+  return object.Get();
+}
+
 /// Prints each reference once: icons come again and again. `isRawContent` tells whether there's
 /// more in elements that no class understands. Answers the exit status.
-int PrintReferences(const SchemaObject& root, bool json, bool& isRawContent) {
+int PrintReferences(const SchemaObject& root, const NetworkLinkControl* control, bool json,
+                    bool& isRawContent) {
   const Progress progress("Collecting links", Progress::kAsItGoes);
   Output output;
-  output.Write(json ? "{\"links\":[" : "");
+  output.Write(json      ? "{\"control\":" + ToJson(control) + ",\"links\":["
+               : control ? ToText(*control) + '\n'
+                         : "");
   QSet<QByteArray> shown;
   Walk walk(root);
   while (const SchemaObject* object = walk.Next()) {
@@ -168,7 +218,8 @@ int ShowLinks(const Arguments& arguments) {
     }
   }
   bool isRawContent = false;
-  const int status = PrintReferences(*document.root, arguments.json, isRawContent);
+  const int status =
+      PrintReferences(*document.root, document.GetControl(), arguments.json, isRawContent);
   if (isRawContent) {
     Complain(QStringLiteral("%1: there are links in elements that aren't understood").arg(file));
   }
