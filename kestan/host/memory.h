@@ -80,3 +80,7 @@ public:
 };
 
 } // namespace vorrel
+
+// Made on a heap, an object of a class that isn't a `MemoryObject` would take the heap's own place.
+void* operator new(std::size_t, vorrel::MemoryManager*) = delete;
+void* operator new[](std::size_t, vorrel::MemoryManager*) = delete;

@@ -1,6 +1,7 @@
 #include "kestan/host/cellmanagerpool.h"
 #include "kestan/host/hashmap.h"
 #include "kestan/host/inlinedvector.h"
+#include "kestan/host/memory.h"
 #include "kestan/host/referent.h"
 #include "kestan/host/refptr.h"
 
@@ -10,6 +11,8 @@
 #include <memory>
 #include <random>
 #include <set>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 using namespace vorrel;
@@ -30,6 +33,13 @@ private:
 };
 
 using WordMap = HashMap<QString, Word>;
+
+template <class T, class = void> constexpr bool kIsMadeOnHeaps = false;
+template <class T>
+constexpr bool kIsMadeOnHeaps<T, std::void_t<decltype(new (std::declval<MemoryManager*>()) T)>> =
+    true;
+// Any other object would take the place of the heap itself.
+static_assert(kIsMadeOnHeaps<MemoryObject> && !kIsMadeOnHeaps<int> && !kIsMadeOnHeaps<int[2]>);
 
 } // namespace
 
