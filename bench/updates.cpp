@@ -1,7 +1,6 @@
 // What updates cost, by the number of what they change: nothing may be quadratic in changes,
-// targets, siblings or edits, but for objects that are put in front of others. Prints microseconds
-// for each of them, and the ratio to the same done through the objects' own operations where there
-// is one.
+// targets, siblings or edits. Prints microseconds for each of them, and the ratio to the same done
+// through the objects' own operations where there is one.
 
 #include "bench/compare.h"
 #include "kestan/core/library.h"
@@ -14,7 +13,6 @@
 
 #include <QString>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -65,7 +63,6 @@ struct Pattern {
   const char* name;
   /// The content of an update of `count` changes.
   QString (*makeContent)(int count);
-  int maxCount = 1000000;
 };
 
 const Pattern kPatterns[] = {
@@ -100,8 +97,34 @@ const Pattern kPatterns[] = {
      [](int count) {
        return "<Create><Folder targetId=\"f\">" +
               Repeat(count, "<Placemark id=\"n%1\" targetIndex=\"0\"/>") + "</Folder></Create>";
-     },
-     10000}, // each moves all siblings, as it does through the folder's own operation
+     }},
+    {"create, by place",
+     [](int count) {
+       QString content;
+       for (int i = 0; i < count; ++i) {
+         content += QStringLiteral("<Create><Folder targetId=\"f\"><Placemark id=\"n%1\" "
+                                   "targetIndex=\"%2\"/></Folder></Create>")
+                        .arg(i)
+                        .arg(static_cast<int>(i * 7919LL % (count + i)));
+       }
+       return content;
+     }},
+    {"create, by id",
+     [](int count) {
+       return "<Create><Folder targetId=\"f\">" +
+              Repeat(count, "<Placemark id=\"n%1\" targetIdIndex=\"p%1\"/>") + "</Folder></Create>";
+     }},
+    {"create and delete in turn",
+     [](int count) {
+       return Repeat(count, "<Delete><Placemark targetId=\"p%1\"/></Delete><Create><Folder "
+                            "targetId=\"f\"><Placemark id=\"n%1\" targetIndex=\"0\"/></Folder>"
+                            "</Create>");
+     }},
+    {"move into another folder",
+     [](int count) {
+       return "<Create><Folder targetId=\"f\"><Folder id=\"g\">" +
+              Repeat(count, "<Placemark targetId=\"p%1\"/>") + "</Folder></Folder></Create>";
+     }},
     {"delete, a block each",
      [](int count) { return Repeat(count, "<Delete><Placemark targetId=\"p%1\"/></Delete>"); }},
     {"delete and change in turn",
@@ -124,7 +147,7 @@ const Pattern kPatterns[] = {
 void MeasurePatterns(int maxCount) {
   std::printf("%-28s %9s %12s %12s\n", "microseconds each", "count", "create", "apply");
   for (const Pattern& pattern : kPatterns) {
-    for (int count = 1000; count <= std::min(maxCount, pattern.maxCount); count *= 10) {
+    for (int count = 1000; count <= maxCount; count *= 10) {
       const RefPtr<Folder> folder = MakeFolder(count);
       const RefPtr<Update> update = MakeUpdate(pattern.makeContent(count));
       const double create = Seconds([&] { update->CreateEdits(nullptr); });

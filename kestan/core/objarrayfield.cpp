@@ -210,6 +210,35 @@ int ObjArrayFieldBase::AddMultiple(SchemaObject* owner,
   return added;
 }
 
+int ObjArrayFieldBase::InsertMultiple(SchemaObject* owner,
+                                      const ArraySlice<Insertion>& insertions) const {
+  ChildMove move;
+  const int present = getCount(*owner);
+  int count = present;
+  mmvector<int> order;
+  order.reserve(static_cast<std::size_t>(present) + insertions.size());
+  const auto addElements = [&](int end) {
+    for (int next = static_cast<int>(order.size()) - (count - present); next < end; ++next)
+      order.push_back(next);
+  };
+  for (const Insertion& insertion : insertions) {
+    SchemaObject* const child = insertion.child.get();
+    if (!child || !Accepts(*owner, *child) || FindObject(*owner, *child) >= 0)
+      continue;
+    addElements(std::min(insertion.index, present));
+    Place(move, *owner, *child, count);
+    order.push_back(count++);
+  }
+  if (count == present)
+    return 0;
+  addElements(present);
+  Arrange(*owner, order);
+  Renumbered(*owner, 0, count);
+  move.Tell();
+  NotifyFieldChanged(*owner);
+  return count - present;
+}
+
 void ObjArrayFieldBase::reverse(SchemaObject& owner) const {
   Reverse(owner);
   Renumbered(owner, 0, getCount(owner));

@@ -41,6 +41,14 @@ public:
   /// Appends the children that aren't here yet, with one notice; answers their number.
   virtual int AddMultiple(SchemaObject* owner,
                           const ArraySlice<RefPtr<SchemaObject>>& children) const;
+  /// A child that comes ahead of the element at `index`, or behind the last one.
+  struct Insertion {
+    RefPtr<SchemaObject> child;
+    int index;
+  };
+  /// Inserts the children that aren't here yet, with one notice; answers their number. The indices
+  /// are those of the elements that are here already, and ascend.
+  int InsertMultiple(SchemaObject* owner, const ArraySlice<Insertion>& insertions) const;
   /// Swaps the entries end for end, with one notice, however few they are.
   void reverse(SchemaObject& owner) const;
   /// Erases without a notice; answers the number of entries that went.
@@ -55,6 +63,8 @@ protected:
   virtual void Append(SchemaObject& owner, SchemaObject* child) const = 0;
   /// Takes the entry at `from` to the place `to`; those between move one place towards `from`.
   virtual void Move(SchemaObject& owner, int from, int to) const = 0;
+  /// Puts the entry at `order[i]` to the place `i`, for each.
+  virtual void Arrange(SchemaObject& owner, const ArraySlice<const int>& order) const = 0;
   /// Drops the entries at `places`, which ascend; the others close up.
   virtual void Erase(SchemaObject& owner, const ArraySlice<const int>& places) const = 0;
   virtual void Reverse(SchemaObject& owner) const = 0;
@@ -84,6 +94,7 @@ protected:
   void Store(SchemaObject& owner, int index, SchemaObject* child) const override;
   void Append(SchemaObject& owner, SchemaObject* child) const override;
   void Move(SchemaObject& owner, int from, int to) const override;
+  void Arrange(SchemaObject& owner, const ArraySlice<const int>& order) const override;
   void Erase(SchemaObject& owner, const ArraySlice<const int>& places) const override;
   void Reverse(SchemaObject& owner) const override;
   void Renumber(const SchemaObject& owner, int from, int end) const override;

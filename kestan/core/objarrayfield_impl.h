@@ -67,6 +67,16 @@ template <class T> void ObjArrayField<T>::Move(SchemaObject& owner, int from, in
 }
 
 template <class T>
+void ObjArrayField<T>::Arrange(SchemaObject& owner, const ArraySlice<const int>& order) const {
+  mmvector<RefPtr<T>>& array = Array(owner);
+  mmvector<RefPtr<T>> arranged;
+  arranged.reserve(array.size());
+  for (const int place : order)
+    arranged.push_back(std::move(array[static_cast<std::size_t>(place)]));
+  array.swap(arranged);
+}
+
+template <class T>
 void ObjArrayField<T>::Erase(SchemaObject& owner, const ArraySlice<const int>& places) const {
   mmvector<RefPtr<T>>& array = Array(owner);
   const auto begin = array.begin();

@@ -631,6 +631,10 @@ FromStringResult KmlHandler::SetText(SchemaObject& object, const QString& text) 
   return object.fromString(text);
 }
 
+bool KmlHandler::Insert(SchemaObject& parent, const Field& field, SchemaObject& child, int index) {
+  return field.insert(parent, &child, index);
+}
+
 /// Gives the child to the object around it.
 void KmlHandler::Attach(const TagInfo& tag, SchemaObject& child) {
   TagInfo& parentTag = tagStack_[tagStack_.size() - 2];
@@ -644,7 +648,7 @@ void KmlHandler::Attach(const TagInfo& tag, SchemaObject& child) {
     if (isFurther)
       parentTag.formerAttrs = QString();
   }
-  const bool isTaken = tag.parent_field->insert(parent, &child, tag.index);
+  const bool isTaken = Insert(parent, *tag.parent_field, child, tag.index);
   displacement.reset();
   if (!isTaken)
     return;

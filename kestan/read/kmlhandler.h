@@ -45,6 +45,8 @@ protected:
                                          int idIndex, ObjectPlace& place);
   /// Takes an element that is nothing inside the open object.
   virtual bool TakeKeyword() { return false; }
+  /// Gives an object a child, which has ended. False when it's refused.
+  virtual bool Insert(SchemaObject& parent, const Field& field, SchemaObject& child, int index);
   /// Hands the text of its element to an object.
   virtual FromStringResult SetText(SchemaObject& object, const QString& text);
 

@@ -113,7 +113,7 @@ void UpdateHandler::BeginParse() {
 
 void UpdateHandler::EndParse() {
   KmlHandler::EndParse();
-  removals_.RemoveAll();
+  children_.Finish();
 }
 
 void UpdateHandler::EndElement(const unsigned short* name) {
@@ -158,6 +158,11 @@ Update::State UpdateHandler::LookupUpdateState(const QString& name) {
 bool UpdateHandler::IsOwnAttribute(const unsigned short** attrs, int index) const {
   return index == GetTargetId(attrs) || index == GetTargetIndex(attrs) ||
          index == GetTargetIdIndex(attrs);
+}
+
+bool UpdateHandler::Insert(SchemaObject& parent, const Field& field, SchemaObject& child,
+                           int index) {
+  return children_.Insert(parent, field, child, index);
 }
 
 /// Its text is a value as any other, which nobody else may set either.
@@ -207,7 +212,7 @@ RefPtr<SchemaObject> UpdateHandler::GetObject(SchemaObject* parent, const Field*
 
 SchemaObject* UpdateHandler::Find(const QString& id) const {
   SchemaObject* const object = SchemaObject::find(update_->GetAbsoluteTargetHref(), id);
-  return object && !removals_.Contains(*object) ? object : nullptr;
+  return object && !children_.IsRemoved(*object) ? object : nullptr;
 }
 
 bool UpdateHandler::FindTarget(const unsigned short** attrs, Request& request) {
@@ -256,11 +261,9 @@ bool UpdateHandler::FindIndex(const unsigned short** attrs, int& index) {
     return true;
   const QString id = GetLocalId(attrs[2 * place + 1]);
   const RefPtr<AbstractFeature> sibling(AsFeature(Find(id)));
-  if (const RefPtr<AbstractFolder> folder{sibling ? sibling->GetParent() : nullptr}) {
-    removals_.RemoveFrom(*folder);
-    index = folder->FindChild(*sibling);
+  index = sibling ? children_.FindPlace(*sibling) : -1;
+  if (index >= 0)
     return true;
-  }
   Refuse([&] {
     return tr("Could not find <targetIdIndex> %1",
               "Error message shown when an Update tag specifies an invalid targetIdIndex. VAL_1 is "
@@ -336,9 +339,6 @@ RefPtr<SchemaObject> UpdateHandler::MakeObject(const Request& request) const {
 RefPtr<SchemaObject> UpdateHandler::Create(const Request& request, ObjectPlace& place) {
   if (!CheckSecurity())
     return {};
-  if (place.index >= 0 && request.parent &&
-      request.parent->isOfType(AbstractFolder::GetClassSchema()))
-    removals_.RemoveFrom(static_cast<AbstractFolder&>(*request.parent)); // they don't count
   if (request.target) {
     place.content = UnknownContent::kLeftOut;
     return request.target;
@@ -352,7 +352,7 @@ RefPtr<SchemaObject> UpdateHandler::Delete(const Request& request, ObjectPlace&)
   if (!CheckSecurity())
     return {};
   if (AbstractFeature* const feature = AsFeature(request.target.get())) {
-    removals_.Add(*feature);
+    children_.Remove(*feature);
   } else if (request.target) {
     Refuse([&] {
       return tr("Error in <Delete>. Object \"%1\" is not a feature",
@@ -403,20 +403,15 @@ RefPtr<SchemaObject> UpdateHandler::Replace(const Request& request, ObjectPlace&
     });
     return {};
   }
-  const RefPtr<AbstractFolder> folder(former->GetParent());
-  if (!folder) {
+  feature->SetBit(kBitLinkContent, former->GetBit(kBitLinkContent));
+  if (!children_.Replace(*former, *feature)) {
     Refuse([&] {
       return tr("Error in <Replace>. Object \"%1\" does not have a parent.",
                 "Error message shown when a KML Update tag attemps to replace a target object "
                 "which has no parent. VAL_1 is the ID object being targeted.")
           .arg(request.targetId);
     });
-    return {};
   }
-  feature->SetBit(kBitLinkContent, former->GetBit(kBitLinkContent));
-  int index = -1;
-  if (const Field* const children = folder->FindObject(*former, &index))
-    children->set(*folder, feature, index);
   return {};
 }
 

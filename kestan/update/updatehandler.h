@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kestan/read/kmlhandler.h"
-#include "kestan/update/removals.h"
+#include "kestan/update/childchanges.h"
 #include "kestan/update/update.h"
 
 #include <cstddef>
@@ -29,6 +29,7 @@ protected:
                                  ObjectPlace& place) override;
   bool TakeKeyword() override;
   bool IsOwnAttribute(const unsigned short** attrs, int index) const override;
+  bool Insert(SchemaObject& parent, const Field& field, SchemaObject& child, int index) override;
   FromStringResult SetText(SchemaObject& object, const QString& text) override;
 
 private:
@@ -65,7 +66,7 @@ private:
   const RefPtr<Update> update_;
   Update::State state_ = Update::kUpdate;
   std::size_t targetDepth_ = kNoTarget; ///< Where the target that is open lies on the stack.
-  Removals removals_;
+  ChildChanges children_;
 };
 
 } // namespace vorrel::kestan

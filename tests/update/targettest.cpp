@@ -4,108 +4,12 @@
 #include "tests/support/fieldlog.h"
 #include "tests/update/updatetest.h"
 
+#include <algorithm>
+#include <random>
+
 namespace vorrel::kestan {
 
 using UpdateTargetTest = UpdateTest;
-
-TEST_F(UpdateTargetTest, AValueGoesToItsTargetAndBack) {
-  struct Case {
-    const char* document;
-    const char* content; ///< Of the `Change`.
-    const char* field;
-    const char* before;
-    const char* half;
-    const char* after;
-  };
-  const Case cases[] = {
-      {"<Placemark id=\"p\"><name>a</name></Placemark>",
-       "<Placemark targetId=\"p\"><name>b</name></Placemark>", "name", "a", "a", "b"},
-      // The document may be named again in front of the id.
-      {"<Placemark id=\"p\"/>",
-       "<Placemark targetId=\"doc.kml#p\"><name> b&amp;c </name></Placemark>", "name", "", "",
-       "b&c"},
-      {"<Placemark id=\"p\"/>",
-       "<Placemark targetId=\"p\"><name><![CDATA[<b>]]></name></Placemark>", "name", "", "", "<b>"},
-      {"<Placemark id=\"p\"/>",
-       "<k:Placemark xmlns:k=\"http://www.opengis.net/kml/2.2\" targetId=\"p\"><k:name>b</k:name>"
-       "</k:Placemark>",
-       "name", "", "", "b"},
-      {"<Placemark id=\"p\"/>", "<Placemark targetId=\"p\"><visibility>0</visibility></Placemark>",
-       "visibility", "1", "1", "0"},
-      {"<Folder id=\"f\"/>", "<Folder targetId=\"f\"><open>1</open></Folder>", "open", "0", "1",
-       "1"},
-      {"<Placemark id=\"p\"><Point><coordinates>10,20,30</coordinates></Point></Placemark>",
-       "<Placemark targetId=\"p\"><Point><coordinates>20,40,0</coordinates></Point></Placemark>",
-       "Point/coordinates", "10,20,30", "15,30,15", "20,40,0"},
-      {"<Placemark><Point id=\"q\"><coordinates>10,20,30</coordinates></Point></Placemark>",
-       "<Point targetId=\"q\"><altitudeMode>absolute</altitudeMode></Point>", "Point/altitudeMode",
-       "clampToGround", "clampToGround", "absolute"},
-      {"<Placemark><Point id=\"q\"/></Placemark>",
-       "<Point targetId=\"q\"><gx:altitudeMode>clampToSeaFloor</gx:altitudeMode></Point>",
-       "Point/altitudeMode", "clampToGround", "clampToGround", "clampToSeaFloor"},
-      {"<Placemark xmlns:gx=\"http://www.vorrel.com/kml/ext/2.2\"><Point id=\"q\"><gx:altitudeMode>"
-       "clampToSeaFloor</gx:altitudeMode></Point>"
-       "</Placemark>",
-       "<Point targetId=\"q\"><altitudeMode>absolute</altitudeMode></Point>", "Point/altitudeMode",
-       "clampToSeaFloor", "clampToSeaFloor", "clampToSeaFloor"},
-      {"<Placemark id=\"p\"><Snippet>a</Snippet></Placemark>",
-       "<Placemark targetId=\"p\"><Snippet>b</Snippet></Placemark>", "Snippet/", "a", "a", "b"},
-      {"<Placemark id=\"p\"><Snippet maxLines=\"2\">a</Snippet></Placemark>",
-       "<Placemark targetId=\"p\"><Snippet maxLines=\"5\"/></Placemark>", "Snippet/maxLines", "2",
-       "3", "5"},
-      {"<Placemark id=\"p\"><TimeStamp><when>2000-01-01</when></TimeStamp></Placemark>",
-       "<Placemark targetId=\"p\"><TimeStamp>2000-01-03</TimeStamp></Placemark>", "TimeStamp/when",
-       "2000-01-01", "2000-01-02T00:00:00", "2000-01-03"},
-      {"<Placemark id=\"p\"><Style><IconStyle><color>00ffffff</color></IconStyle></Style>"
-       "</Placemark>",
-       "<Placemark targetId=\"p\"><Style><IconStyle><color>ff000000</color></IconStyle></Style>"
-       "</Placemark>",
-       "Style/IconStyle/color", "00ffffff", "7f808080", "ff000000"},
-      {"<Placemark><Style><IconStyle id=\"i\"><hotSpot x=\"0\" y=\"1\" xunits=\"pixels\" "
-       "yunits=\"fraction\"/></IconStyle></Style></Placemark>",
-       "<IconStyle targetId=\"i\"><hotSpot x=\"10\" y=\"0\" xunits=\"pixels\" "
-       "yunits=\"fraction\"/></IconStyle>",
-       "Style/IconStyle/hotSpot", "<x units=\"pixels\">0</x><y units=\"fraction\">1</y>",
-       "<x units=\"pixels\">5</x><y units=\"fraction\">0.5</y>",
-       "<x units=\"pixels\">10</x><y units=\"fraction\">0</y>"},
-      {"<Placemark><Style><IconStyle id=\"i\"><Icon><href>a.png</href></Icon></IconStyle></Style>"
-       "</Placemark>",
-       "<IconStyle targetId=\"i\"><Icon>b.png</Icon></IconStyle>", "Style/IconStyle/Icon/href",
-       "a.png", "a.png", "b.png"},
-      {"<Placemark><Style id=\"s\"><LineStyle><width>1</width></LineStyle></Style></Placemark>",
-       "<Style targetId=\"s\"><LineStyle><width>2</width></LineStyle></Style>",
-       "Style/LineStyle/width", "1", "1.5", "2"},
-      // Of two edits of one value the later one counts; both go back to where they began.
-      {"<Placemark id=\"p\"><name>a</name></Placemark>",
-       "<Placemark targetId=\"p\"><name>b</name><name>c</name></Placemark>", "name", "a", "a", "c"},
-      {"<Placemark id=\"p\"><name>a</name></Placemark>",
-       "<Placemark targetId=\"p\"><name>b</name></Placemark><Placemark "
-       "targetId=\"p\"><name>c</name>"
-       "</Placemark>",
-       "name", "a", "a", "c"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.content);
-    const auto object = ReadObject(QString(c.document));
-    ASSERT_TRUE(object);
-    const QString text = Write(*object);
-    const auto update = MakeUpdate(QString("<Change>%1</Change>").arg(c.content));
-    update->SetKeepEdits(true);
-    update->CreateEdits(nullptr);
-    EXPECT_EQ(QStringList(), TakeReports());
-    EXPECT_EQ(text, Write(*object)); // no value is set yet
-    struct Step {
-      float fraction;
-      const char* value;
-    };
-    const Step steps[] = {{0.5F, c.half},    {1.0F, c.after}, {0.5F, c.half},
-                          {-3.0F, c.before}, {7.0F, c.after}, {0.0F, c.before}};
-    for (const Step& step : steps) {
-      update->ApplyEdits(step.fraction);
-      EXPECT_EQ(step.value, Get(*object, c.field)) << step.fraction;
-    }
-  }
-}
 
 TEST_F(UpdateTargetTest, ObjectsComeAndGo) {
   struct Case {
@@ -166,6 +70,59 @@ TEST_F(UpdateTargetTest, ObjectsComeAndGo) {
   }
 }
 
+// What comes, goes, moves and is replaced, by places and by ids, gives the order that it would have
+// one step after the other.
+TEST_F(UpdateTargetTest, PlacesCountWhatHasComeAndGoneBefore) {
+  constexpr int kSteps = 3000;
+  QStringList ids;
+  QString children;
+  for (int i = 0; i < 200; ++i) {
+    ids += "p" + QString::number(i);
+    children += QStringLiteral("<Placemark id=\"p%1\"/>").arg(i);
+  }
+  const auto folder = Read<Folder>("<Folder id=\"f\">" + children + "</Folder>");
+  std::minstd_rand random(7); // the same on every run
+  QString content;
+  for (int i = 0; i < kSteps; ++i) {
+    const int place = static_cast<int>(random() % (static_cast<unsigned>(ids.size()) + 2U));
+    const bool isThere = place < ids.size();
+    const QString id = isThere ? ids[place] : QString();
+    const QString made = "n" + QString::number(i);
+    const auto create = [&](const QString& attrs) {
+      return "<Create><Folder targetId=\"f\"><Placemark id=\"" + made + "\"" + attrs +
+             "/></Folder></Create>";
+    };
+    const auto what = random() % 10;
+    if (what < 4) {
+      content += create(QStringLiteral(" targetIndex=\"%1\"").arg(place));
+      ids.insert(std::min(place, static_cast<int>(ids.size())), made);
+    } else if (what < 6 && isThere) {
+      content += create(" targetIdIndex=\"#" + id + "\"");
+      ids.insert(place, made);
+    } else if (what < 7) {
+      content += create(QString());
+      ids += made;
+    } else if (what < 8 && isThere) {
+      content += "<Delete><Placemark targetId=\"" + id + "\"/></Delete>";
+      ids.removeAt(place);
+    } else if (what < 9 && isThere) {
+      content +=
+          "<Create><Folder id=\"unused\"><Placemark targetId=\"" + id + "\"/></Folder></Create>";
+      ids.removeAt(place);
+    } else if (isThere) {
+      content += "<Replace><Placemark targetId=\"" + id + "\" id=\"" + made + "\"/></Replace>";
+      ids[place] = made;
+    }
+  }
+  EXPECT_EQ(QStringList(), Apply(content));
+  QStringList there;
+  for (int i = 0; i < folder->GetChildCount(); ++i) {
+    EXPECT_EQ(i, folder->GetChild(i)->GetArrayIndex());
+    there += folder->GetChild(i)->GetId();
+  }
+  EXPECT_EQ(ids, there);
+}
+
 TEST_F(UpdateTargetTest, WhatIsMadeStaysAndItsValuesGoBack) {
   const auto folder = Read<Folder>("<Folder id=\"f\"/>");
   const auto update = MakeUpdate(
@@ -216,7 +173,9 @@ TEST_F(UpdateTargetTest, WhatItMakesIsReadAsInAnyDocument) {
   const auto folder = Read<Folder>("<Folder id=\"f\"/>");
   const QString made =
       "<Placemark id=\"n\" u:mark=\"1\"><name u:a=\"1\">x</name><u:one u:b=\"2\">text</u:one>"
-      "<Style><LineStyle><width>3</width><u:two/></LineStyle></Style></Placemark>";
+      "<Style><LineStyle><width>3</width><u:two/></LineStyle></Style><TimeStamp><when>once</when>"
+      "</TimeStamp><MultiGeometry><Point><coordinates>here</coordinates></Point><LineString>"
+      "<coordinates>there</coordinates></LineString></MultiGeometry></Placemark>";
   const auto update = ReadAt("http://example.com/dir/update.kml",
                              "<Update xmlns:u=\"urn:u\"><targetHref>doc.kml</targetHref><Create>"
                              "<Folder targetId=\"f\">" +
