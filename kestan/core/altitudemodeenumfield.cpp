@@ -34,10 +34,7 @@ FromStringResult AltitudeModeEnumField::fromString(SchemaObject& object, const A
   if (update) {
     if (!isExtension_ && hadExtension)
       return FromStringResult::kOk;
-    const FromStringResult result = Store(object, mode, attrs, namespaces, update);
-    if (isExtension_ && result == FromStringResult::kOk)
-      object.SetBit(kBitAltitudeModeExt, true);
-    return result;
+    return Store(object, mode, attrs, namespaces, update);
   }
   if (!isExtension_ && hadExtension) {
     KeepPlain(object, mode);
@@ -52,6 +49,17 @@ FromStringResult AltitudeModeEnumField::fromString(SchemaObject& object, const A
   if (isExtension_ && !hadExtension)
     KeepPlain(object, former);
   return FromStringResult::kOk;
+}
+
+bool AltitudeModeEnumField::IsGiven(const SchemaObject& object) const {
+  return !isExtension_ || object.GetBit(kBitAltitudeModeExt);
+}
+
+bool AltitudeModeEnumField::SetGiven(SchemaObject& object, bool isGiven) const {
+  if (!isExtension_)
+    return !object.GetBit(kBitAltitudeModeExt);
+  object.SetBit(kBitAltitudeModeExt, isGiven);
+  return true;
 }
 
 void AltitudeModeEnumField::GetForm(const SchemaObject& object, QString& text, QString&) const {

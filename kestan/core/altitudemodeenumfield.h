@@ -28,6 +28,9 @@ public:
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override;
+  /// The extension's element counts where it's given, whatever the plain one says.
+  bool IsGiven(const SchemaObject& object) const override;
+  bool SetGiven(SchemaObject& object, bool isGiven) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void WriteKmlString(const SchemaObject& object, WriteState& state) const override;
   void GetForm(const SchemaObject& object, QString& text, QString& attrs) const override;

@@ -101,6 +101,14 @@ void Field::GetForm(const SchemaObject& object, QString& text, QString&) const {
   text = toString(object, -1);
 }
 
+bool Field::IsGiven(const SchemaObject& object) const { return object.IsGiven(*this); }
+
+bool Field::SetGiven(SchemaObject& object, bool isGiven) const {
+  if (!isGiven)
+    object.SetNotGiven(*this);
+  return true;
+}
+
 void Field::NotifyFieldChanged(SchemaObject& object) const {
   const DeletionDeferrer deferrer;
   if (object.HasKeptValues())

@@ -154,6 +154,12 @@ public:
   /// is needed of attributes. `attrs` come in as the unknown ones of the present element.
   virtual void GetForm(const SchemaObject& object, QString& text, QString& attrs) const;
 
+  /// Whether the field counts as given, beyond its value; true where the object takes no note.
+  virtual bool IsGiven(const SchemaObject& object) const;
+  /// Notes it ahead of a new value, which does so by itself for most fields, or that it isn't given
+  /// after all. False when another element gives the member its value for now.
+  virtual bool SetGiven(SchemaObject& object, bool isGiven) const;
+
   /// Tells the object that this member was set. What a document gave it besides is forgotten. What
   /// is dying tells nothing.
   void NotifyFieldChanged(SchemaObject& object) const;

@@ -16,9 +16,12 @@ template <class T, class F> bool GivenField<T, F>::IsGiven(const SchemaObject& o
   return (Mask(object) & this->GetMaskBit()) != 0;
 }
 
-template <class T, class F> void GivenField<T, F>::SetGiven(SchemaObject& object) const {
-  Mask(object) |= this->GetMaskBit();
+template <class T, class F>
+bool GivenField<T, F>::SetGiven(SchemaObject& object, bool isGiven) const {
+  unsigned& mask = Mask(object);
+  mask = isGiven ? mask | this->GetMaskBit() : mask & ~this->GetMaskBit();
   object.DropKeptValues(*this);
+  return true;
 }
 
 template <class T, class F> bool GivenField<T, F>::IsUndefined(const SchemaObject& object) const {

@@ -15,9 +15,9 @@ public:
   GivenField(Schema& schema, const QString& name, unsigned offset, unsigned maskOffset,
              unsigned flags = 0);
 
-  bool IsGiven(const SchemaObject& object) const;
-  /// For classes that write the member themselves: what a document gave has been replaced.
-  void SetGiven(SchemaObject& object) const;
+  bool IsGiven(const SchemaObject& object) const override;
+  /// Classes call it that write the member themselves: what a document gave has been replaced.
+  bool SetGiven(SchemaObject& object, bool isGiven) const override;
 
   /// True also for what nobody gave and no text gives back, since it lies beyond the bounds.
   bool IsUndefined(const SchemaObject& object) const override;

@@ -145,6 +145,22 @@ bool SchemaObject::HasKeptValue(const Field& field) const {
                      [&](const KeptField& kept) { return field.IsSameMember(*kept.field); });
 }
 
+mmvector<KeptField> SchemaObject::GetKeptFields(const Field& field) const {
+  mmvector<KeptField> copies;
+  if (HasKeptValues()) {
+    const mmvector<KeptField>& fields = unknownData_->kept->GetFields();
+    std::copy_if(fields.begin(), fields.end(), std::back_inserter(copies),
+                 [&](const KeptField& kept) { return field.IsSameMember(*kept.field); });
+  }
+  return copies;
+}
+
+void SchemaObject::PutKeptFields(const Field& field, const mmvector<KeptField>& kept) {
+  DropKeptValues(field);
+  for (const KeptField& copy : kept)
+    keptValues().Require(*copy.field) = copy;
+}
+
 bool SchemaObject::HasDisplacedOthers() const {
   const SchemaObject* const owner = GetHome();
   if (!owner || !owner->HasKeptValues())

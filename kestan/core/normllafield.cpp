@@ -20,6 +20,8 @@ FromStringResult NormLLAField::fromString(SchemaObject& object, const AttributeL
   position.x = std::clamp(position.x, -180.0, 180.0);
   position.y = std::clamp(position.y, -180.0, 180.0);
   const DeletionDeferrer deferrer;
+  if (!isPosition && KeepsRest(object, update))
+    update = nullptr; // there's nothing to come
   const FromStringResult result = Store(object, position, attrs, namespaces, update);
   if (!update && !isPosition)
     object.KeepText(*this, text);

@@ -25,6 +25,7 @@ bool HasPolylineType(const AttributeList* attrs) {
          });
 }
 
+/// Calls `visit(position)` until it answers false.
 template <class Visit> void ForEachPosition(const QString& text, bool polyline, Visit visit) {
   const ushort* at = math::Units(text);
   const ushort* const end = at + text.size();
@@ -36,9 +37,18 @@ template <class Visit> void ForEachPosition(const QString& text, bool polyline, 
     } else {
       at = math::ParseUtf16ToVec3(at, end, position, 3, kOptionalAltitude);
     }
-    if (at)
-      visit(convert::LLAToNorm(position));
+    if (at && !visit(convert::LLAToNorm(position)))
+      return;
   }
+}
+
+bool HasPosition(const QString& text, const AttributeList* attrs) {
+  bool isFound = false;
+  ForEachPosition(text, HasPolylineType(attrs), [&](const Vec3<double>&) {
+    isFound = true;
+    return false;
+  });
+  return isFound;
 }
 
 } // namespace
@@ -46,10 +56,11 @@ template <class Visit> void ForEachPosition(const QString& text, bool polyline, 
 FromStringResult NormLLAListField::fromString(SchemaObject& object, const AttributeList* attrs,
                                               const NamespaceList* namespaces, const QString& text,
                                               int, Update* update) const {
-  if (update) {
+  const bool isMade = KeepsRest(object, update);
+  if (update && (!isMade || HasPosition(text, attrs))) {
     if (!NormLLAListFieldEdit::CreateSecureEdit(*this, object, *update, text, attrs))
       return FromStringResult::kSecurityViolation;
-    if (attrs && KeepsRest(object, update))
+    if (attrs && isMade)
       object.SetUnknownFieldAttrs(*this, *attrs, namespaces);
     return FromStringResult::kOk;
   }
@@ -74,8 +85,10 @@ FromStringResult NormLLAListField::fromString(SchemaObject& object, const Attrib
 
 void NormLLAListField::Parse(const QString& text, const AttributeList* attrs,
                              mmvector<Vec3<double>>& positions) {
-  ForEachPosition(text, HasPolylineType(attrs),
-                  [&](const Vec3<double>& position) { positions.push_back(position); });
+  ForEachPosition(text, HasPolylineType(attrs), [&](const Vec3<double>& position) {
+    positions.push_back(position);
+    return true;
+  });
 }
 
 void NormLLAListField::SetPositions(SchemaObject& object,

@@ -197,6 +197,11 @@ public:
   bool HasKeptValue(const Field& field) const;
   /// What is kept for just this field, or null.
   const KeptField* GetKeptField(const Field& field) const;
+  /// Copies of what is kept for the field and for other spellings of its member, which hold no
+  /// objects where it's a value.
+  mmvector<KeptField> GetKeptFields(const Field& field) const;
+  /// Keeps such copies, in the place of what is kept now.
+  void PutKeptFields(const Field& field, const mmvector<KeptField>& kept);
   /// True when the field's element is written whatever the field holds: it has unknown attributes,
   /// or what it has displaced would count without it.
   bool KeepsElement(const Field& field) const {
@@ -301,6 +306,9 @@ public:
   virtual Document* AsDocument() const { return nullptr; }
   /// Brings those below up to date with all that they inherit.
   virtual void HandDown();
+  /// Whether a field counts as given, which most classes take no note of; and the end of that.
+  virtual bool IsGiven(const Field&) const { return true; }
+  virtual void SetNotGiven(const Field&) {}
   /// The field that takes the text of the object's own element; null for a class without one.
   virtual const Field* GetTextField() const { return nullptr; }
 

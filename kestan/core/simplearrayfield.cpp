@@ -3,7 +3,6 @@
 #include "kestan/core/textfaults.h"
 #include "kestan/core/typedarrayfield_impl.h"
 #include "kestan/host/convert.h"
-#include "kestan/update/updateedit.h" // security check
 
 #include <algorithm>
 #include <type_traits>
@@ -37,6 +36,22 @@ void SimpleArrayField<T>::copy(SchemaObject& dst, const SchemaObject& src, bool 
   TypedArrayField<T>::copy(dst, src, deep);
 }
 
+template <class T>
+typename TypedArrayField<T>::State SimpleArrayField<T>::GetState(const SchemaObject& object) const {
+  auto state = TypedArrayField<T>::GetState(object);
+  if (undefinedOffset_ != 0)
+    state.undefined = this->template Member<mmvector<bool>>(object, undefinedOffset_);
+  return state;
+}
+
+template <class T>
+void SimpleArrayField<T>::Exchange(SchemaObject& object,
+                                   typename TypedArrayField<T>::State& others) const {
+  if (undefinedOffset_ != 0)
+    this->template Member<mmvector<bool>>(object, undefinedOffset_).swap(others.undefined);
+  TypedArrayField<T>::Exchange(object, others);
+}
+
 template <class T> bool SimpleArrayField<T>::Parse(const QString& text, T& value) const {
   return ConvertFromString(text, value);
 }
@@ -45,7 +60,7 @@ template <class T>
 FromStringResult SimpleArrayField<T>::fromString(SchemaObject& object, const AttributeList*,
                                                  const NamespaceList*, const QString& text,
                                                  int index, Update* update) const {
-  if (update && !UpdateEdit::CheckUpdateSecurity(*this, object, *update))
+  if (update && !this->StartUpdate(object, *update))
     return FromStringResult::kSecurityViolation;
   mmvector<T>& array = this->Array(object);
   const std::size_t place = index < 0 ? array.size() : static_cast<std::size_t>(index);

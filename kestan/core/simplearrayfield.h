@@ -25,6 +25,8 @@ public:
                   TextFaults& faults) const override;
   void WriteKml(const SchemaObject& object, WriteState& state) const override;
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override;
+  typename TypedArrayField<T>::State GetState(const SchemaObject& object) const override;
+  void Exchange(SchemaObject& object, typename TypedArrayField<T>::State& others) const override;
 
 protected:
   /// False, and the value as it was, when the text doesn't convert.

@@ -3,7 +3,6 @@
 #include "kestan/core/textfaults.h"
 #include "kestan/core/typedarrayfield_impl.h"
 #include "kestan/host/parse.h"
-#include "kestan/update/updateedit.h" // security check
 
 namespace vorrel::kestan {
 
@@ -42,7 +41,7 @@ template <class T>
 FromStringResult SimpleListField<T>::fromString(SchemaObject& object, const AttributeList* attrs,
                                                 const NamespaceList* namespaces,
                                                 const QString& text, int, Update* update) const {
-  if (update && !UpdateEdit::CheckUpdateSecurity(*this, object, *update))
+  if (update && !this->StartUpdate(object, *update))
     return FromStringResult::kSecurityViolation;
   std::size_t count = 0;
   SplitOnWhitespace(text, [&](const QString&) { ++count; });

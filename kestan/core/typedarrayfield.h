@@ -21,11 +21,24 @@ public:
              bool useB) const override;
   QString toString(const SchemaObject& object, int index) const override;
 
+  /// The values, and which of them are undefined where that is noted.
+  struct State {
+    mmvector<E> values;
+    mmvector<bool> undefined;
+  };
+  virtual State GetState(const SchemaObject& object) const;
+  /// Swaps the values for others, with one notice.
+  virtual void Exchange(SchemaObject& object, State& others) const;
+
   const mmvector<E>& get(const SchemaObject& object) const { return Array(object); }
 
 protected:
   using Field::Field;
   TypedArrayField(Schema& schema, const QString& name, unsigned offset, Type type, unsigned flags);
+
+  /// Has the update remember the values, which a text that it brings is about to change. False when
+  /// it isn't allowed to.
+  bool StartUpdate(SchemaObject& object, Update& update) const;
 
   mmvector<E>& Array(const SchemaObject& object) const { return Member<mmvector<E>>(object); }
 };

@@ -60,6 +60,16 @@ void TypedArrayField<E>::merge(SchemaObject& dst, const SchemaObject& a, const S
 }
 
 template <class E>
+typename TypedArrayField<E>::State TypedArrayField<E>::GetState(const SchemaObject& object) const {
+  return {Array(object), {}};
+}
+
+template <class E> void TypedArrayField<E>::Exchange(SchemaObject& object, State& others) const {
+  Array(object).swap(others.values);
+  NotifyFieldChanged(object);
+}
+
+template <class E>
 QString TypedArrayField<E>::toString(const SchemaObject& object, int index) const {
   const mmvector<E>& array = Array(object);
   if (index < 0 || static_cast<std::size_t>(index) >= array.size())

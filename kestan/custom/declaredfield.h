@@ -23,13 +23,18 @@ public:
   unsigned getSize() const override { return kSize; }
   void construct(SchemaObject& object) const override {
     F::construct(object);
-    IsGiven(object) = false;
+    Given(object) = false;
+  }
+  bool IsGiven(const SchemaObject& object) const override { return Given(object); }
+  bool SetGiven(SchemaObject& object, bool isGiven) const override {
+    Given(object) = isGiven;
+    return true;
   }
   bool IsUndefined(const SchemaObject& object) const override {
     return !IsGiven(object) || (!std::is_same_v<T, QString> && F::IsUndefined(object));
   }
   void SetTypedObject(SchemaObject& object, T value) const override {
-    IsGiven(object) = true;
+    Given(object) = true;
     F::SetTypedObject(object, std::move(value));
   }
   void copy(SchemaObject& dst, const SchemaObject& src, bool deep) const override {
@@ -41,7 +46,7 @@ public:
   FromStringResult fromString(SchemaObject& object, const AttributeList* attrs,
                               const NamespaceList* namespaces, const QString& text, int index,
                               Update* update) const override {
-    if (update || IsValue(text))
+    if (IsValue(text) || !this->KeepsRest(object, update))
       return F::fromString(object, attrs, namespaces, text, index, update);
     const DeletionDeferrer deferrer;
     Clear(object);
@@ -63,12 +68,12 @@ private:
     }
   }
 
-  bool& IsGiven(const SchemaObject& object) const {
+  bool& Given(const SchemaObject& object) const {
     return this->template Member<bool>(object, this->GetOffset() + sizeof(T));
   }
   void Clear(SchemaObject& object) const {
     this->template Member<T>(object) = T{};
-    IsGiven(object) = false;
+    Given(object) = false;
     this->NotifyFieldChanged(object);
   }
 };

@@ -465,6 +465,15 @@ const Field* AbstractFeature::FindObject(const SchemaObject& child, int* index) 
   return SchemaObject::FindObject(child, index);
 }
 
+bool AbstractFeature::IsGiven(const Field& field) const {
+  return &field != &Fields().snippet || GetBit(kBitNewSnippet);
+}
+
+void AbstractFeature::SetNotGiven(const Field& field) {
+  if (&field == &Fields().snippet)
+    SetBit(kBitNewSnippet, false);
+}
+
 void AbstractFeature::NotifyFieldChanged(const Field& field) {
   const AbstractFeatureSchema& fields = Fields();
   const auto reaction =

@@ -167,6 +167,8 @@ public:
   void WriteKml(WriteState& state) const override;
   void OnUrlLoad(const StrField& field, SchemaObject* loaded) override;
   const Field* FindObject(const SchemaObject& child, int* index) const override;
+  bool IsGiven(const Field& field) const override;
+  void SetNotGiven(const Field& field) override;
   void NotifyFieldChanged(const Field& field) override;
   void NotifyInheritedVisibilityChanged() override;
   void NotifyOwnerChanged() override;

@@ -89,6 +89,15 @@ void Geometry::SetDrawOrder(int order) {
 
 void Geometry::CollectSchemas(WriteState&) const {}
 
+bool Geometry::IsGiven(const Field& field) const {
+  return &field != &GeometrySchema::GetSingleton().drawOrder || drawOrderSet_;
+}
+
+void Geometry::SetNotGiven(const Field& field) {
+  if (&field == &GeometrySchema::GetSingleton().drawOrder)
+    drawOrderSet_ = false;
+}
+
 void Geometry::NotifyFieldChanged(const Field& field) {
   const DeletionDeferrer deferrer;
   const GeometrySchema& schema = GeometrySchema::GetSingleton();

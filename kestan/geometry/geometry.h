@@ -73,6 +73,8 @@ public:
   /// Enters the custom schemas that the shape's data need.
   virtual void CollectSchemas(WriteState& state) const;
 
+  bool IsGiven(const Field& field) const override;
+  void SetNotGiven(const Field& field) override;
   void NotifyFieldChanged(const Field& field) override;
   void NotifyInheritedVisibilityChanged() override;
   void NotifyOwnerChanged() override;

@@ -186,6 +186,14 @@ void AbstractLink::MarkChanged(const Field& field) {
   fieldsSpecified_ |= field.GetMaskBit();
 }
 
+bool AbstractLink::IsGiven(const Field& field) const {
+  return (fieldsSpecified_ & field.GetMaskBit()) != 0;
+}
+
+void AbstractLink::SetNotGiven(const Field& field) {
+  ObjectObserver::SetSpecified(*this, fieldsSpecified_, fieldsSpecified_ & ~field.GetMaskBit());
+}
+
 void AbstractLink::NotifyFieldChanged(const Field& field) {
   MarkChanged(field);
   SchemaObject::NotifyFieldChanged(field);

@@ -67,6 +67,8 @@ public:
 
   unsigned GetFieldsSpecified() const override { return fieldsSpecified_; }
   void merge(const SchemaObject& a, const SchemaObject& b) override;
+  bool IsGiven(const Field& field) const override;
+  void SetNotGiven(const Field& field) override;
   void NotifyFieldChanged(const Field& field) override;
   void CopyNonFieldStuff(const SchemaObject& src) override;
   void WriteKml(WriteState& state) const override;

@@ -23,7 +23,7 @@ PlacedView::PlacedView(const Schema& schema, const KmlId& id, const QString& bas
 void PlacedView::SetAllGiven() {
   for (const Field* field : GetSchema().GetSerializedFields()) {
     if (const auto* number = dynamic_cast<const GivenField<double>*>(field))
-      number->SetGiven(*this);
+      number->SetGiven(*this, true);
   }
 }
 

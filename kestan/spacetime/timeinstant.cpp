@@ -36,6 +36,10 @@ const DateTime* TimeInstant::GetBegin() const { return specified_ ? &timePositio
 
 const DateTime* TimeInstant::GetEnd() const { return GetBegin(); }
 
+bool TimeInstant::IsGiven(const Field&) const { return specified_; }
+
+void TimeInstant::SetNotGiven(const Field&) { specified_ = false; }
+
 void TimeInstant::NotifyFieldChanged(const Field& field) {
   specified_ = true;
   TimePrimitive::NotifyFieldChanged(field);

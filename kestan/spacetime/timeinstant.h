@@ -25,6 +25,8 @@ public:
   const DateTime* GetBegin() const override;
   const DateTime* GetEnd() const override;
 
+  bool IsGiven(const Field& field) const override;
+  void SetNotGiven(const Field& field) override;
   void NotifyFieldChanged(const Field& field) override;
   void CopyNonFieldStuff(const SchemaObject& src) override;
   void WriteKml(WriteState& state) const override;

@@ -222,6 +222,14 @@ FromStringResult Icon::fromString(const QString& text) {
 
 const Field* Icon::GetTextField() const { return &AbstractLinkSchema::GetSingleton().href; }
 
+void Icon::SetNotGiven(const Field& field) {
+  AbstractLink::SetNotGiven(field);
+  if (const int side = SideOf(field); side >= 0) {
+    rectangle_.Forget(side);
+    ResetRectangle();
+  }
+}
+
 void Icon::NotifyFieldChanged(const Field& field) {
   MarkChanged(field);
   const bool isHref = &field == &AbstractLinkSchema::GetSingleton().href;

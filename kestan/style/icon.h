@@ -114,6 +114,7 @@ public:
   const Field* GetTextField() const override;
   QString GetResourceUrl() const override;
   void merge(const SchemaObject& a, const SchemaObject& b) override;
+  void SetNotGiven(const Field& field) override;
   void NotifyFieldChanged(const Field& field) override;
   void CopyNonFieldStuff(const SchemaObject& src) override;
   void WriteKml(WriteState& state) const override;

@@ -19,6 +19,8 @@ public:
   /// Counts as given afterwards what one of the two gave.
   void merge(const SchemaObject& a, const SchemaObject& b) override;
   void WriteKml(WriteState& state) const override;
+  bool IsGiven(const Field& field) const override { return (specified_ & field.GetMaskBit()) != 0; }
+  void SetNotGiven(const Field& field) override { SetSpecified(specified_ & ~field.GetMaskBit()); }
   void NotifyFieldChanged(const Field& field) override;
   void CopyNonFieldStuff(const SchemaObject& src) override;
 

@@ -19,7 +19,8 @@ public:
 
   SchemaObject& object;
   Update& update;
-  UpdateEdit* latest = nullptr; ///< Leads to the others; they go from this end.
+  mmvector<const Field*> arrays; ///< The fields that have an edit of their array.
+  UpdateEdit* latest = nullptr;  ///< Leads to the others; they go from this end.
 };
 
 } // namespace vorrel::kestan

@@ -1,5 +1,6 @@
 #include "kestan/update/normllalistfieldedit.h"
 
+#include "kestan/core/fieldrest.h"
 #include "kestan/core/normllalistfield.h"
 #include "kestan/core/schemaobject.h"
 
@@ -31,7 +32,7 @@ bool NormLLAListFieldEdit::CreateSecureEdit(const NormLLAListField& field, Schem
 NormLLAListFieldEdit::NormLLAListFieldEdit(const NormLLAListField& field, SchemaObject& object,
                                            Update& update, const QString& text,
                                            const AttributeList* attrs)
-    : UpdateEdit(object, update), field_(field), initial_(field.GetPositions(object)) {
+    : UpdateEdit(object, update, field), initial_(field.GetPositions(object)) {
   NormLLAListField::Parse(text, attrs, final_);
   longest_ = std::max(initial_.size(), final_.size());
   shortest_ = std::min(initial_.size(), final_.size());
@@ -39,7 +40,9 @@ NormLLAListFieldEdit::NormLLAListFieldEdit(const NormLLAListField& field, Schema
   finalStep_ = GetStep(final_.size(), longest_);
 }
 
-const Field& NormLLAListFieldEdit::GetField() const { return field_; }
+const NormLLAListField& NormLLAListFieldEdit::GetListField() const {
+  return static_cast<const NormLLAListField&>(GetField());
+}
 
 void NormLLAListFieldEdit::SetInterpolatedValue(float fraction) const {
   if (fraction >= 1.0F) {
@@ -62,11 +65,16 @@ void NormLLAListFieldEdit::SetInterpolatedValue(float fraction) const {
     const Vec3<double>& b = final_[getPlace(finalStep_, i, final_.size())];
     scratch_[i] = {a.x * (1.0 - t) + b.x * t, a.y * (1.0 - t) + b.y * t, a.z * (1.0 - t) + b.z * t};
   }
-  field_.SetPositions(GetObject(), scratch_);
+  GetListField().SetPositions(GetObject(), scratch_);
 }
 
-void NormLLAListFieldEdit::SetFinalValue() const { field_.SetPositions(GetObject(), final_); }
+void NormLLAListFieldEdit::SetFinalValue() const {
+  GetListField().SetPositions(GetObject(), final_);
+}
 
-void NormLLAListFieldEdit::SetInitialValue() const { field_.SetPositions(GetObject(), initial_); }
+void NormLLAListFieldEdit::SetInitialValue() const {
+  const FieldRestoration restoration(GetObject(), GetField(), GetRest());
+  GetListField().SetPositions(GetObject(), initial_);
+}
 
 } // namespace vorrel::kestan

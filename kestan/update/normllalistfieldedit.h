@@ -20,7 +20,6 @@ public:
   static bool CreateSecureEdit(const NormLLAListField& field, SchemaObject& object, Update& update,
                                const QString& text, const AttributeList* attrs);
 
-  const Field& GetField() const override;
   void SetInterpolatedValue(float fraction) const override;
   void SetFinalValue() const override;
   void SetInitialValue() const override;
@@ -31,7 +30,8 @@ private:
   NormLLAListFieldEdit(const NormLLAListField& field, SchemaObject& object, Update& update,
                        const QString& text, const AttributeList* attrs);
 
-  const NormLLAListField& field_;
+  const NormLLAListField& GetListField() const;
+
   Positions initial_;
   Positions final_;
   std::size_t longest_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kestan/core/fieldrest.h"
 #include "kestan/core/typedfield.h"
 #include "kestan/update/updateedit.h"
 
@@ -12,18 +13,26 @@ namespace vorrel::kestan {
 template <class T, class I> class TypedFieldEdit final : public UpdateEdit {
 public:
   TypedFieldEdit(const TypedField<T>& field, SchemaObject& object, T value, Update& update)
-      : UpdateEdit(object, update), field_(field), initial_(field.get(object)),
-        final_(std::move(value)) {}
+      : UpdateEdit(object, update, field), initial_(field.get(object)), final_(std::move(value)) {}
 
-  const Field& GetField() const override { return field_; }
   void SetInterpolatedValue(float fraction) const override {
-    field_.SetTypedObject(GetObject(), I::Interpolate(initial_, final_, fraction));
+    Set(I::Interpolate(initial_, final_, fraction));
   }
-  void SetFinalValue() const override { field_.SetTypedObject(GetObject(), final_); }
-  void SetInitialValue() const override { field_.SetTypedObject(GetObject(), initial_); }
+  void SetFinalValue() const override { Set(final_); }
+  void SetInitialValue() const override {
+    const FieldRestoration restoration(GetObject(), GetField(), GetRest());
+    GetTypedField().SetTypedObject(GetObject(), initial_);
+  }
 
 private:
-  const TypedField<T>& field_;
+  const TypedField<T>& GetTypedField() const {
+    return static_cast<const TypedField<T>&>(GetField());
+  }
+  void Set(T value) const {
+    if (GetTypedField().SetGiven(GetObject(), true))
+      GetTypedField().SetTypedObject(GetObject(), std::move(value));
+  }
+
   const T initial_;
   const T final_;
 };

@@ -4,11 +4,13 @@
 #include "kestan/host/memory.h"
 
 #include <cstddef>
+#include <memory>
 
 namespace vorrel::kestan {
 
 class EditedObject;
 class Field;
+class FieldRest;
 class SchemaObject;
 class Update;
 
@@ -26,12 +28,15 @@ public:
   static bool CheckUpdateSecurity(const Field& field, const SchemaObject& object,
                                   const Update& update);
 
+  /// True once for each field of an object, while the update has edits of it.
+  static bool IsFirstOf(const Field& field, SchemaObject& object, Update& update);
+
   UpdateEdit(const UpdateEdit&) = delete;
   UpdateEdit& operator=(const UpdateEdit&) = delete;
   virtual ~UpdateEdit();
 
   SchemaObject& GetObject() const;
-  virtual const Field& GetField() const = 0;
+  const Field& GetField() const { return field_; }
 
   /// `fraction` lies between 0, the value before, and 1, the one after.
   virtual void SetInterpolatedValue(float fraction) const = 0;
@@ -40,13 +45,20 @@ public:
 
 protected:
   /// The object isn't one that is dying.
-  UpdateEdit(SchemaObject& object, Update& update);
+  UpdateEdit(SchemaObject& object, Update& update, const Field& field);
+
+  /// What goes with the value before, or null.
+  const FieldRest* GetRest() const { return rest_.get(); }
+  /// The same, and keeps what goes with the present value instead.
+  std::unique_ptr<const FieldRest> SwapRest() const;
 
 private:
   friend class EditedObject;
   friend class Update;
 
   EditedObject& edited_;
+  const Field& field_;
+  mutable std::unique_ptr<const FieldRest> rest_;
   std::size_t place_ = 0;                ///< In the list of the update.
   UpdateEdit* formerOfObject_ = nullptr; ///< Of the edits of the object by the same update.
 };
