@@ -254,7 +254,7 @@ bool LoadObserver::Update(const TargetClass& targets, Cache* cache) {
   return false;
 }
 
-bool LoadObserver::UpdateAll(LoadObserverList* list, const IJobContinuator& continuator) {
+bool LoadObserver::TryAll(LoadObserverList* list, const IJobContinuator& continuator) {
   const StyleClimbBatch batch;
   Cache cache;
   while (LoadObserver* observer = list ? list->TakeNext() : nullptr) {
@@ -281,16 +281,10 @@ bool LoadObserver::IsWalking(ThreadContext& main) {
 /// Goes on with a walk over all; true when it was stopped.
 bool LoadObserver::GoOn(ThreadContext& main, const IJobContinuator& continuator) {
   for (LoadObserverList* const list : ListsOf(main)) {
-    if (UpdateAll(list, continuator) && IsWalking(main))
+    if (TryAll(list, continuator) && IsWalking(main))
       return true;
   }
   return false;
-}
-
-bool LoadObserver::UpdateAll(ThreadContext& main, const IJobContinuator& continuator) {
-  if (!IsWalking(main))
-    Rewind(main);
-  return GoOn(main, continuator);
 }
 
 bool LoadObserver::MergeIntoMain(ThreadContext& from, const IJobContinuator& continuator) {

@@ -84,9 +84,6 @@ public:
   /// them and those that wait there for what the thread has built. True when the continuator
   /// stopped it.
   static bool MergeIntoMain(ThreadContext& from, const IJobContinuator& continuator);
-  /// Tries all that are open on the main thread, schemas before the styles. True when the
-  /// continuator stopped it: it goes on there at the next call.
-  static bool UpdateAll(ThreadContext& main, const IJobContinuator& continuator);
   /// The loader knows of further documents by now: has a job try all that are open, once what waits
   /// to be merged has been merged. The reader asks for it when it has read a document on the main
   /// thread, and so may a client of which the loader knows that a document can't be had. Main
@@ -118,7 +115,8 @@ protected:
 
   static RefPtr<SchemaObject> Create(const TargetClass& targets, SchemaObject& object,
                                      const StrField& field);
-  static bool UpdateAll(LoadObserverList* list, const IJobContinuator& continuator);
+  /// Goes on with a walk. True when the continuator stopped it.
+  static bool TryAll(LoadObserverList* list, const IJobContinuator& continuator);
   /// Hands a new object to those that wait for it on the thread that made it.
   static void Deliver(std::shared_ptr<LoadObserverList> ThreadContext::*list,
                       SchemaObject& created);

@@ -51,6 +51,14 @@ RefPtr<T> TypedLoadObserver<T>::Create(SchemaObject& object, const StrField& fie
   return RefPtr<T>(static_cast<T*>(LoadObserver::Create(kTargets, object, field).get()));
 }
 
+template <class T>
+bool TypedLoadObserver<T>::UpdateAll(LoadObserverList* list, const IJobContinuator& continuator,
+                                     AbstractJob*) {
+  if (list && !list->IsWalking())
+    list->Rewind();
+  return TryAll(list, continuator) && list->IsWalking();
+}
+
 template <class T> bool TypedLoadObserver<T>::Update(Cache* cache) {
   return LoadObserver::Update(kTargets, cache);
 }

@@ -3,6 +3,10 @@
 #include "kestan/core/creationobserver.h"
 #include "kestan/read/loadobserver.h"
 
+namespace vorrel {
+class AbstractJob;
+}
+
 namespace vorrel::kestan {
 
 class CustomSchema;
@@ -16,6 +20,11 @@ public:
   /// `OnUrlLoad` at once, as does null for a reference that can't lead anywhere; everything else
   /// is waited for, in place of what the object waited for before.
   static RefPtr<T> Create(SchemaObject& object, const StrField& field);
+
+  /// Tries all that are open in the list of a context, which may be null. True when the continuator
+  /// stopped it: it goes on there at the next call. `job` is the one that does so, or null.
+  static bool UpdateAll(LoadObserverList* list, const IJobContinuator& continuator,
+                        AbstractJob* job);
 
   bool Update(Cache* cache) override;
 

@@ -1,7 +1,7 @@
 #include "kestan/core/schemaobjectschema.h"
 #include "kestan/core/threadcontext.h"
 #include "kestan/host/job.h"
-#include "kestan/read/loadobserver.h"
+#include "kestan/read/typedloadobserver.h"
 #include "kestan/style/balloonstyle.h"
 #include "kestan/style/icon.h"
 #include "kestan/style/iconstyleschema.h"
@@ -357,15 +357,18 @@ TEST_F(StyleSelectionTest, WithoutLoadersAReferenceFailsOnceItsDocumentIsThere) 
                  "<Placemark><name>r</name><styleUrl>far.kml#late</styleUrl></Placemark>"));
   const auto far = ReadAt("/dir/far.kml", InDocument("<Style id='s'/>"));
   loader.ended += "/dir/far.kml";
-  ThreadContext& main = *ThreadContext::GetMain();
+  const auto update = [] {
+    return TypedLoadObserver<StyleSelector>::UpdateAll(
+        ThreadContext::GetMain()->styleLoadObservers.get(), StopsAlways(), nullptr);
+  };
   int stops = 0;
-  while (LoadObserver::UpdateAll(main, StopsAlways()))
+  while (update())
     ASSERT_LT(++stops, 3);
   EXPECT_EQ("failed", Look(*Find(*document, "p")));
   EXPECT_EQ("fetching", Look(*Find(*document, "q")));
   EXPECT_EQ("failed", Look(*Find(*document, "r")));
   Find(*document, "p")->SetStyleUrl("far.kml#never"); // a new reference to it
-  while (LoadObserver::UpdateAll(main, StopsAlways())) {
+  while (update()) {
   }
   EXPECT_EQ("failed", Look(*Find(*document, "p")));
 }
