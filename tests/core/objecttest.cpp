@@ -56,7 +56,7 @@ TEST_F(ObjectTest, TheNewestObjectWithAnIdIsFound) {
   EXPECT_EQ(third, Probe::GetClassSchema().FindCreateInstance(id, "", nullptr));
 }
 
-TEST_F(ObjectTest, RuntimeIdsAreFreshAndKeepTheirName) {
+TEST_F(ObjectTest, RuntimeIdsAreFreshOnEachThreadAndKeepTheirName) {
   const KmlId given("x", "http://a");
   const KmlId id = SchemaObject::GetUniqueRuntimeId(given);
   EXPECT_EQ("x", id.id);

@@ -51,7 +51,7 @@ TEST_F(SettingTest, ObserversHearOfChangesOnlyAndOnTheMainThread) {
   EXPECT_EQ("9", counter.last);
 }
 
-TEST_F(SettingTest, ChangesWithoutPauseHoldUpNoNotice) {
+TEST_F(SettingTest, ChangesOfAThreadWithoutPauseHoldUpNoNotice) {
   struct Next final : SyncMethod {
     explicit Next(const Counter& c) : SyncMethod("Next"), counter(c) {}
     void Execute() override { noticesBefore = counter.count; }

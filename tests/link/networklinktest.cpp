@@ -304,7 +304,7 @@ TEST_F(NetworkLinkTest, AControlSteersTheLink) {
   EXPECT_GT(lone->GetLink()->GetExpireTime(), 0.0);
 }
 
-TEST_F(NetworkLinkTest, FetchesAreReported) {
+TEST_F(NetworkLinkTest, FetchesAreReportedFromAnyThread) {
   const auto link = ReadLink("<Link><href>http://h/l</href></Link>");
   ASSERT_TRUE(link);
   FetchLog log;

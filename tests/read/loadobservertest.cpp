@@ -63,7 +63,7 @@ TEST_F(LoadObserverTest, ReferencesThatLeadNowhereDoNotWait) {
   EXPECT_TRUE(loader.requested.isEmpty());
 }
 
-TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDelivers) {
+TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDeliversOnAnyThread) {
   auto former = std::make_unique<FakeLoader>();
   FakeLoader loader; // takes its place
   former.reset();
@@ -126,7 +126,7 @@ TEST_F(LoadObserverTest, TheMainThreadLearnsByThePumpThatATargetWillNotCome) {
   EXPECT_TRUE(other->GetBit(kBitLoadFailed));
 }
 
-TEST_F(LoadObserverTest, WhatAWorkerWaitsForIsFoundAtTheMerge) {
+TEST_F(LoadObserverTest, WhatAThreadWaitsForIsFoundAtTheMerge) {
   const auto style = MakeStyle("s");
   RefPtr<Placemark> found;
   RefPtr<Placemark> waiting;
