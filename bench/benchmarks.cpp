@@ -135,6 +135,15 @@ void ChangeField(benchmark::State& state, Audience audience) {
   SetCount(state, features.size());
 }
 
+void AskUrl(benchmark::State& state) {
+  const Subject subject;
+  ViewedLinks links(subject, static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(links.Ask());
+  }
+  SetCount(state, links.size());
+}
+
 void ReadReferences(benchmark::State& state, References references) {
   const Subject subject;
   const auto count = static_cast<std::size_t>(state.range(0));
@@ -178,6 +187,7 @@ void RegisterScenes() {
   for (const Sight sight : {Sight::kStill, Sight::kMoving, Sight::kReplacing}) {
     RegisterCounts(std::string("regions/") + Name(sight), DrawRegions, sight);
   }
+  RegisterCounts("url/templates", AskUrl);
   RegisterCounts("references/forward", ReadReferences, References::kForward);
   RegisterCounts("references/forward to one", ReadReferences, References::kForwardToOne);
   RegisterCounts("references/backward", ReadReferences, References::kBackward);

@@ -4,6 +4,8 @@
 #include "kestan/feature/folder.h"
 #include "kestan/feature/placemark.h"
 #include "kestan/host/system.h"
+#include "kestan/link/link.h"
+#include "kestan/link/viewparams.h"
 #include "kestan/spacetime/region.h"
 #include "kestan/style/linestyle.h"
 #include "kestan/style/style.h"
@@ -194,6 +196,34 @@ void WatchedFeatures::Change() {
   for (AbstractFeature* feature : features_) {
     feature->SetIsOpen(open_);
   }
+}
+
+ViewedLinks::ViewedLinks(const Subject& subject, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) {
+    text += "<NetworkLink><Link><href>http://example.com/" + std::to_string(i) +
+            "</href><viewFormat>BBOX=[west],[south],[east],[north];CAMERA="
+            "[lookatLon],[lookatLat],[lookatRange]</viewFormat><httpQuery>v=[clientVersion]"
+            "</httpQuery></Link></NetworkLink>";
+  }
+  tree_ = subject.Read(InDocument(text));
+  vorrel::mmvector<SchemaObject*> links;
+  tree_->FindBySchema(Link::GetClassSchema(), links);
+  for (SchemaObject* const link : links) {
+    links_.push_back(static_cast<AbstractLink*>(link));
+  }
+}
+
+std::size_t ViewedLinks::Ask() {
+  ViewParams view;
+  view.west = step_ = step_ < 0.5 ? step_ + 0.001 : 0.0;
+  view.east = view.west + 0.1;
+  std::size_t length = 0;
+  for (AbstractLink* const link : links_) {
+    link->setViewParams(view);
+    length += static_cast<std::size_t>(link->GetAbsoluteUrl().size());
+  }
+  return length;
 }
 
 std::string MakeReferences(References references, std::size_t count) {

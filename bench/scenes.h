@@ -11,6 +11,7 @@
 
 namespace vorrel::kestan {
 class AbstractFeature;
+class AbstractLink;
 class ObjectObserver;
 class Region;
 } // namespace vorrel::kestan
@@ -101,6 +102,21 @@ private:
   std::vector<vorrel::kestan::Region*> regions_;
   const Sight sight_;
   bool inSight_ = true;
+};
+
+/// Links with templates in their queries, of which the view changes.
+class ViewedLinks {
+public:
+  ViewedLinks(const Subject& subject, std::size_t count);
+
+  std::size_t size() const { return links_.size(); }
+  /// Moves the view a little, and asks each link for its URL; the sum of their lengths.
+  std::size_t Ask();
+
+private:
+  Subject::Tree tree_;
+  std::vector<vorrel::kestan::AbstractLink*> links_;
+  double step_ = 0.0;
 };
 
 /// How a document's features and their styles stand to each other.
