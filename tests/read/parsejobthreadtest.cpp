@@ -121,40 +121,29 @@ TEST_F(ParseJobThreadTest, TheCallbackGetsTheFeatureOrTheError) {
 }
 
 TEST_F(ParseJobThreadTest, AWorkerReadsADocumentAsTheMainThreadDoes) {
-  const QByteArray texts[] = {
-      ReadData("sample.kml"),
-      Large(50),
-      InDocument("<open>1</open><Placemark><name>a</name><styleUrl>#m</styleUrl><TimeStamp><when>"
-                 "2007</when></TimeStamp><Style><LineStyle><width>2</width></LineStyle></Style>"
-                 "<Polygon><outerBoundaryIs><LinearRing><coordinates>0,0 1,0 1,1 0,0</coordinates>"
-                 "</LinearRing></outerBoundaryIs></Polygon></Placemark><StyleMap id='m'><Pair><key>"
-                 "normal</key><styleUrl>#s</styleUrl></Pair></StyleMap><Style id='s'><PolyStyle>"
-                 "<fill>0</fill></PolyStyle></Style><Placemark/>"),
-  };
-  WorkerThread worker;
-  for (const QByteArray& text : texts) {
-    QString expected;
-    int width = 0;
-    {
-      const auto here = ReadAt("/dir/a.kml", text);
-      expected = Write(*here);
-      width = GetFirstWidth(*here);
-    }
-    const RefPtr<Job> job(new Job(&worker, "/dir/a.kml", text));
-    job->Start();
-    RunToTheEnd({job});
-    ASSERT_TRUE(job->GetResult()) << job->GetErrorText().toStdString();
-    EXPECT_EQ(ParseJob::kGood, job->GetStatus());
-    EXPECT_EQ(expected, Write(*job->GetResult()));
-    EXPECT_EQ(width, GetFirstWidth(*job->GetResult()));
-    // What is changed now is seen, as if the main thread had read the document.
-    const auto& document = static_cast<const Document&>(*job->GetResult());
-    const RefPtr<Style> style(new Style(KmlId("late", "/dir/a.kml"), QString()));
-    style->GetLineStyle()->SetWidth(9);
-    AbstractFeature& feature = *document.GetChild(document.GetChildCount() - 1);
-    feature.SetStyleUrl("#late");
-    EXPECT_EQ(9, GetWidth(feature));
+  const QByteArray text = ReadData("sample.kml");
+  QString expected;
+  int width = 0;
+  {
+    const auto here = ReadAt("/dir/a.kml", text);
+    expected = Write(*here);
+    width = GetFirstWidth(*here);
   }
+  WorkerThread worker;
+  const RefPtr<Job> job(new Job(&worker, "/dir/a.kml", text));
+  job->Start();
+  RunToTheEnd({job});
+  ASSERT_TRUE(job->GetResult()) << job->GetErrorText().toStdString();
+  EXPECT_EQ(ParseJob::kGood, job->GetStatus());
+  EXPECT_EQ(expected, Write(*job->GetResult()));
+  EXPECT_EQ(width, GetFirstWidth(*job->GetResult()));
+  // What is changed now is seen, as if the main thread had read the document.
+  const auto& document = static_cast<const Document&>(*job->GetResult());
+  const RefPtr<Style> style(new Style(KmlId("late", "/dir/a.kml"), QString()));
+  style->GetLineStyle()->SetWidth(9);
+  AbstractFeature& feature = *document.GetChild(document.GetChildCount() - 1);
+  feature.SetStyleUrl("#late");
+  EXPECT_EQ(9, GetWidth(feature));
 }
 
 // Each document refers to the next one's style, and the last to the main thread's.
@@ -225,39 +214,44 @@ TEST_F(ParseJobThreadTest, ReferencesBetweenDocumentsOfAllThreadsAreResolved) {
 
 TEST_F(ParseJobThreadTest, WhatIsNotWantedAnyMoreIsCutShort) {
   KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(1);
-  /// Holds the parser until it's told to go on.
+  /// Holds the parser until it's told to go on, or the library is about to stop.
   class Gate final : public IErrorHandler {
   public:
     void OnParseError(ErrorReport&) override {
-      if (++errors == 1) {
-        isReading.post();
-        mayGoOn.wait();
-      }
+      if (++errors > 1)
+        return;
+      isReading.post();
+      while (!mayGoOn && ThreadScope::GetSession() != 0)
+        std::this_thread::yield();
     }
     std::atomic<int> errors{0};
+    std::atomic<bool> mayGoOn{false};
     Semaphore isReading;
-    Semaphore mayGoOn;
   };
   constexpr int kFeatures = 20000;
   const QByteArray text = Large(kFeatures);
-  const RefPtr<Gate> gate(new Gate);
-  ExpatHandler::SetDefaultErrorHandler(gate.get());
+  const QByteArray plain = InDocument("<Placemark id='p'/><Style id='s'/>");
   int calls = 0;
+  const auto count = [&calls](const QString&, AbstractFeature*) { ++calls; };
+  WorkerThread worker;
+  WorkerThread other;
   {
-    WorkerThread worker;
-    const RefPtr<Job> running(new Job(&worker, "/dir/a.kml", text));
-    running->Start();
-    const RefPtr<Job> queued(new Job(&worker, "/dir/b.kml", text));
-    queued->Start();
+    const RefPtr<Gate> gate(new Gate);
+    ExpatHandler::SetDefaultErrorHandler(gate.get());
+    std::vector<RefPtr<Job>> jobs;
+    for (const char* const url : {"/dir/a.kml", "/dir/b.kml"}) { // one runs, one waits
+      jobs.push_back(new Job(&worker, url, text));
+      jobs.back()->Start();
+    }
     auto parser = std::make_unique<KmlParser>(&worker);
-    parser->ParseKmlOrKmz(text, 2, [&calls](const QString&, AbstractFeature*) { ++calls; });
+    parser->ParseKmlOrKmz(text, 2, count);
     gate->isReading.wait();
-    running->Cancel();
-    queued->Cancel();
+    for (const RefPtr<Job>& job : jobs)
+      job->Cancel();
     parser.reset();
-    gate->mayGoOn.post();
-    RunToTheEnd({running, queued});
-    for (const RefPtr<Job>& job : {running, queued}) {
+    gate->mayGoOn = true;
+    RunToTheEnd(jobs);
+    for (const RefPtr<Job>& job : jobs) {
       EXPECT_EQ("Reading the document was cancelled", job->GetErrorText().toStdString());
       EXPECT_EQ(ParseJob::kFailed, job->GetStatus());
       EXPECT_FALSE(job->GetResult());
@@ -266,7 +260,7 @@ TEST_F(ParseJobThreadTest, WhatIsNotWantedAnyMoreIsCutShort) {
     // A parser may go in its callback.
     parser = std::make_unique<KmlParser>(&worker);
     for (int i = 0; i < 3; ++i) {
-      parser->ParseKmlOrKmz(InDocument(""), 2, [&](const QString&, AbstractFeature* feature) {
+      parser->ParseKmlOrKmz(plain, 2, [&](const QString&, AbstractFeature* feature) {
         ++calls;
         parser.reset();
         EXPECT_TRUE(feature && feature->GetRefCount() > 0);
@@ -278,42 +272,18 @@ TEST_F(ParseJobThreadTest, WhatIsNotWantedAnyMoreIsCutShort) {
     }
     EXPECT_EQ(1, calls);
   }
-  ExpatHandler::SetDefaultErrorHandler(nullptr);
-}
-
-TEST_F(ParseJobThreadTest, TheStopEndsAllJobsAndCallsNobodyBack) {
-  KestanOptionsContext::kestanOptions.kmlErrorHandling.Set(1);
-  /// Holds the parser until the library is about to stop.
-  class Gate final : public IErrorHandler {
-  public:
-    void OnParseError(ErrorReport&) override {
-      if (++errors > 1)
-        return;
-      isReading.post();
-      while (ThreadScope::GetSession() != 0)
-        std::this_thread::yield();
-    }
-    std::atomic<int> errors{0};
-    Semaphore isReading;
-  };
-  constexpr int kFeatures = 20000;
-  const RefPtr<Gate> gate(new Gate);
-  int calls = 0;
-  const auto count = [&calls](const QString&, AbstractFeature*) { ++calls; };
   {
-    WorkerThread first;
-    WorkerThread second;
-    KmlParser parser(&first);
-    const QByteArray plain = InDocument("<Placemark id='p'/><Style id='s'/>");
+    KmlParser first(&worker);
     for (int i = 0; i < 5; ++i)
-      parser.ParseKmlOrKmz(plain, 2, count);
-    first.WaitUntilIdle();
+      first.ParseKmlOrKmz(plain, 2, count);
+    worker.WaitUntilIdle();
     Pump::Run(0); // one is merged in part, the others aren't
+    const RefPtr<Gate> gate(new Gate);
     ExpatHandler::SetDefaultErrorHandler(gate.get());
-    KmlParser other(&second);
-    other.ParseKmlOrKmz(Large(kFeatures), 2, count);
+    KmlParser second(&other);
+    second.ParseKmlOrKmz(text, 2, count);
     for (int i = 0; i < 5; ++i)
-      other.ParseKmlOrKmz(plain, 2, count);
+      second.ParseKmlOrKmz(plain, 2, count);
     gate->isReading.wait();
     const int before = calls;
     GShutdown();
@@ -321,10 +291,10 @@ TEST_F(ParseJobThreadTest, TheStopEndsAllJobsAndCallsNobodyBack) {
     EXPECT_EQ(Pump::kIdle, Pump::Run(0));
     GInitialize(); // what was queued belongs to the time before
     ExpatHandler::SetDefaultErrorHandler(nullptr);
-    second.WaitUntilIdle();
+    other.WaitUntilIdle();
     EXPECT_EQ(Pump::kIdle, Pump::Run(0));
     EXPECT_EQ(before, calls);
-    other.ParseKmlOrKmz(plain, 2, count);
+    second.ParseKmlOrKmz(plain, 2, count);
     PumpUntil([&] { return calls > before; });
   }
 }

@@ -40,7 +40,8 @@ private:
 /// A folder "f" with the placemarks "a", "b" and "c", and an update that renames all of them.
 class UpdateLifetimeTest : public UpdateTest {
 public:
-  UpdateLifetimeTest() {
+  UpdateLifetimeTest() { Begin(); }
+  void Begin() {
     folder = Read<Folder>("<Folder id=\"f\"><Placemark id=\"a\"/><Placemark id=\"b\"/>"
                           "<Placemark id=\"c\"/></Folder>");
     update = MakeUpdate(
@@ -97,17 +98,10 @@ TEST_F(UpdateLifetimeTest, WhoeverHearsOfAnEditMayEndAnything) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    folder = Read<Folder>("<Folder id=\"f\"><Placemark id=\"a\"/><Placemark id=\"b\"/>"
-                          "<Placemark id=\"c\"/></Folder>");
-    const auto content = MakeUpdate(
-        "<Change><Placemark targetId=\"a\"><name>x</name></Placemark><Placemark targetId=\"b\">"
-        "<name>x</name></Placemark><Placemark targetId=\"c\"><name>x</name></Placemark></Change>");
-    update = content;
-    update->SetKeepEdits(true);
+    Begin();
     update->CreateEdits(nullptr);
     Act act(Child(0), [&] { c.act(*this); });
     Update* const used = update.get();
-    const_cast<RefPtr<Update>&>(content).reset();
     used->ApplyEdits(1.0F);
     EXPECT_EQ(c.names, Names());
   }
@@ -123,8 +117,7 @@ TEST_F(UpdateLifetimeTest, WhoeverHearsOfARemovalMayEndAnything) {
             "id=\"m\"/></Folder></Create><Delete><Placemark targetId=\"b\"/></Delete>"}) {
     for (const int what : {0, 1, 2}) {
       SCOPED_TRACE(what);
-      folder = Read<Folder>("<Folder id=\"f\"><Placemark id=\"a\"/><Placemark id=\"b\"/>"
-                            "<Placemark id=\"c\"/></Folder>");
+      Begin();
       update = MakeUpdate(content(tail));
       Act act(Child(0), [&] {
         if (what == 0)

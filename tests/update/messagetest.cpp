@@ -62,6 +62,10 @@ TEST_F(UpdateMessageTest, WhatCantBeAppliedIsToldOnceAndTheRestGoesOn) {
        "targetId=\"p\"><Point><altitudeMode>up</altitudeMode></Point></Placemark>"
        "</Change>",
        {"Unknown enumeration (up)."}},
+      // Targets may follow each other, at any depth.
+      {"<Change><Folder targetId=\"g\"/><Placemark targetId=\"p\"/></Change><Create><Folder><Style "
+       "targetId=\"s\"/><Placemark targetId=\"p\"/></Folder></Create>",
+       {}},
       // Nothing is said of what isn't a block, and of what stands outside of all.
       {"<Nonsense><Folder targetId=\"none\"/></Nonsense><Folder targetId=\"g\"/><Change><Change>"
        "<Folder targetId=\"none\"/></Change><Nonsense/></Change>stray",
@@ -77,15 +81,6 @@ TEST_F(UpdateMessageTest, WhatCantBeAppliedIsToldOnceAndTheRestGoesOn) {
                                          "</Placemark></Change>"));
     EXPECT_TRUE(Write(*folder).contains("<name>x</name>"));
   }
-}
-
-TEST_F(UpdateMessageTest, TargetsMayFollowEachOtherAtAnyDepth) {
-  const auto folder =
-      ReadObject(QString("<Folder id=\"f\"><Placemark id=\"a\"/><Placemark id=\"b\"/></Folder>"));
-  EXPECT_EQ(QStringList(),
-            Apply("<Change><Placemark targetId=\"a\"/><Placemark targetId=\"b\"/></Change><Create>"
-                  "<Folder id=\"n\"><Placemark targetId=\"a\"/><Placemark targetId=\"b\"/></Folder>"
-                  "</Create>"));
 }
 
 TEST_F(UpdateMessageTest, ReportsTellTheLineInTheDocumentOfTheUpdate) {

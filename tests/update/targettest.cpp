@@ -43,7 +43,7 @@ TEST_F(UpdateTargetTest, ObjectsComeAndGo) {
        "id=\"a\"><name>new</name></Placemark></Folder></Create><Change><Placemark targetId=\"a\">"
        "<address>here</address></Placemark></Change>",
        "b c a:new"},
-      {"<Replace><Folder targetId=\"b\" id=\"n\"/></Replace>", "a n c"},
+      {"<Replace><Folder targetId=\"b\" id=\"n\"><name>unread</name></Folder></Replace>", "a n c"},
       {"<Replace><Placemark targetId=\"b\" id=\"b\"/></Replace><Change><Placemark targetId=\"b\">"
        "<name>z</name></Placemark></Change>",
        "a b:z c"},
@@ -53,6 +53,11 @@ TEST_F(UpdateTargetTest, ObjectsComeAndGo) {
        "b c n"},
       {"<Create><Placemark id=\"nowhere\"/></Create>", "a b c"},
       {"<Create><Placemark targetId=\"a\"><name>x</name></Placemark></Create>", "a:x b c"},
+      // Nothing comes to stand below itself, nor is looked for there.
+      {"<Delete><Placemark targetId=\"a\"/></Delete><Create><Folder id=\"n\"><Folder id=\"m\">"
+       "<Placemark/><Folder targetId=\"n\" targetIndex=\"0\"/></Folder></Folder></Create><Change>"
+       "<Folder targetId=\"n\"><name>x</name></Folder></Change>",
+       "b c"},
       {"<Change/><Create/><Delete/><Replace/>", "a b c"},
   };
   for (const Case& c : cases) {
@@ -123,27 +128,6 @@ TEST_F(UpdateTargetTest, PlacesCountWhatHasComeAndGoneBefore) {
   EXPECT_EQ(ids, there);
 }
 
-TEST_F(UpdateTargetTest, WhatIsMadeStaysAndItsValuesGoBack) {
-  const auto folder = Read<Folder>("<Folder id=\"f\"/>");
-  const auto update = MakeUpdate(
-      "<Create><Folder targetId=\"f\"><Placemark id=\"n\"><name>x</name><Style><LineStyle><width>3"
-      "</width></LineStyle></Style><Point><coordinates>1,2,3</coordinates></Point></Placemark>"
-      "</Folder></Create>");
-  update->SetKeepEdits(true);
-  update->Apply(nullptr, 1.0F);
-  const AbstractFeature& made = *folder->GetChild(0);
-  EXPECT_EQ("http://example.com/dir/doc.kml", made.GetUrl());
-  EXPECT_EQ("http://example.com/dir/doc.kml", made.GetBaseUrl());
-  EXPECT_EQ(2U, made.GetAccess());
-  EXPECT_EQ("x", Get(made, "name"));
-  EXPECT_EQ("3", Get(made, "Style/LineStyle/width"));
-  EXPECT_EQ("1,2,3", Get(made, "Point/coordinates"));
-  update->ApplyEdits(0.0F);
-  EXPECT_EQ(&made, folder->GetChild(0));
-  EXPECT_EQ("", Get(made, "name"));
-  EXPECT_EQ("1", Get(made, "Style/LineStyle/width"));
-}
-
 TEST_F(UpdateTargetTest, WhatATargetPreservesStays) {
   const QString document =
       "<Folder id=\"f\" xmlns:u=\"urn:u\" u:mark=\"1\"><name u:a=\"1\">a</name><name>b</name>"
@@ -169,7 +153,7 @@ TEST_F(UpdateTargetTest, WhatATargetPreservesStays) {
   EXPECT_EQ(before, Write(*folder));
 }
 
-TEST_F(UpdateTargetTest, WhatItMakesIsReadAsInAnyDocument) {
+TEST_F(UpdateTargetTest, WhatItMakesIsReadAsInAnyDocumentAndStays) {
   const auto folder = Read<Folder>("<Folder id=\"f\"/>");
   const QString made =
       "<Placemark id=\"n\" u:mark=\"1\"><name u:a=\"1\">x</name><u:one u:b=\"2\">text</u:one>"
@@ -180,10 +164,18 @@ TEST_F(UpdateTargetTest, WhatItMakesIsReadAsInAnyDocument) {
                              "<Update xmlns:u=\"urn:u\"><targetHref>doc.kml</targetHref><Create>"
                              "<Folder targetId=\"f\">" +
                                  made + "</Folder></Create></Update>");
+  static_cast<Update&>(*update).SetKeepEdits(true);
   static_cast<Update&>(*update).Apply(nullptr, 1.0F);
   EXPECT_EQ(QStringList({"Unknown element <u:one>", "Unknown element <u:two>"}), TakeReports());
+  const AbstractFeature& child = *folder->GetChild(0);
+  EXPECT_EQ(GetDocumentUrl(), child.GetUrl());
+  EXPECT_EQ(GetDocumentUrl(), child.GetBaseUrl());
+  EXPECT_EQ(2U, child.GetAccess());
   const auto plain = ReadObject("<Folder id=\"f\" xmlns:u=\"urn:u\">" + made + "</Folder>");
   EXPECT_EQ(Write(*plain), Write(*folder));
+  static_cast<Update&>(*update).ApplyEdits(0.0F); // what was made stays, and its values go back
+  EXPECT_EQ("", Get(child, "name"));
+  EXPECT_EQ("1", Get(child, "Style/LineStyle/width"));
 }
 
 TEST_F(UpdateTargetTest, EachValueIsToldOnce) {
