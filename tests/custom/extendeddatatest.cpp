@@ -123,7 +123,7 @@ TEST_F(ExtendedDataTest, ValuesHaveTheTypesOfTheSchemaWheneverThatComes) {
   }
 }
 
-TEST_F(ExtendedDataTest, ASchemaOfAnotherDocumentArrivesWithAMerge) {
+TEST_F(ExtendedDataTest, ASchemaOfAnotherDocumentArrivesWithAMergeOfAThread) {
   const auto placemark = Read<Placemark>(InPlacemark(
       "<SchemaData schemaUrl=\"types.kml#s\"><SimpleData name=\"n\">7</SimpleData></SchemaData>"));
   const auto data = placemark->GetExtendedData()->GetSchemaDatas()[0];

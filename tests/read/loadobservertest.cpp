@@ -86,7 +86,7 @@ TEST_F(LoadObserverTest, AnotherDocumentIsAskedForOnceAndDeliversOnAnyThread) {
   EXPECT_FALSE(IsWaiting(*placemark));
 }
 
-TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReference) {
+TEST_F(LoadObserverTest, ADocumentThatEndsWithoutTheTargetFailsTheReferenceOnAnyThread) {
   FakeLoader loader;
   const auto first = MakeReference("styles.kml#s");
   const auto second = MakeReference("other.kml#s");
