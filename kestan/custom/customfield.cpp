@@ -68,8 +68,6 @@ void CustomField::NotifyFieldChanged(const Field& field) {
   else if (&field == &fields.name)
     state_ |= kHasName;
   if (&field != &fields.displayName) {
-    if (ownerSchema_)
-      ownerSchema_->ForgetNames();
     DropField();
     CreateField();
   }
@@ -80,6 +78,8 @@ void CustomField::EnterPlace(SchemaObject& owner, int index) {
   SchemaObject::EnterPlace(owner, index);
   const bool isInSchema = owner.isOfType(CustomSchema::GetClassSchema());
   ownerSchema_ = isInSchema ? static_cast<CustomSchema*>(&owner) : nullptr;
+  if (ownerSchema_)
+    ownerSchema_->ForgetNames();
   CreateField();
 }
 
@@ -105,7 +105,10 @@ bool CustomField::CreateField() {
 
 void CustomField::DropField() {
   state_ &= ~kIsMade;
-  if (field_ && ownerSchema_)
+  if (!ownerSchema_)
+    return;
+  ownerSchema_->ForgetNames();
+  if (field_)
     ownerSchema_->TakeBack(std::move(field_));
 }
 

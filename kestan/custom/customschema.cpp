@@ -9,6 +9,7 @@
 #include "kestan/custom/customschemaobject.h"
 #include "kestan/custom/customschemaschema.h"
 #include "kestan/host/job.h"
+#include "kestan/host/system.h"
 
 #include <QSet>
 
@@ -224,7 +225,8 @@ bool CustomSchema::IsOfOtherThread() const {
 }
 
 bool CustomSchema::FindKeeper() {
-  if (!IsOfOtherThread())
+  // On the main thread, what no merge has brought there belongs to a worker that has let go.
+  if (System::IsMainThread() || !IsOfOtherThread())
     return false;
   UnrefJob::UnrefOnMain(RefPtr<SchemaObject>(this));
   return true;

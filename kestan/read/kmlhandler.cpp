@@ -191,8 +191,11 @@ const Schema* KmlHandler::FindCustomClass(const SchemaObject& around) {
     return nullptr;
   Namespace ns = Namespace::kUnknown;
   const QString& name = StripNamespacePrefix(GetTagName(), &ns);
-  return ns == Namespace::kKml ? CustomSchema::FindNamedCustomSchema(around.GetUrl(), name)
-                               : nullptr;
+  if (ns != Namespace::kKml)
+    return nullptr;
+  // An update speaks of the document that it changes.
+  const QString& url = editTarget_ ? editTarget_->GetAbsoluteTargetHref() : around.GetUrl();
+  return CustomSchema::FindNamedCustomSchema(url, name);
 }
 
 bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned short** attrs,

@@ -271,6 +271,27 @@ TEST_F(CustomSchemaTest, ThreadsKeepTheirClassesApartUntilTheyAreMerged) {
   EXPECT_FALSE(GetSchema());
 }
 
+TEST_F(CustomSchemaTest, UpdatesKnowTheClassesOfTheDocumentThatTheyChange) {
+  const auto document = ReadDocument("<SimpleField type='int' name='n'/>",
+                                     "<Folder id='f'><S id='i'><n>1</n></S></Folder>");
+  EXPECT_EQ(QStringList(), Apply("<Change><S targetId='i'><n>5</n></S></Change>"
+                                 "<Create><Folder targetId='f'><S id='k'><n>6</n></S></Folder>"
+                                 "</Create>"));
+  EXPECT_EQ("<n>5</n>", ElementsOf(*SchemaObject::find(GetDocumentUrl(), "i")));
+  EXPECT_EQ("<n>6</n>", ElementsOf(*SchemaObject::find(GetDocumentUrl(), "k")));
+}
+
+TEST_F(CustomSchemaTest, AClassThatNoMergeBroughtHomeEndsWithItsDocument) {
+  RefPtr<SchemaObject> document;
+  Workers workers(1, [&](int) {
+    document =
+        ReadAt(GetDocumentUrl(), "<Document><Schema name=\"S\" id=\"s\"/><Schema/></Document>");
+  });
+  workers.Finish();
+  document.reset(); // on the main thread, before the worker's scope has ended
+  EXPECT_FALSE(GetSchema());
+}
+
 TEST_F(CustomSchemaTest, WhatMakesNoFieldIsAFinding) {
   const auto check = [&](const QString& attributes, const QString& fields) {
     TakeReports();
