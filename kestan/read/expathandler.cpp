@@ -396,8 +396,9 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
         FindField(object.GetSchema(), attributeName_, object.GetNamespace(), &ns, nullptr);
     if (field && field->GetType() == Field::kAttribute) {
       tagStack_.back().SetGiven(*field);
+      const QString value = field->KeepsText() ? Share(attributeValue_) : attributeValue_;
       const FromStringResult result =
-          field->fromString(object, nullptr, nullptr, attributeValue_, -1, editTarget_);
+          field->fromString(object, nullptr, nullptr, value, -1, editTarget_);
       if (!HandleParseResult(result, attributeValue_))
         return;
       if (WantsFindings() && result == FromStringResult::kOk)
@@ -423,6 +424,19 @@ void ExpatHandler::HandleAttributes(SchemaObject& object, const unsigned short**
     return;
   const NamespaceList& namespaces = GetNamespacesFor(object, false, unknown);
   object.SetUnknownAttrs(unknown, &namespaces);
+}
+
+QString ExpatHandler::Share(const QString& text) {
+  constexpr int kLongName = 32;
+  if (text.size() > kLongName)
+    return QString(text.constData(), text.size());
+  std::size_t hash = 0;
+  for (const QChar c : text)
+    hash = hash * 31 + c.unicode();
+  QString& recent = recentValues_[hash % recentValues_.size()];
+  if (recent.isNull() || recent != text)
+    recent = QString(text.constData(), text.size());
+  return recent;
 }
 
 bool ExpatHandler::IsOwnAttribute(const unsigned short**, int) const { return false; }

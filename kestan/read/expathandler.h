@@ -13,6 +13,7 @@
 #include <QString>
 #include <QStringView>
 
+#include <array>
 #include <cstddef>
 #include <memory>
 
@@ -212,6 +213,9 @@ protected:
   /// `text` with other characters, in the same memory when nobody else refers to it.
   /// The name of the tag at hand, as it stands in the document.
   const QString& GetTagName() const { return knownName_ ? *knownName_ : otherName_; }
+  /// A copy of the text without room to grow. Documents give the same names again and again:
+  /// objects share them.
+  QString Share(const QString& text);
   static void Assign(QString& text, const unsigned short* characters);
   static void Assign(QString& text, const QChar* characters, int length);
 
@@ -233,6 +237,7 @@ protected:
   QString otherName_;
   QString attributeName_;
   QString attributeValue_;
+  std::array<QString, 64> recentValues_; ///< Of attributes.
   ThreadContext* const threadContext_;
   std::uint64_t formerExcessSteps_ = 0; ///< Those of the thread before this parse.
   std::unique_ptr<NamespaceScope> namespaces_;
