@@ -53,6 +53,7 @@ private:
     return found;
   }
   QString NextText() { return texts_.isEmpty() ? QString() : texts_[turn_++ % texts_.size()]; }
+  void Hold(const fuzz::Tree& object);
   void MakeInstances();
   void SetFields();
   void Declare();
@@ -66,12 +67,17 @@ private:
   std::vector<Instance> instances_;
 };
 
+void World::Hold(const fuzz::Tree& object) {
+  const bool isHeld = std::any_of(instances_.begin(), instances_.end(),
+                                  [&](const Instance& held) { return held.object == object; });
+  if (object && !isHeld && instances_.size() < 64) {
+    instances_.push_back({object, nullptr, QString()});
+  }
+}
+
 void World::MakeInstances() {
   for (const RefPtr<CustomSchema>& schema : Find<CustomSchema>()) {
-    const fuzz::Tree object = schema->CreateInstance(KmlId(), schema->GetUrl(), nullptr);
-    if (object && instances_.size() < 64) {
-      instances_.push_back({object, nullptr, QString()});
-    }
+    Hold(schema->CreateInstance(KmlId(), schema->GetUrl(), nullptr));
   }
 }
 
@@ -123,11 +129,11 @@ void World::Redeclare(QChar operation) {
 }
 
 void World::Ask() {
+  for (Instance& instance : instances_) {
+    instance.field = nullptr; // the data have the word
+  }
   for (const RefPtr<SchemaData>& data : Find<SchemaData>()) {
-    const fuzz::Tree object(data->GetCustomObject());
-    if (object && instances_.size() < 64) {
-      instances_.push_back({object, nullptr, QString()});
-    }
+    Hold(fuzz::Tree(data->GetCustomObject()));
   }
   for (const RefPtr<SimpleArrayData>& data : Find<SimpleArrayData>()) {
     data->GetIndexedValue(data->GetCount() - 1);
