@@ -194,8 +194,13 @@ const Schema* KmlHandler::FindCustomClass(const SchemaObject& around) {
   if (ns != Namespace::kKml)
     return nullptr;
   // An update speaks of the document that it changes.
-  const QString& url = editTarget_ ? editTarget_->GetAbsoluteTargetHref() : around.GetUrl();
-  return CustomSchema::FindNamedCustomSchema(url, name);
+  if (editTarget_)
+    return CustomSchema::FindNamedCustomSchema(editTarget_->GetAbsoluteTargetHref(), name);
+  // One of an earlier reading of the document isn't declared in this one.
+  const CustomSchema* const schema = CustomSchema::FindNamedCustomSchema(around.GetUrl(), name);
+  const std::uint32_t begun = ThreadContext::GetCurrent()->parseRevision;
+  const bool isFromBefore = schema && static_cast<std::int32_t>(schema->GetRevision() - begun) < 0;
+  return isFromBefore ? nullptr : schema;
 }
 
 bool KmlHandler::ProcessField(SchemaObject& object, TagInfo& tag, const unsigned short** attrs,

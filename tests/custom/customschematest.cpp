@@ -223,6 +223,10 @@ TEST_F(CustomSchemaTest, ClassesAreFoundByTheDocumentAndTheNameThatTheyHave) {
   EXPECT_EQ(GetDocumentUrl() + "#S", first->GetKey());
   document = ReadDocument("");
   EXPECT_NE(first, GetSchema()) << "the same document again";
+  const auto early =
+      Read<Document>("<Document><S id='early'/><Schema name='S' parent='Placemark'/></Document>");
+  EXPECT_EQ(nullptr, SchemaObject::find(GetDocumentUrl(), "early")) << "not declared there";
+  document = ReadDocument("");
   EXPECT_TRUE(Make(*first));
   first->SetName("T");
   EXPECT_EQ(first.get(), find("T"));
