@@ -45,6 +45,7 @@ enum BitID {
   kBitBalloonNotice = 38,           ///< A notice of the feature's balloon waits.
   kBitWasRead = 39,                 ///< Made by a document: it says only what that said.
   kBitLinkContent = 40,             ///< Stood in the element of its network link: wasn't fetched.
+  kBitMadeUpId = 41,                ///< The id is the library's own, and isn't written.
 };
 
 } // namespace vorrel::kestan

@@ -97,6 +97,12 @@ void SchemaObject::Rehash() {
     AddToObjectHash(hash<KmlId>()(GetKmlId()));
 }
 
+void SchemaObject::SetKmlId(const KmlId& id) {
+  id_ = id.id;
+  url_ = id.url;
+  Rehash();
+}
+
 SchemaObject* SchemaObject::find(const KmlId& id) {
   return id.id.isEmpty() ? nullptr : ThreadContext::GetCurrent()->find(id);
 }

@@ -329,6 +329,9 @@ protected:
   /// of.
   void FinishCreation(bool notify);
 
+  /// From now on the object is found under this id. Sends no notice.
+  void SetKmlId(const KmlId& id);
+
   /// Whether a change of what the object hands down goes down now; it's made up for if it doesn't.
   bool HandsDown();
 

@@ -12,6 +12,7 @@ bool StrField::IsUndefined(const SchemaObject& object) const {
 
 void IdField::SetTypedObject(SchemaObject& object, QString value) const {
   Member<QString>(object) = std::move(value);
+  object.SetBit(kBitMadeUpId, false);
   object.Rehash();
   NotifyFieldChanged(object);
 }

@@ -297,6 +297,8 @@ QString StyleHoist::GenerateUniqueId(const QString& id) {
 
 QString StyleHoist::GetObjectId(const SchemaObject& object) const {
   const QString& id = object.GetId();
+  if (object.GetBit(kBitMadeUpId))
+    return QString();
   if (id.isEmpty() && !namesNameless_)
     return id;
   const auto known = idsByObject_.constFind(&object);

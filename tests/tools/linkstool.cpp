@@ -87,6 +87,16 @@ TEST_F(LinksToolTest, JsonSaysTheSame) {
   EXPECT_EQ(QJsonValue(style), links[5]);
 }
 
+TEST_F(LinksToolTest, TheFilesOfAModelAreShown) {
+  const QString file = MakeFile(
+      "a.kml", "<kml><Placemark><Model><Link><href>m/h.dae</href></Link><ResourceMap><Alias>"
+               "<targetHref>../t.png</targetHref><sourceHref>t</sourceHref></Alias><Alias>"
+               "<sourceHref>u</sourceHref></Alias></ResourceMap></Model></Placemark></kml>");
+  EXPECT_EQ("Link (onChange): m/h.dae -> " + Path("m/h.dae") + "\nAlias (once): ../t.png -> " +
+                Path("t.png") + '\n',
+            Run({"links", file}).out);
+}
+
 TEST_F(LinksToolTest, WhatAServerSaysIsShownAndOnlyTheLinkThatCounts) {
   const QByteArray control =
       "<NetworkLinkControl><minRefreshPeriod>15</minRefreshPeriod><cookie>a=1</cookie>"

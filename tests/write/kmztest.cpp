@@ -129,6 +129,81 @@ TEST_F(KmzTest, ReferencesLeadToCopiesOrStayWhatTheyAre) {
   EXPECT_EQ(first, Contents(Path("out.kmz")));
 }
 
+TEST_F(KmzTest, AModelTravelsWithTheFilesThatItNames) {
+  for (const char* name : {"models/house.dae", "models/a.png", "tex/b.png", "tex/two words.png"})
+    MakeFile(name, name);
+  MakeFile("tex/c.png", "of the document");
+  MakeFile("models/tex/c.png", "of the model");
+  struct Case {
+    QString target; // %1: the folder
+    QString packed;
+    QByteArray contents;
+  };
+  const Case cases[] = {
+      {"a.png", "a.png", "models/a.png"},
+      {"../models/a.png", "a.png", "models/a.png"},
+      {"../tex/two%20words.png", "two words.png", "tex/two words.png"},
+      {"tex/b.png", "b.png", "tex/b.png"}, // from the document, where the model has none
+      {"tex/c.png", "c.png", "of the model"},
+      {"%1/tex/c.png", "c_01.png", "of the document"},
+      {"none.png", "../../models/none.png", ""},
+      {"http://example.com/t.png", "http://example.com/t.png", ""},
+  };
+  QString aliases;
+  for (const Case& c : cases)
+    aliases +=
+        QString("<Alias><targetHref>%1</targetHref><sourceHref>s</sourceHref></Alias>")
+            .arg(c.target.contains('%') && !c.target.contains("%20") ? c.target.arg(folder_.path())
+                                                                     : c.target);
+  const QString text = "<kml><Placemark><Model><Link><href>models/house.dae</href></Link>%1"
+                       "</Model></Placemark></kml>";
+  const auto tree =
+      Load(MakeFile("doc.kml", text.arg("<ResourceMap>" + aliases + "</ResourceMap>").toUtf8()));
+  QStringList unreadable;
+  ASSERT_EQ(QString(), tree->WriteKmlFile(Path("out.kmz"), 0, &unreadable));
+  EXPECT_EQ(QStringList(Path("models/none.png")), unreadable);
+  EXPECT_EQ(QStringList("files/house.dae"), References(Path("out.kmz")));
+  const auto targets = [](const QString& document) {
+    QStringList result;
+    for (const QString& part : document.split("<targetHref>").mid(1))
+      result += part.section("</targetHref>", 0, 0);
+    return result;
+  };
+  const QStringList packed = targets(kmz::UnzipFile(Path("out.kmz"), QString()));
+  ASSERT_EQ(static_cast<int>(std::size(cases)), packed.size());
+  for (int i = 0; i < packed.size(); ++i) {
+    EXPECT_EQ(cases[i].packed, packed[i]);
+    if (!cases[i].contents.isEmpty()) {
+      EXPECT_EQ(cases[i].contents, kmz::UnzipFile(Path("out.kmz"), "files/" + packed[i]));
+    }
+  }
+  // Again, out of the archive; and as KML, where targets go on beginning at the model's file.
+  const auto copy = Load(Path("out.kmz"));
+  ASSERT_EQ(QString(), copy->WriteKmlFile(Path("again.kmz")));
+  EXPECT_EQ(packed.mid(0, 6), targets(kmz::UnzipFile(Path("again.kmz"), QString())).mid(0, 6));
+  QDir(folder_.path()).mkdir("other");
+  ASSERT_EQ(QString(), tree->WriteKmlFile(Path("other/doc.kml")));
+  EXPECT_EQ(targets(Contents(Path("doc.kml"))), targets(Contents(Path("other/doc.kml"))));
+  ASSERT_EQ(QString(), copy->WriteKmlFile(Path("other/doc.kml")));
+  EXPECT_EQ("of the model", Contents(Path("other/c.png"))) << "brought out of the archive";
+
+  // Nobody knows what a file needs that wasn't loaded.
+  for (const QString& href :
+       {QString("models/house.dae"), QString("http://example.com/h.dae"), QString()}) {
+    const auto bare =
+        Load(MakeFile("bare.kml", text.arg("").replace("models/house.dae", href).toUtf8()));
+    EXPECT_EQ(href.startsWith("models")
+                  ? "Could not write \"" + Path("bare.kmz") +
+                        "\" because the model file "
+                        "\"house.dae\"\nhas not been loaded.\n\nTo load the model file, fly to the "
+                        "location of the model and\nmake sure that its placemark is visible "
+                        "(checked).\n"
+                  : QString(),
+              bare->WriteKmlFile(Path("bare.kmz")));
+    EXPECT_EQ(QString(), bare->WriteKmlFile(Path("other/bare.kml")));
+  }
+}
+
 TEST_F(KmzTest, ImagesInMarkupAndOtherDocumentsKeepTheirMeaning) {
   MakeFile("a/x.png", "x");
   const QString markup = "<description><![CDATA[<img src=\"%1\"><IMG alt='' src='%2'/>"

@@ -1,5 +1,6 @@
 #include "kestan/core/objurlfield.h"
 #include "kestan/core/schema.h"
+#include "kestan/geometry/alias.h"
 #include "kestan/host/url.h"
 #include "kestan/link/abstractlinkschema.h"
 #include "kestan/link/networklink.h"
@@ -69,6 +70,12 @@ bool IsFetched(const AbstractLink& link) {
 /// The URLs that the object itself holds, whatever its class: all comes from its table.
 std::vector<Reference> GetReferences(const SchemaObject& object) {
   std::vector<Reference> references;
+  if (object.isOfType(Alias::GetClassSchema())) {
+    const auto& alias = static_cast<const Alias&>(object);
+    if (!alias.GetTargetHref().isEmpty()) {
+      references.push_back({object.getType(), alias.GetTargetHref(), alias.GetTargetUrl()});
+    }
+  }
   const bool isLink = object.isOfType(AbstractLink::GetClassSchema());
   if (isLink && IsFetched(static_cast<const AbstractLink&>(object))) {
     const auto& link = static_cast<const AbstractLink&>(object);
