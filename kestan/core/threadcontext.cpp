@@ -52,7 +52,7 @@ void ThreadContext::SetCurrent(ThreadContext* context) { System::SetThreadStorag
 
 bool ThreadContext::IsUnused() const {
   return count() == 0 && deferred.empty() && mergeNotices.empty() && followers_.empty() &&
-         !styleLoadObservers && !schemaLoadObservers && !customSchemas;
+         !styleLoadObservers && !schemaLoadObservers && !customSchemas && !timedFeatures;
 }
 
 bool ThreadContext::MergeIntoMain(const IJobContinuator& continuator, AbstractJob* job) {

@@ -25,6 +25,7 @@ class LoadObserverList;
 class Schema;
 class StyleCache;
 class ThreadMerge;
+class TimedFeatures;
 
 /// The classes that documents declare, by document and name.
 using CustomSchemaTable = HashMap<QString, Schema>;
@@ -85,6 +86,8 @@ public:
   std::shared_ptr<LoadObserverList> styleLoadObservers;
   std::shared_ptr<LoadObserverList> schemaLoadObservers;
   std::shared_ptr<CustomSchemaTable> customSchemas; ///< Null while there was none.
+
+  std::shared_ptr<TimedFeatures> timedFeatures; ///< Null while there was none.
 
   // The last arguments and results of the URL rules.
   QString lastUrl;

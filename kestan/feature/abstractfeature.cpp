@@ -12,6 +12,7 @@
 #include "kestan/feature/document.h"
 #include "kestan/feature/featurevisitor.h"
 #include "kestan/feature/snippet.h"
+#include "kestan/feature/timedfeatures.h"
 #include "kestan/feature/visibilityobserver.h"
 #include "kestan/host/datetime.h"
 #include "kestan/host/system.h"
@@ -404,12 +405,22 @@ bool AbstractFeature::GetTimeRange(DateTime& begin, DateTime& end, int* instants
   return true;
 }
 
+bool AbstractFeature::GetWorldTimeRange(DateTime& begin, DateTime& end, int* instants,
+                                        int* spans) {
+  for (int* const counter : {instants, spans}) {
+    if (counter)
+      *counter = 0;
+  }
+  return TimedFeatures::GetRange(begin, end, instants, spans);
+}
+
 bool AbstractFeature::IsTimedFeature() const { return timePrimitive_ != nullptr; }
 
 void AbstractFeature::s_add_timed_feature(AbstractFeature& feature) {
   if (feature.GetBit(kBitTimedFeature))
     return;
   feature.SetBit(kBitTimedFeature, true);
+  TimedFeatures::Add(feature);
   Time::NotifyWorldRangeChanged();
 }
 
@@ -417,6 +428,7 @@ void AbstractFeature::s_rem_timed_feature(AbstractFeature& feature) {
   if (!feature.GetBit(kBitTimedFeature))
     return;
   feature.SetBit(kBitTimedFeature, false);
+  TimedFeatures::Remove(feature);
   Time::NotifyWorldRangeChanged();
 }
 

@@ -33,6 +33,7 @@ public:
   using ClassSchema = AbstractFeatureSchema;
   static const Schema& GetClassSchema();
 
+  class Iterator;
   class VisibilityObserver;
 
   /// A state from 0 to 2 with which a client marks features.
@@ -128,6 +129,11 @@ public:
   bool IsSelfOrDescendantOf(const AbstractFolder& folder) const;
   /// Moves the feature to the end of a folder; null takes it out of its present one.
   void SetParent(AbstractFolder* folder);
+
+  /// Widens the range by all visible features with a time that this thread has built, or that have
+  /// come to it: on the main thread those of the whole globe. Arguments and answer are as for
+  /// `GetTimeRange`, but the counters begin at 0.
+  static bool GetWorldTimeRange(DateTime& begin, DateTime& end, int* instants, int* spans);
 
   ProcessingMode GetProcessingMode() const;
   /// Sends no notice. Mode 0 leaves the higher of the two bits; another value than 0, 1 and 2
