@@ -14,7 +14,7 @@ public:
   static const Schema& GetClassSchema();
 
   MultiLineString(const KmlId& id, const QString& baseUrl);
-  /// `feature`, which may be null, becomes the owner at once.
+  /// The shape of `feature`, which may be null and may have one already: then it belongs to nobody.
   MultiLineString(AbstractFeature* feature, const KmlId& id, const QString& baseUrl);
   ~MultiLineString() override;
 

@@ -13,7 +13,7 @@ public:
   static const Schema& GetClassSchema();
 
   MultiPoint(const KmlId& id, const QString& baseUrl);
-  /// `feature`, which may be null, becomes the owner at once.
+  /// The shape of `feature`, which may be null and may have one already: then it belongs to nobody.
   MultiPoint(AbstractFeature* feature, const KmlId& id, const QString& baseUrl);
   ~MultiPoint() override;
 

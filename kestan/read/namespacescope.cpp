@@ -74,10 +74,8 @@ QString NamespaceScope::GetUri(const QChar* prefix, int length) const {
   return index < 0 ? QString() : bindings_[static_cast<std::size_t>(index)].uri;
 }
 
-void NamespaceScope::InitDefault() {
-  const Namespace ns = Lookup(nullptr, 0);
-  default_ = ns == Namespace::kNone ? Namespace::kKml : ns;
-}
+/// Where names without a prefix are those of KML, nothing is declared as being in no namespace.
+void NamespaceScope::InitDefault() { default_ = Lookup(nullptr, 0); }
 
 void NamespaceScope::Declare(int depth, const QString& prefix, const QString& uri, Namespace ns,
                              const QString& documentUrl) {

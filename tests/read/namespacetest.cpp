@@ -1,5 +1,8 @@
 #include "kestan/read/namespaces.h"
+#include "kestan/read/wmshandler.h"
 #include "tests/read/readtest.h"
+
+#include <cstring>
 
 namespace vorrel::kestan {
 
@@ -97,6 +100,27 @@ TEST_F(NamespaceReadTest, AfterAnInnerOnlyDefaultUnprefixedNamesAreUnknown) {
   EXPECT_EQ(QStringList{"Unknown element <open>"}, messages());
   // They stay so, rather than become known by being written.
   EXPECT_EQ("<open xmlns=\"urn:undeclared:\">1</open>", Element(RoundTrip(text), "open"));
+}
+
+TEST_F(NamespaceReadTest, WithoutAPrefixOrADeclarationNamesMayBeThoseOfWms) {
+  struct Case {
+    const char* text;
+    bool isRead;
+  };
+  const Case cases[] = {
+      {"<Placemark/>", false},
+      {"<Placemark xmlns=''/>", false}, // in no namespace
+      {"<Placemark xmlns='http://www.opengis.net/kml/2.2'/>", true},
+      {"<k:Placemark xmlns:k='http://www.opengis.net/kml/2.2'/>", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    WmsHandler handler(GetDocumentUrl(), 2, nullptr, nullptr, nullptr);
+    const auto* bytes = reinterpret_cast<const unsigned char*>(c.text);
+    EXPECT_EQ(c.isRead,
+              ExpatHandler::LoadXml(handler, bytes, std::strlen(c.text)).get() != nullptr);
+    EXPECT_TRUE(ReadObject(QByteArray(c.text))) << "otherwise they are those of KML";
+  }
 }
 
 } // namespace vorrel::kestan
