@@ -23,9 +23,31 @@ ViewVolume::ViewVolume(const KmlId& id, const QString& baseUrl)
 
 ViewVolume::~ViewVolume() { NotifyPreDelete(); }
 
+RefPtr<ViewVolume> ViewVolume::CreateImplied() {
+  const RefPtr<ViewVolume> volume(new ViewVolume(KmlId(), QString()));
+  volume->isImplied_ = true;
+  return volume;
+}
+
 bool ViewVolume::equals(const ViewVolume& other) const {
   return leftFov_ == other.leftFov_ && rightFov_ == other.rightFov_ &&
          bottomFov_ == other.bottomFov_ && topFov_ == other.topFov_ && near_ == other.near_;
+}
+
+void ViewVolume::NotifyFieldChanged(const Field& field) {
+  isImplied_ = false;
+  SchemaObject::NotifyFieldChanged(field);
+}
+
+void ViewVolume::CopyNonFieldStuff(const SchemaObject& src) {
+  if (src.isOfType(GetClassSchema()))
+    isImplied_ = static_cast<const ViewVolume&>(src).isImplied_;
+  SchemaObject::CopyNonFieldStuff(src);
+}
+
+void ViewVolume::WriteKml(WriteState& state) const {
+  if (!isImplied_ || HasUnknownData())
+    SchemaObject::WriteKml(state);
 }
 
 } // namespace vorrel::kestan

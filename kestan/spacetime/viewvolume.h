@@ -15,6 +15,10 @@ public:
   ViewVolume(const KmlId& id, const QString& baseUrl);
   ~ViewVolume() override;
 
+  /// One that somebody wants to look at or change, and that no document has: until something is set
+  /// in it, it isn't written.
+  static RefPtr<ViewVolume> CreateImplied();
+
   float GetLeftFov() const { return leftFov_; }
   float GetRightFov() const { return rightFov_; }
   float GetBottomFov() const { return bottomFov_; }
@@ -25,6 +29,10 @@ public:
   bool isEmpty() const { return leftFov_ >= rightFov_ || bottomFov_ >= topFov_; }
   bool equals(const ViewVolume& other) const;
 
+  void NotifyFieldChanged(const Field& field) override;
+  void CopyNonFieldStuff(const SchemaObject& src) override;
+  void WriteKml(WriteState& state) const override;
+
 private:
   friend class ViewVolumeSchema;
 
@@ -33,6 +41,7 @@ private:
   float bottomFov_ = 0.0F;
   float topFov_ = 0.0F;
   float near_ = 0.0F;
+  bool isImplied_ = false;
 };
 
 } // namespace vorrel::kestan
