@@ -8,6 +8,11 @@
 #include "kestan/geometry/point.h"
 #include "kestan/geometry/polygon.h"
 #include "kestan/geometry/track.h"
+#include "kestan/host/units.h"
+#include "kestan/overlay/groundoverlay.h"   // its place counts
+#include "kestan/spacetime/abstractxform.h" // likewise
+
+#include <cmath>
 
 namespace vorrel::kestan {
 
@@ -18,6 +23,10 @@ void Join(int& common, int value) {
     common = value;
   else if (common != value)
     common = GeometryCounter::kMixed;
+}
+
+bool IsFinite(const Vec3<double>& p) {
+  return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
 } // namespace
@@ -45,7 +54,19 @@ void GeometryCounter::visit(Placemark& placemark) {
 
 void GeometryCounter::visit(ScreenOverlay&) { ++counts_[kScreenOverlay]; }
 
-void GeometryCounter::visit(GroundOverlay&) { ++counts_[kGroundOverlay]; }
+void GeometryCounter::visit(GroundOverlay& overlay) {
+  ++counts_[kGroundOverlay];
+  const AltitudeMode mode = overlay.GetAltitudeMode();
+  if (const AbstractXform* const xform = overlay.GetXform()) {
+    const double z =
+        mode == kClampToGround ? 0.0 : overlay.GetAltitude() * Units::s_inv_planet_radius;
+    BoundingBox<double> box({0.0, 0.0, z}, {0.0, 0.0, z});
+    xform->GetLatLonExtent(box.high.y, box.low.y, box.high.x, box.low.x);
+    if (IsFinite(box.low) && IsFinite(box.high))
+      bounds_.add(box);
+  }
+  Join(commonAltitudeMode_, mode);
+}
 
 void GeometryCounter::visit(const Geometry& geometry) { UpdateModesAndBbox(geometry); }
 
