@@ -123,6 +123,17 @@ TEST_F(LinksToolTest, WhatAServerSaysIsShownAndOnlyTheLinkThatCounts) {
   EXPECT_EQ("15", said["minRefreshPeriod"].toString());
 }
 
+TEST_F(LinksToolTest, APhotoInTilesShowsTheTileOfAllOfIt) {
+  const QString file = MakeFile(
+      "a.kml", "<kml><PhotoOverlay><Icon><href>t/$[level]_$[x]_$[y].jpg</href></Icon><ImagePyramid>"
+               "<existenceMapHref>m.txt</existenceMapHref></ImagePyramid></PhotoOverlay></kml>");
+  const QString expected = "tile (once): t/$[level]_$[x]_$[y].jpg -> " + Path("t/0_0_0.jpg") +
+                           "\nexistenceMapHref (once): m.txt -> " + Path("m.txt") +
+                           "\nIcon (onChange): t/$[level]_$[x]_$[y].jpg -> " +
+                           Path("t/$[level]_$[x]_$[y].jpg") + '\n';
+  EXPECT_EQ(expected, Run({"links", file}).out);
+}
+
 TEST_F(LinksToolTest, LinksInRawContentAreMentioned) {
   const QString file = MakeFile("a.kml", "<kml><Document><unheard-of><href>x</href></unheard-of>"
                                          "</Document></kml>");

@@ -5,6 +5,8 @@
 #include "kestan/link/abstractlinkschema.h"
 #include "kestan/link/networklink.h"
 #include "kestan/link/networklinkcontrolschema.h"
+#include "kestan/overlay/imagepyramid.h"
+#include "kestan/overlay/photooverlay.h"
 #include "kestan/style/icon.h"
 #include "tools/kestan/commands.h"
 #include "tools/kestan/document.h"
@@ -67,7 +69,25 @@ bool IsFetched(const AbstractLink& link) {
   return !link.GetHref().isEmpty() && (!owner || owner->GetLink() == &link);
 }
 
-/// The URLs that the object itself holds, whatever its class: all comes from its table.
+/// What belongs to a photo that is cut into tiles: the coarsest one, which stands for all, and the
+/// map of those that there are.
+void AddTiles(const PhotoOverlay& photo, std::vector<Reference>& references) {
+  const ImagePyramid* const pyramid = photo.GetImagePyramid();
+  if (!pyramid) {
+    return;
+  }
+  const QString tile = photo.GetThumbnailUrl();
+  if (!tile.isEmpty()) {
+    references.push_back({QStringLiteral("tile"), photo.GetIcon()->GetHref(), tile});
+  }
+  const QString& map = pyramid->GetExistenceMapHref();
+  if (!map.isEmpty()) {
+    references.push_back({QStringLiteral("existenceMapHref"), map,
+                          SchemaObject::MakeAbsoluteUrl(pyramid->GetBaseUrl(), map)});
+  }
+}
+
+/// The URLs that the object itself holds, whatever its class: nearly all comes from its table.
 std::vector<Reference> GetReferences(const SchemaObject& object) {
   std::vector<Reference> references;
   if (object.isOfType(Alias::GetClassSchema())) {
@@ -80,6 +100,9 @@ std::vector<Reference> GetReferences(const SchemaObject& object) {
   if (isLink && IsFetched(static_cast<const AbstractLink&>(object))) {
     const auto& link = static_cast<const AbstractLink&>(object);
     references.push_back({object.getType(), link.GetHref(), link.GetAbsoluteUrl(), &link});
+  }
+  if (object.isOfType(PhotoOverlay::GetClassSchema())) {
+    AddTiles(static_cast<const PhotoOverlay&>(object), references);
   }
   const Schema& schema = object.GetSchema();
   for (const auto* fields : {&schema.GetSerializedFields(), &schema.GetAttributes()}) {
