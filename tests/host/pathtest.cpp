@@ -67,6 +67,8 @@ TEST(NetTest, FindsFilesInsideArchives) {
   EXPECT_TRUE(net::Fetcher::FindInKmz(
       QUrl::fromLocalFile(archive).toString(QUrl::FullyEncoded) + "/x.png", &kmz, &inner));
   EXPECT_EQ(archive, kmz);
+  EXPECT_TRUE(net::Fetcher::FindInKmz("HTTPS://host/a.kmz/b.kml", &kmz, &inner));
+  EXPECT_EQ("HTTPS://host/a.kmz", kmz);
   EXPECT_TRUE(net::Fetcher::FindInKmz(QString(archive).replace("A b", "A%20b") + "/x%20y.png", &kmz,
                                       &inner));
   EXPECT_EQ(archive, kmz);
