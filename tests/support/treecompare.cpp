@@ -3,6 +3,7 @@
 #include "kestan/core/field.h"
 #include "kestan/core/schema.h"
 #include "kestan/core/unknowndata.h"
+#include "kestan/geometry/alias.h"
 #include "kestan/host/net.h"
 #include "kestan/read/namespaces.h"
 #include "kestan/style/icon.h"
@@ -142,6 +143,10 @@ QString CompareValues(const Field& field, const SchemaObject& a, const SchemaObj
           SchemaObject::MakeAbsoluteUrl(object.GetBaseUrl(), field.toString(object, -1)));
     };
     return CompareText(field.GetName(), target(a), target(b));
+  }
+  if (field.GetName() == QLatin1String("targetHref") && a.isOfType(Alias::GetClassSchema())) {
+    return CompareText(field.GetName(), GetTarget(static_cast<const Alias&>(a).GetTargetUrl()),
+                       GetTarget(static_cast<const Alias&>(b).GetTargetUrl()));
   }
   if (field.GetDataType() == 4 && field.toString(a, -1).contains(QLatin1String("<img"))) {
     return CompareText(field.GetName(), AbsoluteSources(a, field.toString(a, -1)),
