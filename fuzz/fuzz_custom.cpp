@@ -199,19 +199,6 @@ void World::Check() const {
   }
 }
 
-/// Twice written and read, it's the same.
-void CheckOutput(const fuzz::Tree& tree) {
-  const fuzz::Tree second = fuzz::Read(fuzz::Write(tree));
-  if (!second) {
-    fuzz::Fail(QStringLiteral("the reader refuses what was written"));
-  }
-  const QByteArray written = fuzz::Write(second);
-  const fuzz::Tree third = fuzz::Read(written);
-  if (!third || fuzz::Write(third) != written) {
-    fuzz::Fail(QStringLiteral("no fixed point:\n") + QString::fromUtf8(written));
-  }
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -231,6 +218,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     world.Operate(operation);
     world.Check();
   }
-  CheckOutput(world.GetRoot());
+  fuzz::CheckOutput(world.GetRoot());
   return 0;
 }

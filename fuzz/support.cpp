@@ -68,6 +68,18 @@ QByteArray Write(const Tree& tree) {
   return bytes;
 }
 
+void CheckOutput(const Tree& tree) {
+  const Tree second = Read(Write(tree));
+  if (!second) {
+    Fail(QStringLiteral("the reader refuses what was written"));
+  }
+  const QByteArray written = Write(second);
+  const Tree third = Read(written);
+  if (!third || Write(third) != written) {
+    Fail(QStringLiteral("no fixed point:\n") + QString::fromUtf8(written));
+  }
+}
+
 QStringList Lines(const std::uint8_t* data, std::size_t size) {
   QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<int>(size));
   text.remove(QChar()); // no document can hold it

@@ -27,6 +27,9 @@ Tree Read(const QByteArray& text,
 /// The tree as KML. Ends the program when it can't be written.
 QByteArray Write(const Tree& tree);
 
+/// Ends the program unless what was written and read twice is the same.
+void CheckOutput(const Tree& tree);
+
 /// The lines of a text input.
 QStringList Lines(const std::uint8_t* data, std::size_t size);
 
