@@ -102,6 +102,7 @@ class Remover final : public ObjectObserver {
 public:
   Remover(SchemaObject& object, bool removesAll)
       : ObjectObserver(object), object_(&object), removesAll_(removesAll) {}
+  ~Remover() override { SetObserved(nullptr); } // it may hold the object's last reference
 
   void OnFieldChanged(const FieldChangedEvent&) override { Act(nullptr); }
   void OnSubFieldChanged(const SubFieldChangedEvent& event) override { Act(&event.changed); }
