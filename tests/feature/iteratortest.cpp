@@ -152,10 +152,7 @@ TEST_F(IteratorTest, TheWorldsTimeIsThatOfAllVisibleFeaturesOfTheThread) {
       made.RemChild(1);
       scope.LeaveMainThread();
     });
-    workers.Finish([] {
-      EXPECT_EQ("2001Z 2003Z 1 1", World());
-      Pump::Run(0.01);
-    });
+    workers.Finish([] { Pump::Run(0.01); });
     workers.Merge(0);
   }
   EXPECT_EQ("2001Z 2020Z 2 1", World());
